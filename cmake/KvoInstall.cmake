@@ -1,0 +1,25 @@
+# Install rules, the CMake package `kvorender` and the pkg-config file.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS kvorender kvoread EXPORT kvorenderTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+set(KVO_PUBLIC_HEADERS
+    render/boundbox.h render/caeenv.h render/glfuncs.h render/maptypes.h render/mtrans.h render/mview.h
+    render/partstr.h render/pickrect.h render/rubberband.h render/trackball.h render/unit_axis.h
+    generic/gentime.h generic/kvoexport.h
+    readgen/modelinfo.h readgen/modelwriter.h readgen/readelements.h readgen/readids.h readgen/readnodes.h
+    import/generic/mantypes.h)
+foreach(header IN LISTS KVO_PUBLIC_HEADERS)
+  get_filename_component(dir ${header} DIRECTORY)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/${dir})
+endforeach()
+
+set(KVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kvorender)
+install(EXPORT kvorenderTargets NAMESPACE kvorender:: DESTINATION ${KVO_PACKAGE_DIR})
+configure_package_config_file(cmake/kvorenderConfig.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfig.cmake
+                              INSTALL_DESTINATION ${KVO_PACKAGE_DIR})
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfigVersion.cmake
+                                 COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfig.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfigVersion.cmake DESTINATION ${KVO_PACKAGE_DIR})
+configure_file(cmake/kvorender.pc.in kvorender.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kvorender.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,33 @@
+# What every target of the project shares: language level, warnings, visibility, instrumentation.
+
+# The four folders of the public headers, from the source tree and once installed.
+set(KVO_HEADER_DIRS render generic readgen import/generic)
+
+function(kvo_configure_target target)
+  target_compile_features(${target} PUBLIC cxx_std_11 PRIVATE cxx_std_17)
+  set_target_properties(${target} PROPERTIES CXX_STANDARD 17 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF
+                                             CXX_VISIBILITY_PRESET hidden POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic $<$<BOOL:${KVO_WERROR}>:-Werror>)
+  if(KVO_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${KVO_SANITIZE} -fno-omit-frame-pointer
+                                             -fno-sanitize-recover=undefined)
+    target_link_options(${target} PRIVATE -fsanitize=${KVO_SANITIZE})
+  endif()
+  if(KVO_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage)
+    target_link_options(${target} PRIVATE --coverage)
+  endif()
+endfunction()
+
+# A shared library NAME -> libNAME.so.1 (its SONAME too), exported as kvorender::ALIAS.
+function(kvo_add_shared_library target alias)
+  add_library(${target} SHARED ${ARGN})
+  add_library(kvorender::${alias} ALIAS ${target})
+  kvo_configure_target(${target})
+  set_target_properties(${target} PROPERTIES VERSION 1 SOVERSION 1 EXPORT_NAME ${alias} INSTALL_RPATH "$ORIGIN")
+  foreach(dir IN LISTS KVO_HEADER_DIRS)
+    target_include_directories(${target} PUBLIC
+      $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/${dir}>
+      $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/kvorender/${dir}>)
+  endforeach()
+endfunction()
