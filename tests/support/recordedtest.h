@@ -1,0 +1,54 @@
+// The fixture of tests that watch the drawing library: OpenGL calls recorded without a context, standard output caught.
+#ifndef RECORDEDTEST_H
+#define RECORDEDTEST_H
+
+#include <optional>
+#include <regex>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "glrecord.h"
+#include "outputcapture.h"
+
+using glrecord::Lines;
+
+class RecordedTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        glrecord::start(glrecord::Mode::RecordOnly);
+        output.emplace(1);
+    }
+
+    void TearDown() override
+    {
+        output->stop();
+        if (HasFailure())
+            std::fputs(output->all().c_str(), stdout);
+        glrecord::stop();
+    }
+
+    // What was printed since the last call (of either).
+    std::string printed() { return output->take(); }
+    Lines printedLines() { return splitLines(output->take()); }
+
+    // From here on: no recorded calls, no prints.
+    void forget()
+    {
+        output->take();
+        glrecord::clear();
+    }
+
+private:
+    std::optional<OutputCapture> output;
+};
+
+// "LABEL=" followed by a number of milliseconds, as the timing lines have it.
+inline bool isTiming(const std::string& line, const std::string& label, const std::string& unit = "")
+{
+    return std::regex_match(line, std::regex(label + "[0-9]+" + unit));
+}
+
+#endif
