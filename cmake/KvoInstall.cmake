@@ -21,5 +21,9 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfigVers
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfigVersion.cmake DESTINATION ${KVO_PACKAGE_DIR})
+# Relative to the file's own place, so that the package may be installed or moved anywhere.
+file(RELATIVE_PATH KVO_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+# Relative, so that the installed tree may be moved.
+file(RELATIVE_PATH KVO_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(cmake/kvorender.pc.in kvorender.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kvorender.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

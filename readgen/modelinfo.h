@@ -10,9 +10,11 @@
 
 struct KVO_EXPORT ModelPartInfo
 {
-    ModelPart part;                     // id, name, kind, colour, property, material
-    unsigned long long numElements = 0; // elements, not index slots
-    int fileIndex = 0;                  // position of its file in ModelInfo::files
+    ModelPart part;                        // id, name, kind, colour, property, material
+    unsigned long long numElements = 0;    // elements, not index slots
+    unsigned long long numNodes = 0;       // distinct nodes that the elements use
+    float extents[6] = {0, 0, 0, 0, 0, 0}; // of those nodes; the whole model's for a part without elements
+    int fileIndex = 0;                     // position of its file in ModelInfo::files
 };
 
 struct KVO_EXPORT ModelInfo
@@ -23,9 +25,13 @@ struct KVO_EXPORT ModelInfo
     std::vector<ModelPartInfo> parts;         // in the order in which loading delivers them
 };
 
-// Reads part_start and the part tables of dirName/modelName. False on failure, with *error naming the file, the offset
-// and what is wrong.
+// Reads part_start, the part tables and the headers of the node files of dirName/modelName. False on failure, with *error
+// (may be null) naming the file, the offset and what is wrong; *info is then empty. Element blocks and coordinates are
+// not read, so damage inside them shows only when the model is loaded.
 KVO_EXPORT bool readModelInfo(const std::string& dirName, const std::string& modelName, ModelInfo* info,
                               std::string* error);
+
+// "shell", "solid", "beam", "discrete", or "other" for any other draw type.
+KVO_EXPORT const char* partFamilyName(unsigned int drawType);
 
 #endif

@@ -107,11 +107,10 @@ TEST_F(Extents, modifyingSetsViewportProjectionAndLightsAgain)
 {
     modify({{1, 2, 3, 4, 5, 6}});
     const Lines lines = glrecord::lines();
-    const Lines expected = {"glGetIntegerv(GL_VIEWPORT)",     "glViewport(0,0,800,600)",
-                            "glMatrixMode(GL_PROJECTION)",    "glLoadIdentity()",
-                            "glOrtho(1,2,3,4,9999,-9999)",    "glMatrixMode(GL_MODELVIEW)",
-                            "glLoadIdentity()",               "glEnable(GL_COLOR_MATERIAL)",
-                            "glLightfv(GL_LIGHT0,GL_POSITION,1.5,-2,-6,0)"};
+    const Lines expected = {
+        "glGetIntegerv(GL_VIEWPORT)", "glViewport(0,0,800,600)",     "glMatrixMode(GL_PROJECTION)",
+        "glLoadIdentity()",           "glOrtho(1,2,3,4,9999,-9999)", "glMatrixMode(GL_MODELVIEW)",
+        "glLoadIdentity()",           "glEnable(GL_COLOR_MATERIAL)", "glLightfv(GL_LIGHT0,GL_POSITION,1.5,-2,-6,0)"};
     ASSERT_GT(lines.size(), expected.size());
     EXPECT_EQ(Lines(lines.begin(), lines.begin() + expected.size()), expected);
     EXPECT_EQ(lines.back(), "glDepthRange(0,1)") << "the lights' set-up is the last";
@@ -156,7 +155,8 @@ TEST_F(Extents, aFlatModelKeepsTheIdentityProjectionAndTheNextFrameReportsIt)
     EXPECT_EQ(lines.back(), "GL Error: invalid value");
 }
 
-// --- resizeModel -------------------------------------------------------------------------------------------------------------
+// --- resizeModel
+// -------------------------------------------------------------------------------------------------------------
 
 class Resize : public Extents
 {
@@ -212,7 +212,8 @@ TEST_F(Resize, zeroAndMinusZeroExtentsLeaveTheIdentityProjection)
     EXPECT_EQ(printed().find("RESIZE MODEL EXTS=0,-0,0,2,-5,4\n"), 0u);
 }
 
-// --- normalize ---------------------------------------------------------------------------------------------------------------
+// --- normalize
+// ---------------------------------------------------------------------------------------------------------------
 
 TEST_F(Extents, normalizeMakesUnitLength)
 {

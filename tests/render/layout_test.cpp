@@ -12,6 +12,7 @@
 #include "mantypes.h"
 #include "mtrans.h"
 #include "mview.h"
+#include "outputcapture.h"
 #include "pickrect.h"
 #include "readelements.h"
 #include "readids.h"
@@ -106,6 +107,7 @@ TEST(Layout, environment)
 
 TEST(Layout, transformation)
 {
+    const OutputCapture prints; // "AXIS LEN="
     float extents[6] = {};
     const MTransform t(extents);
     EXPECT_OFFSET(t, mTransType, 0);
@@ -240,12 +242,11 @@ TEST(Constants, drawTypes)
 
 TEST(Constants, transformationOperations)
 {
-    const TransType inOrder[] = {
-        NO_TRANSFORM,     RESET_TRANSFORM, ROTATE_X_CCW,      ROTATE_X_CW,       ROTATE_Y_CCW,
-        ROTATE_Y_CW,      ROTATE_Z_CCW,    ROTATE_Z_CW,       TRANS_LEFT,        TRANS_RIGHT,
-        TRANS_UP,         TRANS_DOWN,      SCALE_INCR,        SCALE_DECR,        GLOBAL_TRANSLATION,
-        GLOBAL_SCALE,     GLOBAL_ROTATION, START_RUBBER_BAND, START_POLYLINE,    END_RUBBER_BAND,
-        RECT_SCALE,       RECT_PICK,       SELECT_PICK,       POLYLINE_PICK,     TRANS_MAX};
+    const TransType inOrder[] = {NO_TRANSFORM, RESET_TRANSFORM, ROTATE_X_CCW,      ROTATE_X_CW,    ROTATE_Y_CCW,
+                                 ROTATE_Y_CW,  ROTATE_Z_CCW,    ROTATE_Z_CW,       TRANS_LEFT,     TRANS_RIGHT,
+                                 TRANS_UP,     TRANS_DOWN,      SCALE_INCR,        SCALE_DECR,     GLOBAL_TRANSLATION,
+                                 GLOBAL_SCALE, GLOBAL_ROTATION, START_RUBBER_BAND, START_POLYLINE, END_RUBBER_BAND,
+                                 RECT_SCALE,   RECT_PICK,       SELECT_PICK,       POLYLINE_PICK,  TRANS_MAX};
     for (int value = 0; value < 25; ++value)
         EXPECT_EQ(inOrder[value], value);
 }

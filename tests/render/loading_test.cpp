@@ -1,5 +1,5 @@
-// Construction, loading, set-up with OpenGL and destruction of a model environment, watched together with the calls that
-// it makes of the model-reading library.
+// Construction, loading, set-up with OpenGL and destruction of a model environment, watched together with the calls
+// that it makes of the model-reading library.
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -120,7 +120,8 @@ readerstub::File fileWith(std::initializer_list<unsigned int> pids)
 }
 } // namespace
 
-// --- Construction ------------------------------------------------------------------------------------------------------
+// --- Construction
+// ------------------------------------------------------------------------------------------------------
 
 TEST_F(Loading, aNewEnvironmentHasItsDefaults)
 {
@@ -182,7 +183,8 @@ TEST_F(Loading, destructionDoesNotClearTheCurrentEnvironment)
     EXPECT_EQ(CAEEnv::getPtr(), gone);
 }
 
-// --- part_start --------------------------------------------------------------------------------------------------------
+// --- part_start
+// --------------------------------------------------------------------------------------------------------
 
 TEST_F(Loading, aMissingPartStartIsReportedAndChangesNothing)
 {
@@ -272,7 +274,8 @@ TEST_F(Loading, aNameReadShortKeepsTheBytesOfTheNameBefore)
 TEST_F(Loading, anOverlongNameIsCutAndTheNextOneReadRight)
 {
     const std::string longName(300, 'n');
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(2).name(longName).name("next")), (Names{longName.substr(0, 255), "next"}));
+    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(2).name(longName).name("next")),
+              (Names{longName.substr(0, 255), "next"}));
 }
 
 TEST_F(Loading, namesOf255BytesAreWhole)
@@ -295,7 +298,8 @@ TEST_F(Loading, anOverlongPathIsCutTo127Characters)
     EXPECT_EQ(std::strlen(e.charBuff), 127u);
 }
 
-// --- Loading through the reader ------------------------------------------------------------------------------------------
+// --- Loading through the reader
+// ------------------------------------------------------------------------------------------
 
 TEST_F(Loading, loadsOneFileInTheFixedOrderOfCallsAndPrints)
 {
@@ -395,7 +399,8 @@ TEST_F(Loading, aSecondLoadKeepsFileListAndPartCount)
     const std::string text = printed();
     EXPECT_EQ(env->fileList, (Names{"model", "model"}));
     EXPECT_NE(text.find("NUM FILES in CAE=0\nNUM FILES FORM LIST=2\n"), std::string::npos);
-    EXPECT_NE(text.find("reader: ReadElements(2 ids,2 nodes)"), std::string::npos) << "one reader per entry of the list";
+    EXPECT_NE(text.find("reader: ReadElements(2 ids,2 nodes)"), std::string::npos)
+        << "one reader per entry of the list";
 }
 
 TEST_F(Loading, aSecondLoadDropsTheArrayButNotTheCount)
@@ -411,7 +416,8 @@ TEST_F(Loading, aSecondLoadDropsTheArrayButNotTheCount)
     env->numParts = 0;
 }
 
-// --- loadAndInitGL ---------------------------------------------------------------------------------------------------------
+// --- loadAndInitGL
+// ---------------------------------------------------------------------------------------------------------
 
 TEST_F(Loading, initPrintsItsLinesInOrder)
 {
@@ -524,7 +530,8 @@ TEST_F(Loading, loadingDoesNotRecomputeTheExtents)
     EXPECT_EQ(printed().find("RESIZE MODEL EXTS="), std::string::npos);
 }
 
-// --- Destruction -----------------------------------------------------------------------------------------------------------
+// --- Destruction
+// -----------------------------------------------------------------------------------------------------------
 
 TEST_F(Loading, destructionReleasesWhatThePartsHoldAndKeepsTheRecords)
 {
@@ -597,7 +604,8 @@ TEST_F(Loading, modelWideReadersGoOnlyWhenNodesWereLoaded)
     EXPECT_EQ(printed(), "") << "no nodes: left alone";
 }
 
-// --- Shared helpers ----------------------------------------------------------------------------------------------------------
+// --- Shared helpers
+// ----------------------------------------------------------------------------------------------------------
 
 class IdLookup : public RecordedTest
 {

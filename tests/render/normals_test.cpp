@@ -62,7 +62,8 @@ PartInfoStr withNPE(PartInfoStr part, const std::string& npe)
 }
 } // namespace
 
-// --- One face ------------------------------------------------------------------------------------------------------------------
+// --- One face
+// ------------------------------------------------------------------------------------------------------------------
 
 TEST_F(Normals, anyNegativeCornerMeansNothingIsComputed)
 {
@@ -138,7 +139,8 @@ TEST_F(Normals, aDegenerateFlatFaceIsNotANumber)
     EXPECT_TRUE(std::isnan(face[2]));
 }
 
-// --- Shells --------------------------------------------------------------------------------------------------------------------
+// --- Shells
+// --------------------------------------------------------------------------------------------------------------------
 
 TEST_F(Normals, aQuadCounterClockwiseFromAboveLooksUp)
 {
@@ -156,7 +158,8 @@ TEST_F(Normals, aFlatTriangleHasAZeroNormal)
 
 TEST_F(Normals, flatShellsFollowElementByElement)
 {
-    PartInfoStr part = makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2, 3, 0, 1, 2, 2, 3, 2, 1, 0});
+    PartInfoStr part =
+        makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2, 3, 0, 1, 2, 2, 3, 2, 1, 0});
     const Floats normals = flat(part, 9);
     expectFace(normals, 0, 0, 0, 1);
     expectFace(normals, 1, 0, 0, 0);
@@ -174,14 +177,15 @@ TEST_F(Normals, smoothTrianglesSumToZeroAndEndAsNotANumber)
 TEST_F(Normals, smoothShellsAverageByArea)
 {
     // Two squares that share the edge 1-2: one of area 1 facing +z, one of area 3 facing -x (upwards behind the edge).
-    const PartInfoStr part = makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 3, 1, 1, 3},
-                                      {0, 1, 2, 3, 1, 4, 5, 2});
+    const PartInfoStr part =
+        makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 3, 1, 1, 3}, {0, 1, 2, 3, 1, 4, 5, 2});
     const Floats sums = perNode(part, UNNORMALISED);
     expectNode(sums, 0, 0, 0, 1);
     expectNode(sums, 1, -3, 0, 1);
     expectNode(sums, 5, -3, 0, 0);
     releasePart(model->part(0));
-    model->part(0) = makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 3, 1, 1, 3}, {0, 1, 2, 3, 1, 4, 5, 2});
+    model->part(0) =
+        makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 3, 1, 1, 3}, {0, 1, 2, 3, 1, 4, 5, 2});
     (*model)->shadeModel = GL_SMOOTH;
     (*model)->computeNormals();
     const float* unit = model->part(0).partNodes.nodeNormals;
@@ -213,7 +217,8 @@ TEST_F(Normals, aStrideOfZeroMeansNoElements)
     }
 }
 
-// --- Solids ----------------------------------------------------------------------------------------------------------------------
+// --- Solids
+// ----------------------------------------------------------------------------------------------------------------------
 
 TEST_F(Normals, aHexahedronHasSixFaceNormals)
 {
@@ -265,7 +270,7 @@ TEST_F(Normals, aPentahedronHasNormalsOnItsQuadrilateralsOnly)
 TEST_F(Normals, aSmoothPentahedronNeverReachesItsSlotSevenNode)
 {
     const Floats sums = perNode(pentaPart(), UNNORMALISED);
-    expectNode(sums, 4, 0, 0, 0);               // e stands in slots 7 and 8 only
+    expectNode(sums, 4, 0, 0, 0); // e stands in slots 7 and 8 only
     expectNode(sums, 1, 2, 0, 0); // b, twice in two faces: 2 (1,1,0) + 2 (0,-1,0)
     const Floats unit = perNode(pentaPart());
     EXPECT_TRUE(std::isnan(unit[12]));
@@ -321,7 +326,8 @@ TEST_F(Normals, aShapeGivenByTheReaderIsNotSetBackToHexahedron)
     EXPECT_EQ(shapes(withNPE(tetraPart(), "8"), 1), "4");
 }
 
-// --- When they are computed ----------------------------------------------------------------------------------------------------------
+// --- When they are computed
+// ----------------------------------------------------------------------------------------------------------
 
 TEST_F(Normals, onlyShellsAndSolidsGetThem)
 {
@@ -353,7 +359,8 @@ TEST_F(Normals, computingAgainComputesNothing)
         }
         m->computeNormals();
         for (int k : {0, 1}) {
-            EXPECT_EQ(normals[k], shade == GL_FLAT ? m.part(k).partElements.elmNormals : m.part(k).partNodes.nodeNormals);
+            EXPECT_EQ(normals[k],
+                      shade == GL_FLAT ? m.part(k).partElements.elmNormals : m.part(k).partNodes.nodeNormals);
             EXPECT_EQ(normals[k][0], 42);
         }
     }

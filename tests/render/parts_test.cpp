@@ -34,7 +34,8 @@ protected:
 const unsigned int S = PART_SHOWN, H = PART_HIDDEN;
 } // namespace
 
-// --- By selection state --------------------------------------------------------------------------------------------------
+// --- By selection state
+// --------------------------------------------------------------------------------------------------
 
 TEST_F(Parts, showOnlySelectedTakesAnyKindOfSelection)
 {
@@ -67,12 +68,14 @@ TEST_F(Parts, hideSelectedContinuesAtTheCounterSoItChangesNothingAfterALoopOverA
 
 TEST_F(Parts, hideSelectedRightAfterInitChangesNoFlag)
 {
-    model.part(1).partFlag |= PART_SELECTED;
-    model->loadAndInitGL(0, true, nullptr);
-    model->processParts(4);
-    EXPECT_TRUE(model.flags(1) & PART_SELECTED);
-    EXPECT_TRUE(model.flags(1) & PART_SHOWN);
-    EXPECT_NE(printed().find("\nxmin=0 xmax=31\n"), std::string::npos);
+    TestModel loaded(GL_FLAT);
+    loaded.add(quadPart()).add(quadPart(10)).installParts();
+    loaded.part(1).partFlag |= PART_SELECTED;
+    loaded->loadAndInitGL(0, true, nullptr);
+    loaded->processParts(4);
+    EXPECT_TRUE(loaded.flags(1) & PART_SELECTED);
+    EXPECT_TRUE(loaded.flags(1) & PART_SHOWN);
+    EXPECT_NE(printed().find("\nxmin=0 xmax=11\n"), std::string::npos);
 }
 
 TEST_F(Parts, hideSelectedFromAResetCounterHidesAndDeselects)
@@ -129,7 +132,8 @@ TEST_F(Parts, anyOtherOperationChangesNoFlagButRecomputesTheExtents)
     }
 }
 
-// --- By part id --------------------------------------------------------------------------------------------------------------
+// --- By part id
+// --------------------------------------------------------------------------------------------------------------
 
 TEST_F(Parts, byIdShowsExactlyTheListed)
 {
@@ -237,7 +241,8 @@ TEST_F(Parts, selectByIdAddsToTheSelectionOnly)
     EXPECT_EQ(model->i, 2u) << "no loop over parts";
 }
 
-// --- Segment part ---------------------------------------------------------------------------------------------------------------
+// --- Segment part
+// ---------------------------------------------------------------------------------------------------------------
 
 TEST_F(Parts, aSegmentPartIsSetWithItsNormalsAndTheExtentsRecomputed)
 {
@@ -281,7 +286,8 @@ TEST(SegmentPart, isNotOwnedByTheEnvironment)
     glrecord::stop();
 }
 
-// --- Flags and accessors -----------------------------------------------------------------------------------------------------------
+// --- Flags and accessors
+// -----------------------------------------------------------------------------------------------------------
 
 TEST_F(Parts, computeFlagsAreSetClearedAndTestedByBit)
 {

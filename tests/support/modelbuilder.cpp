@@ -148,17 +148,23 @@ TestModel& TestModel::add(const PartInfoStr& part)
     return *this;
 }
 
-TestModel& TestModel::install()
+TestModel& TestModel::installParts()
 {
     env->numParts = static_cast<unsigned int>(added.size());
     env->partsInfoList = copied(added);
-    env->boxList = new BoundBox*[added.size()];
-    for (unsigned int k = 0; k < env->numParts; ++k) {
+    for (unsigned int k = 0; k < env->numParts; ++k)
         env->pidMap[11 + k] = k;
-        env->boxList[k] = new BoundBox(part(k).partExtents);
-    }
     if (!added.empty())
         unionOfExtents();
+    return *this;
+}
+
+TestModel& TestModel::install()
+{
+    installParts();
+    env->boxList = new BoundBox*[added.size()];
+    for (unsigned int k = 0; k < env->numParts; ++k)
+        env->boxList[k] = new BoundBox(part(k).partExtents);
     env->mView = new MView(env->modelExtents);
     env->mTrans = new MTransform(env->modelExtents);
     env->i = env->numParts;

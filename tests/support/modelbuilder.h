@@ -44,8 +44,9 @@ public:
 
     // Part ids are 11, 12, ... in the order of adding.
     TestModel& add(const PartInfoStr& part);
-    // The parts go into the environment: list, ids, boxes, mView, mTrans; the extents are those of all parts.
-    // Computes no normals.
+    // The parts go into the environment: list, ids and extents (those of all parts), as getAll leaves it.
+    TestModel& installParts();
+    // Also the boxes, mView and mTrans, but no normals.
     TestModel& install();
 
     CAEEnv& operator*() { return *env; }

@@ -2,6 +2,7 @@
 #ifndef RECORDEDTEST_H
 #define RECORDEDTEST_H
 
+#include <iostream>
 #include <optional>
 #include <regex>
 #include <string>
@@ -18,6 +19,7 @@ class RecordedTest : public testing::Test
 protected:
     void SetUp() override
     {
+        std::cout.clear(); // a broken stream of one test is not the next one's
         glrecord::start(glrecord::Mode::RecordOnly);
         output.emplace(1);
     }

@@ -1,0 +1,34 @@
+// The one door to the deck readers.
+#include "deck_import.h"
+
+#include "abaqus/inp_reader.h"
+#include "deck.h"
+#include "model_builder.h"
+#include "model_summary.h"
+
+namespace kvo {
+
+void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress)
+{
+    const Mesh mesh = readDeck(deck, log, std::move(progress));
+    writeModelDirectory(mesh, modelDirectory, log);
+}
+
+std::string summarizeLeftOut(const ImportLog& log)
+{
+    std::uint64_t elements = 0, warnings = 0;
+    for (const ImportLog::List& list : log.lists()) {
+        for (const ImportLog::Entry& entry : list.entries)
+            elements += list.title == listElementsNotDrawn ? entry.count : 0;
+    }
+    for (const ImportLog::Warnings& kind : log.warnings())
+        warnings += kind.count;
+    std::string out;
+    if (elements)
+        out = counted(elements, "element") + " of types that are not drawn";
+    if (warnings)
+        out += (out.empty() ? "" : ", ") + counted(warnings, "warning");
+    return out;
+}
+
+} // namespace kvo

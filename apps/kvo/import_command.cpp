@@ -1,0 +1,105 @@
+// kvo import: a model directory from a deck.
+#include <fstream>
+#include <iostream>
+#include <limits>
+#include <memory>
+
+#include <CLI/CLI.hpp>
+
+#include "commands.h"
+#include "deck.h"
+#include "deck_import.h"
+#include "model_source.h"
+#include "model_summary.h"
+#include "program_error.h"
+#include "progress_bar.h"
+
+namespace kvo {
+
+namespace {
+
+struct ImportOptions
+{
+    std::string deck;
+    std::string output;
+    std::string log;
+};
+
+std::string manual()
+{
+    std::string out = "\nFORMATS\n  A deck's format is told by what it contains, else by its ending.\n";
+    for (const DeckFormat& format : deckFormats())
+        out += std::string("  ") + format.name + " (" + format.suffixes + "): " + format.summary + "\n";
+    return out + R"(
+MODEL DIRECTORY
+  MODELDIR appears when everything is written; an older model directory of that name is replaced. A file or
+  folder that is no model directory is left alone.
+
+REPORT
+  Prints what the model consists of, then what the deck has that the model has not: element types that are
+  not drawn, keywords that are not read, elements without their nodes. Of many equal warnings the first few
+  are printed; --log FILE gets all of them.
+
+EXAMPLES
+  kvo import bracket.inp -o bracket
+  kvo import hull.stl -o models/hull --log hull.log
+)";
+}
+
+// Directly below the title line come the kinds.
+void printSummary(std::ostream& out, const ImportOptions& options, const ModelInfo& info)
+{
+    const ModelTotals totals = countModel(info);
+    out << options.output << ": " << counted(info.parts.size(), "part") << ", " << counted(totals.elements, "element")
+        << ", " << counted(totals.nodes, "node") << "\n";
+    for (const auto& entry : totals.elementsByKind)
+        out << "  " << entry.first << ": " << counted(entry.second, "element") << "\n";
+}
+
+void writeLog(const ImportOptions& options, const ModelInfo& info, const ImportLog& log)
+{
+    std::ofstream out(options.log);
+    printSummary(out, options, info);
+    log.print(out);
+    out.close();
+    if (!out)
+        throw ProgramError(options.log, "cannot be written");
+}
+
+void import(const ImportOptions& options)
+{
+    if (options.deck == options.output)
+        throw UsageError("the model directory cannot have the deck's own name");
+    const bool everything = !options.log.empty();
+    ImportLog log(everything ? std::numeric_limits<std::size_t>::max() : 5);
+    {
+        ProgressBar bar("reading");
+        importDeck(options.deck, options.output, log, [&](std::uint64_t done, std::uint64_t total) {
+            bar.update(total ? static_cast<double>(done) / static_cast<double>(total) : 0);
+        });
+    }
+    const ModelSource model(options.output);
+    printSummary(std::cout, options, model.info());
+    if (!everything) {
+        log.print(std::cout);
+        return;
+    }
+    writeLog(options, model.info(), log);
+    const std::string leftOut = summarizeLeftOut(log);
+    std::cout << (leftOut.empty() ? "" : leftOut + "; ") << "report in " << options.log << "\n";
+}
+
+} // namespace
+
+void addImportCommand(CLI::App& program)
+{
+    auto options = std::make_shared<ImportOptions>();
+    CLI::App* command = program.add_subcommand("import", "Write a model directory from a deck.");
+    command->add_option("deck", options->deck, "Deck to read, see below")->required()->type_name("DECK");
+    command->add_option("-o,--output", options->output, "Model directory to write")->required()->type_name("MODELDIR");
+    command->add_option("--log", options->log, "Write the whole report to this file")->type_name("FILE");
+    command->footer(manual);
+    command->callback([options] { import(*options); });
+}
+
+} // namespace kvo

@@ -1,0 +1,61 @@
+// A model in a context without a display: loaded, framed, drawn frame by frame. What commands that draw share.
+//
+// The library's commentary goes to the log, or nowhere, for as long as the session lives; messages to the user are thrown
+// and appear when it has ended.
+#ifndef KVO_MODEL_SESSION_H
+#define KVO_MODEL_SESSION_H
+
+#include <memory>
+#include <set>
+#include <string>
+
+#include "ops_file.h"
+#include "picture.h"
+
+class CAEEnv;
+
+namespace kvo {
+
+class ModelSource;
+
+struct SessionOptions
+{
+    int width = 1280;
+    int height = 960;
+    int samples = 4;              // per pixel, for smooth edges
+    int shadeModel = 0;           // GL_FLAT or GL_SMOOTH
+    Color background;
+    std::string device = "auto";  // headless_context.h
+    std::string log;              // file for the library's commentary; "" drops it
+};
+
+class ModelSession
+{
+public:
+    // Makes the context and loads the model. Throws HostError or ProgramError. The source must outlive the session.
+    ModelSession(const ModelSource& source, const SessionOptions& options);
+    ~ModelSession();
+
+    CAEEnv& env();
+    std::set<unsigned int> partIds();
+
+    // Shows exactly these parts.
+    void showParts(const std::set<unsigned int>& ids);
+
+    void setView(int viewType); // _MViewType, from the next frame on
+
+    // One operation of an operation file, then a frame.
+    void play(const Operation& operation);
+
+    // Frames the visible parts and draws.
+    void drawFrame();
+    Picture picture();
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl;
+};
+
+} // namespace kvo
+
+#endif

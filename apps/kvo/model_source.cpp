@@ -1,0 +1,185 @@
+// From a word of the command line to the pair of names that the library takes.
+#include "model_source.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "caeenv.h"
+#include "deck_import.h"
+#include "output_redirect.h"
+#include "program_error.h"
+
+namespace fs = std::filesystem;
+
+namespace kvo {
+
+namespace {
+
+// "dir/model/part_start" must fit the library's path buffer of 128 bytes.
+const std::size_t longestPath = 127;
+
+// A directory that is removed with everything in it.
+class TemporaryDirectory
+{
+public:
+    TemporaryDirectory()
+    {
+        std::string name = (fs::temp_directory_path() / "kvo-XXXXXX").string();
+        if (!mkdtemp(&name[0]))
+            throw ProgramError(name, std::string("cannot be made (") + std::strerror(errno) + ")");
+        path = name;
+    }
+    ~TemporaryDirectory()
+    {
+        std::error_code ignored;
+        fs::remove_all(path, ignored);
+    }
+
+    std::string path;
+};
+
+// A short name for a directory: /proc/self/fd/N.
+class ShortName
+{
+public:
+    explicit ShortName(const std::string& directory) : descriptor(open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC))
+    {
+        if (descriptor < 0)
+            throw ProgramError(directory, std::string("cannot be opened (") + std::strerror(errno) + ")");
+    }
+    ~ShortName() { close(descriptor); }
+
+    std::string path() const { return "/proc/self/fd/" + std::to_string(descriptor); }
+
+private:
+    int descriptor;
+};
+
+std::size_t pathLength(const std::string& dir, const std::string& model)
+{
+    return dir.size() + 1 + model.size() + std::strlen("/part_start");
+}
+
+std::string firstLine(const std::string& text)
+{
+    return text.substr(0, text.find('\n'));
+}
+
+} // namespace
+
+struct ModelSource::Impl
+{
+    std::string shown;
+    std::string titleText;
+    std::string leftOutLine;
+    std::string dir;
+    std::string model;
+    ModelInfo info;
+    std::unique_ptr<TemporaryDirectory> temporary;
+    std::unique_ptr<ShortName> alias;
+
+    void useDirectory(const fs::path& path)
+    {
+        if (!fs::exists(path / "part_start"))
+            throw ProgramError(shown, "is no model directory (it has no part_start)");
+        const fs::path full = fs::canonical(path);
+        dir = full.parent_path().string();
+        model = full.filename().string();
+    }
+
+    void importTemporary(const fs::path& deck)
+    {
+        temporary = std::make_unique<TemporaryDirectory>();
+        const fs::path target = fs::path(temporary->path) / "model";
+        ImportLog log;
+        importDeck(deck.string(), target.string(), log, {});
+        leftOutLine = summarizeLeftOut(log);
+        useDirectory(target);
+    }
+
+    void shortenPath()
+    {
+        if (pathLength(dir, model) <= longestPath)
+            return;
+        alias = std::make_unique<ShortName>(dir);
+        dir = alias->path();
+        if (pathLength(dir, model) > longestPath)
+            throw ProgramError(shown, "the model directory's name is longer than the " +
+                                          std::to_string(longestPath - pathLength(dir, "")) + " bytes that can be loaded");
+    }
+};
+
+ModelSource::ModelSource(const std::string& path) : impl(new Impl)
+{
+    impl->shown = path;
+    std::error_code error;
+    const fs::file_status status = fs::status(path, error);
+    if (!fs::exists(status))
+        throw ProgramError(path, error ? error.message() : "No such file or directory");
+    if (fs::is_directory(status))
+        impl->useDirectory(path);
+    else
+        impl->importTemporary(path);
+    impl->titleText = fs::is_directory(status) ? impl->model : fs::path(path).stem().string();
+    impl->shortenPath();
+    std::string problem;
+    if (!readModelInfo(impl->dir, impl->model, &impl->info, &problem))
+        throw ProgramError(problem);
+}
+
+ModelSource::~ModelSource() = default;
+
+const std::string& ModelSource::dirName() const
+{
+    return impl->dir;
+}
+
+const std::string& ModelSource::modelName() const
+{
+    return impl->model;
+}
+
+const std::string& ModelSource::shownName() const
+{
+    return impl->shown;
+}
+
+std::string ModelSource::title() const
+{
+    return impl->titleText;
+}
+
+const std::string& ModelSource::leftOut() const
+{
+    return impl->leftOutLine;
+}
+
+const ModelInfo& ModelSource::info() const
+{
+    return impl->info;
+}
+
+void warnOfLeftOut(const ModelSource& source)
+{
+    if (!source.leftOut().empty())
+        std::fprintf(stderr, "kvo: warning: %s: %s (kvo import lists them)\n", source.shownName().c_str(),
+                     source.leftOut().c_str());
+}
+
+void loadParts(CAEEnv& env, const ModelSource& source)
+{
+    ErrorCapture errors;
+    const int failed = env.getAll(nullptr);
+    const std::string reported = errors.text();
+    if (!reported.empty())
+        throw ProgramError(firstLine(reported));
+    if (failed)
+        throw ProgramError(source.shownName(), "the model cannot be loaded");
+}
+
+} // namespace kvo

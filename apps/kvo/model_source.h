@@ -1,0 +1,50 @@
+// The model that a command line names: a model directory, or a deck, which is imported to a temporary model directory
+// that goes away with this object.
+#ifndef KVO_MODEL_SOURCE_H
+#define KVO_MODEL_SOURCE_H
+
+#include <memory>
+#include <string>
+
+#include "modelinfo.h"
+
+class CAEEnv;
+
+namespace kvo {
+
+class ModelSource
+{
+public:
+    // Throws ProgramError for what is neither, and what the deck readers find wrong in a deck.
+    explicit ModelSource(const std::string& path);
+    ~ModelSource();
+
+    // The pair that the library takes: it looks at dirName/modelName/part_start, in 127 characters at most. A directory
+    // with a longer path gets a short name for as long as this object lives.
+    const std::string& dirName() const;
+    const std::string& modelName() const;
+
+    // As the user wrote it, for messages.
+    const std::string& shownName() const;
+    // The directory's or deck's own name, without folders and ending, for titles.
+    std::string title() const;
+
+    const ModelInfo& info() const;
+
+    // What of a deck is not in the model, in one line; "" when nothing is missing.
+    const std::string& leftOut() const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl;
+};
+
+// One line on standard error about what of a deck is not in the model, if anything.
+void warnOfLeftOut(const ModelSource& source);
+
+// Loads every part, without OpenGL. What the reader reports on standard error becomes a ProgramError.
+void loadParts(CAEEnv& env, const ModelSource& source);
+
+} // namespace kvo
+
+#endif

@@ -1,0 +1,135 @@
+// Line splitting and includes.
+#include "deck_lines.h"
+
+#include <cstring>
+#include <filesystem>
+
+namespace kvo {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::uint64_t reportStep = 1 << 20;
+constexpr std::size_t maxIncludeDepth = 100;
+constexpr std::size_t maxIncludes = 1000000; // files that include each other twice grow without end
+
+bool sameFile(const std::string& a, const std::string& b)
+{
+    std::error_code ignored;
+    return a == b || fs::equivalent(a, b, ignored);
+}
+
+bool isReadableFile(const fs::path& path)
+{
+    std::error_code ignored;
+    return fs::exists(path, ignored) && !fs::is_directory(path, ignored);
+}
+
+} // namespace
+
+DeckLines::DeckLines(const std::string& path, Progress progress)
+    : DeckLines(std::make_unique<MappedFile>(path), std::move(progress))
+{
+}
+
+DeckLines::DeckLines(std::unique_ptr<MappedFile> file, Progress progressCall) : progress(std::move(progressCall))
+{
+    paths.push_back(file->path());
+    mapped.push_back(std::move(file));
+    push(0);
+}
+
+void DeckLines::push(std::size_t file)
+{
+    const MappedFile& text = *mapped[file];
+    stack.push_back({file, static_cast<std::uint32_t>(file), text.begin(), text.end(), 0});
+    bytesTotal += text.size();
+}
+
+bool DeckLines::next(std::string_view& line)
+{
+    while (!stack.empty() && stack.back().p == stack.back().end) {
+        stack.pop_back();
+    }
+    if (stack.empty()) {
+        report();
+        return false;
+    }
+    Source& source = stack.back();
+    const std::size_t left = static_cast<std::size_t>(source.end - source.p);
+    const void* found = std::memchr(source.p, '\n', left);
+    const char* stop = found ? static_cast<const char*>(found) : source.end;
+    std::size_t length = static_cast<std::size_t>(stop - source.p);
+    bytesDone += length + (found != nullptr);
+    if (length > 0 && source.p[length - 1] == '\r') {
+        --length;
+    }
+    line = lastText = std::string_view(source.p, length);
+    source.p = found ? stop + 1 : stop;
+    lastLine = ++source.line;
+    lastFile = source.pathIndex;
+    if (bytesDone >= nextReport) {
+        report();
+    }
+    return true;
+}
+
+void DeckLines::report()
+{
+    nextReport = bytesDone + reportStep;
+    if (progress) {
+        progress(bytesDone, bytesTotal);
+    }
+}
+
+void DeckLines::putBack()
+{
+    // A finished file leaves the stack with the next line only, so the last line's file is still the innermost.
+    Source& source = stack.back();
+    bytesDone -= static_cast<std::uint64_t>(source.p - lastText.data());
+    source.p = lastText.data();
+    --source.line;
+}
+
+std::string DeckLines::find(const std::string& name) const
+{
+    const fs::path wanted(name);
+    const fs::path candidates[] = {fs::path(paths[lastFile]).parent_path() / wanted,
+                                   fs::path(paths.front()).parent_path() / wanted, wanted};
+    for (const fs::path& candidate : candidates) {
+        if (isReadableFile(candidate)) {
+            return candidate.string();
+        }
+    }
+    throw ImportError(place(), "included file \"" + name + "\" not found");
+}
+
+void DeckLines::include(const std::string& name)
+{
+    const std::string path = find(name);
+    for (const Source& open : stack) {
+        if (sameFile(mapped[open.file]->path(), path)) {
+            throw ImportError(place(), "\"" + name + "\" is included by itself");
+        }
+    }
+    if (stack.size() >= maxIncludeDepth || ++includes > maxIncludes) {
+        throw ImportError(place(), "too many included files, or nested too deeply");
+    }
+    std::size_t file = 0;
+    while (file < paths.size() && paths[file] != path) {
+        ++file;
+    }
+    if (file == paths.size()) {
+        mapped.push_back(std::make_unique<MappedFile>(path));
+        paths.push_back(path);
+    }
+    push(file);
+}
+
+std::uint64_t DeckLines::bytesLeft() const
+{
+    return bytesTotal - bytesDone;
+}
+
+} // namespace kvo

@@ -1,0 +1,205 @@
+// Staging and replacing model folders.
+#include "modelfolders.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "modeldata.h"
+#include "modelformat.h"
+
+namespace fs = std::filesystem;
+
+namespace readgen {
+
+namespace {
+
+[[noreturn]] void cannotUse(const std::string& path, const std::string& what)
+{
+    throw CannotWrite(path + ": " + what);
+}
+
+[[noreturn]] void failedCall(const std::string& path, const char* what)
+{
+    cannotUse(path, std::string(what) + ": " + std::strerror(errno));
+}
+
+bool isFolder(const std::string& path)
+{
+    struct stat info;
+    return ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+}
+
+bool exists(const std::string& path)
+{
+    struct stat info;
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
+// Every leading part of a path: "a/b/c" -> "a", "a/b", "a/b/c".
+std::vector<std::string> leadingPaths(const std::string& path)
+{
+    std::vector<std::string> paths;
+    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1))
+        paths.push_back(path.substr(0, end));
+    paths.push_back(path);
+    return paths;
+}
+
+bool isModelFileName(const std::string& name)
+{
+    for (const char* known : {NODE_IDS_FILE, NODE_COORDS_FILE, PARTS_FILE, ELEMENTS_FILE, PART_START_FILE})
+        if (name == known)
+            return true;
+    return false;
+}
+
+// A folder may be replaced when it holds a model and nothing else: a mistyped name must not cost a user's files.
+void checkReplaceable(const std::string& target)
+{
+    if (!exists(target))
+        return;
+    std::error_code problem;
+    if (!fs::is_directory(fs::symlink_status(target, problem)))
+        cannotUse(target, "exists and is not a folder");
+    for (fs::recursive_directory_iterator entry(target, problem), end; !problem && entry != end;
+         entry.increment(problem)) {
+        const fs::file_status status = entry->symlink_status(problem);
+        const bool known = fs::is_regular_file(status) && isModelFileName(entry->path().filename().string());
+        if (!problem && !fs::is_directory(status) && !known)
+            cannotUse(target, "exists and holds \"" + fs::relative(entry->path(), target, problem).string() +
+                                  "\", which is no part of a model; it is not replaced");
+    }
+    if (problem)
+        cannotUse(target, "cannot be looked through: " + problem.message());
+}
+
+// Swaps two folders in one step. False where the file system cannot.
+bool exchange(const std::string& a, const std::string& b)
+{
+    return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+}
+
+bool renamed(const std::string& from, const std::string& to) { return ::rename(from.c_str(), to.c_str()) == 0; }
+
+// Best effort: the renaming is then on the disk as well.
+void syncFolder(const std::string& path)
+{
+    const int number = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (number < 0)
+        return;
+    ::fsync(number);
+    ::close(number);
+}
+
+} // namespace
+
+std::string makeFolders(const std::string& root, const std::string& path)
+{
+    const std::string whole = root + "/" + path;
+    std::error_code problem;
+    fs::create_directories(whole, problem);
+    if (problem)
+        cannotUse(whole, "cannot be created: " + problem.message());
+    return whole;
+}
+
+StagingFolder::StagingFolder(const std::string& dir) : dirName(dir)
+{
+    try {
+        makeParents(dirName);
+        std::string name = dirName + "/.kvo-model-XXXXXX";
+        if (!::mkdtemp(&name[0]))
+            failedCall(dirName, "cannot be written into");
+        staging = name;
+    } catch (...) {
+        for (std::size_t k = madeFolders.size(); k-- > 0;)
+            ::rmdir(madeFolders[k].c_str());
+        throw;
+    }
+}
+
+StagingFolder::~StagingFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(staging, ignored);
+    if (!finished)
+        for (std::size_t k = madeFolders.size(); k-- > 0;)
+            ::rmdir(madeFolders[k].c_str());
+}
+
+void StagingFolder::makeParents(const std::string& path)
+{
+    for (const std::string& folder : leadingPaths(path)) {
+        if (isFolder(folder))
+            continue;
+        if (::mkdir(folder.c_str(), 0777) != 0)
+            failedCall(folder, "cannot be created");
+        madeFolders.push_back(folder);
+    }
+}
+
+void StagingFolder::moveOne(const std::string& name)
+{
+    Move move = {staging + "/" + name, dirName + "/" + name, ""};
+    if (exists(move.target)) {
+        if (exchange(move.staged, move.target)) {
+            move.old = move.staged;
+            moves.push_back(move);
+            return;
+        }
+        move.old = staging + "/.old-" + std::to_string(moves.size());
+        if (!renamed(move.target, move.old))
+            failedCall(move.target, "cannot be moved aside");
+    }
+    if (!renamed(move.staged, move.target)) {
+        const int reason = errno;
+        if (!move.old.empty())
+            renamed(move.old, move.target);
+        errno = reason;
+        failedCall(move.target, "cannot be put in place");
+    }
+    moves.push_back(move);
+}
+
+void StagingFolder::moveBack()
+{
+    for (std::size_t k = moves.size(); k-- > 0;) {
+        const Move& move = moves[k];
+        if (move.old == move.staged) {
+            exchange(move.staged, move.target);
+            continue;
+        }
+        renamed(move.target, move.staged);
+        if (!move.old.empty())
+            renamed(move.old, move.target);
+    }
+    moves.clear();
+}
+
+void StagingFolder::moveInto(const std::vector<std::string>& names)
+{
+    for (const std::string& name : names)
+        checkReplaceable(dirName + "/" + name);
+    try {
+        for (const std::string& name : names) {
+            const std::string target = dirName + "/" + name;
+            makeParents(target.substr(0, target.rfind('/')));
+            moveOne(name);
+        }
+    } catch (...) {
+        moveBack();
+        throw;
+    }
+    finished = true;
+    syncFolder(dirName);
+}
+
+} // namespace readgen

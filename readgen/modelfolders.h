@@ -1,0 +1,48 @@
+// Folders that appear under their final names all at once or not at all. Private to readgen/.
+#ifndef MODELFOLDERS_H
+#define MODELFOLDERS_H
+
+#include <string>
+#include <vector>
+
+namespace readgen {
+
+// Makes root/path with all folders on the way and returns it. Throws CannotWrite.
+std::string makeFolders(const std::string& root, const std::string& path);
+
+// A temporary folder beside the final ones, removed at the end with all that is left in it.
+class StagingFolder
+{
+public:
+    explicit StagingFolder(const std::string& dirName); // makes dirName too; throws CannotWrite
+    ~StagingFolder();
+    StagingFolder(const StagingFolder&) = delete;
+    StagingFolder& operator=(const StagingFolder&) = delete;
+
+    const std::string& path() const { return staging; }
+    // Moves path()/name to dirName/name for every name, replacing model folders of that name. On failure throws
+    // CannotWrite and everything is as it was before.
+    void moveInto(const std::vector<std::string>& names);
+
+private:
+    // A folder that took its place, and whether an old one lies at `old` (equal to `staged` after an exchange).
+    struct Move
+    {
+        std::string staged;
+        std::string target;
+        std::string old;
+    };
+    void makeParents(const std::string& path);
+    void moveOne(const std::string& name);
+    void moveBack();
+
+    std::string dirName;
+    std::string staging;
+    std::vector<std::string> madeFolders; // on the way to dirName and the targets
+    std::vector<Move> moves;
+    bool finished = false;
+};
+
+} // namespace readgen
+
+#endif

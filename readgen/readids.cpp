@@ -1,0 +1,54 @@
+// ReadIDS: the node ids of one model file.
+#include "readids.h"
+
+#include <algorithm>
+
+#include "modelfile.h"
+#include "names.h"
+
+using namespace readgen;
+
+ReadIDS::ReadIDS() : dirName(nullptr), modelName(nullptr), numIDs(0), idList(nullptr) {}
+
+ReadIDS::ReadIDS(const char* dir, const char* file) : ReadIDS() { set(dir, file); }
+
+ReadIDS::~ReadIDS()
+{
+    delete[] idList;
+    delete[] dirName;
+    delete[] modelName;
+}
+
+void ReadIDS::set(const char* dir, const char* file)
+{
+    replaceName(dirName, dir);
+    replaceName(modelName, file);
+}
+
+namespace {
+
+// A model file may consist of elements only: then it has neither of the two node files.
+bool hasNoNodeFiles(const std::string& folder, const std::string& idPath)
+{
+    return fileExists(folder) && !fileExists(idPath) && !fileExists(folder + "/" + NODE_COORDS_FILE);
+}
+
+} // namespace
+
+int ReadIDS::get(const char* idFileName)
+{
+    delete[] idList;
+    idList = nullptr;
+    numIDs = 0;
+    const std::string folder = folderOf(dirName, modelName);
+    const std::string path = folder + "/" + idFileName;
+    if (hasNoNodeFiles(folder, path))
+        return 0;
+    return countOrReport(path, [&] {
+        const NodeIdFile file(path);
+        idList = new unsigned int[file.count()];
+        numIDs = file.count();
+        std::copy_n(file.ids(), numIDs, idList);
+        return static_cast<int>(numIDs);
+    });
+}

@@ -1,0 +1,20 @@
+// The scenes that have a reference picture.
+#ifndef KVO_TESTS_GOLDEN_SCENES_H
+#define KVO_TESTS_GOLDEN_SCENES_H
+
+#include <string>
+#include <vector>
+
+struct GoldenScene
+{
+    std::string name;                   // golden/NAME.png
+    std::vector<std::string> arguments; // of kvo render, beside model, output, size and device
+    std::string operations;             // text of the operation file; "": none
+};
+
+const std::vector<GoldenScene>& goldenScenes();
+
+// Draws the sample deck as the scene says. Throws std::runtime_error with the program's message when it fails.
+void drawGoldenScene(const GoldenScene& scene, const std::string& picture);
+
+#endif

@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""Every installed header compiles on its own as C++11, with the four folders and nothing else on the include path.
+
+usage: check_headers.py COMPILER INCLUDE_FOLDER
+"""
+import os
+import subprocess
+import sys
+
+FOLDERS = ("render", "generic", "readgen", "import/generic")
+EXPECTED = {
+    "render": "boundbox caeenv glfuncs maptypes mtrans mview partstr pickrect rubberband trackball unit_axis",
+    "generic": "gentime kvoexport",
+    "readgen": "modelinfo modelwriter readelements readids readnodes",
+    "import/generic": "mantypes",
+}
+
+
+def compiles(compiler, root, header):
+    command = [compiler, "-std=c++11", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", "-x", "c++", "-"]
+    command += [f"-I{os.path.join(root, folder)}" for folder in FOLDERS]
+    twice = f'#include "{header}"\n#include "{header}"\n'
+    result = subprocess.run(command, input=twice, text=True, capture_output=True, check=False)
+    if result.returncode != 0:
+        print(f"{header}:\n{result.stderr}", file=sys.stderr)
+    return result.returncode == 0
+
+
+def main(compiler, root):
+    failed = False
+    for folder in FOLDERS:
+        there = sorted(os.listdir(os.path.join(root, folder)))
+        there = [name for name in there if os.path.isfile(os.path.join(root, folder, name))]
+        expected = sorted(name + ".h" for name in EXPECTED[folder].split())
+        if there != expected:
+            print(f"{folder} holds {there}, not {expected}", file=sys.stderr)
+            failed = True
+        failed = not all([compiles(compiler, root, header) for header in there]) or failed
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*sys.argv[1:]))

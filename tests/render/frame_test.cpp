@@ -1,0 +1,664 @@
+// One frame and the display modes: what renderModel does in which order, which parts are drawn, in which colour and by
+// which renderer, and the calls that switch parts and render state.
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "boundbox.h"
+#include "glfuncs.h"
+#include "modelbuilder.h"
+#include "mtrans.h"
+#include "mview.h"
+#include "recordedtest.h"
+
+namespace {
+const unsigned int S = PART_SHOWN, H = PART_HIDDEN;
+const std::string BLUE_LINE = "glColor4fv(0,0,1,1)", GREEN_LINE = "glColor4fv(0,1,0,1)";
+const std::string OWN_LINE = "glColor4fv(0.5,0.25,0.125,1)";
+
+class Frame : public RecordedTest
+{
+protected:
+    void install(std::initializer_list<PartInfoStr> parts, int shadeModel = GL_FLAT)
+    {
+        model.reset(new TestModel(shadeModel));
+        for (const PartInfoStr& part : parts)
+            model->add(part);
+        model->install();
+        env = &**model;
+        env->computeNormals();
+        glShadeModel(shadeModel);
+        glViewport(0, 0, 800, 600);
+        forget();
+    }
+
+    PartInfoStr& part(unsigned int index) { return model->part(index); }
+
+    Lines display(int fileIndex = -1)
+    {
+        forget();
+        env->displayParts(fileIndex);
+        return glrecord::lines();
+    }
+
+    // The lines of displayParts between the client states.
+    Lines drawn(int fileIndex = -1)
+    {
+        const Lines lines = display(fileIndex);
+        EXPECT_GE(lines.size(), 4u);
+        return Lines(lines.begin() + 2, lines.end() - 2);
+    }
+
+    std::unique_ptr<TestModel> model;
+    CAEEnv* env = nullptr;
+};
+
+void selectNodes(PartInfoStr& part, const std::string& flags)
+{
+    part.partFlag |= PART_NODES_SELECTED;
+    part.partNodes.selectedNodes = newChars(flags);
+}
+
+void selectElements(PartInfoStr& part, const std::string& flags)
+{
+    part.partFlag |= PART_ELEMENTS_SELECTED;
+    part.partElements.selectedList = newChars(flags);
+}
+
+PartInfoStr withFile(PartInfoStr part, int fileIndex)
+{
+    part.partFileIndex = fileIndex;
+    return part;
+}
+
+// Compares with tests/render/golden/NAME. To renew it, run with KVO_UPDATE_GOLDEN=1 and read every changed line.
+void expectGolden(const std::string& text, const std::string& name)
+{
+    const std::string path = std::string(KVO_GOLDEN_DIR "/") + name;
+    if (std::getenv("KVO_UPDATE_GOLDEN"))
+        std::ofstream(path) << text;
+    std::ifstream in(path);
+    ASSERT_TRUE(in.is_open()) << path << " is missing";
+    std::stringstream expected;
+    expected << in.rdbuf();
+    EXPECT_EQ(text, expected.str());
+}
+
+// Milliseconds differ from run to run.
+std::string withoutTimes(const std::string& text)
+{
+    return std::regex_replace(text, std::regex("(TIME FOR [A-Z ]+=)[0-9]+"), "$1T");
+}
+} // namespace
+
+// --- renderModel
+// -----------------------------------------------------------------------------------------------------------
+
+// A square of side 4 and a cube of side 2, both about the origin: the numbers of the stream stay round.
+PartInfoStr bigQuad()
+{
+    return makePart(SHELL, 4, {-2, -2, 0, 2, -2, 0, 2, 2, 0, -2, 2, 0}, {0, 1, 2, 3});
+}
+
+PartInfoStr cube()
+{
+    return makePart(SOLID, 8, {-1, -1, -1, 1, -1, -1, 1, 1, -1, -1, 1, -1, -1, -1, 1, 1, -1, 1, 1, 1, 1, -1, 1, 1},
+                    {0, 1, 2, 3, 4, 5, 6, 7});
+}
+
+TEST_F(Frame, aSmoothFrameOfASelectedShellAndABoxedSolidIsThisStream)
+{
+    install({bigQuad(), cube()}, GL_SMOOTH);
+    part(0).partFlag |= PART_SELECTED;
+    part(1).partFlag |= PART_BOX_SHOWN;
+    BoundBox::setFontBase(1000);
+    env->mView->mViewType = TOP_VIEW;
+    env->setHideMode(1);
+    env->resizeModel(800, 800);
+    env->renderModel(); // the first frame finds the centre of the window
+    forget();
+    OutputCapture errors(2);
+    env->renderModel();
+    expectGolden(glrecord::text(), "frame_smooth.calls.txt");
+    expectGolden(withoutTimes(printed()), "frame_smooth.output.txt");
+    EXPECT_EQ(errors.all(), "GTRAN=0.000000 0.000000 0.000000\nGTRAN=0.000000 0.000000 0.000000\n");
+}
+
+TEST_F(Frame, aFlatPassOverEveryKindOfPartWithSelectionsIsThisStream)
+{
+    install({quadStripPart(2), hexaPart(), beamPart(2), discretePart(), beamPart()});
+    selectElements(part(0), "01");
+    selectElements(part(1), "1");
+    selectElements(part(2), "0");
+    selectNodes(part(3), "100");
+    part(3).partFlag |= PART_HIGHLIGHTED;
+    PartInfoStr segment = trianglePart();
+    env->setSegmentPart(&segment);
+    Floats nodes = {7, 8, 9, 1, 2, 3};
+    char flags[] = {'0', '1'};
+    env->setComputeFlag(NODE_LIST_SELECTED);
+    env->numNodes = 2;
+    env->nodeValues = nodes.data();
+    env->selectedNodes = flags;
+    display();
+    expectGolden(glrecord::text(), "pass_flat.calls.txt");
+    expectGolden(withoutTimes(printed()), "pass_flat.output.txt");
+    env->numNodes = 0;
+    releasePart(segment);
+}
+
+TEST_F(Frame, aFrameBeginsWithTheViewportAndAClearInsideIt)
+{
+    install({quadPart()});
+    glViewport(10, 20, 300, 200);
+    forget();
+    env->renderModel();
+    const Lines lines = glrecord::lines();
+    EXPECT_EQ(Lines(lines.begin(), lines.begin() + 5),
+              (Lines{"glGetIntegerv(GL_VIEWPORT)", "glScissor(10,20,300,200)", "glEnable(GL_SCISSOR_TEST)",
+                     "glClear(GL_COLOR_BUFFER_BIT|GL_DEPTH_BUFFER_BIT)", "glDisable(GL_SCISSOR_TEST)"}));
+    EXPECT_EQ(printed().find("10\n20\n300\n200\n"), 0u) << "the four numbers, a line each, on every frame";
+    EXPECT_EQ(env->viewPort[2], 300);
+}
+
+TEST_F(Frame, aFrameReadsTheShadeModelBetweenTheTransformationAndTheParts)
+{
+    install({quadPart()});
+    env->renderModel();
+    const int shade = glrecord::find("glGetIntegerv(GL_SHADE_MODEL)");
+    EXPECT_GT(shade, glrecord::find("glMultMatrixf")) << "after processStart";
+    EXPECT_EQ(glrecord::find("glEnableClientState(GL_VERTEX_ARRAY)"), shade + 1);
+}
+
+TEST_F(Frame, aFrameEndsWithOneQuestionForErrors)
+{
+    install({quadPart()});
+    env->renderModel();
+    EXPECT_EQ(glrecord::lines().back(), "glGetError()");
+    EXPECT_EQ(glrecord::count("glGetError"), 1);
+    EXPECT_EQ(printed().find("GL Error"), std::string::npos);
+}
+
+TEST_F(Frame, anErrorIsPrintedWithItsText)
+{
+    install({quadPart()});
+    glrecord::state().error = GL_STACK_OVERFLOW;
+    env->renderModel();
+    const std::string text = printed();
+    const std::string last = "GL Error: stack overflow\n";
+    EXPECT_EQ(text.substr(text.size() - last.size()), last);
+    EXPECT_EQ(glrecord::count("glGetError"), 1) << "only one code a frame";
+}
+
+TEST_F(Frame, anErrorWithoutATextDoesNotSilenceThePrints)
+{
+    install({quadPart()});
+    glrecord::state().error = 0x0507; // libGLU has no text for it
+    env->renderModel();
+    EXPECT_NE(printed().find("GL Error: "), std::string::npos);
+    env->renderModel();
+    EXPECT_EQ(printed().find("0\n0\n800\n600\n"), 0u);
+}
+
+TEST_F(Frame, theContextsShadeModelWins)
+{
+    install({quadPart()}, GL_FLAT);
+    env->setShadeModel(GL_SMOOTH); // both kinds of normals exist now
+    glShadeModel(GL_FLAT);
+    forget();
+    env->renderModel();
+    EXPECT_EQ(env->shadeModel, GL_FLAT);
+    EXPECT_EQ(glrecord::count("glDrawElements"), 0) << "drawn flat";
+    EXPECT_GT(glrecord::count("glNormal3fv"), 0);
+}
+
+TEST_F(Frame, aShadeToggleWithoutNormalsDrawsNothingOfThePart)
+{
+    install({quadPart(), hexaPart()}, GL_FLAT);
+    GLFuncs::process(GL_SHADE_MODEL);
+    forget();
+    env->renderModel();
+    EXPECT_EQ(env->shadeModel, GL_SMOOTH);
+    EXPECT_EQ(glrecord::count("glDrawElements"), 0);
+    EXPECT_EQ(glrecord::count("glNormal3fv"), 0);
+}
+
+TEST_F(Frame, anEmptyModelClearsAndPrints)
+{
+    install({});
+    env->renderModel();
+    EXPECT_EQ(printed().find("0\n0\n800\n600\n"), 0u);
+    EXPECT_EQ(glrecord::between("glEnableClientState", "glDisableClientState(GL_VERTEX_ARRAY)"),
+              (Lines{"glEnableClientState(GL_VERTEX_ARRAY)", "glEnableClientState(GL_NORMAL_ARRAY)",
+                     "glDisableClientState(GL_NORMAL_ARRAY)", "glDisableClientState(GL_VERTEX_ARRAY)"}));
+    EXPECT_EQ(glrecord::count("glClear"), 1);
+}
+
+TEST_F(Frame, twoFramesBalanceTheMatrixStacks)
+{
+    install({quadPart()});
+    env->renderModel();
+    env->renderModel();
+    EXPECT_EQ(glrecord::state().stacks[GL_MODELVIEW].size(), 1u);
+    EXPECT_EQ(glrecord::state().stacks[GL_PROJECTION].size(), 1u);
+}
+
+// --- displayParts: which parts
+// -----------------------------------------------------------------------------------------------
+
+TEST_F(Frame, clientStatesGoOnAndOffOncePerPass)
+{
+    install({quadPart(), quadPart(5)});
+    const Lines lines = display();
+    EXPECT_EQ(Lines(lines.begin(), lines.begin() + 2),
+              (Lines{"glEnableClientState(GL_VERTEX_ARRAY)", "glEnableClientState(GL_NORMAL_ARRAY)"}));
+    EXPECT_EQ(Lines(lines.end() - 2, lines.end()),
+              (Lines{"glDisableClientState(GL_NORMAL_ARRAY)", "glDisableClientState(GL_VERTEX_ARRAY)"}));
+    EXPECT_EQ(glrecord::count("glEnableClientState"), 2);
+    EXPECT_EQ(env->i, 2u);
+}
+
+TEST_F(Frame, thePickingPassSwitchesClientStatesOffInTheOtherOrder)
+{
+    install({quadPart()});
+    env->displayPartsByElement();
+    EXPECT_EQ(glrecord::matching("glDisableClientState"),
+              (Lines{"glDisableClientState(GL_VERTEX_ARRAY)", "glDisableClientState(GL_NORMAL_ARRAY)"}));
+}
+
+TEST_F(Frame, eachPassPrintsItsTime)
+{
+    install({quadPart()});
+    env->displayParts(-1);
+    env->displayPartsByElement();
+    const Lines lines = printedLines();
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_TRUE(isTiming(lines[0], "TIME FOR DISPLAY PARTS=")) << lines[0];
+    EXPECT_TRUE(isTiming(lines[1], "TIME FOR DISPLAY PARTS=")) << lines[1];
+}
+
+TEST_F(Frame, aFileIndexSelectsTheFilesParts)
+{
+    install({withFile(quadPart(), 0), withFile(quadPart(5), 1), withFile(quadPart(9), 0)});
+    display(1);
+    EXPECT_EQ(glrecord::matching("glVertex").at(0), vertexLine(part(1), 0));
+    EXPECT_EQ(glrecord::count("glVertex3fv"), 4);
+    display(-1);
+    EXPECT_EQ(glrecord::count("glVertex3fv"), 12);
+}
+
+TEST_F(Frame, aFileIndexWithoutPartsDrawsOnlySegmentAndNodeSelection)
+{
+    install({quadPart()});
+    PartInfoStr segment = quadPart(7);
+    env->setSegmentPart(&segment);
+    Floats nodes = {1, 2, 3};
+    char flags[] = "1";
+    env->setComputeFlag(NODE_LIST_SELECTED);
+    env->numNodes = 1;
+    env->nodeValues = nodes.data();
+    env->selectedNodes = flags;
+    display(42);
+    EXPECT_EQ(glrecord::matching("glVertex"),
+              (Lines{vertexLine(segment, 0), vertexLine(segment, 1), vertexLine(segment, 2), vertexLine(segment, 3),
+                     "glVertex3fv(1,2,3)"}));
+    env->numNodes = 0;
+    releasePart(segment);
+}
+
+TEST_F(Frame, hiddenPartsAreNotDrawnNorAreTheirBoxes)
+{
+    install({quadPart()});
+    part(0).partFlag = H | PART_BOX_SHOWN;
+    selectNodes(part(0), "1111");
+    EXPECT_EQ(drawn(), Lines{});
+}
+
+TEST_F(Frame, partsWithNeitherVisibilityBitAreDrawn)
+{
+    install({quadPart()});
+    part(0).partFlag &= ~PART_SHOWN;
+    display();
+    EXPECT_EQ(glrecord::count("glVertex3fv"), 4);
+}
+
+TEST_F(Frame, theBoxComesBeforeThePartWithTheNormalArrayOff)
+{
+    install({quadPart()}, GL_SMOOTH);
+    part(0).partFlag |= PART_BOX_SHOWN;
+    const Lines lines = drawn();
+    EXPECT_EQ(lines.at(0), "glDisableClientState(GL_NORMAL_ARRAY)");
+    EXPECT_EQ(lines.at(1), "glColor4f(1,1,1,0.600000024)");
+    const int box = glrecord::find("glDrawElements(GL_QUADS,24");
+    const int on = glrecord::find("glEnableClientState(GL_NORMAL_ARRAY)", box);
+    EXPECT_GT(on, box);
+    EXPECT_GT(glrecord::find("glVertexPointer", on), on) << "then the part, with its own pointer";
+}
+
+// --- displayParts: colour and renderer
+// ------------------------------------------------------------------------------------------
+
+TEST_F(Frame, selectionColourBeatsHighlightColourBeatsOwnColour)
+{
+    const std::pair<unsigned int, std::string> cases[] = {{0, OWN_LINE},
+                                                          {PART_SELECTED, BLUE_LINE},
+                                                          {PART_HIGHLIGHTED, GREEN_LINE},
+                                                          {PART_SELECTED | PART_HIGHLIGHTED, BLUE_LINE}};
+    install({quadPart()});
+    for (const auto& row : cases) {
+        part(0).partFlag &= ~(PART_SELECTED | PART_HIGHLIGHTED);
+        part(0).partFlag |= row.first;
+        EXPECT_EQ(drawn().at(0), row.second);
+    }
+}
+
+TEST_F(Frame, everyKindOfPartHasItsWholeRenderer)
+{
+    install({quadPart(), hexaPart(), beamPart(2), discretePart()}, GL_SMOOTH);
+    display();
+    EXPECT_EQ(glrecord::count("glDrawElements"), 1) << "the shell";
+    EXPECT_EQ(glrecord::matching("glBegin"), (Lines{"glBegin(GL_QUADS)", "glBegin(GL_LINES)"})) << "solid, discrete";
+    EXPECT_EQ(glrecord::matching("glLineWidth"), (Lines{"glLineWidth(2)", "glLineWidth(1)"})) << "no beam";
+}
+
+TEST_F(Frame, aPartWithSelectedElementsIsDrawnElementByElement)
+{
+    install({quadPart(), hexaPart(), beamPart(2), discretePart()}, GL_SMOOTH);
+    for (unsigned int k = 0; k < 4; ++k)
+        selectElements(part(k), "1");
+    display();
+    EXPECT_EQ(glrecord::count("glDrawElements"), 0);
+    EXPECT_EQ(glrecord::matching("glBegin"), (Lines{"glBegin(GL_QUADS)", "glBegin(GL_QUADS)", "glBegin(GL_LINES)",
+                                                    "glBegin(GL_POINTS)", "glBegin(GL_LINES)"}));
+    EXPECT_EQ(glrecord::matching("glLineWidth"),
+              (Lines{"glLineWidth(5)", "glLineWidth(1)", "glLineWidth(2)", "glLineWidth(1)"}));
+    EXPECT_EQ(glrecord::matching("glColor4fv"),
+              (Lines{OWN_LINE, BLUE_LINE, OWN_LINE, BLUE_LINE, OWN_LINE, BLUE_LINE, OWN_LINE, BLUE_LINE}));
+}
+
+TEST_F(Frame, aBeamPartAppearsWithItsFirstSelectedElement)
+{
+    PartInfoStr beams = makePart(BEAM, 3, {0, 0, 0, 1, 0, 0, 2, 0, 0}, {0, 1, NO_NODE, 1, 2, NO_NODE});
+    install({beams});
+    EXPECT_EQ(drawn(), Lines{});
+    selectElements(part(0), "00");
+    EXPECT_EQ(glrecord::count("glBegin"), 0);
+    display();
+    EXPECT_EQ(glrecord::count("glBegin"), 2) << "all of its elements, even with none marked";
+}
+
+TEST_F(Frame, aPartOfAnotherKindShowsBoxAndNodesOnly)
+{
+    PartInfoStr odd = quadPart();
+    odd.partDrawType = 99;
+    install({odd});
+    EXPECT_EQ(drawn(), Lines{});
+    part(0).partFlag |= PART_BOX_SHOWN;
+    selectNodes(part(0), "1???");
+    display();
+    EXPECT_EQ(glrecord::count("glRasterPos3fv"), 8);
+    EXPECT_EQ(glrecord::count("glPointSize"), 4) << "two of the box, two of the node";
+}
+
+// --- displayParts: nodes, segment, model-wide nodes
+// --------------------------------------------------------------------------------
+
+TEST_F(Frame, selectedNodesAreBluePointsAndOthersAStrayVertex)
+{
+    install({discretePart()});
+    part(0).partDrawType = 99; // its nodes only
+    selectNodes(part(0), "10x");
+    EXPECT_EQ(drawn(), (Lines{"glPointSize(8)", BLUE_LINE, "glBegin(GL_POINTS)", vertexLine(part(0), 0), "glEnd()",
+                              OWN_LINE, "glPointSize(1)",
+                              vertexLine(part(0), 1)})) // outside of begin and end; any other flag draws nothing
+        << "one point each, then colour and size as before";
+}
+
+TEST_F(Frame, afterASelectedNodeTheColourIsThePartsColourOfTheFrame)
+{
+    install({quadPart()});
+    part(0).partFlag |= PART_HIGHLIGHTED;
+    selectNodes(part(0), "xxx1");
+    display();
+    EXPECT_EQ(glrecord::state().pointSize, 1);
+    EXPECT_EQ(glrecord::state().color, (std::array<float, 4>{0, 1, 0, 1}));
+}
+
+TEST_F(Frame, aNodeSelectionBitWithoutFlagsDrawsNoNodes)
+{
+    install({quadPart()});
+    const Lines without = drawn();
+    part(0).partFlag |= PART_NODES_SELECTED;
+    EXPECT_EQ(drawn(), without);
+}
+
+TEST_F(Frame, theSegmentPartIsDrawnBlueAfterAllParts)
+{
+    install({quadPart()});
+    PartInfoStr segment = quadPart(7);
+    segment.partFlag |= PART_HIGHLIGHTED;
+    env->setSegmentPart(&segment);
+    Lines lines = drawn();
+    EXPECT_EQ(Lines(lines.end() - 8, lines.end()),
+              (Lines{BLUE_LINE, "glBegin(GL_QUADS)", "glNormal3fv(0,0,1)", vertexLine(segment, 0),
+                     vertexLine(segment, 1), vertexLine(segment, 2), vertexLine(segment, 3), "glEnd()"}));
+    env->clearComputeFlag(SEGMENT_PART_SET);
+    display();
+    EXPECT_EQ(glrecord::count("glVertex3fv"), 4) << "without its flag it is not drawn";
+    releasePart(segment);
+}
+
+TEST_F(Frame, theSegmentPartDoesNotFollowAChangeOfShadeModel)
+{
+    install({});
+    PartInfoStr segment = quadPart();
+    env->setSegmentPart(&segment);
+    env->setShadeModel(GL_SMOOTH); // computes the normals of the model's parts
+    EXPECT_EQ(segment.partNodes.nodeNormals, nullptr);
+    display();
+    EXPECT_EQ(glrecord::count("glDrawElements") + glrecord::count("glVertex3fv"), 0);
+    releasePart(segment);
+}
+
+TEST_F(Frame, theModelWideNodeSelectionComesLastOfAll)
+{
+    install({quadPart()});
+    Floats nodes = {0, 0, 0, 1, 0, 0, 2, 0, 0};
+    char flags[] = {'1', '0', '1'};
+    env->numNodes = 3;
+    env->nodeValues = nodes.data();
+    env->selectedNodes = flags;
+    display();
+    EXPECT_EQ(glrecord::count("glPointSize"), 0) << "not without its flag";
+    env->setComputeFlag(NODE_LIST_SELECTED);
+    const Lines lines = display();
+    EXPECT_EQ(Lines(lines.end() - 8, lines.end()),
+              (Lines{"glDisableClientState(GL_VERTEX_ARRAY)", BLUE_LINE, "glPointSize(8)", "glBegin(GL_POINTS)",
+                     "glVertex3fv(0,0,0)", "glVertex3fv(2,0,0)", "glEnd()", "glPointSize(1)"}));
+    const Lines prints = printedLines();
+    ASSERT_EQ(prints.size(), 2u);
+    EXPECT_EQ(prints[0], "INSIDE NODE SLECTION=3");
+    EXPECT_TRUE(isTiming(prints[1], "TIME FOR DISPLAY PARTS="));
+    env->numNodes = 0; // the arrays are the test's
+}
+
+// --- Switching parts
+// ---------------------------------------------------------------------------------------------------------
+
+TEST_F(Frame, displayAllPartsShowsEveryPartAndRestoresTheLoadedExtents)
+{
+    install({quadPart(), quadPart(5), quadPart(9)});
+    part(0).partFlag = H | PART_SELECTED;
+    part(1).partFlag = PART_BOX_SHOWN;
+    const Floats loaded = {1, 2, 3, 4, 5, 6};
+    std::copy(loaded.begin(), loaded.end(), env->orgModelExtents);
+    env->displayAllParts();
+    EXPECT_EQ(part(0).partFlag & (S | H | PART_SELECTED), S | PART_SELECTED);
+    EXPECT_EQ(part(1).partFlag & (S | H), S);
+    EXPECT_EQ(Floats(env->modelExtents, env->modelExtents + 6), loaded);
+    EXPECT_EQ(env->i, 3u);
+}
+
+TEST_F(Frame, displayAllPartsSetsProjectionThenLights)
+{
+    install({quadPart()});
+    glViewport(5, 6, 300, 200);
+    forget();
+    env->displayAllParts();
+    const Lines lines = glrecord::lines();
+    EXPECT_EQ(Lines(lines.begin(), lines.begin() + 8),
+              (Lines{"glGetIntegerv(GL_VIEWPORT)", "glViewport(0,0,300,200)", "glMatrixMode(GL_PROJECTION)",
+                     "glLoadIdentity()", "glOrtho(0,1,0,1,9999,-9999)", "glMatrixMode(GL_MODELVIEW)",
+                     "glLoadIdentity()", "glEnable(GL_COLOR_MATERIAL)"}));
+    EXPECT_EQ(printed().find("RESIZE MODEL EXTS=0,1,0,1,0,0\nVIEWPORT=0,0,300,200\nLIGHT xmin=0 xmax=1\n"), 0u)
+        << "the extents are not recomputed from the parts";
+}
+
+TEST_F(Frame, displayAllPartsClassifiesTheAxesAgainButKeepsThePivot)
+{
+    install({quadPart(5, 5)});
+    ASSERT_EQ(env->mView->xAxisType, X_BOTH_POSITIVE);
+    const Floats loaded = {-3, -2, -1, 1, 0, 0};
+    std::copy(loaded.begin(), loaded.end(), env->orgModelExtents);
+    env->mTrans->centerOfWindow[0] = 42;
+    env->displayAllParts();
+    EXPECT_EQ(env->mView->xAxisType, X_BOTH_NEGATIVE);
+    EXPECT_EQ(env->mView->yAxisType, Y_BOTH_POSITIVE) << "a mixed range keeps the class before";
+    EXPECT_EQ(env->mTrans->centerOfWindow[0], 42);
+}
+
+TEST_F(Frame, extentsModifiedByVisibilityDoNotReclassifyTheAxes)
+{
+    install({quadPart(5, 5), quadPart(-9, -9)});
+    ASSERT_EQ(env->mView->xAxisType, AXIS_OTHER_TYPE);
+    Indices ids = {11};
+    env->processPartsByID(2, &ids);
+    ASSERT_EQ(env->modelExtents[0], 5);
+    EXPECT_EQ(env->mView->xAxisType, AXIS_OTHER_TYPE);
+}
+
+TEST_F(Frame, setDisplayByListShowsAndHides)
+{
+    install({quadPart(), quadPart(5), quadPart(9)});
+    unsigned int list[] = {3, 1};
+    env->setDisplay(2u, list, 4);
+    EXPECT_EQ(part(0).partFlag & (S | H), H);
+    EXPECT_EQ(part(1).partFlag & (S | H), S);
+    EXPECT_EQ(part(2).partFlag & (S | H), H);
+    env->setDisplay(1u, list, 2);
+    EXPECT_EQ(part(2).partFlag & (S | H), S);
+    EXPECT_EQ(part(0).partFlag & (S | H), H);
+}
+
+TEST_F(Frame, setDisplayByListIgnoresNumbersOutOfRange)
+{
+    install({quadPart(), quadPart(5)});
+    unsigned int list[] = {0, 3, 0xFFFFFFFFu, 2};
+    env->setDisplay(4u, list, 4);
+    EXPECT_EQ(part(0).partFlag & (S | H), S);
+    EXPECT_EQ(part(1).partFlag & (S | H), H);
+    EXPECT_EQ(env->i, 4u) << "the counter counted the list's entries";
+}
+
+TEST_F(Frame, setDisplayTakesNoOtherModes)
+{
+    install({quadPart(), quadPart(5)});
+    part(1).partFlag = H;
+    const unsigned int before[] = {part(0).partFlag, part(1).partFlag};
+    unsigned int list[] = {1, 2};
+    for (unsigned int mode : {0u, 1u, 3u, 6u, 64u}) {
+        env->setDisplay(2u, list, mode);
+        env->setDisplay(1u, mode);
+        env->setDisplay(2u, mode);
+        EXPECT_EQ(part(0).partFlag, before[0]) << mode;
+        EXPECT_EQ(part(1).partFlag, before[1]) << mode;
+    }
+}
+
+TEST_F(Frame, setDisplayOfOnePartIgnoresNumbersOutOfRange)
+{
+    install({quadPart(), quadPart(5)});
+    env->setDisplay(3u, 4u);
+    env->setDisplay(0u, 4u);
+    EXPECT_EQ(part(0).partFlag & (S | H), S);
+    EXPECT_EQ(part(1).partFlag & (S | H), S);
+    env->setDisplay(2u, 4u);
+    EXPECT_EQ(part(1).partFlag & (S | H), H);
+    env->setDisplay(2u, 2u);
+    EXPECT_EQ(part(1).partFlag & (S | H), S);
+}
+
+TEST_F(Frame, setDisplayDoesNotRecomputeTheExtents)
+{
+    install({quadPart(), quadPart(50)});
+    unsigned int list[] = {2};
+    env->setDisplay(1u, list, 4);
+    env->setDisplay(1u, 4u);
+    EXPECT_EQ(env->modelExtents[1], 51);
+    EXPECT_EQ(printed(), "");
+    EXPECT_TRUE(glrecord::lines().empty());
+}
+
+TEST_F(Frame, boxesGoOnAndOffForPartsThatAreNotHidden)
+{
+    install({quadPart(), quadPart(5), quadPart(9)});
+    part(1).partFlag = H;
+    part(2).partFlag = PART_SELECTED; // neither shown nor hidden
+    env->setBoxDisplay(2);
+    EXPECT_TRUE(part(0).partFlag & PART_BOX_SHOWN);
+    EXPECT_FALSE(part(1).partFlag & PART_BOX_SHOWN);
+    EXPECT_TRUE(part(2).partFlag & PART_BOX_SHOWN);
+    part(1).partFlag |= PART_BOX_SHOWN;
+    env->setBoxDisplay(4);
+    EXPECT_FALSE(part(0).partFlag & PART_BOX_SHOWN);
+    EXPECT_TRUE(part(1).partFlag & PART_BOX_SHOWN) << "a hidden part keeps its box for when it comes back";
+    env->setBoxDisplay(3);
+    EXPECT_FALSE(part(0).partFlag & PART_BOX_SHOWN);
+    EXPECT_EQ(env->i, 3u);
+}
+
+// --- Render state
+// ---------------------------------------------------------------------------------------------------------------
+
+TEST_F(Frame, blendingIsSwitchedInTheContextOnly)
+{
+    install({});
+    env->blendFlag = 77;
+    env->setBlend(5);
+    EXPECT_EQ(glrecord::lines(), (Lines{"glEnable(GL_BLEND)", "glBlendFunc(GL_SRC_ALPHA,GL_ONE_MINUS_SRC_ALPHA)"}));
+    forget();
+    env->setBlend(0);
+    EXPECT_EQ(glrecord::lines(), Lines{"glDisable(GL_BLEND)"});
+    EXPECT_EQ(env->blendFlag, 77);
+}
+
+TEST_F(Frame, hiddenSurfaceRemovalIsTheDepthTest)
+{
+    install({});
+    env->setHideMode(1);
+    EXPECT_EQ(glrecord::lines(), (Lines{"glEnable(GL_DEPTH_TEST)", "glDepthFunc(GL_LESS)", "glDepthRange(0,1)"}));
+    forget();
+    env->setHideMode(0);
+    EXPECT_EQ(glrecord::lines(), Lines{"glDisable(GL_DEPTH_TEST)"});
+}
+
+TEST_F(Frame, thePolygonModeIsPassedOnAndNotStored)
+{
+    install({});
+    env->polygonMode[0] = 77;
+    env->setPolygonMode(GL_LINE);
+    EXPECT_EQ(glrecord::lines(), Lines{"glPolygonMode(GL_FRONT_AND_BACK,GL_LINE)"});
+    EXPECT_EQ(env->polygonMode[0], 77);
+}
+
+TEST_F(Frame, theShadeModelIsStoredAppliedAndItsNormalsComputed)
+{
+    install({quadPart()}, GL_FLAT);
+    env->setShadeModel(GL_SMOOTH);
+    EXPECT_EQ(env->shadeModel, GL_SMOOTH);
+    EXPECT_EQ(glrecord::lines(), Lines{"glShadeModel(GL_SMOOTH)"});
+    EXPECT_TRUE(part(0).partFlag & PART_NODE_NORMALS_DONE);
+    const Lines lines = printedLines();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_TRUE(isTiming(lines[0], "TIME FOR ELM NORMALS="));
+}
