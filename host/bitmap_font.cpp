@@ -29,16 +29,23 @@ int advanceOf(FT_GlyphSlot glyph)
     return static_cast<int>((glyph->advance.x + 32) >> 6);
 }
 
-// Returns how far it moves the raster position.
-int drawGlyph(FT_GlyphSlot glyph)
+// Moves the raster position and draws nothing. One clear pixel: Mesa takes an empty bitmap in a list for an allocation
+// that failed.
+void compileBlank(int advance)
+{
+    const GLubyte clear = 0;
+    glBitmap(1, 1, 0, 0, static_cast<GLfloat>(advance), 0, &clear);
+}
+
+void compileGlyph(FT_GlyphSlot glyph)
 {
     const FT_Bitmap& bitmap = glyph->bitmap;
-    const int advance = advanceOf(glyph);
-    const std::vector<GLubyte> bits = bitmap.rows ? bottomUp(bitmap) : std::vector<GLubyte>();
+    if (bitmap.rows == 0 || bitmap.width == 0)
+        return compileBlank(advanceOf(glyph));
     const auto down = static_cast<GLfloat>(static_cast<int>(bitmap.rows) - glyph->bitmap_top);
-    glBitmap(bits.empty() ? 0 : static_cast<GLsizei>(bitmap.width), bits.empty() ? 0 : static_cast<GLsizei>(bitmap.rows),
-             static_cast<GLfloat>(-glyph->bitmap_left), down, static_cast<GLfloat>(advance), 0, bits.data());
-    return advance;
+    glBitmap(static_cast<GLsizei>(bitmap.width), static_cast<GLsizei>(bitmap.rows),
+             static_cast<GLfloat>(-glyph->bitmap_left), down, static_cast<GLfloat>(advanceOf(glyph)), 0,
+             bottomUp(bitmap).data());
 }
 
 } // namespace
@@ -66,10 +73,11 @@ BitmapFont::BitmapFont(int pixelHeight, const std::string& file)
     for (int c = 0; c < characters; ++c) {
         FT_GlyphSlot glyph = face.render(static_cast<unsigned long>(c), true);
         glNewList(firstList + c, GL_COMPILE);
+        advance[c] = glyph ? advanceOf(glyph) : blankAdvance;
         if (glyph)
-            advance[c] = drawGlyph(glyph);
+            compileGlyph(glyph);
         else
-            glBitmap(0, 0, 0, 0, static_cast<GLfloat>(advance[c] = blankAdvance), 0, nullptr);
+            compileBlank(blankAdvance);
         glEndList();
     }
     glPopClientAttrib();

@@ -4,8 +4,8 @@
 //   env.loadAndInitGL(font.base(), false, nullptr);
 //
 // Each list draws its glyph with its left end of the base line at the raster position, in the colour of the raster
-// position, and moves the raster position to the next character. Characters that the font does not have draw nothing and
-// move on by a blank.
+// position, and moves the raster position to the next character. Characters that the font does not have draw nothing
+// and move on by a blank.
 #ifndef KVO_HOST_BITMAP_FONT_H
 #define KVO_HOST_BITMAP_FONT_H
 
@@ -28,7 +28,7 @@ public:
     BitmapFont& operator=(const BitmapFont&) = delete;
 
     unsigned int base() const { return firstList; }
-    int ascent() const { return above; }      // pixels above the base line
+    int ascent() const { return above; }       // pixels above the base line
     int lineHeight() const { return spacing; } // pixels from one base line to the next
 
     // How far drawing the text (Latin-1 bytes) moves the raster position, in pixels.

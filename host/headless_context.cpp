@@ -41,22 +41,19 @@ template <class Function> Function entryPoint(const char* name)
 
 std::string eglErrorText()
 {
-    static const std::map<EGLint, const char*> names = {{EGL_SUCCESS, "no error given"},
-                                                        {EGL_NOT_INITIALIZED, "not initialised"},
-                                                        {EGL_BAD_ACCESS, "bad access"},
-                                                        {EGL_BAD_ALLOC, "bad alloc"},
-                                                        {EGL_BAD_ATTRIBUTE, "bad attribute"},
-                                                        {EGL_BAD_CONFIG, "bad config"},
-                                                        {EGL_BAD_DISPLAY, "bad display"},
-                                                        {EGL_BAD_MATCH, "bad match"},
-                                                        {EGL_BAD_PARAMETER, "bad parameter"},
-                                                        {EGL_BAD_SURFACE, "bad surface"}};
+    static const std::map<EGLint, const char*> names = {
+        {EGL_SUCCESS, "no error given"},      {EGL_NOT_INITIALIZED, "not initialised"},
+        {EGL_BAD_ACCESS, "bad access"},       {EGL_BAD_ALLOC, "bad alloc"},
+        {EGL_BAD_ATTRIBUTE, "bad attribute"}, {EGL_BAD_CONFIG, "bad config"},
+        {EGL_BAD_DISPLAY, "bad display"},     {EGL_BAD_MATCH, "bad match"},
+        {EGL_BAD_PARAMETER, "bad parameter"}, {EGL_BAD_SURFACE, "bad surface"}};
     const EGLint code = eglGetError();
     const auto found = names.find(code);
     return found != names.end() ? found->second : "EGL error " + std::to_string(code);
 }
 
-// --- Displays -----------------------------------------------------------------------------------------------------------
+// --- Displays
+// -----------------------------------------------------------------------------------------------------------
 
 EGLDisplay platformDisplay(EGLenum platform, void* native)
 {
@@ -69,7 +66,8 @@ bool clientHas(const char* extension)
     return hasWord(eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS), extension);
 }
 
-// --- Devices ------------------------------------------------------------------------------------------------------------
+// --- Devices
+// ------------------------------------------------------------------------------------------------------------
 
 std::vector<EGLDeviceEXT> eglDevices()
 {
@@ -102,7 +100,8 @@ RenderDevice describeDevice(int index, EGLDeviceEXT device)
     return out;
 }
 
-// --- Which ways to try --------------------------------------------------------------------------------------------------
+// --- Which ways to try
+// --------------------------------------------------------------------------------------------------
 
 void addDevices(std::vector<Way>& ways, bool software)
 {
@@ -155,7 +154,8 @@ std::vector<Way> waysFor(const std::string& device)
     return ways;
 }
 
-// --- Is it the OpenGL that is needed? -------------------------------------------------------------------------------------
+// --- Is it the OpenGL that is needed?
+// -------------------------------------------------------------------------------------
 
 std::string glText(GLenum name)
 {
@@ -225,8 +225,8 @@ struct HeadlessContext::Impl
             eglDestroyContext(display, context);
         if (surface != EGL_NO_SURFACE)
             eglDestroySurface(display, surface);
-        // The display stays initialised: EGL hands out the same one for the same way every time, and terminating it would
-        // end it for other contexts of the process, too.
+        // The display stays initialised: EGL hands out the same one for the same way every time, and terminating it
+        // would end it for other contexts of the process, too.
         display = EGL_NO_DISPLAY;
         surface = EGL_NO_SURFACE;
         context = EGL_NO_CONTEXT;
@@ -250,8 +250,8 @@ struct HeadlessContext::Impl
     std::string createContext()
     {
         const bool surfaceless = hasWord(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context");
-        const EGLint wanted[] = {EGL_SURFACE_TYPE, surfaceless ? 0 : EGL_PBUFFER_BIT,
-                                 EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_NONE};
+        const EGLint wanted[] = {EGL_SURFACE_TYPE, surfaceless ? 0 : EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE,
+                                 EGL_OPENGL_BIT, EGL_NONE};
         EGLConfig config = nullptr;
         EGLint count = 0;
         if (!eglChooseConfig(display, wanted, &config, 1, &count) || count == 0)

@@ -3,9 +3,9 @@
 //   kvo::HeadlessContext context("auto");    // current on this thread from here to the end of the scope
 //   kvo::Offscreen target(1280, 800);        // something to draw into: offscreen.h
 //
-// The context is desktop OpenGL in the compatibility profile, since the drawing library needs the fixed-function pipeline
-// and selection mode. It has no surface of its own where the driver allows that, else a pbuffer of one pixel: drawing
-// goes to a framebuffer object.
+// The context is desktop OpenGL in the compatibility profile, since the drawing library needs the fixed-function
+// pipeline and selection mode. It has no surface of its own where the driver allows that, else a pbuffer of one pixel:
+// drawing goes to a framebuffer object.
 #ifndef KVO_HOST_HEADLESS_CONTEXT_H
 #define KVO_HOST_HEADLESS_CONTEXT_H
 

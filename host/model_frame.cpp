@@ -16,9 +16,9 @@ namespace {
 
 const double isoTilt = 10 * 3.14159265358979323846 / 180; // the iso view is the left view tilted by 10 degrees
 
-// What a box of the given size measures across and up in a standard view. The views' quarter turns permute the axes; the
-// iso view's tilt adds the leaning y edge to the upright z edge, and its two corners that the library projects lie at the
-// very bottom and top of that, so nothing of the box sticks out of the fit.
+// What a box of the given size measures across and up in a standard view. The views' quarter turns permute the axes;
+// the iso view's tilt adds the leaning y edge to the upright z edge, and its two corners that the library projects lie
+// at the very bottom and top of that, so nothing of the box sticks out of the fit.
 struct Seen
 {
     double across;
@@ -41,8 +41,8 @@ Seen seenSize(const double size[3], int viewType)
     }
 }
 
-// The library's fit: the projection shows size x by size y; the box is scaled to touch it, all views but iso with a margin
-// of five per cent.
+// The library's fit: the projection shows size x by size y; the box is scaled to touch it, all views but iso with a
+// margin of five per cent.
 double fitScale(const double size[3], int viewType)
 {
     const Seen seen = seenSize(size, viewType);
@@ -69,10 +69,11 @@ void proportions(int viewType, int width, int height, double out[3])
     out[2] = viewType == ISO_VIEW ? height * (1 - std::sin(isoTilt)) / std::cos(isoTilt) : height;
 }
 
-// --- Depth --------------------------------------------------------------------------------------------------------------
+// --- Depth
+// --------------------------------------------------------------------------------------------------------------
 
-// How far from eye depth 0 anything of the model can be, whatever the rotation: the view puts the box's centre there, the
-// user's scale and translation act in the model's frame, and rotation turns about the centre of the window.
+// How far from eye depth 0 anything of the model can be, whatever the rotation: the view puts the box's centre there,
+// the user's scale and translation act in the model's frame, and rotation turns about the centre of the window.
 double depthReach(const Box& visible, const MTransform& trans, double viewScale)
 {
     double shifted = 0, pivot = 0, radius = 0;
@@ -99,7 +100,8 @@ void spreadDepth(double reach)
     glMatrixMode(static_cast<GLenum>(mode));
 }
 
-// --- The visible parts' box ----------------------------------------------------------------------------------------------
+// --- The visible parts' box
+// ----------------------------------------------------------------------------------------------
 
 bool finite(const float extents[6])
 {
@@ -133,7 +135,8 @@ Framing frameModel(const Box& visible, int viewType, int width, int height)
     double shape[3];
     proportions(viewType, width, height, shape);
 
-    // One unit of the shape is drawn fitScale pixels long, so a box of unit x shape shows fitScale / unit pixels a unit.
+    // One unit of the shape is drawn fitScale pixels long, so a box of unit x shape shows fitScale / unit pixels a
+    // unit.
     Framing out;
     out.fitScale = fitScale(shape, viewType);
     out.pixelsPerUnit = wantedPixelsPerUnit(seenSize(size, viewType), width, height);

@@ -104,7 +104,8 @@ int largestOffscreenSize()
     return std::min({viewport[0], viewport[1], renderbuffer});
 }
 
-Offscreen::Offscreen(int width, int height, int samples) : w(width), h(height), samplesPerPixel(supportedSamples(samples))
+Offscreen::Offscreen(int width, int height, int samples)
+    : w(width), h(height), samplesPerPixel(supportedSamples(samples))
 {
     const int largest = largestOffscreenSize();
     if (width < 1 || height < 1 || width > largest || height > largest)

@@ -36,7 +36,7 @@ private:
     int w;
     int h;
     int samplesPerPixel;
-    unsigned int framebuffers[2] = {0, 0};  // drawn into; samples averaged into (0 without multisampling)
+    unsigned int framebuffers[2] = {0, 0};     // drawn into; samples averaged into (0 without multisampling)
     unsigned int renderbuffers[3] = {0, 0, 0}; // colour, depth, averaged colour
 };
 

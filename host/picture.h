@@ -41,21 +41,23 @@ struct Picture
     void paste(const Picture& other, int x, int y);
 };
 
-// --- Files: errors throw HostError, which names the file and what is wrong -----------------------------------------------
+// --- Files: errors throw HostError, which names the file and what is wrong
+// -----------------------------------------------
 
 // Writes to a temporary name beside the file and renames it: the file is whole, or what it was before.
 void writePng(const Picture& picture, const std::string& path);
 
 Picture readPng(const std::string& path);
 
-// --- Comparing -------------------------------------------------------------------------------------------------------------
+// --- Comparing
+// -------------------------------------------------------------------------------------------------------------
 
 struct PictureDifference
 {
     bool sameSize = false;
-    int largest = 0;              // largest difference of a channel, 0..255
-    std::size_t differing = 0;    // pixels with a channel that differs by more than the tolerance
-    Picture picture;              // grey copy of the first with the differing pixels in red; empty when sizes differ
+    int largest = 0;           // largest difference of a channel, 0..255
+    std::size_t differing = 0; // pixels with a channel that differs by more than the tolerance
+    Picture picture;           // grey copy of the first with the differing pixels in red; empty when sizes differ
 };
 
 // tolerance: the difference of a channel that still counts as equal.

@@ -17,7 +17,9 @@ unsigned long nextCodePoint(const std::string& text, std::size_t& at)
     const auto lead = static_cast<unsigned char>(text[at++]);
     if (lead < 0x80)
         return lead;
-    const int following = lead >= 0xF0 && lead < 0xF8 ? 3 : lead >= 0xE0 && lead < 0xF0 ? 2 : lead >= 0xC0 && lead < 0xE0;
+    const int following = lead >= 0xF0 && lead < 0xF8   ? 3
+                          : lead >= 0xE0 && lead < 0xF0 ? 2
+                                                        : lead >= 0xC0 && lead < 0xE0;
     if (following == 0 || at + following > text.size())
         return REPLACEMENT;
     unsigned long code = lead & (0x3Fu >> following);
@@ -49,8 +51,9 @@ void blend(Picture& picture, int x, int y, Color color, int coverage)
     if (x < 0 || y < 0 || x >= picture.width || y >= picture.height || coverage == 0)
         return;
     const Color below = picture.at(x, y);
-    picture.set(x, y, {mix(below.r, color.r, coverage), mix(below.g, color.g, coverage), mix(below.b, color.b, coverage),
-                       mix(below.a, 255, coverage)});
+    picture.set(x, y,
+                {mix(below.r, color.r, coverage), mix(below.g, color.g, coverage), mix(below.b, color.b, coverage),
+                 mix(below.a, 255, coverage)});
 }
 
 void blendGlyph(Picture& picture, int left, int top, const FT_Bitmap& bitmap, Color color)
@@ -102,8 +105,8 @@ void TextPainter::draw(Picture& picture, int x, int y, const std::string& text, 
         FT_GlyphSlot glyph = impl->glyph(code);
         if (!glyph)
             continue;
-        blendGlyph(picture, static_cast<int>(pen >> 6) + glyph->bitmap_left, baseLine - glyph->bitmap_top, glyph->bitmap,
-                   color);
+        blendGlyph(picture, static_cast<int>(pen >> 6) + glyph->bitmap_left, baseLine - glyph->bitmap_top,
+                   glyph->bitmap, color);
         pen += glyph->advance.x;
     }
 }

@@ -101,8 +101,10 @@ void CAEEnv::renderModel()
     displayParts(-1);
     mTrans->processEnd();
     // deliberate(one-error-per-frame): further pending errors wait for the next frames.
-    if (const GLenum error = glGetError())
-        std::cout << label::glError << gluErrorString(error) << std::endl;
+    if (const GLenum error = glGetError()) {
+        const GLubyte* text = gluErrorString(error); // null for codes that the library does not know
+        std::cout << label::glError << (text ? reinterpret_cast<const char*>(text) : "") << std::endl;
+    }
 }
 
 void CAEEnv::displayParts(int file_index)

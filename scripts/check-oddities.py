@@ -3,12 +3,14 @@
 
 Every tag in the sources needs a row, every row a tag and at least one test that exists. Prints what is missing; exit
 status 1 if anything is.
+
+usage: check-oddities.py [ROOT]
 """
 import pathlib
 import re
 import sys
 
-ROOT = pathlib.Path(__file__).resolve().parent.parent
+ROOT = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else __file__ + "/../..").resolve()
 PAGE = ROOT / "docs" / "oddities.md"
 
 

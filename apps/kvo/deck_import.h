@@ -9,8 +9,8 @@
 
 namespace kvo {
 
-// Reads the deck and writes the model directory. Throws an exception whose message is "FILE:LINE: what"; what stood under
-// the model directory's name is then as it was.
+// Reads the deck and writes the model directory. Throws an exception whose message is "FILE:LINE: what"; what stood
+// under the model directory's name is then as it was.
 void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress);
 
 // What the log says that is missing in the model, in a few words: "3 elements of types that are not drawn, 2 warnings";

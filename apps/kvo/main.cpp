@@ -49,14 +49,15 @@ int parseAndRun(CLI::App& program, int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    CLI::App program("Finite-element models: imports decks, says what is in them, draws them without a display.", "kvo");
+    CLI::App program("Finite-element models: imports decks, says what is in them, draws them without a display.",
+                     "kvo");
     program.set_version_flag("--version", "kvo " KVO_VERSION);
     program.require_subcommand(1);
-    program.footer(manual);
     program.get_formatter()->column_width(34);
     kvo::addImportCommand(program);
     kvo::addInfoCommand(program);
     kvo::addRenderCommand(program);
+    program.footer(manual); // after the commands, which would inherit it
     try {
         const int status = parseAndRun(program, argc, argv);
         std::cout.flush();

@@ -1,7 +1,7 @@
 // A model in a context without a display: loaded, framed, drawn frame by frame. What commands that draw share.
 //
-// The library's commentary goes to the log, or nowhere, for as long as the session lives; messages to the user are thrown
-// and appear when it has ended.
+// The library's commentary goes to the log, or nowhere, for as long as the session lives; messages to the user are
+// thrown and appear when it has ended.
 #ifndef KVO_MODEL_SESSION_H
 #define KVO_MODEL_SESSION_H
 
@@ -22,11 +22,11 @@ struct SessionOptions
 {
     int width = 1280;
     int height = 960;
-    int samples = 4;              // per pixel, for smooth edges
-    int shadeModel = 0;           // GL_FLAT or GL_SMOOTH
+    int samples = 4;    // per pixel, for smooth edges
+    int shadeModel = 0; // GL_FLAT or GL_SMOOTH
     Color background;
-    std::string device = "auto";  // headless_context.h
-    std::string log;              // file for the library's commentary; "" drops it
+    std::string device = "auto"; // headless_context.h
+    std::string log;             // file for the library's commentary; "" drops it
 };
 
 class ModelSession

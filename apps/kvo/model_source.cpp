@@ -47,7 +47,8 @@ public:
 class ShortName
 {
 public:
-    explicit ShortName(const std::string& directory) : descriptor(open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC))
+    explicit ShortName(const std::string& directory)
+        : descriptor(open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC))
     {
         if (descriptor < 0)
             throw ProgramError(directory, std::string("cannot be opened (") + std::strerror(errno) + ")");
@@ -110,7 +111,8 @@ struct ModelSource::Impl
         dir = alias->path();
         if (pathLength(dir, model) > longestPath)
             throw ProgramError(shown, "the model directory's name is longer than the " +
-                                          std::to_string(longestPath - pathLength(dir, "")) + " bytes that can be loaded");
+                                          std::to_string(longestPath - pathLength(dir, "")) +
+                                          " bytes that can be loaded");
     }
 };
 

@@ -9,8 +9,8 @@ namespace kvo {
 const std::vector<NamedView>& standardViews()
 {
     static const std::vector<NamedView> views = {
-        {"iso", "Iso", ISO_VIEW},       {"top", "Top", TOP_VIEW},       {"bottom", "Bottom", BOTTOM_VIEW},
-        {"left", "Left", LEFT_VIEW},    {"right", "Right", RIGHT_VIEW}, {"front", "Front", FRONT_VIEW},
+        {"iso", "Iso", ISO_VIEW},    {"top", "Top", TOP_VIEW},       {"bottom", "Bottom", BOTTOM_VIEW},
+        {"left", "Left", LEFT_VIEW}, {"right", "Right", RIGHT_VIEW}, {"front", "Front", FRONT_VIEW},
         {"back", "Back", BACK_VIEW},
     };
     return views;

@@ -6,9 +6,9 @@
 //   SCALE_INCR
 //
 // A line is the name of a transformation (_TransType) followed by its values, or VIEW with the name of a standard view.
-// Words are separated by blanks or tabs; # begins a comment; empty lines count for nothing. Window coordinates are pixels
-// from the picture's top left corner with y downwards, for every operation; drawing turns them into what each operation
-// of the library takes.
+// Words are separated by blanks or tabs; # begins a comment; empty lines count for nothing. Window coordinates are
+// pixels from the picture's top left corner with y downwards, for every operation; drawing turns them into what each
+// operation of the library takes.
 #ifndef KVO_OPS_FILE_H
 #define KVO_OPS_FILE_H
 
@@ -25,8 +25,8 @@ struct Operation
     float values[4] = {0, 0, 0, 0};
 };
 
-// Throws ProgramError, "FILE:LINE: what", for an unknown name, a wrong number of values or a value that is no number, and
-// "FILE: what" for a file that cannot be read.
+// Throws ProgramError, "FILE:LINE: what", for an unknown name, a wrong number of values or a value that is no number,
+// and "FILE: what" for a file that cannot be read.
 std::vector<Operation> readOperations(const std::string& path);
 
 // The values as the library takes them, for a picture of that height: rubber band and polyline count y upwards, a pan's

@@ -33,7 +33,7 @@ struct RenderOptions
     std::string output;
     std::string view = "iso";
     std::string size;
-    std::string shade = "flat";
+    std::string shade = "smooth";
     std::string mode = "fill";
     std::string parts;
     std::string hide;
@@ -130,9 +130,8 @@ Picture drawSheet(ModelSession& session, const ContactSheet& sheet, const ModelS
     Operation reset; // every view starts afresh
     reset.trans = RESET_TRANSFORM;
     operations.insert(operations.begin(), reset);
-    return sheet.compose(
-        [&](std::size_t k) { return drawView(session, standardViews()[k].type, operations); },
-        describeModel(source));
+    return sheet.compose([&](std::size_t k) { return drawView(session, standardViews()[k].type, operations); },
+                         describeModel(source));
 }
 
 void checkOperations(const RenderOptions& options, const std::vector<Operation>& operations)
@@ -146,9 +145,12 @@ void checkOperations(const RenderOptions& options, const std::vector<Operation>&
 void render(const RenderOptions& options)
 {
     SessionOptions settings = sessionOptions(options);
-    const std::vector<IdRange> parts = options.parts.empty() ? std::vector<IdRange>() : parseIdList(options.parts, "--parts");
-    const std::vector<IdRange> hide = options.hide.empty() ? std::vector<IdRange>() : parseIdList(options.hide, "--hide");
-    const std::vector<Operation> operations = options.ops.empty() ? std::vector<Operation>() : readOperations(options.ops);
+    const std::vector<IdRange> parts =
+        options.parts.empty() ? std::vector<IdRange>() : parseIdList(options.parts, "--parts");
+    const std::vector<IdRange> hide =
+        options.hide.empty() ? std::vector<IdRange>() : parseIdList(options.hide, "--hide");
+    const std::vector<Operation> operations =
+        options.ops.empty() ? std::vector<Operation>() : readOperations(options.ops);
     checkOperations(options, operations);
 
     std::unique_ptr<ContactSheet> sheet;

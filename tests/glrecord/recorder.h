@@ -1,4 +1,5 @@
-// What the entry points need of the recorder.
+// What the entry points need of the recorder: each records a line, then forwards the call or applies it to the
+// stand-in.
 #ifndef RECORDER_H
 #define RECORDER_H
 
@@ -35,5 +36,15 @@ template <class... Args> std::string joined(const Args&... args)
     return text;
 }
 } // namespace glrecord
+
+// Ends the entry point by calling the real one while forwarding; the arguments stand in parentheses.
+#define FORWARD(function, arguments)                                                                                   \
+    if (isForwarding()) {                                                                                              \
+        static auto* const real = realFunction<decltype(function)>(#function);                                         \
+        return real arguments;                                                                                         \
+    }
+
+// Records "function(arguments)"; the arguments are texts in parentheses.
+#define RECORD(function, arguments) record(std::string(#function "(") + joined arguments + ")")
 
 #endif

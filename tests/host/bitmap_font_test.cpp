@@ -40,6 +40,7 @@ TEST_F(BitmapFontTest, HasAListForEveryByte)
     BitmapFont font(13);
     for (unsigned int c = 0; c < 256; ++c)
         EXPECT_TRUE(glIsList(font.base() + c)) << c;
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
 TEST_F(BitmapFontTest, ListsGoWithTheFont)

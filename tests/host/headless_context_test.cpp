@@ -53,7 +53,8 @@ TEST(HeadlessContext, EveryListedDeviceHasItsOwnNumber)
         EXPECT_EQ(devices[k].index, static_cast<int>(k));
     for (const auto& device : devices) {
         if (device.software) {
-            EXPECT_TRUE(contains(HeadlessContext(std::to_string(device.index)).description(), "device ")) << device.name;
+            EXPECT_TRUE(contains(HeadlessContext(std::to_string(device.index)).description(), "device "))
+                << device.name;
         }
     }
 }

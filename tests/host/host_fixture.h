@@ -19,7 +19,8 @@ public:
     Folder()
     {
         const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = (std::filesystem::temp_directory_path() / (std::string("kvo-") + test->name() + "-XXXXXX")).string();
+        std::string name =
+            (std::filesystem::temp_directory_path() / (std::string("kvo-") + test->name() + "-XXXXXX")).string();
         path = mkdtemp(&name[0]);
     }
     ~Folder() { std::filesystem::remove_all(path); }

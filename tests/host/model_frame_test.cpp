@@ -68,14 +68,16 @@ PartInfoStr ball(Point center, double radius)
         for (int k = 0; k < around; ++k) {
             const double polar = pi * j / down, azimuth = 2 * pi * k / around;
             points.push_back({center.x + radius * std::sin(polar) * std::cos(azimuth),
-                              center.y + radius * std::sin(polar) * std::sin(azimuth), center.z + radius * std::cos(polar)});
+                              center.y + radius * std::sin(polar) * std::sin(azimuth),
+                              center.z + radius * std::cos(polar)});
         }
     }
     std::vector<unsigned int> corners;
     for (unsigned int j = 0; j < down; ++j) {
         for (unsigned int k = 0; k < around; ++k) {
             const unsigned int next = (k + 1) % around;
-            corners.insert(corners.end(), {j * around + k, j * around + next, (j + 1) * around + next, (j + 1) * around + k});
+            corners.insert(corners.end(),
+                           {j * around + k, j * around + next, (j + 1) * around + next, (j + 1) * around + k});
         }
     }
     return shellPart(points, corners);
@@ -95,8 +97,9 @@ PartInfoStr plate(Point a, Point b, Point c, Point d)
 // All six faces of the box +-x, +-y, +-z, so that its silhouette is the box's.
 PartInfoStr closedBox(double x, double y, double z)
 {
-    return shellPart({{-x, -y, -z}, {x, -y, -z}, {x, y, -z}, {-x, y, -z}, {-x, -y, z}, {x, -y, z}, {x, y, z}, {-x, y, z}},
-                     {0, 1, 2, 3, 1, 2, 6, 5, 4, 5, 6, 7, 3, 0, 4, 7, 2, 3, 7, 6, 0, 1, 5, 4});
+    return shellPart(
+        {{-x, -y, -z}, {x, -y, -z}, {x, y, -z}, {-x, y, -z}, {-x, -y, z}, {x, -y, z}, {x, y, z}, {-x, y, z}},
+        {0, 1, 2, 3, 1, 2, 6, 5, 4, 5, 6, 7, 3, 0, 4, 7, 2, 3, 7, 6, 0, 1, 5, 4});
 }
 
 // An environment with these parts, drawn in plain colours without light. The library's commentary is dropped while it
@@ -166,7 +169,8 @@ Box boxOf(double x0, double x1, double y0, double y1, double z0, double z1)
 
 } // namespace
 
-// --- The numbers ------------------------------------------------------------------------------------------------------------
+// --- The numbers
+// ------------------------------------------------------------------------------------------------------------
 
 TEST(FrameModel, BoxHasThePicturesShape)
 {
@@ -206,7 +210,8 @@ TEST(FrameModel, FlatAndPointModelsHaveFiniteFrames)
     }
 }
 
-// --- The pictures -------------------------------------------------------------------------------------------------------------
+// --- The pictures
+// -------------------------------------------------------------------------------------------------------------
 
 class ModelFrameTest : public Drawing
 {

@@ -21,7 +21,7 @@ void expectUsageError(const std::vector<std::string>& arguments, const std::stri
 TEST(CommandLine, NeedsACommand)
 {
     expectUsageError({}, "subcommand");
-    expectUsageError({"paint"}, "paint");
+    expectUsageError({"paint"}, "subcommand");
 }
 
 TEST(CommandLine, UnknownOptionsAreUsageErrors)
@@ -70,6 +70,7 @@ TEST(CommandLine, HelpIsAManual)
         EXPECT_TRUE(contains(all.out, part)) << part;
     const KvoRun render = runKvo({"render", "--help"});
     EXPECT_EQ(render.status, 0);
+    EXPECT_FALSE(contains(render.out, "EXIT STATUS")); // the program's manual, not the command's
     for (const char* part : {"--view", "--ops", "START_RUBBER_BAND X0 Y0 X1 Y1", "software", "EXAMPLES", "DEVICES"})
         EXPECT_TRUE(contains(render.out, part)) << part;
     EXPECT_TRUE(contains(runKvo({"import", "--help"}).out, ".inp"));

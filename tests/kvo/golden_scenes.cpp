@@ -14,8 +14,8 @@ const std::vector<GoldenScene>& goldenScenes()
         {"bottom", {"--view", "bottom"}, ""},
         {"front_lines", {"--view", "front", "--mode", "line"}, ""},
         {"left_without_arch", {"--view", "left", "--hide", "1"}, ""},
-        {"boxes", {"--boxes", "--parts", "3-4", "--background", "black"}, ""},
-        {"turned", {"--hide", "1"}, "VIEW left\nGLOBAL_ROTATION 120 90 160 50\nTRANS_UP\nSCALE_INCR\n"},
+        {"boxes", {"--boxes", "--background", "black"}, ""},
+        {"turned", {"--hide", "1"}, "VIEW left\nGLOBAL_ROTATION 120 90 150 120\nTRANS_UP\nSCALE_INCR\n"},
         {"rubber_band", {"--view", "top"}, "START_RUBBER_BAND 20 10 200 60\n"},
     };
     return scenes;
@@ -25,8 +25,9 @@ void drawGoldenScene(const GoldenScene& scene, const std::string& picture)
 {
     const TemporaryFolder folder;
     writeText(folder.file("sample.inp"), sampleDeck());
-    std::vector<std::string> arguments = {"render",     folder.file("sample.inp"), "-o", picture, "--size", "240x180",
-                                          "--samples", "1",                       "--device", "software"};
+    std::vector<std::string> arguments = {
+        "render",  folder.file("sample.inp"), "-o", picture, "--size", "240x180", "--samples", "1", "--device",
+        "software"};
     arguments.insert(arguments.end(), scene.arguments.begin(), scene.arguments.end());
     if (!scene.operations.empty()) {
         writeText(folder.file("ops"), scene.operations);

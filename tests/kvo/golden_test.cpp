@@ -1,9 +1,9 @@
 // Pictures against references.
 //
-// Tolerance: a channel may differ by 8 levels, and one pixel in 200 by more. Mesa's processor driver rounds lighting and
-// edges differently between versions and between vector widths of processors; that moves levels by a few, and pixels on
-// edges of faces by one place. Anything that a person would notice is more: the smallest part of the sample covers over
-// one per cent of the picture.
+// Tolerance: a channel may differ by 8 levels, and one pixel in 200 by more. Mesa's processor driver rounds lighting
+// and edges differently between versions and between vector widths of processors; that moves levels by a few, and
+// pixels on edges of faces by one place. Anything that a person would notice is more: the smallest part of the sample
+// covers over one per cent of the picture.
 #include <filesystem>
 #include <fstream>
 
@@ -56,7 +56,8 @@ class Golden : public testing::TestWithParam<GoldenScene>
 TEST_P(Golden, AgreesWithItsReference)
 {
     const GoldenScene& scene = GetParam();
-    ASSERT_TRUE(std::filesystem::exists(referenceFile(scene.name))) << "no reference picture " << referenceFile(scene.name);
+    ASSERT_TRUE(std::filesystem::exists(referenceFile(scene.name)))
+        << "no reference picture " << referenceFile(scene.name);
     const kvo::Picture drawn = draw(scene);
     const auto difference = kvo::compare(kvo::readPng(referenceFile(scene.name)), drawn, levelTolerance);
     if (!agree(difference))
@@ -67,7 +68,8 @@ TEST_P(Golden, AgreesWithItsReference)
 INSTANTIATE_TEST_SUITE_P(Scenes, Golden, testing::ValuesIn(goldenScenes()),
                          [](const auto& instance) { return instance.param.name; });
 
-// --- Controls: the comparison can fail -------------------------------------------------------------------------------------
+// --- Controls: the comparison can fail
+// -------------------------------------------------------------------------------------
 
 TEST(GoldenControl, NoTwoReferencesAgree)
 {

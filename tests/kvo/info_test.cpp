@@ -63,8 +63,8 @@ TEST_F(Info, JsonCountsEverything)
     EXPECT_EQ(info.at("totals").at("elements"), sampleElements);
     EXPECT_EQ(info.at("totals").at("nodes"), sampleNodes);
     EXPECT_EQ(info.at("totals").at("elements_by_kind"),
-              json({{"shell", 26}, {"solid", 5}, {"beam", 2}, {"discrete", 1}}));
-    EXPECT_EQ(info.at("extents"), json({{"min", {0, -3, 0}}, {"max", {6, 3, 3}}}));
+              json({{"shell", 14}, {"solid", 5}, {"beam", 2}, {"discrete", 1}}));
+    EXPECT_EQ(info.at("extents"), json({{"min", {-3, -3, 0}}, {"max", {3, 3, 3}}}));
     ASSERT_EQ(info.at("files").size(), 1u);
     EXPECT_EQ(info.at("files")[0].at("nodes"), sampleNodes);
 }
@@ -77,13 +77,14 @@ TEST_F(Info, JsonDescribesEveryPart)
     EXPECT_EQ(block.at("kind"), "solid");
     EXPECT_EQ(block.at("elements"), 2);
     EXPECT_EQ(block.at("nodes"), 12);
-    EXPECT_EQ(block.at("extents").at("min"), json({1, -1, 0.2}));
-    EXPECT_EQ(block.at("extents").at("max"), json({2, 0, 2.0}));
+    EXPECT_EQ(block.at("extents").at("min"), json({-2, -1, 0.2}));
+    EXPECT_EQ(block.at("extents").at("max"), json({-1, 0, 2.0}));
     EXPECT_EQ(block.at("color").size(), 4u);
     EXPECT_EQ(partNamed(info, "BAR").at("kind"), "beam");
     EXPECT_EQ(partNamed(info, "SPRING").at("kind"), "discrete");
     for (const json& part : info.at("parts")) {
-        for (const char* key : {"id", "name", "kind", "file", "elements", "nodes", "extents", "color", "property", "material"})
+        for (const char* key :
+             {"id", "name", "kind", "file", "elements", "nodes", "extents", "color", "property", "material"})
             EXPECT_TRUE(part.contains(key)) << key;
     }
 }
@@ -112,7 +113,7 @@ TEST_F(Info, TableHasALineAPartInAlignedColumns)
         EXPECT_EQ(text[k][elementsEnd], ' ') << text[k];
     }
     EXPECT_EQ(text[7], "");
-    EXPECT_EQ(text[8], "model: 6 parts, 34 elements, 64 nodes");
+    EXPECT_EQ(text[8], "model: 6 parts, 22 elements, 48 nodes");
 }
 
 TEST_F(Info, TakesDirectoriesInAnySpelling)

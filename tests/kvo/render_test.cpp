@@ -20,17 +20,19 @@ protected:
     std::string deck() const { return folder.file("sample.inp"); }
     std::string picture() const { return folder.file("a.png"); }
 
-    KvoRun render(const std::vector<std::string>& more, const std::vector<std::string>& environment = {})
+    KvoRun render(const std::vector<std::string>& more, const std::vector<std::string>& environment = {},
+                  const std::string& samples = "1")
     {
-        std::vector<std::string> arguments = {"render", deck(), "-o", picture(), "--samples", "1", "--device", "software"};
+        std::vector<std::string> arguments = {"render",    deck(),  "-o",       picture(),
+                                              "--samples", samples, "--device", "software"};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return runKvo(arguments, environment);
     }
 
-    Picture draw(std::vector<std::string> more)
+    Picture draw(std::vector<std::string> more, const std::string& samples = "1")
     {
         more.insert(more.end(), {"--size", "120x90"});
-        const KvoRun run = render(more);
+        const KvoRun run = render(more, {}, samples);
         EXPECT_EQ(run.status, 0) << run.err;
         return kvo::readPng(picture());
     }
@@ -84,6 +86,14 @@ TEST_F(Render, IsQuietByDefault)
     EXPECT_EQ(run.err, "");
 }
 
+TEST_F(Render, SaysWhatOfADeckIsNotDrawn)
+{
+    writeText(deck(), sampleDeck() + "*ELEMENT, TYPE=WEIRD9, ELSET=ODD\n81, 101, 102, 103\n");
+    const KvoRun run = render({"--size", "60x40"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "kvo: warning: " + deck() + ": 1 element of types that are not drawn (kvo import lists them)\n");
+}
+
 TEST_F(Render, LogKeepsTheLibrarysCommentary)
 {
     const KvoRun run = render({"--size", "60x40", "--log", folder.file("log")});
@@ -131,7 +141,7 @@ TEST_F(Render, BoxesAddLines)
 
 TEST_F(Render, SamplesSoftenEdges)
 {
-    EXPECT_GT(differing(draw({"--background", "black"}), draw({"--background", "black", "--samples", "4"})), 50u);
+    EXPECT_GT(differing(draw({"--view", "front"}), draw({"--view", "front"}, "4")), 50u);
 }
 
 TEST_F(Render, PartsAndHideChooseWhatIsDrawn)
@@ -199,8 +209,8 @@ TEST_F(Render, AModelDirectoryDrawsLikeItsDeck)
 {
     ASSERT_EQ(runKvo({"import", deck(), "-o", folder.file("model")}).status, 0);
     const Picture ofDeck = draw({});
-    ASSERT_EQ(runKvo({"render", folder.file("model"), "-o", picture(), "--samples", "1", "--device", "software", "--size",
-                      "120x90"})
+    ASSERT_EQ(runKvo({"render", folder.file("model"), "-o", picture(), "--samples", "1", "--device", "software",
+                      "--size", "120x90"})
                   .status,
               0);
     EXPECT_EQ(differing(kvo::readPng(picture()), ofDeck), 0u);

@@ -6,20 +6,21 @@
 
 namespace {
 
+// x counts from the model's left end. The model stands around the origin, where the axis triad is drawn.
 void node(std::string& deck, int id, double x, double y, double z)
 {
     char line[100];
-    std::snprintf(line, sizeof line, "%d, %.6g, %.6g, %.6g\n", id, x, y, z);
+    std::snprintf(line, sizeof line, "%d, %.6g, %.6g, %.6g\n", id, x - 3, y, z);
     deck += line;
 }
 
 std::string nodes()
 {
     std::string out = "*NODE\n";
-    const int along = 4, around = 9;
+    const int along = 4, around = 5;
     for (int k = 0; k < along; ++k) {
         for (int j = 0; j < around; ++j) {
-            const double angle = std::acos(-1.0) * j / (around - 1);
+            const double angle = std::acos(-1.0) / 2 * j / (around - 1);
             node(out, 1 + k * around + j, 2 * k, 3 * std::cos(angle), 3 * std::sin(angle));
         }
     }
@@ -49,9 +50,9 @@ std::string arch()
     std::string out = "*ELEMENT, TYPE=S4, ELSET=ARCH\n";
     char line[100];
     for (int k = 0; k < 3; ++k) {
-        for (int j = 0; j < 8; ++j) {
-            const int a = 1 + k * 9 + j;
-            std::snprintf(line, sizeof line, "%d, %d, %d, %d, %d\n", 1 + k * 8 + j, a, a + 9, a + 10, a + 1);
+        for (int j = 0; j < 4; ++j) {
+            const int a = 1 + k * 5 + j;
+            std::snprintf(line, sizeof line, "%d, %d, %d, %d, %d\n", 1 + k * 4 + j, a, a + 5, a + 6, a + 1);
             out += line;
         }
     }
@@ -62,7 +63,7 @@ std::string arch()
 
 std::string sampleDeck()
 {
-    return "*HEADING\nA half pipe with something under it\n" + nodes() + arch() +
+    return "*HEADING\nA vault with something under it\n" + nodes() + arch() +
            "*ELEMENT, TYPE=S3, ELSET=FLOOR\n"
            "31, 101, 102, 103\n32, 101, 103, 104\n"
            "*ELEMENT, TYPE=C3D8, ELSET=BLOCK\n"

@@ -5,16 +5,16 @@
 #include <string>
 
 // Parts in this order:
-//   ARCH     shell    24 quadrilaterals bent to a half pipe, radius 3, along x from 0 to 6
+//   ARCH     shell    12 quadrilaterals, a quarter of a pipe of radius 3, over y >= 0 along x
 //   FLOOR    shell    2 triangles
 //   BLOCK    solid    2 hexahedra
 //   MIXED    solid    1 wedge, 1 pyramid, 1 tetrahedron
 //   BAR      beam     2
 //   SPRING   discrete 1
-// The model's box is 0..6, -3..3, 0..3.
+// The model's box is -3..3, -3..3, 0..3.
 std::string sampleDeck();
 
-constexpr int sampleElements = 24 + 2 + 2 + 3 + 2 + 1;
-constexpr int sampleNodes = 4 * 9 + 4 + 12 + 7 + 3 + 2;
+constexpr int sampleElements = 12 + 2 + 2 + 3 + 2 + 1;
+constexpr int sampleNodes = 4 * 5 + 4 + 12 + 7 + 3 + 2;
 
 #endif

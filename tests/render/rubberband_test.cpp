@@ -49,6 +49,16 @@ TEST_F(Outline, onlyTheFirstCornerOfTheBandKeepsTheStartsDepth)
               (Lines{"glVertex(-1,-1,0.5)", "glVertex(1,-1,-0.5)", "glVertex(1,1,-0.5)", "glVertex(-1,1,-0.5)"}));
 }
 
+TEST_F(Outline, theDepthOfTheOtherCornersIsTheStartsNotTheEnds)
+{
+    projection[2] = 0.5; // slanted: the depth of a window point depends on its x
+    float mouse[4] = {0, 0, 200, 100};
+    createRubberBand(viewPort, mouse, projection);
+    EXPECT_EQ(printed(), "start world=-1,-1,0.5\nend world=1,1,-0.5\n");
+    EXPECT_EQ(glrecord::plain(glrecord::matching("glVertex")),
+              (Lines{"glVertex(-1,-1,0.5)", "glVertex(1,-1,-0.5)", "glVertex(1,1,-0.5)", "glVertex(-1,1,-0.5)"}));
+}
+
 TEST_F(Outline, aRubberBandWithoutSizeStillPrintsBothPoints)
 {
     float mouse[4] = {150, 75, 150, 75};

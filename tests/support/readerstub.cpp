@@ -21,8 +21,10 @@ void reset()
 namespace {
 template <class... Args> void watch(const Args&... args)
 {
-    if (watched)
-        (std::cout << "reader: " << ... << args) << std::endl;
+    if (!watched)
+        return;
+    std::cout << "reader: ";
+    (std::cout << ... << args) << std::endl;
 }
 
 const File& fileOf(const char* name)

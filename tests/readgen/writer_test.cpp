@@ -1,0 +1,183 @@
+// ModelWriter: the files it makes, what it replaces.
+#include <cstring>
+#include <filesystem>
+
+#include "modelfixture.h"
+#include "modelinfo.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::vector<std::string> TINY_TREE = {"tiny/",           "tiny/elements",   "tiny/node_coords",
+                                            "tiny/node_ids",   "tiny/part_start", "tiny/parts"};
+
+std::vector<float> extentsOf(const std::string& partStart)
+{
+    std::vector<float> extents(6);
+    std::memcpy(extents.data(), readBytes(partStart).data(), 24);
+    return extents;
+}
+
+} // namespace
+
+TEST(Writer, makesTheFilesOfAModelAndNothingElse)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path);
+    EXPECT_EQ(listTree(folder.path), TINY_TREE);
+}
+
+TEST(Writer, makesTheSameBytesForTheSameModel)
+{
+    TempFolder a, b;
+    writeTinyModel(a.path);
+    writeTinyModel(b.path);
+    for (const std::string& name : TINY_TREE)
+        if (name.back() != '/')
+            EXPECT_EQ(readBytes(a.path + "/" + name), readBytes(b.path + "/" + name)) << name;
+}
+
+TEST(Writer, writesThePartStartOfASingleFile)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    const Ids ids = {1, 2, 3, 4};
+    const float xyz[] = {-1, 0, 0, 2, 5, 0, 0, 0, -7, 1000, 1000, 1000};
+    writer.addNodes(4, ids.data(), xyz);
+    addPart(writer, makePart(1, SHELL, 4), {1}, {1, 2, 3, 3}); // node 4 is not used
+    writeOrFail(writer);
+    EXPECT_EQ(extentsOf(folder.path + "/m/part_start"), (std::vector<float>{-1, 2, 0, 5, -7, 0}));
+    EXPECT_EQ(readBytes(folder.path + "/m/part_start").substr(24), std::string("\1\0\0\0", 4));
+}
+
+TEST(Writer, writesThePartStartOfSeveralFiles)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    addNodes(writer, {1});
+    writer.beginFile("m/xy");
+    writeOrFail(writer);
+    EXPECT_EQ(readBytes(folder.path + "/m/part_start").substr(24), std::string("\2\0\0\0\1\0\0\0m\4\0\0\0m/xy", 17));
+}
+
+TEST(Writer, givesTheOnlyFileTheModelsName)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    writer.beginFile("elsewhere");
+    addNodes(writer, {1, 2, 3});
+    addPart(writer, makePart(1, SHELL, 4), {1}, {1, 2, 3, 3});
+    writeOrFail(writer);
+    EXPECT_FALSE(fs::exists(folder.path + "/elsewhere"));
+    EXPECT_EQ(LoadedModel(folder.path, "m").numParts, 1u);
+}
+
+TEST(Writer, measuresAllNodesWhenNoPartUsesAny)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    addNodes(writer, {1, 2});
+    writeOrFail(writer);
+    EXPECT_EQ(extentsOf(folder.path + "/m/part_start"), (std::vector<float>{0.5f, 1, -2, -1, -4, -2}));
+}
+
+TEST(Writer, writesAnEmptyModel)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    writeOrFail(writer);
+    const LoadedModel model(folder.path, "m");
+    EXPECT_EQ(model.numParts, 0u);
+    EXPECT_EQ(extentsOf(folder.path + "/m/part_start"), std::vector<float>(6, 0.0f));
+}
+
+TEST(Writer, makesTheFoldersOnTheWay)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path + "/a/b");
+    EXPECT_EQ(LoadedModel(folder.path + "/a/b", "tiny").numParts, 4u);
+    writeTinyModel(folder.path, "deep/er/tiny");
+    EXPECT_EQ(LoadedModel(folder.path, "deep/er/tiny").numParts, 4u);
+}
+
+TEST(Writer, canWriteTwice)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    addNodes(writer, {3, 2, 1});
+    addPart(writer, makePart(1, SHELL, 4), {1}, {1, 2, 3, 3});
+    writeOrFail(writer);
+    addPart(writer, makePart(2, SHELL, 4), {1}, {3, 2, 1, 1});
+    writeOrFail(writer);
+    EXPECT_EQ(LoadedModel(folder.path, "m").numParts, 2u);
+}
+
+TEST(Writer, acceptsAFileNameOf255Bytes)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    addNodes(writer, {1});
+    writer.beginFile(std::string(255, 'f'));
+    writeOrFail(writer);
+    EXPECT_EQ(filesOf(folder.path, "m")[1], std::string(255, 'f'));
+}
+
+// --- Replacing ---------------------------------------------------------------------------------------------------------
+
+TEST(WriterReplaces, anOlderModelWhole)
+{
+    TempFolder folder;
+    ModelWriter older(folder.path, "tiny");
+    older.beginFile("tiny/one");
+    addNodes(older, {1});
+    older.beginFile("tiny/two");
+    writeOrFail(older);
+    writeTinyModel(folder.path);
+    EXPECT_EQ(listTree(folder.path), TINY_TREE); // also nothing of the old one
+    EXPECT_EQ(LoadedModel(folder.path, "tiny").numParts, 4u);
+}
+
+TEST(WriterReplaces, aDamagedModel)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path);
+    writeBytes(folder.path + "/tiny/parts", "damaged");
+    fs::remove(folder.path + "/tiny/part_start");
+    writeTinyModel(folder.path);
+    EXPECT_EQ(LoadedModel(folder.path, "tiny").numParts, 4u);
+}
+
+TEST(WriterReplaces, anEmptyFolder)
+{
+    TempFolder folder;
+    fs::create_directory(folder.path + "/tiny");
+    writeTinyModel(folder.path);
+    EXPECT_EQ(listTree(folder.path), TINY_TREE);
+}
+
+TEST(WriterReplaces, filesOutsideTheModelsFolderToo)
+{
+    TempFolder folder;
+    for (unsigned int round = 1; round <= 2; ++round) {
+        ModelWriter writer(folder.path, "m");
+        writer.beginFile("shared/a");
+        addNodes(writer, {1, 2, 3});
+        writer.beginFile("b");
+        addPart(writer, makePart(round, SHELL, 4), {1}, {1, 2, 3, 3});
+        writeOrFail(writer);
+        const LoadedModel model(folder.path, "m");
+        EXPECT_EQ(model.pidMap.count(round), 1u);
+    }
+}
+
+TEST(WriterReplaces, noNeighbouringModel)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path, "tiny");
+    writeTinyModel(folder.path, "tiny2");
+    writeTinyModel(folder.path, "group/tiny");
+    writeTinyModel(folder.path, "tiny");
+    for (const char* name : {"tiny", "tiny2", "group/tiny"})
+        EXPECT_EQ(LoadedModel(folder.path, name).numParts, 4u) << name;
+}
