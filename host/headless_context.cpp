@@ -129,8 +129,8 @@ Way numberedDevice(const std::string& text)
     char* end = nullptr;
     const unsigned long index = std::strtoul(text.c_str(), &end, 10);
     if (text.empty() || text[0] < '0' || text[0] > '9' || *end != '\0' || index >= handles.size())
-        throw HostError("there is no device \"" + text + "\"; it is auto, software or one of these numbers:\n" +
-                        describeRenderDevices());
+        throw HostError("there is no device \"" + text +
+                        "\"; it is auto, software or one of these numbers:" + describeRenderDevices());
     EGLDeviceEXT handle = handles[index];
     return {"device " + text, [handle] { return platformDisplay(EGL_PLATFORM_DEVICE_EXT, handle); }, false};
 }
@@ -203,8 +203,8 @@ std::string describeRenderDevices()
 {
     std::string out;
     for (const RenderDevice& device : listRenderDevices())
-        out += "  " + std::to_string(device.index) + "  " + device.name + (device.software ? " (software)\n" : "\n");
-    return out.empty() ? "  (EGL lists no devices)\n" : out;
+        out += "\n  " + std::to_string(device.index) + "  " + device.name + (device.software ? " (software)" : "");
+    return out.empty() ? "\n  (EGL lists no devices)" : out;
 }
 
 struct HeadlessContext::Impl

@@ -28,7 +28,7 @@ struct RenderDevice
 // The devices, in EGL's order; empty where EGL cannot list them. Needs no context.
 std::vector<RenderDevice> listRenderDevices();
 
-// The devices as lines "  0  software (...)\n" for messages and manuals.
+// The devices as lines "\n  0  NAME (software)" for the end of messages and manuals.
 std::string describeRenderDevices();
 
 class HeadlessContext

@@ -7,17 +7,23 @@
 
 namespace readgen {
 
-// Puts a copy of text (may be null, may be the field itself) into a field that owns its text.
-inline void replaceName(const char*& field, const char* text)
+inline const char* copyOf(const char* text)
 {
-    char* copy = nullptr;
-    if (text) {
-        const std::size_t size = std::strlen(text) + 1;
-        copy = new char[size];
-        std::memcpy(copy, text, size);
-    }
-    delete[] field;
-    field = copy;
+    if (!text)
+        return nullptr;
+    const std::size_t size = std::strlen(text) + 1;
+    return static_cast<const char*>(std::memcpy(new char[size], text, size));
+}
+
+// Puts copies of two names into the fields of an object that owns them. Either may be null or one of the old ones.
+template <class Reader> void replaceNames(Reader& reader, const char* dir, const char* file)
+{
+    const char* dirCopy = copyOf(dir);
+    const char* fileCopy = copyOf(file);
+    delete[] reader.dirName;
+    delete[] reader.modelName;
+    reader.dirName = dirCopy;
+    reader.modelName = fileCopy;
 }
 
 inline std::string folderOf(const char* dirName, const char* fileName)

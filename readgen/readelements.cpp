@@ -127,8 +127,7 @@ ReadElements::ReadElements(const char* dir, const char* file, int index, UIUIMap
     : dirName(nullptr), modelName(nullptr), fileIndex(index), readIDS(nullptr), readNodes(nullptr), pidMap(map),
       m_ReadIDVect(nullptr), m_ReadNodeVect(nullptr)
 {
-    replaceName(dirName, dir);
-    replaceName(modelName, file);
+    replaceNames(*this, dir, file);
 }
 
 ReadElements::~ReadElements()
@@ -145,8 +144,7 @@ void ReadElements::setValues(const char* dir, const char* file, int index, ReadI
         m_ReadIDVect = &noOtherIds;
         m_ReadNodeVect = &noOtherNodes;
     }
-    replaceName(dirName, dir);
-    replaceName(modelName, file);
+    replaceNames(*this, dir, file);
     fileIndex = index;
     readIDS = ids;
     readNodes = nodes;

@@ -21,8 +21,7 @@ ReadIDS::~ReadIDS()
 
 void ReadIDS::set(const char* dir, const char* file)
 {
-    replaceName(dirName, dir);
-    replaceName(modelName, file);
+    replaceNames(*this, dir, file);
 }
 
 namespace {

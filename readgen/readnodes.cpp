@@ -60,8 +60,7 @@ ReadNodes::~ReadNodes()
 
 void ReadNodes::set(const char* dir, const char* file)
 {
-    replaceName(dirName, dir);
-    replaceName(modelName, file);
+    replaceNames(*this, dir, file);
 }
 
 float* ReadNodes::getValuesPtr() { return nodeValues; }

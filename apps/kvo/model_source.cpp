@@ -66,9 +66,12 @@ std::size_t pathLength(const std::string& dir, const std::string& model)
     return dir.size() + 1 + model.size() + std::strlen("/part_start");
 }
 
-std::string firstLine(const std::string& text)
+// The first line of what the reader library said, without its own name in front.
+std::string firstReport(const std::string& text)
 {
-    return text.substr(0, text.find('\n'));
+    const std::string prefix = "kvoread: ";
+    const std::size_t from = text.compare(0, prefix.size(), prefix) == 0 ? prefix.size() : 0;
+    return text.substr(from, text.find('\n') - from);
 }
 
 } // namespace
@@ -79,6 +82,7 @@ struct ModelSource::Impl
     std::string titleText;
     std::string leftOutLine;
     std::string dir;
+    std::string realDir; // what dir is short for
     std::string model;
     ModelInfo info;
     std::unique_ptr<TemporaryDirectory> temporary;
@@ -108,6 +112,7 @@ struct ModelSource::Impl
         if (pathLength(dir, model) <= longestPath)
             return;
         alias = std::make_unique<ShortName>(dir);
+        realDir = dir;
         dir = alias->path();
         if (pathLength(dir, model) > longestPath)
             throw ProgramError(shown, "the model directory's name is longer than the " +
@@ -131,7 +136,7 @@ ModelSource::ModelSource(const std::string& path) : impl(new Impl)
     impl->shortenPath();
     std::string problem;
     if (!readModelInfo(impl->dir, impl->model, &impl->info, &problem))
-        throw ProgramError(problem);
+        throw ProgramError(withRealNames(problem));
 }
 
 ModelSource::~ModelSource() = default;
@@ -154,6 +159,12 @@ const std::string& ModelSource::shownName() const
 std::string ModelSource::title() const
 {
     return impl->titleText;
+}
+
+std::string ModelSource::withRealNames(std::string text) const
+{
+    const std::size_t at = impl->alias ? text.find(impl->dir) : std::string::npos;
+    return at == std::string::npos ? text : text.replace(at, impl->dir.size(), impl->realDir);
 }
 
 const std::string& ModelSource::leftOut() const
@@ -179,7 +190,7 @@ void loadParts(CAEEnv& env, const ModelSource& source)
     const int failed = env.getAll(nullptr);
     const std::string reported = errors.text();
     if (!reported.empty())
-        throw ProgramError(firstLine(reported));
+        throw ProgramError(source.withRealNames(firstReport(reported)));
     if (failed)
         throw ProgramError(source.shownName(), "the model cannot be loaded");
 }

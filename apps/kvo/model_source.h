@@ -24,6 +24,9 @@ public:
     const std::string& dirName() const;
     const std::string& modelName() const;
 
+    // A message of the library or the reader, with the short name replaced by the directory that it stands for.
+    std::string withRealNames(std::string text) const;
+
     // As the user wrote it, for messages.
     const std::string& shownName() const;
     // The directory's or deck's own name, without folders and ending, for titles.

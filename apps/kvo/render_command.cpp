@@ -66,9 +66,10 @@ OPERATIONS (--ops FILE)
 DEVICES (--device)
   auto      graphics hardware where EGL offers it, else the processor
   software  the processor: the same picture on every machine
-  N         one of the devices that EGL lists here:
-)" + describeRenderDevices() +
+  N         one of the devices that EGL lists here:)" +
+           describeRenderDevices() +
            R"(
+
 EXAMPLES
   kvo render bracket -o bracket.png --view front --size 800x600
   kvo render car.inp -o hull.png --hide 7,20-29 --mode line

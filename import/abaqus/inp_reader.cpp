@@ -78,6 +78,7 @@ private:
     void beginInclude(const KeywordLine& line);
     void beginSystem(const KeywordLine& line);
     void dataSystem(std::string_view line);
+    void endSystem();
     void beginPart(const KeywordLine& line);
     void beginInstance(const KeywordLine& line);
     void dataInstance(std::string_view line);
@@ -106,6 +107,7 @@ private:
     char nodeSystem = 'R';
     Transform system; // of the last *SYSTEM card
     Vec3 systemPoints[3] = {};
+    Place systemPlace;
     ElementCard element;
     Place undrawnPlace; // of its card, for a type without a picture
     std::unordered_map<std::string, std::uint32_t> typeIndex;
@@ -120,7 +122,7 @@ const InpReader::Card InpReader::cards[] = {
     {"ELEMENT", &InpReader::beginElement, &InpReader::dataElement, &InpReader::endElement, nullptr},
     {"NSET", &InpReader::beginNset, &InpReader::dataSet, nullptr, nullptr},
     {"ELSET", &InpReader::beginElset, &InpReader::dataSet, nullptr, nullptr},
-    {"SYSTEM", &InpReader::beginSystem, &InpReader::dataSystem, nullptr, nullptr},
+    {"SYSTEM", &InpReader::beginSystem, &InpReader::dataSystem, &InpReader::endSystem, nullptr},
     {"PART", &InpReader::beginPart, nullptr, nullptr, nullptr},
     {"ENDPART", &InpReader::endScope, nullptr, nullptr, nullptr},
     {"INSTANCE", &InpReader::beginInstance, &InpReader::dataInstance, nullptr, nullptr},
@@ -328,13 +330,14 @@ void InpReader::dataNode(std::string_view line)
     }
 }
 
-void InpReader::beginSystem(const KeywordLine&)
+void InpReader::beginSystem(const KeywordLine& line)
 {
+    systemPlace = line.place;
     system = Transform(); // *SYSTEM without data goes back to the global system
     systemPoints[0] = systemPoints[1] = systemPoints[2] = {0, 0, 0};
 }
 
-// Line 1: origin and a point on the local x axis; line 2: a point on the local x-y plane, by default in the global one.
+// Line 1: origin and a point on the local x axis; line 2: a point on the local x-y plane.
 void InpReader::dataSystem(std::string_view line)
 {
     CommaFields fields(line);
@@ -347,18 +350,21 @@ void InpReader::dataSystem(std::string_view line)
             }
         }
     }
+}
+
+void InpReader::endSystem()
+{
     const Vec3& a = systemPoints[0];
     const Vec3& b = systemPoints[1];
     Vec3 c = systemPoints[2];
-    if (dataLines == 0) {
-        c = {a[0] - (b[1] - a[1]), a[1] + (b[0] - a[0]), a[2]}; // a quarter turn of the x axis about the global z axis
-        if (a == b) {
-            system = Transform::translation(a);
-            return;
-        }
+    if (dataLines < 2) {
+        // Without a third point the local z axis is the global one: a quarter turn of the local x axis about it.
+        c = {a[0] - (b[1] - a[1]), a[1] + (b[0] - a[0]), a[2]};
     }
-    if (!Transform::fromPoints(a, b, c, system)) {
-        throw ImportError(deck.place(), "*SYSTEM: the points do not span a plane");
+    if (dataLines < 1 || (dataLines < 2 && b == Vec3{0, 0, 0})) {
+        system = Transform::translation(a);
+    } else if (!Transform::fromPoints(a, b, c, system)) {
+        throw ImportError(systemPlace, "*SYSTEM: the points do not span a plane");
     }
 }
 

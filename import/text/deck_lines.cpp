@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint64_t reportStep = 1 << 20;
 constexpr std::size_t maxIncludeDepth = 100;
-constexpr std::size_t maxIncludes = 1000000; // files that include each other twice grow without end
+constexpr std::size_t maxIncludes = 20000; // files that include each other twice grow without end
 
 bool sameFile(const std::string& a, const std::string& b)
 {

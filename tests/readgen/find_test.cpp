@@ -56,7 +56,7 @@ TEST(ReadIds, keepsCopiesOfItsNames)
     EXPECT_STREQ(ids.dirName, "dir");
     ids.set(ids.modelName, ids.dirName);
     EXPECT_STREQ(ids.dirName, "file");
-    EXPECT_STREQ(ids.modelName, "file"); // dirName had changed by then
+    EXPECT_STREQ(ids.modelName, "dir");
 }
 
 TEST(ReadIds, getReplacesWhatItHeld)

@@ -34,8 +34,9 @@ TEST(Writer, makesTheSameBytesForTheSameModel)
     writeTinyModel(a.path);
     writeTinyModel(b.path);
     for (const std::string& name : TINY_TREE)
-        if (name.back() != '/')
+        if (name.back() != '/') {
             EXPECT_EQ(readBytes(a.path + "/" + name), readBytes(b.path + "/" + name)) << name;
+        }
 }
 
 TEST(Writer, writesThePartStartOfASingleFile)

@@ -429,6 +429,9 @@ TEST_F(Elements, aRemainderOfIndicesIsNotDrawn)
     PartInfoStr springs = makePart(DISCRETE, 3, tellingNodes(), {0, 1, 2, 3, 4});
     draw(springs, &CAEEnv::renderDiscretePart, GL_FLAT);
     EXPECT_EQ(glrecord::count("glVertex3fv"), 2);
+    PartInfoStr flagged = makePart(SHELL, 4, tellingNodes(), {0, 1, 2, 3, 4, 5, 6});
+    draw(selected(flagged, "11"), &CAEEnv::renderShells, GL_FLAT);
+    EXPECT_EQ(glrecord::matching("glColor4fv"), (Lines{RED_LINE, BLUE_LINE})) << "not even its colour";
 }
 
 TEST_F(Elements, aStrideOfZeroDrawsNoElements)

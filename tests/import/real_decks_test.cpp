@@ -1,0 +1,81 @@
+// Real decks with known counts, where they are at hand: KVO_TEST_DATA names their folder, else a folder "shared/data" next to
+// the project's.
+#include "import_fixture.h"
+
+#include <cstdlib>
+
+namespace {
+
+std::filesystem::path dataFolder()
+{
+    const char* named = std::getenv("KVO_TEST_DATA");
+    return named ? std::filesystem::path(named) : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
+}
+
+struct RealDeck
+{
+    const char* file;
+    std::uint64_t nodes;
+    std::map<std::string, std::uint64_t> types;
+};
+
+std::map<std::string, std::uint64_t> typeCounts(const kvo::Mesh& mesh)
+{
+    std::map<std::string, std::uint64_t> counts;
+    for (const kvo::MeshFile& file : mesh.files) {
+        for (const kvo::ElementBlock& block : file.blocks) {
+            for (const std::uint32_t part : block.part) {
+                if (part != kvo::noPart) {
+                    ++counts[mesh.types[block.type].name];
+                }
+            }
+        }
+    }
+    return counts;
+}
+
+class RealDecks : public ImportTest, public testing::WithParamInterface<RealDeck>
+{
+};
+
+} // namespace
+
+TEST_P(RealDecks, HaveTheCountsThatAreKnown)
+{
+    const std::filesystem::path file = dataFolder() / GetParam().file;
+    if (!std::filesystem::exists(file)) {
+        GTEST_SKIP() << file << " is not there";
+    }
+    const kvo::Mesh mesh = readFile(file.string());
+    EXPECT_EQ(mesh.nodeCount(), GetParam().nodes);
+    EXPECT_EQ(typeCounts(mesh), GetParam().types);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, RealDecks,
+    testing::Values(RealDeck{"abaqus/tractor_wheel_coarse.INP", 21359, {{"C3D10", 11171}}},
+                    RealDeck{"abaqus/3d_test_abaqus.inp", 576, {{"C3D8R", 375}}},
+                    RealDeck{"abaqus/codim_1-jagged_surface.inp", 439, {{"S4", 394}}},
+                    RealDeck{"abaqus/3d_CC_cubit_new.inp", 54, {{"C3D8R", 16}}},
+                    RealDeck{"abaqus/abaqus_hex.inp", 12, {{"C3D8", 2}}},
+                    RealDeck{"abaqus/abaqus_tet.inp", 13, {{"C3D4", 14}}},
+                    RealDeck{"abaqus/abaqus_quad_tri.inp", 34, {{"CPS4", 20}, {"CPS3", 8}}},
+                    RealDeck{"abaqus/abaqusreader_beams.inp", 7, {{"B33", 6}}}, // the seventh has a missing node
+                    RealDeck{"abaqus/abaqusreader_nx_export_problem.inp", 3, {}},
+                    RealDeck{"gpl/cae_default.inp",
+                             116,
+                             {{"C3D4", 24}, {"C3D6", 24}, {"C3D8", 6}, {"C3D10", 8}, {"C3D15", 12}, {"C3D20", 1}}},
+                    RealDeck{"tiny/all_kinds.inp",
+                             20,
+                             {{"C3D8", 1}, {"C3D5", 1}, {"C3D6", 1}, {"C3D4", 1}, {"S4", 1}, {"S3", 1}, {"B31", 2},
+                              {"T3D2", 1}, {"SPRINGA", 1}, {"DASHPOTA", 1}, {"SPRING1", 1}}},
+                    RealDeck{"tiny/parts_instances.inp", 8, {{"S4", 2}}},
+                    RealDeck{"tiny/two_solids_ascii.stl", 7, {{"facet", 3}}},
+                    RealDeck{"tiny/binary_header_says_solid.stl", 4, {{"facet", 2}}}),
+    [](const testing::TestParamInfo<RealDeck>& row) {
+        std::string name = std::filesystem::path(row.param.file).stem().string();
+        for (char& c : name) {
+            c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+        }
+        return name;
+    });
