@@ -40,8 +40,9 @@ std::string knownFormats()
 const std::vector<DeckFormat>& deckFormats()
 {
     static const std::vector<DeckFormat> formats = {
-        {"Abaqus/CalculiX", ".inp", "shells, solids, beams, trusses, springs, dashpots; sections, sets, instances, includes",
-         looksLikeInp, readInp},
+        {"Abaqus/CalculiX", ".inp",
+         "shells, solids, beams, trusses, springs, dashpots; sections, sets, instances, includes", looksLikeInp,
+         readInp},
         {"STL", ".stl", "triangles, ASCII or binary; one part per solid; equal vertices become one node", looksLikeStl,
          readStl},
     };

@@ -23,9 +23,9 @@ class MappedFile;
 // One row per format that can be read.
 struct DeckFormat
 {
-    const char* name;     // "Abaqus / CalculiX input deck"
-    const char* suffixes; // ".inp", several separated by blanks
-    const char* summary;  // one line for a manual: what is read
+    const char* name;                          // "Abaqus / CalculiX input deck"
+    const char* suffixes;                      // ".inp", several separated by blanks
+    const char* summary;                       // one line for a manual: what is read
     bool (*looksLike)(const MappedFile& file); // by content
     Mesh (*read)(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress);
 };
@@ -38,8 +38,8 @@ const DeckFormat* detectDeckFormat(const MappedFile& file);
 // Has the path a suffix of a known format? For telling a deck from a model directory without opening it.
 bool hasDeckSuffix(const std::string& path);
 
-// Reads the deck. The mesh is finished (mesh.h). Throws ImportError for what cannot be opened, is of no known format, or
-// is damaged; all else goes to the log.
+// Reads the deck. The mesh is finished (mesh.h). Throws ImportError for what cannot be opened, is of no known format,
+// or is damaged; all else goes to the log.
 Mesh readDeck(const std::string& path, ImportLog& log, Progress progress = {});
 
 } // namespace kvo

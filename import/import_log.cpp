@@ -44,7 +44,8 @@ void ImportLog::count(const std::string& list, const std::string& name, std::uin
         }
         summary->entries.push_back({name, 0, place.text()});
         const std::size_t listIndex = static_cast<std::size_t>(summary - summaries.begin());
-        found = entryIndex.emplace(std::make_pair(list, name), std::make_pair(listIndex, summary->entries.size() - 1)).first;
+        found = entryIndex.emplace(std::make_pair(list, name), std::make_pair(listIndex, summary->entries.size() - 1))
+                    .first;
     }
     summaries[found->second.first].entries[found->second.second].count += count;
 }

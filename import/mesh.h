@@ -53,8 +53,8 @@ struct ElementType
 constexpr std::int64_t noNode = -1;
 constexpr std::uint32_t noPart = 0xFFFFFFFF;
 
-// Up to ElementBlock::maxElements elements of one type from one source file. Blocks keep the arrays short, so that a large
-// deck grows by small steps.
+// Up to ElementBlock::maxElements elements of one type from one source file. Blocks keep the arrays short, so that a
+// large deck grows by small steps.
 struct ElementBlock
 {
     static constexpr std::size_t maxElements = 65536;
@@ -72,7 +72,7 @@ struct ElementBlock
 // One set of nodes with ids of its own: a whole deck, or one instance of it, whose ids may repeat those of another.
 struct MeshFile
 {
-    std::string name;                // of the instance; empty: the deck itself
+    std::string name;                  // of the instance; empty: the deck itself
     std::vector<std::int64_t> nodeIds; // ascending and unique once finished
     std::vector<double> xyz;           // 3 per node
     std::deque<ElementBlock> blocks;
@@ -87,7 +87,7 @@ struct MeshPart
 {
     std::int64_t id = 0; // unique in the mesh, above 0
     std::string name;
-    std::string section; // what gave the elements to the part ("shell section"); may be empty
+    std::string section;         // what gave the elements to the part ("shell section"); may be empty
     std::int64_t propertyId = 0; // 0: none
     std::int64_t materialId = 0; // 0: none
     std::string materialName;

@@ -94,7 +94,8 @@ void numberPieces(const Mesh& mesh, PieceTable& table, ImportLog& log)
     }
     for (std::size_t p = 0; p < mesh.parts.size(); ++p) {
         std::vector<Piece*> pieces = piecesOfPart(table, p);
-        std::stable_sort(pieces.begin(), pieces.end(), [](const Piece* a, const Piece* b) { return a->count > b->count; });
+        std::stable_sort(pieces.begin(), pieces.end(),
+                         [](const Piece* a, const Piece* b) { return a->count > b->count; });
         const std::string name = "part " + std::to_string(mesh.parts[p].id) + " \"" + mesh.parts[p].name + "\"";
         for (Piece* piece : pieces) {
             piece->renamed = piece != pieces.front();

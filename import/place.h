@@ -14,10 +14,7 @@ struct Place
     std::uint64_t line = 0; // 1-based; 0: the file as a whole
 
     // "FILE:LINE", "FILE", or nothing.
-    std::string text() const
-    {
-        return line == 0 ? file : file + ":" + std::to_string(line);
-    }
+    std::string text() const { return line == 0 ? file : file + ":" + std::to_string(line); }
 };
 
 // A deck that cannot be imported. what() is "FILE:LINE: message".

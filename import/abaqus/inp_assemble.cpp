@@ -278,7 +278,8 @@ void addSectionParts(InpScope& scope, const std::string& prefix, Mesh& mesh, Mat
         part.materialName = section.material;
         mesh.parts.push_back(part);
     }
-    // The section parts come first, so the elements' group parts are added behind them before sections take elements over.
+    // The section parts come first, so the elements' group parts are added behind them before sections take elements
+    // over.
     addGroupParts(scope, prefix, mesh);
     if (scope.sections.empty()) {
         return;

@@ -204,8 +204,8 @@ void InpGenerator::fillLine(std::string_view line, const Place& place)
     std::int64_t intervals = 1;
     std::int64_t step = 1;
     const bool named = fields.nextText(first) == Field::Value && fields.nextText(last) == Field::Value;
-    if (!named || fields.nextInteger(intervals) == Field::Bad || fields.nextInteger(step) == Field::Bad || intervals < 1 ||
-        intervals > maxMade || step > maxValue || step < -maxValue) {
+    if (!named || fields.nextInteger(intervals) == Field::Bad || fields.nextInteger(step) == Field::Bad ||
+        intervals < 1 || intervals > maxMade || step > maxValue || step < -maxValue) {
         fail(place, "*NFILL expects first set, last set, number of intervals, increment");
     }
     const std::vector<std::int64_t> a = members(scope->nodeSets, first, place);
@@ -244,7 +244,8 @@ void InpGenerator::copyNodes()
         if (findNode(id, xyz)) {
             addNode(id + shift, copyTransform.apply(xyz));
         } else {
-            log.warn("copies of missing nodes", card.place, card.name + ": node " + std::to_string(id) + " does not exist");
+            log.warn("copies of missing nodes", card.place,
+                     card.name + ": node " + std::to_string(id) + " does not exist");
         }
     }
 }
@@ -289,6 +290,9 @@ void InpGenerator::addElementCopy(std::size_t from, std::size_t position, std::i
     to.line.push_back(source.line[position]);
     for (std::size_t k = 0; k < slots; ++k) {
         const std::int64_t node = source.nodes[position * slots + k];
+        if (node > 0 && node + nodeShift <= 0) {
+            fail(card.place, card.name + " makes an element of node " + std::to_string(node + nodeShift));
+        }
         to.nodes.push_back(node > 0 ? node + nodeShift : node);
     }
     if (target) {

@@ -43,7 +43,8 @@ private:
     bool findElement(std::int64_t id, std::size_t& block, std::size_t& position);
     void addNode(std::int64_t id, const Vec3& xyz);
     void addElementCopy(std::size_t block, std::size_t position, std::int64_t idShift, std::int64_t nodeShift);
-    void addBetween(std::int64_t first, std::int64_t last, std::int64_t step, std::int64_t intervals, const Place& place);
+    void addBetween(std::int64_t first, std::int64_t last, std::int64_t step, std::int64_t intervals,
+                    const Place& place);
     std::vector<std::int64_t> members(const InpSets& sets, const std::string& name, const Place& place);
 
     const std::vector<ElementType>& types;

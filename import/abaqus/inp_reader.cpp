@@ -1,48 +1,26 @@
 // Reading of input decks: which card does what. inp_assemble.cpp makes the mesh of it.
 #include "inp_reader.h"
 
-#include <cstring>
+#include <algorithm>
 
-#include "element_types.h"
 #include "inp_assemble.h"
+#include "inp_elements.h"
 #include "inp_generate.h"
 #include "text/deck_lines.h"
 #include "text/fields.h"
-#include "text/numbers.h"
 
 namespace kvo {
 
 const char* const listKeywordsNotRead = "keywords not read";
-const char* const listElementsNotDrawn = "element types not drawn";
 
 namespace {
-
-constexpr int maxEntries = 32; // id, 27 nodes, an orientation node
-constexpr std::int64_t maxId = 1000000000000000; // leaves room for arithmetic with ids
-
-// The *ELEMENT card that is being read, and the element whose data lines are not complete yet.
-struct ElementCard
-{
-    const InpElementType* row = nullptr; // null: a type without a picture
-    std::string typeName;
-    std::uint32_t type = 0;  // index into Mesh::types
-    std::uint32_t group = 0; // index into InpScope::groups
-    InpSet* set = nullptr;   // ELSET=, or null
-    int needed = 0;          // entries of a complete element, id included; 0: nobody knows
-    int most = 0;            // entries that an element can have
-    std::uint64_t undrawn = 0; // elements of a type without a picture so far
-
-    std::int64_t entries[maxEntries] = {};
-    int count = 0;
-    std::uint32_t file = 0; // where the element began
-    std::uint32_t line = 0;
-};
 
 class InpReader
 {
 public:
     InpReader(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)
-        : deck(std::move(file), std::move(progress)), log(log), generator(model.types, log)
+        : deck(std::move(file), std::move(progress)), log(log), elements(deck, model.types, log),
+          generator(model.types, log)
     {
     }
 
@@ -69,7 +47,6 @@ private:
     void beginElement(const KeywordLine& line);
     void dataElement(std::string_view line);
     void endElement();
-    void endLastElement();
     void beginNset(const KeywordLine& line);
     void beginElset(const KeywordLine& line);
     void beginSet(const KeywordLine& line, InpSet& set);
@@ -89,16 +66,12 @@ private:
     void endGenerate();
     void unread(const KeywordLine& line);
 
-    bool elementEntry(CommaFields& fields, std::int64_t& entry, bool& more);
-    std::int64_t foreignNode(const std::string& text);
-    void addElement();
-    void storeElement(std::int64_t id);
-    void checkId(std::int64_t id, const char* what);
     [[noreturn]] void badField(const CommaFields& fields, const char* what);
 
     DeckLines deck;
     ImportLog& log;
     InpModel model;
+    InpElementReader elements;
     InpGenerator generator;
     InpScope* scope = nullptr; // what the current cards belong to
     const Card* card = nullptr;
@@ -108,9 +81,7 @@ private:
     Transform system; // of the last *SYSTEM card
     Vec3 systemPoints[3] = {};
     Place systemPlace;
-    ElementCard element;
-    Place undrawnPlace; // of its card, for a type without a picture
-    std::unordered_map<std::string, std::uint32_t> typeIndex;
+    bool systemTurned = false;   // more than an origin is given
     InpSet* listedSet = nullptr; // of *NSET / *ELSET; null: not kept
     bool generate = false;
     int dataLines = 0; // of the current card
@@ -263,13 +234,6 @@ void InpReader::badField(const CommaFields& fields, const char* what)
     throw ImportError(deck.place(), std::string(what) + " expected, found \"" + fields.badField() + "\"");
 }
 
-void InpReader::checkId(std::int64_t id, const char* what)
-{
-    if (id <= 0 || id > maxId) {
-        throw ImportError(deck.place(), std::string(what) + " id " + std::to_string(id) + " is out of range");
-    }
-}
-
 void InpReader::beginInclude(const KeywordLine& line)
 {
     const std::string name = line.value("INPUT");
@@ -307,7 +271,7 @@ void InpReader::dataNode(std::string_view line)
     if (fields.nextInteger(id) != Field::Value) {
         badField(fields, "node id");
     }
-    checkId(id, "node");
+    checkInpId(id, "node", deck);
     Vec3 xyz = {0, 0, 0};
     for (double& coordinate : xyz) {
         const Field field = fields.nextReal(coordinate);
@@ -333,6 +297,7 @@ void InpReader::dataNode(std::string_view line)
 void InpReader::beginSystem(const KeywordLine& line)
 {
     systemPlace = line.place;
+    systemTurned = false;
     system = Transform(); // *SYSTEM without data goes back to the global system
     systemPoints[0] = systemPoints[1] = systemPoints[2] = {0, 0, 0};
 }
@@ -345,9 +310,11 @@ void InpReader::dataSystem(std::string_view line)
     const int past = dataLines == 0 ? 2 : 3;
     for (int point = first; point < past; ++point) {
         for (double& coordinate : systemPoints[point]) {
-            if (fields.nextReal(coordinate) == Field::Bad) {
+            const Field field = fields.nextReal(coordinate);
+            if (field == Field::Bad) {
                 badField(fields, "coordinate");
             }
+            systemTurned = systemTurned || (point > 0 && field != Field::End);
         }
     }
 }
@@ -361,171 +328,29 @@ void InpReader::endSystem()
         // Without a third point the local z axis is the global one: a quarter turn of the local x axis about it.
         c = {a[0] - (b[1] - a[1]), a[1] + (b[0] - a[0]), a[2]};
     }
-    if (dataLines < 1 || (dataLines < 2 && b == Vec3{0, 0, 0})) {
+    if (!systemTurned) {
         system = Transform::translation(a);
     } else if (!Transform::fromPoints(a, b, c, system)) {
         throw ImportError(systemPlace, "*SYSTEM: the points do not span a plane");
     }
 }
 
-// --- elements ---
-
-const char* const defaultGroups[familyCount] = {"shell elements", "solid elements", "beam elements",
-                                                "discrete elements"};
+// --- elements: inp_elements.cpp ---
 
 void InpReader::beginElement(const KeywordLine& line)
 {
-    element = ElementCard();
-    element.typeName = nameKey(line.value("TYPE"));
-    if (element.typeName.empty()) {
-        throw ImportError(line.place, "*ELEMENT without TYPE=");
-    }
-    const std::string set = line.value("ELSET");
-    element.set = set.empty() ? nullptr : &scope->elementSet(set);
-    element.row = findInpElementType(element.typeName);
-    if (element.row) {
-        const InpElementType& row = *element.row;
-        const auto found = typeIndex.emplace(element.typeName, static_cast<std::uint32_t>(model.types.size()));
-        if (found.second) {
-            model.types.push_back({element.typeName, row.family, row.shape});
-        }
-        element.type = found.first->second;
-        element.group = scope->groupIndex(set.empty() ? defaultGroups[static_cast<int>(row.family)] : set);
-        element.needed = 1 + row.nodes;
-        element.most = 1 + row.maxNodes + (row.family == Family::Beam);
-    } else {
-        const int nodes = undrawnNodeCount(element.typeName);
-        element.needed = nodes ? 1 + nodes : 0;
-        element.most = element.needed;
-        undrawnPlace = line.place;
-    }
+    elements.begin(*scope, scope == &model.assembly || scope == &model.deck, line);
     includeInput(line);
-}
-
-// "PLATE-1.12" names node 12 of an instance.
-std::int64_t InpReader::foreignNode(const std::string& text)
-{
-    const std::size_t dot = text.rfind('.');
-    std::int64_t id = 0;
-    const bool mayName = scope == &model.assembly || scope == &model.deck;
-    if (!mayName || dot == std::string::npos || dot == 0 || !parseInteger(std::string_view(text).substr(dot + 1), id) || id <= 0) {
-        throw ImportError(deck.place(), "node id expected, found \"" + text + "\"");
-    }
-    scope->foreignNodes.push_back({nameKey(std::string_view(text).substr(0, dot)), id});
-    return foreignNodeId(scope->foreignNodes.size() - 1);
-}
-
-// The next entry of an element's data line. more is false behind the last one.
-bool InpReader::elementEntry(CommaFields& fields, std::int64_t& entry, bool& more)
-{
-    entry = 0; // a blank between two commas is "no node"
-    const Field field = fields.nextInteger(entry);
-    more = field != Field::End;
-    if (field == Field::Bad) {
-        std::string text;
-        fields.nextText(text);
-        if (element.count == 0) {
-            throw ImportError(deck.place(), "element id expected, found \"" + text + "\"");
-        }
-        entry = element.row ? foreignNode(text) : 0;
-    }
-    return more;
 }
 
 void InpReader::dataElement(std::string_view line)
 {
-    CommaFields fields(line);
-    const bool continued = element.count > 0;
-    if (!continued) {
-        element.file = deck.fileIndex();
-        element.line = deck.lineNumber();
-    }
-    std::int64_t entry = 0;
-    bool more = true;
-    int beyond = 0;
-    while (elementEntry(fields, entry, more)) {
-        if (element.count < maxEntries) {
-            element.entries[element.count++] = entry;
-        }
-        beyond += element.needed && element.count > element.most;
-    }
-    checkId(element.entries[0], "element");
-    if (beyond && element.needed) {
-        log.warn("elements with more nodes than their type has", deck.place(),
-                 "element " + std::to_string(element.entries[0]) + " has more nodes than " + element.typeName +
-                     "; the first " + std::to_string(element.needed - 1) + " are taken");
-    }
-    // With a known count the count decides; a trailing comma counts only where inner nodes may be left out, or where
-    // nothing else is known.
-    const bool variable = element.row && element.row->maxNodes > element.row->nodes;
-    const bool open = fields.endedWithComma() && element.count < element.most && variable;
-    const bool complete = element.needed ? element.count >= element.needed && !open : !fields.endedWithComma();
-    if (complete) {
-        addElement();
-    }
-}
-
-void InpReader::addElement()
-{
-    const std::int64_t id = element.entries[0];
-    if (element.row) {
-        storeElement(id);
-    } else {
-        ++element.undrawn;
-    }
-    if (element.set) {
-        element.set->add(id);
-    }
-    element.count = 0;
-}
-
-void InpReader::storeElement(std::int64_t id)
-{
-    const InpElementType& row = *element.row;
-    const std::int64_t* nodes = element.entries + 1;
-    ElementBlock& block = scope->mesh.blockFor(element.type, element.file);
-    block.ids.push_back(id);
-    block.part.push_back(element.group);
-    block.line.push_back(element.line);
-    if (row.shape != Shape::Line) {
-        block.nodes.insert(block.nodes.end(), nodes, nodes + cornerCount(row.shape));
-        return;
-    }
-    std::int64_t ends[2] = {nodes[0], nodes[row.secondCorner]};
-    if (row.family == Family::Discrete) {
-        // One end may be the ground: no node, and the element shrinks to the other end.
-        ends[0] = ends[0] == 0 ? ends[1] : ends[0];
-        ends[1] = ends[1] == 0 ? ends[0] : ends[1];
-    }
-    block.nodes.insert(block.nodes.end(), ends, ends + 2);
-    if (row.family == Family::Beam) {
-        const bool third = element.count > element.needed && nodes[row.nodes] != 0;
-        block.nodes.push_back(third ? nodes[row.nodes] : noNode);
-    }
+    elements.data(line);
 }
 
 void InpReader::endElement()
 {
-    if (element.count > 0) {
-        endLastElement();
-    }
-    if (!element.row) {
-        log.count(listElementsNotDrawn, element.typeName, element.undrawn, undrawnPlace);
-    }
-}
-
-// The card ends while an element waits for a further data line.
-void InpReader::endLastElement()
-{
-    if (element.needed == 0 || element.count >= element.needed) {
-        addElement(); // the line need not come
-        return;
-    }
-    const Place place = {deck.files()[element.file], element.line};
-    log.warn("incomplete elements", place,
-             element.typeName + " element " + std::to_string(element.entries[0]) + " has " +
-                 std::to_string(element.count - 1) + " of " + std::to_string(element.needed - 1) + " nodes: left out");
-    element.count = 0;
+    elements.end();
 }
 
 // --- sets and sections ---
@@ -572,7 +397,7 @@ void InpReader::dataSet(std::string_view line)
             }
         }
         values[2] = values[2] == 0 ? 1 : values[2];
-        if (values[2] < 0 || values[0] < 0 || values[1] < values[0] || values[1] > maxId) {
+        if (values[2] < 0 || values[0] < 0 || values[1] < values[0] || values[1] > maxInpId) {
             throw ImportError(deck.place(), "GENERATE expects first, last, step with first <= last and step > 0");
         }
         listedSet->addRange(values[0], values[1], values[2]);
@@ -582,7 +407,7 @@ void InpReader::dataSet(std::string_view line)
     std::string name;
     for (Field field = fields.nextInteger(id); field != Field::End; field = fields.nextInteger(id)) {
         if (field == Field::Value) {
-            checkId(id, "listed");
+            checkInpId(id, "listed", deck);
             listedSet->add(id);
         } else if (field == Field::Bad) {
             fields.nextText(name);
@@ -684,9 +509,10 @@ void InpReader::endGenerate()
 }
 
 // Cards that an input deck of this kind begins with or soon has; decks of other kinds that use stars too have others.
-const char* const typicalKeys[] = {"HEADING", "NODE",     "ELEMENT", "INCLUDE", "PART",   "ASSEMBLY", "PREPRINT",
-                                   "NSET",    "ELSET",    "RESTART", "MATERIAL", "SYSTEM", "NGEN",     "PARAMETER",
-                                   "USERELEMENT", "SURFACE", "AMPLITUDE", "SOLIDSECTION", "SHELLSECTION", "STEP"};
+const char* const typicalKeys[] = {"HEADING",  "NODE",      "ELEMENT",      "INCLUDE",      "PART",
+                                   "ASSEMBLY", "PREPRINT",  "NSET",         "ELSET",        "RESTART",
+                                   "MATERIAL", "SYSTEM",    "NGEN",         "PARAMETER",    "USERELEMENT",
+                                   "SURFACE",  "AMPLITUDE", "SOLIDSECTION", "SHELLSECTION", "STEP"};
 
 constexpr std::size_t sniffedBytes = 1 << 16;
 

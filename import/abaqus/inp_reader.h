@@ -2,8 +2,8 @@
 //
 // Read: *NODE, *ELEMENT, *NSET, *ELSET, section cards, *INCLUDE and INPUT=, *SYSTEM, *PART / *INSTANCE / *ASSEMBLY,
 // *NGEN, *NFILL, *NCOPY, *ELGEN, *ELCOPY. All other cards are counted and listed in the log.
-// A part of the mesh is what one section card covers; elements without a section go by the ELSET of their *ELEMENT card,
-// and by family if there is none.
+// A part of the mesh is what one section card covers; elements without a section go by the ELSET of their *ELEMENT
+// card, and by family if there is none.
 #ifndef KVO_IMPORT_ABAQUS_INP_READER_H
 #define KVO_IMPORT_ABAQUS_INP_READER_H
 

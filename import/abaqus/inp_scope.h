@@ -1,5 +1,5 @@
-// What an input deck defines between its keywords: the deck itself, a part, an instance, or the assembly each have nodes,
-// elements, sets and sections of their own.
+// What an input deck defines between its keywords: the deck itself, a part, an instance, or the assembly each have
+// nodes, elements, sets and sections of their own.
 #ifndef KVO_IMPORT_ABAQUS_INP_SCOPE_H
 #define KVO_IMPORT_ABAQUS_INP_SCOPE_H
 
@@ -37,7 +37,8 @@ struct InpSet
 
 using InpSets = std::map<std::string, InpSet>; // by nameKey()
 
-// Calls visit for every range of the set and of the sets in it, each set once. Members that are no sets are passed over.
+// Calls visit for every range of the set and of the sets in it, each set once. Members that are no sets are passed
+// over.
 void forEachRange(const InpSets& sets, const std::string& key, const std::function<void(const IdRange&)>& visit);
 
 struct InpSection

@@ -50,7 +50,8 @@ bool fitsBinary(const MappedFile& file)
 bool beginsWithSolid(const MappedFile& file)
 {
     const std::string_view text(file.begin(), std::min<std::size_t>(file.size(), 4096));
-    return startsWithIgnoringCase(trimmed(text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()))), "solid");
+    return startsWithIgnoringCase(trimmed(text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()))),
+                                  "solid");
 }
 
 // Finds the node of a vertex: an open hash table of node positions, keyed by the coordinates' bits.

@@ -21,8 +21,8 @@ public:
     // The same for a file that is mapped already.
     DeckLines(std::unique_ptr<MappedFile> file, Progress progress);
 
-    // The next line without its end ("\n", "\r\n", or nothing at the end of the file). False behind the last line of the
-    // top file. The text stays valid until every DeckLines of the deck is gone.
+    // The next line without its end ("\n", "\r\n", or nothing at the end of the file). False behind the last line of
+    // the top file. The text stays valid until every DeckLines of the deck is gone.
     bool next(std::string_view& line);
 
     // Gives the last line back: next() delivers it again. Only after a next() that gave a line, once, and before any
@@ -30,8 +30,8 @@ public:
     void putBack();
 
     // Goes on with the named file and comes back afterwards. It is looked for as given if absolute, else next to the
-    // including file, next to the top file, and from the working folder. Throws ImportError for a file that is not there
-    // and for one that includes itself.
+    // including file, next to the top file, and from the working folder. Throws ImportError for a file that is not
+    // there and for one that includes itself.
     void include(const std::string& name);
 
     // Where the last line stands: an index into files(), and its number.

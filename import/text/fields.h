@@ -37,7 +37,8 @@ public:
 
     Field nextInteger(std::int64_t& value);
     Field nextReal(double& value);
-    // The next field as text, trimmed, without the quotation marks around it; commas between quotation marks belong to it.
+    // The next field as text, trimmed, without the quotation marks around it; commas between quotation marks belong to
+    // it.
     Field nextText(std::string& text);
 
     // The field that the last call found Bad, for a message.

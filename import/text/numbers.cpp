@@ -1,5 +1,5 @@
-// Number scanning. Nearly every real of a deck has few digits and a small exponent; such a number is exact as a quotient
-// or product of two doubles. The others go through std::from_chars.
+// Number scanning. Nearly every real of a deck has few digits and a small exponent; such a number is exact as a
+// quotient or product of two doubles. The others go through std::from_chars.
 #include "numbers.h"
 
 #include <algorithm>
@@ -17,7 +17,7 @@ const double powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e
                               1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr int maxExactPower = 22;
 constexpr std::uint64_t maxExactMantissa = std::uint64_t(1) << 53;
-constexpr int maxDigits = 19; // of a 64-bit mantissa
+constexpr int maxDigits = 19;         // of a 64-bit mantissa
 constexpr int exponentLimit = 100000; // beyond every double; keeps the sum of digits from overflowing
 
 bool isDigit(char c)

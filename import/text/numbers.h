@@ -7,8 +7,8 @@
 
 namespace kvo {
 
-// Reads the number that begins at p and moves p behind it. False (p then unchanged) if there is none or it does not fit.
-// No blanks are skipped.
+// Reads the number that begins at p and moves p behind it. False (p then unchanged) if there is none or it does not
+// fit. No blanks are skipped.
 bool scanInteger(const char*& p, const char* end, std::int64_t& value);
 bool scanReal(const char*& p, const char* end, double& value);
 

@@ -15,7 +15,10 @@ ImportTest::ImportTest()
     folder = mkdtemp(pattern.data());
 }
 
-ImportTest::~ImportTest() { std::filesystem::remove_all(folder); }
+ImportTest::~ImportTest()
+{
+    std::filesystem::remove_all(folder);
+}
 
 std::string ImportTest::write(const std::string& name, const std::string& text) const
 {
@@ -127,7 +130,8 @@ template <class Visit> void forEachElement(const kvo::MeshFile& file, Visit visi
 Ids elementIds(const kvo::Mesh& mesh, std::size_t file)
 {
     Ids ids;
-    forEachElement(mesh.files.at(file), [&](const kvo::ElementBlock& block, std::size_t e) { ids.push_back(block.ids[e]); });
+    forEachElement(mesh.files.at(file),
+                   [&](const kvo::ElementBlock& block, std::size_t e) { ids.push_back(block.ids[e]); });
     std::sort(ids.begin(), ids.end());
     return ids;
 }

@@ -72,6 +72,9 @@ TEST_F(InpNodes, SystemCardMovesAndTurnsUntilTheNextOne)
     EXPECT_EQ(pointOf(mesh, 2), (Point{1, 1, 6})) << "local x is global z";
     EXPECT_EQ(pointOf(mesh, 3), (Point{1, 6, 1}));
     EXPECT_EQ(pointOf(mesh, 4), (Point{1, 2, 3}));
+    EXPECT_EQ(pointOf(read("*SYSTEM\n1, 2, 3\n*NODE\n1, 1, 1, 1\n"), 1), (Point{2, 3, 4})) << "moved only";
+    EXPECT_EQ(pointOf(read("*SYSTEM\n5, 0, 0, 0, 0, 0\n*NODE\n1, 1, 2, 0\n"), 1), (Point{4, -2, 0}))
+        << "x towards the origin";
 }
 
 TEST_F(InpElements, CornersOfEveryShape)
@@ -86,16 +89,16 @@ TEST_F(InpElements, CornersOfEveryShape)
     const kvo::Family shell = kvo::Family::Shell;
     const kvo::Family solid = kvo::Family::Solid;
     const Row rows[] = {
-        {"S3", 3, shell, 3},      {"S3R", 3, shell, 3},     {"S4", 4, shell, 4},       {"S4R", 4, shell, 4},
-        {"S4R5", 4, shell, 4},    {"S6", 6, shell, 3},      {"S8", 8, shell, 4},       {"S8R", 8, shell, 4},
-        {"S8R5", 8, shell, 4},    {"S9R5", 9, shell, 4},    {"STRI3", 3, shell, 3},    {"STRI65", 6, shell, 3},
-        {"M3D4R", 4, shell, 4},   {"M3D9", 9, shell, 4},    {"CPS3", 3, shell, 3},     {"CPE8R", 8, shell, 4},
-        {"CAX6", 6, shell, 3},    {"CAX8R", 8, shell, 4},   {"SFM3D4R", 4, shell, 4},  {"DS4", 4, shell, 4},
-        {"R3D3", 3, shell, 3},    {"R3D4", 4, shell, 4},    {"C3D4", 4, solid, 4},     {"C3D5", 5, solid, 5},
-        {"C3D6", 6, solid, 6},    {"C3D8", 8, solid, 8},    {"C3D8I", 8, solid, 8},    {"C3D8RH", 8, solid, 8},
-        {"C3D10M", 10, solid, 4}, {"C3D13", 13, solid, 5},  {"C3D15", 15, solid, 6},   {"C3D20", 20, solid, 8},
-        {"C3D20R", 20, solid, 8}, {"C3D27", 27, solid, 8},  {"SC6R", 6, solid, 6},     {"SC8R", 8, solid, 8},
-        {"F3D8", 8, solid, 8},    {"DC3D10", 10, solid, 4}, {"DC3D20", 20, solid, 8},  {"COH3D8", 8, solid, 8},
+        {"S3", 3, shell, 3},      {"S3R", 3, shell, 3},     {"S4", 4, shell, 4},      {"S4R", 4, shell, 4},
+        {"S4R5", 4, shell, 4},    {"S6", 6, shell, 3},      {"S8", 8, shell, 4},      {"S8R", 8, shell, 4},
+        {"S8R5", 8, shell, 4},    {"S9R5", 9, shell, 4},    {"STRI3", 3, shell, 3},   {"STRI65", 6, shell, 3},
+        {"M3D4R", 4, shell, 4},   {"M3D9", 9, shell, 4},    {"CPS3", 3, shell, 3},    {"CPE8R", 8, shell, 4},
+        {"CAX6", 6, shell, 3},    {"CAX8R", 8, shell, 4},   {"SFM3D4R", 4, shell, 4}, {"DS4", 4, shell, 4},
+        {"R3D3", 3, shell, 3},    {"R3D4", 4, shell, 4},    {"C3D4", 4, solid, 4},    {"C3D5", 5, solid, 5},
+        {"C3D6", 6, solid, 6},    {"C3D8", 8, solid, 8},    {"C3D8I", 8, solid, 8},   {"C3D8RH", 8, solid, 8},
+        {"C3D10M", 10, solid, 4}, {"C3D13", 13, solid, 5},  {"C3D15", 15, solid, 6},  {"C3D20", 20, solid, 8},
+        {"C3D20R", 20, solid, 8}, {"C3D27", 27, solid, 8},  {"SC6R", 6, solid, 6},    {"SC8R", 8, solid, 8},
+        {"F3D8", 8, solid, 8},    {"DC3D10", 10, solid, 4}, {"DC3D20", 20, solid, 8}, {"COH3D8", 8, solid, 8},
     };
     for (const Row& row : rows) {
         const kvo::Mesh mesh = read(oneElement(row.type, row.nodes));
@@ -153,8 +156,10 @@ TEST_F(InpElements, DataLinesGoOnWithAndWithoutAComma)
 TEST_F(InpElements, InnerNodesThatMayBeLeftOut)
 {
     const std::string all = "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,";
-    const kvo::Mesh mesh = read(someNodes(30) + "*ELEMENT, TYPE=C3D15V\n5," + all + "\n16,17,18\n6," + all + "\n*ELEMENT, "
-                                "TYPE=C3D27\n7," + all + "\n16,17,18,19,20,21\n8," + all + "\n16,17,18,19,20,21,22\n");
+    const kvo::Mesh mesh = read(someNodes(30) + "*ELEMENT, TYPE=C3D15V\n5," + all + "\n16,17,18\n6," + all +
+                                "\n*ELEMENT, "
+                                "TYPE=C3D27\n7," +
+                                all + "\n16,17,18,19,20,21\n8," + all + "\n16,17,18,19,20,21,22\n");
     EXPECT_EQ(elementIds(mesh), (Ids{5, 6, 7, 8}));
     EXPECT_TRUE(log.warnings().empty());
 }
@@ -179,8 +184,9 @@ TEST_F(InpElements, ManyFieldsOnALineDoNotHurt)
 
 TEST_F(InpElements, TypesWithoutAPictureAreCounted)
 {
-    const kvo::Mesh mesh = read(someNodes(9) + "*ELEMENT, TYPE=MASS, ELSET=M\n1, 1\n2, 2\n*ELEMENT, TYPE=U17\n3, 1, 2,\n3, "
-                                               "4\n4, 5, 6\n*ELEMENT, TYPE=D\n5, 0, 1, 2\n*ELEMENT, TYPE=S3\n6, 1, 2, 3\n");
+    const kvo::Mesh mesh =
+        read(someNodes(9) + "*ELEMENT, TYPE=MASS, ELSET=M\n1, 1\n2, 2\n*ELEMENT, TYPE=U17\n3, 1, 2,\n3, "
+                            "4\n4, 5, 6\n*ELEMENT, TYPE=D\n5, 0, 1, 2\n*ELEMENT, TYPE=S3\n6, 1, 2, 3\n");
     EXPECT_EQ(elementIds(mesh), Ids{6});
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "MASS"), 2u);
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "U17"), 2u);
@@ -199,7 +205,8 @@ TEST_F(InpElements, ATypeNameIsNotCutAtADigit)
 
 TEST_F(InpElements, TheLastDefinitionOfAnIdHolds)
 {
-    const kvo::Mesh mesh = read(someNodes(9) + "*ELEMENT, TYPE=S3\n1, 1, 2, 3\n*ELEMENT, TYPE=S4\n2, 1, 2, 3, 4\n1, 5, 6, 7, 8\n");
+    const kvo::Mesh mesh =
+        read(someNodes(9) + "*ELEMENT, TYPE=S3\n1, 1, 2, 3\n*ELEMENT, TYPE=S4\n2, 1, 2, 3, 4\n1, 5, 6, 7, 8\n");
     EXPECT_EQ(elementIds(mesh), (Ids{1, 2}));
     EXPECT_EQ(nodesOf(mesh, 1), (Ids{5, 6, 7, 8}));
     ASSERT_EQ(log.warningCount(kvo::warnElementTwice), 1u);
@@ -208,7 +215,8 @@ TEST_F(InpElements, TheLastDefinitionOfAnIdHolds)
 
 TEST_F(InpElements, WithoutTheirNodesAreLeftOutWithALine)
 {
-    const kvo::Mesh mesh = read("*ELEMENT, TYPE=S3\n1, 1, 2, 3\n2, 1, 2, 99\n*ELEMENT, TYPE=B31\n3, 1, 2, 77\n" + someNodes(3));
+    const kvo::Mesh mesh =
+        read("*ELEMENT, TYPE=S3\n1, 1, 2, 3\n2, 1, 2, 99\n*ELEMENT, TYPE=B31\n3, 1, 2, 77\n" + someNodes(3));
     EXPECT_EQ(elementIds(mesh), (Ids{1, 3})) << "elements may come before their nodes";
     EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2, kvo::noNode}));
     ASSERT_EQ(log.warnings().size(), 2u);
@@ -219,7 +227,8 @@ TEST_F(InpElements, WithoutTheirNodesAreLeftOutWithALine)
 
 TEST_F(InpElements, IncompleteOnesAreLeftOutWithALine)
 {
-    const kvo::Mesh mesh = read(someNodes(8) + "*ELEMENT, TYPE=C3D8\n7, 1, 2, 3,\n*ELEMENT, TYPE=S3\n8, 1, 2, 3\n9, 1, 2");
+    const kvo::Mesh mesh =
+        read(someNodes(8) + "*ELEMENT, TYPE=C3D8\n7, 1, 2, 3,\n*ELEMENT, TYPE=S3\n8, 1, 2, 3\n9, 1, 2");
     EXPECT_EQ(elementIds(mesh), Ids{8});
     EXPECT_EQ(log.warningCount("incomplete elements"), 2u);
     EXPECT_TRUE(contains(log.warnings()[0].lines[0], "deck.inp:11: C3D8 element 7 has 3 of 8 nodes"))
@@ -256,6 +265,7 @@ TEST_F(InpErrors, NameFileAndLine)
         {n + "*ELEMENT, TYPE=S3\nq, 1, 2, 3\n", "deck.inp:7: element id expected, found \"q\""},
         {n + "*ELEMENT, TYPE=S3\n1, 1, q, 3\n", "deck.inp:7: node id expected, found \"q\""},
         {n + "*ELEMENT, TYPE=S3\n0, 1, 2, 3\n", "deck.inp:7: element id 0 is out of range"},
+        {n + "*ELEMENT, TYPE=S3\n1, 1, -2, 3\n", "deck.inp:7: id -2 is out of range"},
         {n + "*ELSET\n", "deck.inp:6: *ELSET without ELSET="},
         {n + "*NSET\n", "deck.inp:6: *NSET without NSET="},
         {n + "*ELSET, ELSET=A, GENERATE\n5, 1\n",
@@ -279,9 +289,10 @@ TEST_F(InpErrors, InAnIncludedFileNameThatFile)
 
 TEST_F(InpErrors, ADeckCutOffAnywhereEndsInAMessageOrAMesh)
 {
-    const std::string deck = someNodes(20) + "*ELEMENT, TYPE=C3D20, ELSET=\"A B\"\n7,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,\n16,17,"
-                                             "18,19,20\n*ELEMENT, TYPE=B31\n8, 1, 2, 3\n*ELSET, ELSET=X, GENERATE\n7, 8, 1\n"
-                                             "*SOLID SECTION, ELSET=X, MATERIAL=M\n1.\n";
+    const std::string deck = someNodes(20) +
+                             "*ELEMENT, TYPE=C3D20, ELSET=\"A B\"\n7,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,\n16,17,"
+                             "18,19,20\n*ELEMENT, TYPE=B31\n8, 1, 2, 3\n*ELSET, ELSET=X, GENERATE\n7, 8, 1\n"
+                             "*SOLID SECTION, ELSET=X, MATERIAL=M\n1.\n";
     for (std::size_t length = 1; length <= deck.size(); ++length) {
         write("cut.inp", deck.substr(0, length));
         try {

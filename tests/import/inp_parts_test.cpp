@@ -17,8 +17,9 @@ std::string fourTriangles()
     return someNodes(6) + "*ELEMENT, TYPE=S3\n1, 1, 2, 3\n2, 2, 3, 4\n3, 3, 4, 5\n4, 4, 5, 6\n";
 }
 
-const char* const platePart = "*PART, NAME=Plate\n*NODE\n1, 0, 0, 0\n2, 1, 0, 0\n3, 1, 1, 0\n4, 0, 1, 0\n"
-                              "*ELEMENT, TYPE=S4, ELSET=E\n10, 1, 2, 3, 4\n*SHELL SECTION, ELSET=E, MATERIAL=Steel\n1.\n*END PART\n";
+const char* const platePart =
+    "*PART, NAME=Plate\n*NODE\n1, 0, 0, 0\n2, 1, 0, 0\n3, 1, 1, 0\n4, 0, 1, 0\n"
+    "*ELEMENT, TYPE=S4, ELSET=E\n10, 1, 2, 3, 4\n*SHELL SECTION, ELSET=E, MATERIAL=Steel\n1.\n*END PART\n";
 
 } // namespace
 
@@ -40,16 +41,18 @@ TEST_F(InpParts, AreWhatSectionsCover)
 
 TEST_F(InpParts, WithoutSectionsGoByTheElementsSets)
 {
-    const kvo::Mesh mesh = read(someNodes(4) + "*ELEMENT, TYPE=S3, ELSET=A\n1, 1, 2, 3\n*ELEMENT, TYPE=T3D2\n2, 1, 2\n"
-                                               "*ELEMENT, TYPE=S3, ELSET=b\n3, 2, 3, 4\n*ELEMENT, TYPE=S3, ELSET=a\n4, 1, 3, 4\n");
+    const kvo::Mesh mesh =
+        read(someNodes(4) + "*ELEMENT, TYPE=S3, ELSET=A\n1, 1, 2, 3\n*ELEMENT, TYPE=T3D2\n2, 1, 2\n"
+                            "*ELEMENT, TYPE=S3, ELSET=b\n3, 2, 3, 4\n*ELEMENT, TYPE=S3, ELSET=a\n4, 1, 3, 4\n");
     EXPECT_EQ(partNames(mesh), (Names{"A", "beam elements", "b"}));
     EXPECT_EQ(partOf(mesh, 4).name, "A");
 }
 
 TEST_F(InpParts, SetsOfSetsGeneratedSetsAndCircles)
 {
-    const kvo::Mesh mesh = read(fourTriangles() + "*ELSET, ELSET=OUTER\nINNER, 4\n*ELSET, ELSET=INNER, GENERATE\n1, 3, 2\n"
-                                                  "*ELSET, ELSET=INNER\nOUTER\n*SHELL SECTION, ELSET=OUTER\n1.\n");
+    const kvo::Mesh mesh =
+        read(fourTriangles() + "*ELSET, ELSET=OUTER\nINNER, 4\n*ELSET, ELSET=INNER, GENERATE\n1, 3, 2\n"
+                               "*ELSET, ELSET=INNER\nOUTER\n*SHELL SECTION, ELSET=OUTER\n1.\n");
     EXPECT_EQ(partOf(mesh, 1).name, "OUTER");
     EXPECT_EQ(partOf(mesh, 2).name, "shell elements");
     EXPECT_EQ(partOf(mesh, 3).name, "OUTER");
@@ -59,7 +62,8 @@ TEST_F(InpParts, SetsOfSetsGeneratedSetsAndCircles)
 
 TEST_F(InpParts, AHugeGeneratedRangeCostsNothing)
 {
-    const kvo::Mesh mesh = read(fourTriangles() + "*ELSET, ELSET=ALL, GENERATE\n2, 900000000000000, 2\n*SHELL SECTION, ELSET=ALL\n");
+    const kvo::Mesh mesh =
+        read(fourTriangles() + "*ELSET, ELSET=ALL, GENERATE\n2, 900000000000000, 2\n*SHELL SECTION, ELSET=ALL\n");
     EXPECT_EQ(partOf(mesh, 2).name, "ALL");
     EXPECT_EQ(partOf(mesh, 4).name, "ALL");
     EXPECT_EQ(partOf(mesh, 3).name, "shell elements");
@@ -78,16 +82,17 @@ TEST_F(InpParts, UnknownSetsAreWarnedOf)
     read(fourTriangles() + "*ELSET, ELSET=A\nNOWHERE\n*SHELL SECTION, ELSET=NONE\n1.\n*SHELL SECTION, MATERIAL=M\n");
     EXPECT_EQ(log.warningCount(unknownSetRefs), 1u);
     const auto lines = log.lines();
-    EXPECT_TRUE(contains(lines.at(1), "deck.inp:12: set \"A\" refers to set \"NOWHERE\"")) << lines.at(1);
+    EXPECT_TRUE(contains(lines.at(1), "deck.inp:13: set \"A\" refers to set \"NOWHERE\"")) << lines.at(1);
     EXPECT_EQ(log.warningCount("sections of unknown sets"), 1u);
     EXPECT_EQ(log.warningCount("sections without a set"), 1u);
 }
 
 TEST_F(InpParts, SpringsAndBeamsHaveSectionsToo)
 {
-    const kvo::Mesh mesh = read(someNodes(4) + "*ELEMENT, TYPE=SPRINGA, ELSET=SP\n1, 1, 2\n*ELEMENT, TYPE=DASHPOTA, ELSET=DP\n2, 1, "
-                                               "3\n*ELEMENT, TYPE=B31, ELSET=BM\n3, 1, 4\n*SPRING, ELSET=SP\n\n100.\n*DASHPOT, "
-                                               "ELSET=DP\n\n5.\n*BEAM SECTION, ELSET=BM, MATERIAL=S, SECTION=RECT\n1., 2.\n0., 0., 1.\n");
+    const kvo::Mesh mesh =
+        read(someNodes(4) + "*ELEMENT, TYPE=SPRINGA, ELSET=SP\n1, 1, 2\n*ELEMENT, TYPE=DASHPOTA, ELSET=DP\n2, 1, "
+                            "3\n*ELEMENT, TYPE=B31, ELSET=BM\n3, 1, 4\n*SPRING, ELSET=SP\n\n100.\n*DASHPOT, "
+                            "ELSET=DP\n\n5.\n*BEAM SECTION, ELSET=BM, MATERIAL=S, SECTION=RECT\n1., 2.\n0., 0., 1.\n");
     EXPECT_EQ(partOf(mesh, 1).section, "spring");
     EXPECT_EQ(partOf(mesh, 2).section, "dashpot");
     EXPECT_EQ(partOf(mesh, 3).section, "beam section");
@@ -110,8 +115,9 @@ TEST_F(InpParts, AKeywordLineWithATrailingCommaAndDataIsNoContinuation)
 
 TEST_F(InpParts, CardsThatAreNotReadAreCounted)
 {
-    read(fourTriangles() + "*MATERIAL, NAME=M\n*ELASTIC\n1, .3\n*Boundary\n1, 1, 3\n*BOUNDARY\n2, 1\n*user material, CONSTANTS=1\n1.\n"
-                           "*  Solid   Frobnication\n*\n");
+    read(fourTriangles() +
+         "*MATERIAL, NAME=M\n*ELASTIC\n1, .3\n*Boundary\n1, 1, 3\n*BOUNDARY\n2, 1\n*user material, CONSTANTS=1\n1.\n"
+         "*  Solid   Frobnication\n*\n");
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "*BOUNDARY"), 2u);
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "*USER MATERIAL"), 1u);
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "*SOLID FROBNICATION"), 1u);
@@ -120,9 +126,10 @@ TEST_F(InpParts, CardsThatAreNotReadAreCounted)
 
 TEST_F(InpAssembly, InstancesAreMovedThenTurned)
 {
-    const kvo::Mesh mesh = read(std::string(platePart) +
-                                "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P-1, PART=PLATE\n*END INSTANCE\n"
-                                "*INSTANCE, NAME=P-2, PART=plate\n5., 0., 0.\n5., 0., 0., 5., 0., 1., 90.\n*END INSTANCE\n*END ASSEMBLY\n");
+    const kvo::Mesh mesh = read(
+        std::string(platePart) +
+        "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P-1, PART=PLATE\n*END INSTANCE\n"
+        "*INSTANCE, NAME=P-2, PART=plate\n5., 0., 0.\n5., 0., 0., 5., 0., 1., 90.\n*END INSTANCE\n*END ASSEMBLY\n");
     ASSERT_EQ(mesh.files.size(), 2u);
     EXPECT_EQ(mesh.files[1].name, "P-2");
     EXPECT_EQ(pointOf(mesh, 3, 0), (Point{1, 1, 0}));
@@ -137,8 +144,9 @@ TEST_F(InpAssembly, InstancesAreMovedThenTurned)
 
 TEST_F(InpAssembly, AnEmptyFirstLineMeansNotMovedButTurned)
 {
-    const kvo::Mesh mesh = read(std::string(platePart) + "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P, PART=PLATE\n\n0,0,0, 0,0,1, 180.\n"
-                                                         "*END INSTANCE\n*END ASSEMBLY\n");
+    const kvo::Mesh mesh =
+        read(std::string(platePart) + "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P, PART=PLATE\n\n0,0,0, 0,0,1, 180.\n"
+                                      "*END INSTANCE\n*END ASSEMBLY\n");
     EXPECT_EQ(pointOf(mesh, 3), (Point{-1, -1, 0}));
     EXPECT_EQ(mesh.files[0].name, "") << "a single instance is the model";
     EXPECT_EQ(partNames(mesh), Names{"E"});
@@ -146,9 +154,10 @@ TEST_F(InpAssembly, AnEmptyFirstLineMeansNotMovedButTurned)
 
 TEST_F(InpAssembly, AnInstanceMayHoldTheMeshItself)
 {
-    const kvo::Mesh mesh = read("*Part, name=P\n*End Part\n*Assembly, name=A\n*Instance, name=I, part=P\n0., 0., 7.\n"
-                                "*Node\n1, 1\n2, 2\n3, 3\n*Element, type=S3\n4, 1, 2, 3\n*Elset, elset=S, internal, generate\n4, 4, 1\n"
-                                "*Shell Section, elset=S, material=M\n1.\n*End Instance\n*Elset, elset=X, instance=I\n4,\n*End Assembly\n");
+    const kvo::Mesh mesh = read(
+        "*Part, name=P\n*End Part\n*Assembly, name=A\n*Instance, name=I, part=P\n0., 0., 7.\n"
+        "*Node\n1, 1\n2, 2\n3, 3\n*Element, type=S3\n4, 1, 2, 3\n*Elset, elset=S, internal, generate\n4, 4, 1\n"
+        "*Shell Section, elset=S, material=M\n1.\n*End Instance\n*Elset, elset=X, instance=I\n4,\n*End Assembly\n");
     EXPECT_EQ(pointOf(mesh, 2), (Point{2, 0, 7}));
     EXPECT_EQ(partOf(mesh, 4).name, "S");
     EXPECT_TRUE(log.warnings().empty());
@@ -163,9 +172,10 @@ TEST_F(InpAssembly, PartsWithoutAnAssemblyAreTheModel)
 
 TEST_F(InpAssembly, PartsThatNobodyPlacesAndInstancesOfNothing)
 {
-    const kvo::Mesh mesh = read(std::string(platePart) + "*PART, NAME=SPARE\n*NODE\n1, 1\n*END PART\n*ASSEMBLY, NAME=A\n"
-                                                         "*INSTANCE, NAME=P, PART=PLATE\n*END INSTANCE\n*INSTANCE, NAME=Q, PART=NONE\n"
-                                                         "*END INSTANCE\n*END ASSEMBLY\n");
+    const kvo::Mesh mesh =
+        read(std::string(platePart) + "*PART, NAME=SPARE\n*NODE\n1, 1\n*END PART\n*ASSEMBLY, NAME=A\n"
+                                      "*INSTANCE, NAME=P, PART=PLATE\n*END INSTANCE\n*INSTANCE, NAME=Q, PART=NONE\n"
+                                      "*END INSTANCE\n*END ASSEMBLY\n");
     EXPECT_EQ(mesh.nodeCount(), 4u);
     EXPECT_EQ(log.warningCount("parts without an instance"), 1u);
     EXPECT_EQ(log.warningCount("instances of unknown parts"), 1u);
@@ -173,10 +183,12 @@ TEST_F(InpAssembly, PartsThatNobodyPlacesAndInstancesOfNothing)
 
 TEST_F(InpAssembly, ElementsBetweenInstancesGetCopiesOfTheirNodes)
 {
-    const kvo::Mesh mesh = read(std::string(platePart) +
-                                "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P-1, PART=PLATE\n*END INSTANCE\n*INSTANCE, NAME=P-2, PART=PLATE\n"
-                                "0, 0, 9\n*END INSTANCE\n*NODE\n3, 8, 8, 8\n*ELEMENT, TYPE=CONN3D2, ELSET=LINK\n"
-                                "1, P-1.2, P-2.2\n2, p-1.2, 3\n3, P-1.99, P-2.1\n4, P-2.3, P-1.2\n*CONNECTOR SECTION, ELSET=LINK\n*END ASSEMBLY\n");
+    const kvo::Mesh mesh =
+        read(std::string(platePart) +
+             "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P-1, PART=PLATE\n*END INSTANCE\n*INSTANCE, NAME=P-2, PART=PLATE\n"
+             "0, 0, 9\n*END INSTANCE\n*NODE\n3, 8, 8, 8\n*ELEMENT, TYPE=CONN3D2, ELSET=LINK\n"
+             "1, P-1.2, P-2.2\n2, p-1.2, 3\n3, P-1.99, P-2.1\n4, P-2.3, P-1.2\n*CONNECTOR SECTION, ELSET=LINK\n*END "
+             "ASSEMBLY\n");
     ASSERT_EQ(mesh.files.size(), 3u);
     EXPECT_EQ(mesh.files[2].name, "Assembly");
     EXPECT_EQ(elementIds(mesh, 2), (Ids{1, 2, 4}));
@@ -203,9 +215,10 @@ TEST_F(InpGenerate, NodesOnALine)
 TEST_F(InpGenerate, NodesBetweenSetsAndElementsOnThem)
 {
     // A 2 x 2 plate: two edges, the line between them, four quadrilaterals.
-    const kvo::Mesh mesh = read("*NODE\n1, 0, 0\n3, 2, 0\n21, 0, 2\n23, 2, 2\n*NGEN, NSET=A\n1, 3\n*NGEN, NSET=B\n21, 23\n"
-                                "*NFILL, NSET=ALL\nA, B, 2, 10\n*ELEMENT, TYPE=S4\n1, 1, 2, 12, 11\n"
-                                "*ELGEN, ELSET=PLATE\n1, 2, 1, 1, 2, 10, 10\n*SHELL SECTION, ELSET=PLATE\n1.\n");
+    const kvo::Mesh mesh =
+        read("*NODE\n1, 0, 0\n3, 2, 0\n21, 0, 2\n23, 2, 2\n*NGEN, NSET=A\n1, 3\n*NGEN, NSET=B\n21, 23\n"
+             "*NFILL, NSET=ALL\nA, B, 2, 10\n*ELEMENT, TYPE=S4\n1, 1, 2, 12, 11\n"
+             "*ELGEN, ELSET=PLATE\n1, 2, 1, 1, 2, 10, 10\n*SHELL SECTION, ELSET=PLATE\n1.\n");
     EXPECT_EQ(mesh.files.at(0).nodeIds, (Ids{1, 2, 3, 11, 12, 13, 21, 22, 23}));
     EXPECT_EQ(pointOf(mesh, 13), (Point{2, 1, 0}));
     EXPECT_EQ(elementIds(mesh), (Ids{1, 2, 11, 12}));
@@ -216,9 +229,10 @@ TEST_F(InpGenerate, NodesBetweenSetsAndElementsOnThem)
 
 TEST_F(InpGenerate, CopiesOfNodesAndElements)
 {
-    const kvo::Mesh mesh = read(someNodes(3) + "*NSET, NSET=N, GENERATE\n1, 3\n*ELEMENT, TYPE=B31, ELSET=E\n1, 1, 2, 3\n2, 2, 3\n"
-                                               "*NCOPY, CHANGE NUMBER=100, OLD SET=N, NEW SET=M, SHIFT\n10., 0., 0.\n0,0,0, 0,0,1, 90.\n"
-                                               "*ELCOPY, ELEMENT SHIFT=50, OLD SET=E, SHIFT NODES=100, NEW SET=F\n");
+    const kvo::Mesh mesh =
+        read(someNodes(3) + "*NSET, NSET=N, GENERATE\n1, 3\n*ELEMENT, TYPE=B31, ELSET=E\n1, 1, 2, 3\n2, 2, 3\n"
+                            "*NCOPY, CHANGE NUMBER=100, OLD SET=N, NEW SET=M, SHIFT\n10., 0., 0.\n0,0,0, 0,0,1, 90.\n"
+                            "*ELCOPY, ELEMENT SHIFT=50, OLD SET=E, SHIFT NODES=100, NEW SET=F\n");
     EXPECT_EQ(pointOf(mesh, 101), (Point{-1, 11, 0}));
     EXPECT_EQ(nodesOf(mesh, 51), (Ids{101, 102, 103}));
     EXPECT_EQ(nodesOf(mesh, 52), (Ids{102, 103, kvo::noNode}));
@@ -226,8 +240,9 @@ TEST_F(InpGenerate, CopiesOfNodesAndElements)
 
 TEST_F(InpGenerate, WhatIsNotFollowedIsListed)
 {
-    const kvo::Mesh mesh = read(someNodes(3) + "*NGEN, LINE=C\n1, 3, 1\n*NFILL, BIAS=.5\nA, B, 2, 2\n*NCOPY, CHANGE NUMBER=5, OLD "
-                                               "SET=N, REFLECT=MIRROR\n1, 2, 3\n");
+    const kvo::Mesh mesh =
+        read(someNodes(3) + "*NGEN, LINE=C\n1, 3, 1\n*NFILL, BIAS=.5\nA, B, 2, 2\n*NCOPY, CHANGE NUMBER=5, OLD "
+                            "SET=N, REFLECT=MIRROR\n1, 2, 3\n");
     EXPECT_EQ(mesh.nodeCount(), 3u);
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "*NGEN, LINE"), 1u);
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "*NFILL, BIAS"), 1u);

@@ -53,7 +53,8 @@ Faces drawnFaces(const Slots& s)
 {
     const std::vector<Slots> tetra = {{0, 1, 2}, {0, 1, 3}, {0, 3, 2}, {1, 2, 3}};
     const std::vector<Slots> wedge = {{0, 1, 2, 3}, {1, 2, 6, 4}, {3, 0, 4, 6}, {0, 1, 4}, {2, 3, 6}};
-    const std::vector<Slots> hexa = {{0, 1, 2, 3}, {1, 2, 6, 5}, {4, 5, 6, 7}, {3, 0, 4, 7}, {2, 3, 7, 6}, {0, 1, 5, 4}};
+    const std::vector<Slots> hexa = {{0, 1, 2, 3}, {1, 2, 6, 5}, {4, 5, 6, 7},
+                                     {3, 0, 4, 7}, {2, 3, 7, 6}, {0, 1, 5, 4}};
     Faces faces;
     for (const Slots& row : s[3] == s[4] ? tetra : (s[4] == s[5] ? wedge : hexa)) {
         Face face;
@@ -100,7 +101,8 @@ TEST_F(Model, CollapsedHexahedraKeepTheirFaces)
             Ids nodes = {1, 2, 3, 4, 5, 6, 7, 8};
             const std::int64_t gone = nodes[first.second];
             std::replace(nodes.begin(), nodes.end(), gone, nodes[first.first]);
-            std::replace(nodes.begin(), nodes.end(), std::int64_t(nodes[second.second]), std::int64_t(nodes[second.first]));
+            std::replace(nodes.begin(), nodes.end(), std::int64_t(nodes[second.second]),
+                         std::int64_t(nodes[second.first]));
             Faces expected;
             for (const auto& row : hexa) {
                 Face face;
@@ -119,10 +121,11 @@ TEST_F(Model, CollapsedHexahedraKeepTheirFaces)
 
 TEST_F(Model, EverythingComesBackWithItsIds)
 {
-    const kvo::Mesh mesh = read("*NODE\n10, 0, 0, 0\n20, 1, 0, 0\n30, 1, 1, 0\n40, 0, 1, 0\n4000000000, 0, 0, 1\n"
-                                "*ELEMENT, TYPE=C3D5\n3000000000, 10, 20, 30, 40, 4000000000\n*ELEMENT, TYPE=S3\n2, 10, 20, 30\n"
-                                "*ELEMENT, TYPE=S4\n3, 10, 20, 30, 40\n*ELEMENT, TYPE=B31\n4, 10, 20, 30\n5, 20, 30\n"
-                                "*ELEMENT, TYPE=SPRING1\n6, 40\n*ELEMENT, TYPE=C3D4\n7, 10, 20, 30, 4000000000\n");
+    const kvo::Mesh mesh =
+        read("*NODE\n10, 0, 0, 0\n20, 1, 0, 0\n30, 1, 1, 0\n40, 0, 1, 0\n4000000000, 0, 0, 1\n"
+             "*ELEMENT, TYPE=C3D5\n3000000000, 10, 20, 30, 40, 4000000000\n*ELEMENT, TYPE=S3\n2, 10, 20, 30\n"
+             "*ELEMENT, TYPE=S4\n3, 10, 20, 30, 40\n*ELEMENT, TYPE=B31\n4, 10, 20, 30\n5, 20, 30\n"
+             "*ELEMENT, TYPE=SPRING1\n6, 40\n*ELEMENT, TYPE=C3D4\n7, 10, 20, 30, 4000000000\n");
     const auto elements = roundTrip(mesh);
     ASSERT_EQ(elements.size(), 7u);
     const unsigned int apex = 4000000000u;
@@ -141,8 +144,9 @@ TEST_F(Model, EverythingComesBackWithItsIds)
 
 TEST_F(Model, APartOfSeveralFamiliesIsSplit)
 {
-    const kvo::Mesh mesh = read(someNodes(6) + "*ELEMENT, TYPE=T3D2, ELSET=MIX\n1, 1, 2\n*ELEMENT, TYPE=S3, ELSET=MIX\n2, 1, 2, 3\n3, 2, "
-                                               "3, 4\n*ELEMENT, TYPE=S3, ELSET=OTHER\n4, 4, 5, 6\n");
+    const kvo::Mesh mesh =
+        read(someNodes(6) + "*ELEMENT, TYPE=T3D2, ELSET=MIX\n1, 1, 2\n*ELEMENT, TYPE=S3, ELSET=MIX\n2, 1, 2, 3\n3, 2, "
+                            "3, 4\n*ELEMENT, TYPE=S3, ELSET=OTHER\n4, 4, 5, 6\n");
     const auto elements = roundTrip(mesh);
     EXPECT_EQ(elements.at(2).part, 1u) << "the largest piece keeps the id";
     EXPECT_EQ(elements.at(4).part, 2u);
@@ -160,7 +164,8 @@ TEST_F(Model, APartOfSeveralFamiliesIsSplit)
 
 TEST_F(Model, PropertiesAndMaterialsAreKept)
 {
-    roundTrip(read(someNodes(3) + "*ELEMENT, TYPE=S3, ELSET=E\n1, 1, 2, 3\n*SHELL SECTION, ELSET=E, MATERIAL=Steel\n1.\n"));
+    roundTrip(
+        read(someNodes(3) + "*ELEMENT, TYPE=S3, ELSET=E\n1, 1, 2, 3\n*SHELL SECTION, ELSET=E, MATERIAL=Steel\n1.\n"));
     const ModelPart part = info().parts.at(0).part;
     EXPECT_EQ(part.id, 1u);
     EXPECT_EQ(part.propertyId, 1u);
@@ -171,9 +176,11 @@ TEST_F(Model, PropertiesAndMaterialsAreKept)
 
 TEST_F(Model, InstancesAreFilesOfTheModelWithTheirOwnIds)
 {
-    const kvo::Mesh mesh = read("*PART, NAME=P\n" + someNodes(3) + "*ELEMENT, TYPE=S3\n1, 1, 2, 3\n*END PART\n*ASSEMBLY, NAME=A\n"
-                                "*INSTANCE, NAME=a/b, PART=P\n*END INSTANCE\n*INSTANCE, NAME=node_ids, PART=P\n0, 0, 5\n*END INSTANCE\n"
-                                "*END ASSEMBLY\n");
+    const kvo::Mesh mesh =
+        read("*PART, NAME=P\n" + someNodes(3) +
+             "*ELEMENT, TYPE=S3\n1, 1, 2, 3\n*END PART\n*ASSEMBLY, NAME=A\n"
+             "*INSTANCE, NAME=a/b, PART=P\n*END INSTANCE\n*INSTANCE, NAME=node_ids, PART=P\n0, 0, 5\n*END INSTANCE\n"
+             "*END ASSEMBLY\n");
     kvo::writeModelDirectory(mesh, path("model/"), log);
     const ModelInfo model = info();
     ASSERT_EQ(model.files, (std::vector<std::string>{"model/1_a_b", "model/2_node_ids"}));
@@ -192,7 +199,8 @@ TEST_F(Model, ALargeMeshGoesThroughSeveralBlocks)
     }
     deck += "*ELEMENT, TYPE=S3, ELSET=ALL\n";
     for (int k = n; k > 0; --k) {
-        deck += std::to_string(k) + "," + std::to_string(k) + "," + std::to_string(k + 1) + "," + std::to_string(k + 2) + "\n";
+        deck += std::to_string(k) + "," + std::to_string(k) + "," + std::to_string(k + 1) + "," +
+                std::to_string(k + 2) + "\n";
     }
     const kvo::Mesh mesh = read(deck + "*SHELL SECTION, ELSET=ALL\n");
     EXPECT_GT(mesh.files.at(0).blocks.size(), 1u);
@@ -270,7 +278,8 @@ TEST_F(Model, FormatsAreKnownByContentThenBySuffix)
     for (const auto& row : rows) {
         const kvo::MappedFile file(write(row.name, row.text));
         const kvo::DeckFormat* format = kvo::detectDeckFormat(file);
-        EXPECT_EQ(format ? std::string(format->name) : "none", row.format ? row.format : "none") << row.name << row.text;
+        EXPECT_EQ(format ? std::string(format->name) : "none", row.format ? row.format : "none")
+            << row.name << row.text;
     }
     EXPECT_TRUE(kvo::hasDeckSuffix("x/y.Inp"));
     EXPECT_FALSE(kvo::hasDeckSuffix("x.inp/y"));
@@ -279,7 +288,8 @@ TEST_F(Model, FormatsAreKnownByContentThenBySuffix)
 TEST_F(Model, FilesThatAreNoDecks)
 {
     EXPECT_EQ(readError("", "empty.inp"), "empty.inp: the file is empty");
-    EXPECT_TRUE(contains(readError("words", "a.txt"), "a.txt: no known deck format; known are Abaqus/CalculiX (.inp), STL"));
+    EXPECT_TRUE(
+        contains(readError("words", "a.txt"), "a.txt: no known deck format; known are Abaqus/CalculiX (.inp), STL"));
     try {
         readFile(path("none.inp"));
         FAIL() << "no error";

@@ -1,5 +1,5 @@
-// Real decks with known counts, where they are at hand: KVO_TEST_DATA names their folder, else a folder "shared/data" next to
-// the project's.
+// Real decks with known counts, where they are at hand: KVO_TEST_DATA names their folder, else a folder "shared/data"
+// next to the project's.
 #include "import_fixture.h"
 
 #include <cstdlib>
@@ -9,7 +9,8 @@ namespace {
 std::filesystem::path dataFolder()
 {
     const char* named = std::getenv("KVO_TEST_DATA");
-    return named ? std::filesystem::path(named) : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
+    return named ? std::filesystem::path(named)
+                 : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
 }
 
 struct RealDeck
@@ -67,8 +68,17 @@ INSTANTIATE_TEST_SUITE_P(
                              {{"C3D4", 24}, {"C3D6", 24}, {"C3D8", 6}, {"C3D10", 8}, {"C3D15", 12}, {"C3D20", 1}}},
                     RealDeck{"tiny/all_kinds.inp",
                              20,
-                             {{"C3D8", 1}, {"C3D5", 1}, {"C3D6", 1}, {"C3D4", 1}, {"S4", 1}, {"S3", 1}, {"B31", 2},
-                              {"T3D2", 1}, {"SPRINGA", 1}, {"DASHPOTA", 1}, {"SPRING1", 1}}},
+                             {{"C3D8", 1},
+                              {"C3D5", 1},
+                              {"C3D6", 1},
+                              {"C3D4", 1},
+                              {"S4", 1},
+                              {"S3", 1},
+                              {"B31", 2},
+                              {"T3D2", 1},
+                              {"SPRINGA", 1},
+                              {"DASHPOTA", 1},
+                              {"SPRING1", 1}}},
                     RealDeck{"tiny/parts_instances.inp", 8, {{"S4", 2}}},
                     RealDeck{"tiny/two_solids_ascii.stl", 7, {{"facet", 3}}},
                     RealDeck{"tiny/binary_header_says_solid.stl", 4, {{"facet", 2}}}),

@@ -43,8 +43,9 @@ const std::vector<float> upper = {1, 0, 0, 1, 1, 0, 0, 1, 0};
 
 TEST_F(Stl, SolidsBecomePartsAndVerticesNodes)
 {
-    const kvo::Mesh mesh = readStl("solid Left Side\n" + facet("0 0 0", "1 0 0", "0 1 0") + facet("1 0 0", "1 1 0", "0 1 -0.0") +
-                                   "endsolid Left Side\nSOLID\n" + facet("0 0 0", "-1.5e0 0 0", "0 1 0") + "ENDSOLID\n");
+    const kvo::Mesh mesh =
+        readStl("solid Left Side\n" + facet("0 0 0", "1 0 0", "0 1 0") + facet("1 0 0", "1 1 0", "0 1 -0.0") +
+                "endsolid Left Side\nSOLID\n" + facet("0 0 0", "-1.5e0 0 0", "0 1 0") + "ENDSOLID\n");
     EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"Left Side", "part"}));
     EXPECT_EQ(mesh.nodeCount(), 5u);
     EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
@@ -57,7 +58,8 @@ TEST_F(Stl, SolidsBecomePartsAndVerticesNodes)
 
 TEST_F(Stl, DegenerateFacetsAreLeftOutAndCounted)
 {
-    const kvo::Mesh mesh = readStl("solid\n" + facet("0 0 0", "0 0 0", "0 1 0") + facet("0 0 0", "1 0 0", "0 1 0") + "endsolid\n");
+    const kvo::Mesh mesh =
+        readStl("solid\n" + facet("0 0 0", "0 0 0", "0 1 0") + facet("0 0 0", "1 0 0", "0 1 0") + "endsolid\n");
     EXPECT_EQ(elementIds(mesh), Ids{2});
     EXPECT_EQ(log.warningCount(kvo::warnDegenerateFacet), 1u);
 }
