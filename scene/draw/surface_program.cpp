@@ -1,0 +1,174 @@
+#include "surface_program.h"
+
+#include <iterator>
+
+namespace kvo {
+
+namespace {
+
+// Position and normal come through the fixed attributes, and are transformed by the fixed matrices, so that what is drawn
+// covers exactly the pixels that the fixed pipeline would cover.
+const char* const vertexText = R"(
+in uint element;
+in uint part;
+in vec4 elementColor;
+uniform samplerBuffer parts;   // per part: colour; (1: selected or highlighted, 1: has selected elements, 0, 0)
+uniform usamplerBuffer states; // per element: 1 selected
+uniform vec4 selected;
+uniform float ambient;
+uniform vec3 lights[2];
+uniform vec2 diffuse;
+uniform bool bothSides;
+uniform float viewer;
+uniform vec4 plane;
+uniform vec4 uniformColor;
+COLOR_KIND out vec4 color;
+LIGHT_KIND out float light;
+flat out uint number;
+
+vec4 ownColor()
+{
+#if UNIFORM_COLOR
+    return uniformColor;
+#else
+    vec4 own = texelFetch(parts, int(part) * 2);
+#if ELEMENT_STATES || ELEMENT_COLORS
+    vec4 state = texelFetch(parts, int(part) * 2 + 1);
+#endif
+#if ELEMENT_COLORS
+    if (state.x == 0.0)
+        own = vec4(elementColor.rgb, own.a);
+#endif
+#if ELEMENT_STATES
+    if (state.y != 0.0 && texelFetch(states, int(element)).r == 1u)
+        own = vec4(selected.rgb, own.a);
+#endif
+    return own;
+#endif
+}
+
+float ownLight()
+{
+#if UNIFORM_COLOR
+    return 1.0;
+#else
+    vec3 n = normalize(gl_NormalMatrix * gl_Normal);
+    if (bothSides && n.z * viewer < 0.0)
+        n = -n;
+    return ambient + diffuse.x * max(dot(n, lights[0]), 0.0) + diffuse.y * max(dot(n, lights[1]), 0.0);
+#endif
+}
+
+void main()
+{
+    gl_Position = ftransform();
+#if CUT
+    gl_ClipDistance[0] = dot(plane, gl_Vertex);
+#endif
+#if ELEMENT_NUMBERS
+    number = element + 1u;
+    color = vec4(0.0);
+    light = 0.0;
+#else
+    number = 0u;
+    color = ownColor();
+    light = ownLight();
+#if LIT_VERTICES
+    color = vec4(min(color.rgb * light, 1.0), color.a);
+#endif
+#endif
+}
+)";
+
+const char* const fragmentText = R"(
+COLOR_KIND in vec4 color;
+LIGHT_KIND in float light;
+flat in uint number;
+#if ELEMENT_NUMBERS
+out uint pixel;
+void main()
+{
+    pixel = number;
+}
+#else
+vec4 lit()
+{
+#if LIT_VERTICES
+    return color;
+#else
+    return vec4(min(color.rgb * light, 1.0), color.a);
+#endif
+}
+#if LAYERS
+out vec4 sum;
+out vec4 seenThrough;
+void main()
+{
+    vec4 c = lit();
+    float z = 1.0 - gl_FragCoord.z;
+    float weight = c.a * clamp(3000.0 * z * z * z, 0.01, 3000.0); // nearer layers count more
+    sum = vec4(c.rgb, 1.0) * weight;
+    seenThrough = vec4(c.a);
+}
+#else
+out vec4 pixel;
+void main()
+{
+    pixel = lit();
+}
+#endif
+#endif
+)";
+
+struct FeatureName
+{
+    unsigned int bit;
+    const char* name;
+};
+
+const FeatureName featureNames[] = {{ElementStates, "ELEMENT_STATES"}, {ElementColors, "ELEMENT_COLORS"},
+                                    {Cut, "CUT"},                      {UniformColor, "UNIFORM_COLOR"},
+                                    {ElementNumbers, "ELEMENT_NUMBERS"}, {Layers, "LAYERS"}};
+
+// Colours that are the same all over a part are lit at the vertices and interpolated, as the fixed pipeline does it.
+// Colours of single elements are the last vertex's, and meet the light at the pixel.
+std::string header(unsigned int features)
+{
+    const bool byElement = (features & (ElementStates | ElementColors)) != 0;
+    const bool flat = (features & FlatLight) != 0;
+    std::string out = "#version 150 compatibility\n";
+    for (const FeatureName& feature : featureNames) {
+        out += std::string("#define ") + feature.name + (features & feature.bit ? " 1\n" : " 0\n");
+    }
+    out += std::string("#define LIT_VERTICES ") + (byElement && !flat ? "0\n" : "1\n");
+    out += std::string("#define COLOR_KIND ") + (byElement || flat ? "flat\n" : "\n");
+    out += std::string("#define LIGHT_KIND ") + (flat ? "flat\n" : "\n");
+    return out;
+}
+
+} // namespace
+
+void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms)
+{
+    std::unique_ptr<GlProgram>& program = programs[features];
+    if (!program) {
+        const std::string head = header(features);
+        program = std::make_unique<GlProgram>(head + vertexText, head + fragmentText,
+                                              std::vector<GlProgram::Attribute>{{"element", elementAttribute},
+                                                                                {"part", partAttribute},
+                                                                                {"elementColor", colorAttribute}});
+    }
+    program->use();
+    glUniform1i(program->uniform("parts"), partsUnit);
+    glUniform1i(program->uniform("states"), statesUnit);
+    glUniform4fv(program->uniform("selected"), 1, uniforms.selected);
+    glUniform1f(program->uniform("ambient"), uniforms.ambient);
+    glUniform3fv(program->uniform("lights"), 2, uniforms.lights[0]);
+    glUniform2fv(program->uniform("diffuse"), 1, uniforms.diffuse);
+    glUniform1i(program->uniform("bothSides"), uniforms.bothSides);
+    glUniform1f(program->uniform("viewer"), uniforms.viewer);
+    glUniform4fv(program->uniform("plane"), 1, uniforms.plane);
+    glUniform4fv(program->uniform("uniformColor"), 1, uniforms.color);
+}
+
+} // namespace kvo

@@ -1,0 +1,57 @@
+// The shaders that draw faces and lines: colours by part and element, two lights, one cutting plane.
+#ifndef KVO_SCENE_SURFACE_PROGRAM_H
+#define KVO_SCENE_SURFACE_PROGRAM_H
+
+#include <map>
+#include <memory>
+
+#include "gl_objects.h"
+
+namespace kvo {
+
+// Which of the shader's texts are compiled in. Combine.
+enum SurfaceFeature : unsigned int
+{
+    FlatLight = 1,      // light from the face's last vertex; else from all, interpolated
+    ElementStates = 2,  // elements may be selected: colours are looked up by element
+    ElementColors = 4,  // elements have colours of their own (attribute), unless selected or highlighted
+    Cut = 8,            // the cutting plane
+    UniformColor = 16,  // one colour for everything, without light: edges
+    ElementNumbers = 32, // draws the element's number + 1 into an unsigned target instead of a colour
+    Layers = 64          // accumulates transparent layers in two targets: see transparency.h
+};
+
+// Indices of the attributes that are not the vertex and the normal.
+constexpr GLuint elementAttribute = 6;
+constexpr GLuint partAttribute = 7;
+constexpr GLuint colorAttribute = 5;
+
+// Texture units.
+constexpr unsigned int partsUnit = 1;
+constexpr unsigned int statesUnit = 2;
+
+struct SurfaceUniforms
+{
+    float selected[4] = {0, 0, 1, 1}; // colour of selected elements
+    float ambient = 1;
+    float lights[2][3] = {{0, 0, 1}, {0, 0, 1}}; // unit, eye coordinates, towards the light
+    float diffuse[2] = {0, 0};
+    bool bothSides = true;  // normals are turned to the viewer
+    float viewer = 1;       // the viewer looks along -z (1) or +z (-1) of eye coordinates
+    float plane[4] = {0, 0, 0, 0}; // cutting plane: kept where dot(plane, vertex) >= 0
+    float color[4] = {0, 0, 0, 1}; // of UniformColor; its alpha is also the opacity of ghosts
+};
+
+class SurfacePrograms
+{
+public:
+    // Makes the program for these features current and sets its uniforms. Compiled at first use.
+    void use(unsigned int features, const SurfaceUniforms& uniforms);
+
+private:
+    std::map<unsigned int, std::unique_ptr<GlProgram>> programs;
+};
+
+} // namespace kvo
+
+#endif

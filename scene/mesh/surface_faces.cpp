@@ -1,0 +1,326 @@
+// Faces that two elements share are found in buckets: every face goes to a bucket by its smallest node, and equal faces
+// meet in a small hash table there. Buckets hold 4 bytes a face, and are worked on in parallel.
+#include "surface_faces.h"
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+
+#include "mantypes.h"
+#include "parallel.h"
+
+namespace kvo {
+
+namespace {
+
+constexpr std::size_t grain = 4096; // elements
+constexpr unsigned int faceBits = 3;
+constexpr unsigned int faceMask = (1u << faceBits) - 1;
+
+bool isAbsent(const ElementMask& absent, std::uint32_t element)
+{
+    return element < absent.size() && absent[element] != 0;
+}
+
+// --- Shared faces
+// ----------------------------------------------------------------------------------------------------------
+
+struct FaceKey
+{
+    std::uint32_t nodes[4]; // ascending; a triangle's fourth is noCorner, and so is last
+
+    explicit FaceKey(const ElementFace& face)
+    {
+        std::copy(face.nodes, face.nodes + 4, nodes);
+        const auto order = [this](int a, int b) {
+            const std::uint32_t low = std::min(nodes[a], nodes[b]), high = std::max(nodes[a], nodes[b]);
+            nodes[a] = low;
+            nodes[b] = high;
+        };
+        order(0, 1);
+        order(2, 3);
+        order(0, 2);
+        order(1, 3);
+        order(1, 2);
+    }
+    bool operator==(const FaceKey& other) const { return std::equal(nodes, nodes + 4, other.nodes); }
+    std::uint32_t hash() const
+    {
+        std::uint64_t h = nodes[0] * 0x9E3779B97F4A7C15ull;
+        h = (h ^ nodes[1]) * 0xC2B2AE3D27D4EB4Full;
+        h = (h ^ nodes[2]) * 0x165667B19E3779F9ull;
+        h ^= nodes[3];
+        return static_cast<std::uint32_t>((h * 0x9E3779B97F4A7C15ull) >> 32);
+    }
+};
+
+std::uint32_t smallestNode(const ElementFace& face)
+{
+    return std::min({face.nodes[0], face.nodes[1], face.nodes[2], face.nodes[3]});
+}
+
+class SolidSurface
+{
+public:
+    SolidSurface(const PartInfoStr& solidPart, const ElementMask& absent);
+
+    // Bit k of an element: its face k (as facesOf counts) has no other element.
+    std::uint8_t freeFaces(std::size_t element) const { return freeBits[element].load(std::memory_order_relaxed); }
+    const std::vector<ElementShape>& elementShapes() const { return shapes; }
+
+private:
+    static constexpr std::size_t elementsPerBucket = 4096;
+
+    template <class Visit> void visitFaces(std::size_t begin, std::size_t end, Visit&& visit) const;
+    std::size_t bucketOf(std::uint32_t node) const { return static_cast<std::size_t>(node) * buckets / nodes; }
+    void findShapes(const ElementMask& absent);
+    void fillBuckets();
+    void matchBucket(std::size_t bucket);
+
+    const PartInfoStr& part;
+    std::size_t elements;
+    std::size_t nodes;
+    std::size_t buckets;
+    std::vector<ElementShape> shapes; // None also for absent elements
+    std::unique_ptr<std::atomic<std::uint8_t>[]> freeBits;
+    std::vector<std::uint32_t> refs;       // element and face number, by bucket
+    std::vector<std::size_t> bucketStarts; // buckets + 1
+};
+
+SolidSurface::SolidSurface(const PartInfoStr& solidPart, const ElementMask& absent)
+    : part(solidPart), elements(elementCountOf(solidPart)), nodes(solidPart.partNodes.numNodes),
+      buckets(elements / elementsPerBucket + 1), shapes(elements), freeBits(new std::atomic<std::uint8_t>[elements]())
+{
+    findShapes(absent);
+    fillBuckets();
+    parallelFor(buckets, 1, [this](std::size_t begin, std::size_t end) {
+        for (std::size_t bucket = begin; bucket < end; ++bucket) {
+            matchBucket(bucket);
+        }
+    });
+}
+
+void SolidSurface::findShapes(const ElementMask& absent)
+{
+    parallelFor(elements, grain, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t e = begin; e < end; ++e) {
+            const std::uint32_t element = static_cast<std::uint32_t>(e);
+            shapes[e] = isAbsent(absent, element) ? ElementShape::None : shapeOf(part, element);
+        }
+    });
+}
+
+// visit(reference, face)
+template <class Visit> void SolidSurface::visitFaces(std::size_t begin, std::size_t end, Visit&& visit) const
+{
+    ElementFace faces[maxFaces];
+    for (std::size_t e = begin; e < end; ++e) {
+        const std::uint32_t element = static_cast<std::uint32_t>(e);
+        const unsigned int count = facesOf(part, element, shapes[e], faces);
+        for (unsigned int k = 0; k < count; ++k) {
+            visit(element << faceBits | k, faces[k]);
+        }
+    }
+}
+
+// A counting sort by bucket: pieces of the elements count into rows of their own, then write without locks.
+void SolidSurface::fillBuckets()
+{
+    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
+    const auto pieceBegin = [&](std::size_t piece) { return piece * elements / pieces; };
+    std::vector<std::size_t> counts(pieces * buckets, 0);
+    const auto eachPiece = [&](auto&& work) {
+        parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t piece = begin; piece < end; ++piece) {
+                std::size_t* row = &counts[piece * buckets];
+                visitFaces(pieceBegin(piece), pieceBegin(piece + 1), [&](std::uint32_t ref, const ElementFace& face) {
+                    work(row[bucketOf(smallestNode(face))], ref);
+                });
+            }
+        });
+    };
+    eachPiece([](std::size_t& count, std::uint32_t) { ++count; });
+    bucketStarts.assign(buckets + 1, 0);
+    std::size_t total = 0;
+    for (std::size_t bucket = 0; bucket < buckets; ++bucket) {
+        bucketStarts[bucket] = total;
+        for (std::size_t piece = 0; piece < pieces; ++piece) {
+            const std::size_t count = counts[piece * buckets + bucket];
+            counts[piece * buckets + bucket] = total;
+            total += count;
+        }
+    }
+    bucketStarts[buckets] = total;
+    refs.resize(total);
+    eachPiece([this](std::size_t& at, std::uint32_t ref) { refs[at++] = ref; });
+}
+
+void SolidSurface::matchBucket(std::size_t bucket)
+{
+    struct Entry
+    {
+        std::uint32_t ref;
+        std::uint32_t users; // 0: empty
+    };
+    const std::size_t begin = bucketStarts[bucket], end = bucketStarts[bucket + 1];
+    std::size_t size = 16;
+    while (size < 2 * (end - begin)) {
+        size *= 2;
+    }
+    thread_local std::vector<Entry> table;
+    thread_local std::vector<FaceKey> keys;
+    table.assign(size, {0, 0});
+    keys.assign(size, FaceKey(ElementFace{}));
+    ElementFace faces[maxFaces];
+    for (std::size_t k = begin; k < end; ++k) {
+        const std::uint32_t element = refs[k] >> faceBits;
+        facesOf(part, element, shapes[element], faces);
+        const FaceKey key(faces[refs[k] & faceMask]);
+        std::size_t slot = key.hash() & (size - 1);
+        while (table[slot].users != 0 && !(keys[slot] == key)) {
+            slot = (slot + 1) & (size - 1);
+        }
+        if (table[slot].users++ == 0) {
+            table[slot].ref = refs[k];
+            keys[slot] = key;
+        }
+    }
+    for (const Entry& entry : table) {
+        if (entry.users == 1) {
+            freeBits[entry.ref >> faceBits].fetch_or(static_cast<std::uint8_t>(1u << (entry.ref & faceMask)),
+                                                     std::memory_order_relaxed);
+        }
+    }
+}
+
+// --- Outward
+// ---------------------------------------------------------------------------------------------------------------
+
+void addPosition(const PartInfoStr& part, std::uint32_t node, double sum[3])
+{
+    const float* position = positionOf(part, node);
+    for (int axis = 0; axis < 3; ++axis) {
+        sum[axis] += position[axis];
+    }
+}
+
+// Positive where the face's right-handed normal leads away from the element's centre: six times the volume between them.
+double outwardness(const PartInfoStr& part, const ElementFace& face, const double center[3])
+{
+    double middle[3] = {0, 0, 0}, areaVector[3] = {0, 0, 0};
+    for (unsigned int k = 0; k < face.corners; ++k) {
+        addPosition(part, face.nodes[k], middle);
+    }
+    const float* a = positionOf(part, face.nodes[0]);
+    for (unsigned int k = 1; k + 1 < face.corners; ++k) {
+        const float* b = positionOf(part, face.nodes[k]);
+        const float* c = positionOf(part, face.nodes[k + 1]);
+        const double u[3] = {double(b[0]) - a[0], double(b[1]) - a[1], double(b[2]) - a[2]};
+        const double v[3] = {double(c[0]) - a[0], double(c[1]) - a[1], double(c[2]) - a[2]};
+        areaVector[0] += u[1] * v[2] - u[2] * v[1];
+        areaVector[1] += u[2] * v[0] - u[0] * v[2];
+        areaVector[2] += u[0] * v[1] - u[1] * v[0];
+    }
+    double volume = 0;
+    for (int axis = 0; axis < 3; ++axis) {
+        volume += areaVector[axis] * (middle[axis] / face.corners - center[axis]);
+    }
+    return volume;
+}
+
+void turn(SurfaceFace& face, unsigned int corners)
+{
+    std::swap(face.nodes[1], face.nodes[corners - 1]);
+    face.turned = true;
+}
+
+// The free faces of a piece of the elements.
+struct PieceOfSurface
+{
+    std::vector<SurfaceFace> faces;
+    bool closed = true;
+};
+
+void appendFaces(const PartInfoStr& part, std::uint32_t element, ElementShape shape, unsigned int freeFaces,
+                 PieceOfSurface& out)
+{
+    ElementFace faces[maxFaces];
+    const unsigned int count = facesOf(part, element, shape, faces);
+    std::uint32_t corners[8];
+    const unsigned int cornerCount = cornersOf(part, element, shape, corners);
+    double center[3] = {0, 0, 0};
+    for (unsigned int k = 0; k < cornerCount; ++k) {
+        addPosition(part, corners[k], center);
+    }
+    for (double& coordinate : center) {
+        coordinate /= cornerCount;
+    }
+    for (unsigned int k = 0; k < count; ++k) {
+        if ((freeFaces >> k & 1) == 0) {
+            continue;
+        }
+        const ElementFace& from = faces[k];
+        SurfaceFace face{{from.nodes[0], from.nodes[1], from.nodes[2], from.nodes[3]}, element, from.number, false};
+        const double volume = outwardness(part, from, center);
+        if (volume < 0) {
+            turn(face, from.corners);
+        }
+        out.closed = out.closed && volume != 0;
+        out.faces.push_back(face);
+    }
+}
+
+PartSurface surfaceOfSolids(const PartInfoStr& part, const ElementMask& absent)
+{
+    const SolidSurface solids(part, absent);
+    const std::size_t elements = solids.elementShapes().size();
+    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
+    std::vector<PieceOfSurface> found(pieces);
+    parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t piece = begin; piece < end; ++piece) {
+            for (std::size_t e = piece * elements / pieces; e < (piece + 1) * elements / pieces; ++e) {
+                if (solids.freeFaces(e) != 0) {
+                    appendFaces(part, static_cast<std::uint32_t>(e), solids.elementShapes()[e], solids.freeFaces(e),
+                                found[piece]);
+                }
+            }
+        }
+    });
+    PartSurface out;
+    out.closed = true;
+    for (const PieceOfSurface& piece : found) {
+        out.faces.insert(out.faces.end(), piece.faces.begin(), piece.faces.end());
+        out.closed = out.closed && piece.closed;
+    }
+    return out;
+}
+
+PartSurface surfaceOfShells(const PartInfoStr& part, const ElementMask& absent)
+{
+    PartSurface out;
+    const std::uint32_t elements = elementCountOf(part);
+    out.faces.reserve(elements);
+    ElementFace faces[maxFaces];
+    for (std::uint32_t element = 0; element < elements; ++element) {
+        if (!isAbsent(absent, element) && facesOf(part, element, shapeOf(part, element), faces) == 1) {
+            const std::uint32_t* nodes = faces[0].nodes;
+            out.faces.push_back({{nodes[0], nodes[1], nodes[2], nodes[3]}, element, faces[0].number, false});
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+PartSurface findSurface(const PartInfoStr& part, const ElementMask& absent)
+{
+    if (part.partDrawType == SHELL) {
+        return surfaceOfShells(part, absent);
+    }
+    if (part.partDrawType == SOLID && elementCountOf(part) > 0) {
+        return surfaceOfSolids(part, absent);
+    }
+    return {};
+}
+
+} // namespace kvo
