@@ -1,7 +1,7 @@
 # Install rules, the CMake package `kvorender` and the pkg-config file.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS kvorender kvoread EXPORT kvorenderTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS kvorender kvoread kvoscene EXPORT kvorenderTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 set(KVO_PUBLIC_HEADERS
     render/boundbox.h render/caeenv.h render/glfuncs.h render/maptypes.h render/mtrans.h render/mview.h
     render/partstr.h render/pickrect.h render/rubberband.h render/trackball.h render/unit_axis.h

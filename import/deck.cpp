@@ -1,11 +1,9 @@
-// The table of formats.
+// Which format a file has, and reading it.
 #include "deck.h"
 
 #include <filesystem>
 #include <sstream>
 
-#include "abaqus/inp_reader.h"
-#include "stl/stl_reader.h"
 #include "text/fields.h"
 #include "text/mapped_file.h"
 
@@ -37,27 +35,26 @@ std::string knownFormats()
 
 } // namespace
 
-const std::vector<DeckFormat>& deckFormats()
-{
-    static const std::vector<DeckFormat> formats = {
-        {"Abaqus/CalculiX", ".inp",
-         "shells, solids, beams, trusses, springs, dashpots; sections, sets, instances, includes", looksLikeInp,
-         readInp},
-        {"STL", ".stl", "triangles, ASCII or binary; one part per solid; equal vertices become one node", looksLikeStl,
-         readStl},
-    };
-    return formats;
-}
-
 const DeckFormat* detectDeckFormat(const MappedFile& file)
 {
+    const DeckFormat* byContent = nullptr;
+    const DeckFormat* bySuffix = nullptr;
     for (const DeckFormat& format : deckFormats()) {
-        if (format.looksLike(file)) {
+        const bool suffix = hasSuffixOf(format, file.path());
+        const bool content = format.looksLike(file);
+        if (content && suffix) {
             return &format;
         }
+        byContent = content && !byContent ? &format : byContent;
+        bySuffix = suffix && !bySuffix ? &format : bySuffix;
     }
+    return byContent ? byContent : bySuffix;
+}
+
+const DeckFormat* findDeckFormat(const std::string& key)
+{
     for (const DeckFormat& format : deckFormats()) {
-        if (hasSuffixOf(format, file.path())) {
+        if (equalsIgnoringCase(key, format.key)) {
             return &format;
         }
     }
@@ -74,13 +71,13 @@ bool hasDeckSuffix(const std::string& path)
     return false;
 }
 
-Mesh readDeck(const std::string& path, ImportLog& log, Progress progress)
+Mesh readDeck(const std::string& path, ImportLog& log, Progress progress, const DeckFormat* format)
 {
     auto file = std::make_unique<MappedFile>(path);
     if (file->size() == 0) {
         throw ImportError({path, 0}, "the file is empty");
     }
-    const DeckFormat* format = detectDeckFormat(*file);
+    format = format ? format : detectDeckFormat(*file);
     if (!format) {
         throw ImportError({path, 0}, "no known deck format; known are " + knownFormats());
     }

@@ -6,6 +6,9 @@
 
 namespace kvo {
 
+const char* const listKeywordsNotRead = "keywords not read";
+const char* const listElementsNotDrawn = "element types not drawn";
+
 ImportLog::Warnings& ImportLog::kindOf(const std::string& kind)
 {
     const auto found = kindIndex.emplace(kind, kinds.size());

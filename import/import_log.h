@@ -13,6 +13,10 @@
 
 namespace kvo {
 
+// Titles of summary lists that every reader has.
+extern const char* const listKeywordsNotRead;  // "*BOUNDARY" and how many of them
+extern const char* const listElementsNotDrawn; // types without a picture, and how many elements of them
+
 class ImportLog
 {
 public:

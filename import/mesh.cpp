@@ -25,16 +25,51 @@ void MeshFile::addNode(std::int64_t id, double x, double y, double z)
 
 ElementBlock& MeshFile::blockFor(std::uint32_t type, std::uint32_t sourceFile)
 {
-    if (!blocks.empty()) {
-        ElementBlock& last = blocks.back();
+    if (lastBlock.size() <= type) {
+        lastBlock.resize(type + 1, 0);
+    }
+    if (lastBlock[type] > 0 && lastBlock[type] <= blocks.size()) {
+        ElementBlock& last = blocks[lastBlock[type] - 1];
         if (last.type == type && last.sourceFile == sourceFile && last.size() < ElementBlock::maxElements) {
             return last;
         }
     }
+    lastBlock[type] = blocks.size() + 1;
     ElementBlock& block = blocks.emplace_back();
     block.type = type;
     block.sourceFile = sourceFile;
     return block;
+}
+
+void MeshFile::addElement(std::uint32_t type, std::uint32_t sourceFile, std::uint32_t line, std::int64_t id,
+                          std::uint32_t part, const std::int64_t* nodes, std::size_t entries)
+{
+    ElementBlock& block = blockFor(type, sourceFile);
+    block.ids.push_back(id);
+    block.part.push_back(part);
+    block.line.push_back(line);
+    block.nodes.insert(block.nodes.end(), nodes, nodes + entries);
+}
+
+void MeshFile::addUndrawn(const std::string& type, std::int64_t id, const std::int64_t* nodes, std::size_t count)
+{
+    auto list = std::find_if(undrawn.begin(), undrawn.end(), [&](const UndrawnElements& u) { return u.type == type; });
+    if (list == undrawn.end()) {
+        list = undrawn.insert(undrawn.end(), UndrawnElements());
+        list->type = type;
+    }
+    list->ids.push_back(id);
+    list->starts.push_back(list->nodes.size());
+    list->nodes.insert(list->nodes.end(), nodes, nodes + count);
+}
+
+void MeshFile::orient(std::int64_t element, const std::array<double, 3>& vector)
+{
+    const auto known = orientationIndex.emplace(vector, orientations.size());
+    if (known.second) {
+        orientations.push_back({vector, {}});
+    }
+    orientations[known.first->second].elements.add(element);
 }
 
 std::uint64_t Mesh::nodeCount() const
@@ -60,6 +95,39 @@ std::uint64_t Mesh::elementCount() const
 Place Mesh::placeOf(const ElementBlock& block, std::size_t element) const
 {
     return {block.sourceFile < sourceFiles.size() ? sourceFiles[block.sourceFile] : std::string(), block.line[element]};
+}
+
+std::uint32_t MeshRows::type(const std::string& name, Family family, Shape shape, bool oriented)
+{
+    const std::uint32_t next = static_cast<std::uint32_t>(mesh.types.size());
+    const auto known = types.emplace(std::make_pair(name, std::make_pair(family, shape)), next);
+    if (known.second) {
+        mesh.types.push_back({name, family, shape, oriented});
+    }
+    return known.first->second;
+}
+
+std::uint32_t MeshRows::part(std::int64_t id)
+{
+    if (id == lastId && lastPart != noPart) {
+        return lastPart;
+    }
+    const auto known = partsById.emplace(id, static_cast<std::uint32_t>(mesh.parts.size()));
+    if (known.second) {
+        mesh.parts.emplace_back().id = id;
+    }
+    lastId = id;
+    lastPart = known.first->second;
+    return lastPart;
+}
+
+std::uint32_t MeshRows::part(const std::string& name)
+{
+    const auto known = partsByName.emplace(name, static_cast<std::uint32_t>(mesh.parts.size()));
+    if (known.second) {
+        mesh.parts.emplace_back().name = name;
+    }
+    return known.first->second;
 }
 
 } // namespace kvo

@@ -2,7 +2,9 @@
 #include "mesh_finish.h"
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
+#include <set>
 #include <unordered_map>
 
 #include "id_index.h"
@@ -13,6 +15,7 @@ const char* const warnNodeTwice = "nodes defined more than once";
 const char* const warnElementTwice = "elements defined more than once";
 const char* const warnMissingNode = "elements that refer to missing nodes";
 const char* const warnMissingThirdNode = "beams whose orientation node is missing";
+const char* const warnSetMember = "sets with members that do not exist";
 
 namespace {
 
@@ -58,8 +61,15 @@ void sortNodes(const Mesh& mesh, MeshFile& file, ImportLog& log)
     file.xyz = std::move(xyz);
 }
 
-// The ids that occur more than once among all elements of the file.
-std::unordered_map<std::int64_t, std::uint32_t> repeatedElementIds(const MeshFile& file)
+using TypeFilter = std::function<bool(const ElementType&)>;
+
+bool everyType(const ElementType&)
+{
+    return true;
+}
+
+// The ids of the file's elements of the wanted types, in deck order, without dropped ones.
+std::vector<std::int64_t> elementIds(const Mesh& mesh, const MeshFile& file, const TypeFilter& wanted)
 {
     std::vector<std::int64_t> ids;
     std::size_t count = 0;
@@ -68,8 +78,21 @@ std::unordered_map<std::int64_t, std::uint32_t> repeatedElementIds(const MeshFil
     }
     ids.reserve(count);
     for (const ElementBlock& block : file.blocks) {
-        ids.insert(ids.end(), block.ids.begin(), block.ids.end());
+        if (!wanted(mesh.types[block.type])) {
+            continue;
+        }
+        for (std::size_t e = 0; e < block.size(); ++e) {
+            if (block.part[e] != noPart) {
+                ids.push_back(block.ids[e]);
+            }
+        }
     }
+    return ids;
+}
+
+// The ids that occur more than once among these, and how often they do beyond the first time.
+std::unordered_map<std::int64_t, std::uint32_t> repeatedIds(std::vector<std::int64_t> ids)
+{
     std::unordered_map<std::int64_t, std::uint32_t> repeated;
     if (ascending(ids)) {
         return repeated;
@@ -83,23 +106,43 @@ std::unordered_map<std::int64_t, std::uint32_t> repeatedElementIds(const MeshFil
     return repeated;
 }
 
-void dropEarlierDefinitions(const Mesh& mesh, MeshFile& file, ImportLog& log)
+// Of the elements of the wanted types, whose ids are one numbering.
+void dropEarlierDefinitions(const Mesh& mesh, MeshFile& file, const TypeFilter& wanted, ImportLog& log)
 {
-    auto repeated = repeatedElementIds(file);
+    auto repeated = repeatedIds(elementIds(mesh, file, wanted));
     if (repeated.empty()) {
         return;
     }
     // In deck order: every definition but the last goes.
     for (ElementBlock& block : file.blocks) {
+        if (!wanted(mesh.types[block.type])) {
+            continue;
+        }
         for (std::size_t e = 0; e < block.size(); ++e) {
             const auto found = repeated.find(block.ids[e]);
-            if (found != repeated.end() && found->second > 0) {
+            if (found != repeated.end() && found->second > 0 && block.part[e] != noPart) {
                 --found->second;
                 block.part[e] = noPart;
                 log.warn(warnElementTwice, mesh.placeOf(block, e),
                          "element " + std::to_string(block.ids[e]) + " is defined again later; that definition holds");
             }
         }
+    }
+}
+
+void dropRepeatedElements(const Mesh& mesh, MeshFile& file, ImportLog& log)
+{
+    if (!mesh.idsPerFamily) {
+        dropEarlierDefinitions(mesh, file, everyType, log);
+        return;
+    }
+    std::set<std::string> names;
+    for (const ElementType& type : mesh.types) {
+        names.insert(type.name);
+    }
+    for (const std::string& name : names) {
+        dropEarlierDefinitions(
+            mesh, file, [&](const ElementType& type) { return type.name == name; }, log);
     }
 }
 
@@ -159,6 +202,58 @@ void resolveNodes(const Mesh& mesh, MeshFile& file, ImportLog& log)
     }
 }
 
+// What a set may hold: ascending and unique.
+std::vector<std::int64_t> knownIds(const Mesh& mesh, const MeshSet& set)
+{
+    std::vector<std::int64_t> ids;
+    if (set.of == MeshSet::Of::Parts) {
+        for (const MeshPart& part : mesh.parts) {
+            ids.push_back(part.id);
+        }
+    }
+    for (std::size_t f = 0; f < mesh.files.size() && set.of != MeshSet::Of::Parts; ++f) {
+        const MeshFile& file = mesh.files[f];
+        if (set.file != MeshSet::wholeMesh && set.file != f) {
+            continue;
+        }
+        if (set.of == MeshSet::Of::Nodes) {
+            ids.insert(ids.end(), file.nodeIds.begin(), file.nodeIds.end());
+            continue;
+        }
+        const std::vector<std::int64_t> drawn = elementIds(mesh, file, [&](const ElementType& type) {
+            return set.family == MeshSet::anyFamily || set.family == static_cast<int>(type.family);
+        });
+        ids.insert(ids.end(), drawn.begin(), drawn.end());
+        for (const UndrawnElements& undrawn : file.undrawn) {
+            ids.insert(ids.end(), undrawn.ids.begin(), undrawn.ids.end());
+        }
+    }
+    if (!ascending(ids)) {
+        std::sort(ids.begin(), ids.end());
+        ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    }
+    return ids;
+}
+
+// Sets one after the other mostly ask for the same ids.
+void cleanSets(Mesh& mesh, ImportLog& log)
+{
+    std::vector<std::int64_t> known;
+    const MeshSet* previous = nullptr;
+    for (MeshSet& set : mesh.sets) {
+        if (!previous || previous->of != set.of || previous->file != set.file || previous->family != set.family) {
+            known = knownIds(mesh, set);
+        }
+        previous = &set;
+        const std::uint64_t unknown = set.ids.keepKnown(known);
+        if (unknown > 0) {
+            const std::string name = set.name.empty() ? std::to_string(set.id) : "\"" + set.name + "\"";
+            log.warn(warnSetMember, {mesh.sourceFiles.empty() ? std::string() : mesh.sourceFiles.front(), 0},
+                     "set " + name + " lists " + std::to_string(unknown) + " ids or more that do not exist");
+        }
+    }
+}
+
 void removeEmptyParts(Mesh& mesh)
 {
     std::vector<char> used(mesh.parts.size(), 0);
@@ -198,10 +293,11 @@ void finishMesh(Mesh& mesh, ImportLog& log)
 {
     for (MeshFile& file : mesh.files) {
         sortNodes(mesh, file, log);
-        dropEarlierDefinitions(mesh, file, log);
+        dropRepeatedElements(mesh, file, log);
         resolveNodes(mesh, file, log);
     }
     removeEmptyParts(mesh);
+    cleanSets(mesh, log);
 }
 
 } // namespace kvo

@@ -6,18 +6,18 @@
 #include <cfloat>
 #include <cmath>
 #include <filesystem>
-#include <limits>
-#include <sstream>
+#include <set>
 
+#include "model_origin.h"
 #include "model_slots.h"
 #include "modelwriter.h"
+#include "side_file.h"
 
 namespace kvo {
 
 namespace {
 
-constexpr std::int64_t maxModelId = 0xFFFFFFFE; // the highest 32-bit value means "none"
-constexpr double floatSteps = 8388608.0;        // 2^23: a float's resolution
+constexpr std::int64_t maxModelId = 0x7FFFFFFF; // hosts hold ids as int
 constexpr std::size_t longestName = 255;
 
 // The elements of one part, family and file: a part of the model.
@@ -85,24 +85,52 @@ std::vector<Piece*> piecesOfPart(PieceTable& table, std::size_t part)
     return pieces;
 }
 
-// The largest piece of a part keeps its id.
-void numberPieces(const Mesh& mesh, PieceTable& table, ImportLog& log)
+std::string quotedPart(const MeshPart& part)
+{
+    return "part " + std::to_string(part.id) + " \"" + part.name + "\"";
+}
+
+std::int64_t highestPartId(const Mesh& mesh)
 {
     std::int64_t highest = 0;
     for (const MeshPart& part : mesh.parts) {
-        highest = std::max(highest, part.id);
+        highest = part.id <= maxModelId ? std::max(highest, part.id) : highest;
     }
+    return highest;
+}
+
+// The ids that the parts have in the model: their own where that can be, else one above the highest.
+std::vector<std::int64_t> partIds(const Mesh& mesh, std::int64_t& highest, ImportLog& log)
+{
+    std::vector<std::int64_t> ids;
+    std::set<std::int64_t> taken;
+    for (const MeshPart& part : mesh.parts) {
+        const bool possible = part.id > 0 && part.id <= maxModelId;
+        const bool free = possible && taken.insert(part.id).second;
+        ids.push_back(free ? part.id : ++highest);
+        if (!free && part.id != 0) {
+            log.note(quotedPart(part) + (possible ? " has the id of another part" : " has an id that cannot be kept") +
+                     ": it is part " + std::to_string(ids.back()));
+        }
+    }
+    return ids;
+}
+
+// The largest piece of a part keeps its id.
+void numberPieces(const Mesh& mesh, PieceTable& table, ImportLog& log)
+{
+    std::int64_t highest = highestPartId(mesh);
+    const std::vector<std::int64_t> ids = partIds(mesh, highest, log);
     for (std::size_t p = 0; p < mesh.parts.size(); ++p) {
         std::vector<Piece*> pieces = piecesOfPart(table, p);
         std::stable_sort(pieces.begin(), pieces.end(),
                          [](const Piece* a, const Piece* b) { return a->count > b->count; });
-        const std::string name = "part " + std::to_string(mesh.parts[p].id) + " \"" + mesh.parts[p].name + "\"";
         for (Piece* piece : pieces) {
             piece->renamed = piece != pieces.front();
-            piece->id = piece->renamed ? ++highest : mesh.parts[p].id;
+            piece->id = piece->renamed ? ++highest : ids[p];
             if (piece->renamed) {
-                log.note(name + " is split: its " + std::to_string(piece->count) + " " + familyName(piece->family) +
-                         " elements are part " + std::to_string(piece->id));
+                log.note(quotedPart(mesh.parts[p]) + " is split: its " + std::to_string(piece->count) + " " +
+                         familyName(piece->family) + " elements are part " + std::to_string(piece->id));
             }
         }
     }
@@ -169,7 +197,7 @@ void writeParts(const Mesh& mesh, const MeshFile& file, std::vector<Piece>& piec
 
 // --- nodes ---
 
-void writeNodes(const Mesh& mesh, const MeshFile& file, ModelWriter& writer)
+void writeNodes(const Mesh& mesh, const MeshFile& file, const Origin& origin, ModelWriter& writer)
 {
     constexpr std::size_t chunk = 65536;
     std::vector<unsigned int> ids;
@@ -181,55 +209,15 @@ void writeNodes(const Mesh& mesh, const MeshFile& file, ModelWriter& writer)
         for (std::size_t k = start; k < stop; ++k) {
             ids.push_back(modelId(mesh, file.nodeIds[k], "node", 1));
             for (std::size_t c = 3 * k; c < 3 * k + 3; ++c) {
-                if (!(std::fabs(file.xyz[c]) <= FLT_MAX)) {
+                const double value = file.xyz[c] - origin[c % 3];
+                if (!(std::fabs(value) <= FLT_MAX)) {
                     throw ImportError({sourceName(mesh), 0}, "node " + std::to_string(file.nodeIds[k]) +
                                                                  ": a coordinate is beyond single precision");
                 }
-                xyz.push_back(static_cast<float>(file.xyz[c]));
+                xyz.push_back(static_cast<float>(value));
             }
         }
         writer.addNodes(ids.size(), ids.data(), xyz.data());
-    }
-}
-
-// The shortest edge, of those along the corners in their order, that has a length; squared.
-double shortestEdgeSquared(const Mesh& mesh, const MeshFile& file)
-{
-    double shortest = std::numeric_limits<double>::infinity();
-    for (const ElementBlock& block : file.blocks) {
-        const ElementType& type = mesh.types[block.type];
-        const std::size_t corners = static_cast<std::size_t>(cornerCount(type.shape));
-        const std::size_t entries = static_cast<std::size_t>(type.slots());
-        for (std::size_t e = 0; e < block.size(); ++e) {
-            const std::int64_t* nodes = &block.nodes[e * entries];
-            for (std::size_t k = 1; k < corners && block.part[e] != noPart; ++k) {
-                const double* a = &file.xyz[3 * static_cast<std::size_t>(nodes[k - 1])];
-                const double* b = &file.xyz[3 * static_cast<std::size_t>(nodes[k])];
-                const double squared =
-                    (a[0] - b[0]) * (a[0] - b[0]) + (a[1] - b[1]) * (a[1] - b[1]) + (a[2] - b[2]) * (a[2] - b[2]);
-                shortest = squared > 0.0 ? std::min(shortest, squared) : shortest;
-            }
-        }
-    }
-    return shortest;
-}
-
-void reportPrecision(const Mesh& mesh, ImportLog& log)
-{
-    double farthest = 0.0;
-    double shortest = std::numeric_limits<double>::infinity();
-    for (const MeshFile& file : mesh.files) {
-        for (const double c : file.xyz) {
-            farthest = std::max(farthest, std::fabs(c));
-        }
-        shortest = std::min(shortest, shortestEdgeSquared(mesh, file));
-    }
-    shortest = std::sqrt(shortest);
-    if (farthest > floatSteps * shortest) {
-        std::ostringstream text;
-        text << "coordinates reach " << farthest << " and the shortest element edge is " << shortest
-             << ": single precision cannot keep such edges";
-        log.note(text.str());
     }
 }
 
@@ -248,20 +236,56 @@ std::string fileNameOf(const std::string& modelName, std::size_t number, const s
     return result;
 }
 
-void writeFiles(const Mesh& mesh, const std::string& modelName, PieceTable& table, ModelWriter& writer)
+std::vector<std::string> fileNames(const Mesh& mesh, const std::string& modelName)
 {
+    std::vector<std::string> names;
+    for (std::size_t f = 0; f < mesh.files.size(); ++f) {
+        names.push_back(mesh.files.size() > 1 ? fileNameOf(modelName, f + 1, mesh.files[f].name) : modelName);
+    }
+    return names;
+}
+
+// --- the model ---
+
+SideData sideData(const PieceTable& table, std::vector<std::string> names, const Origin& origin)
+{
+    SideData side;
+    side.fileNames = std::move(names);
+    side.origin = origin;
+    for (std::size_t f = 0; f < table.size(); ++f) {
+        for (const Piece& piece : table[f]) {
+            if (piece.count > 0) {
+                side.parts.push_back({piece.id, static_cast<std::uint32_t>(f), piece.part, piece.family});
+            }
+        }
+    }
+    return side;
+}
+
+void writeModel(const Mesh& mesh, const std::string& folder, const std::string& name, const Origin& origin,
+                ImportLog& log)
+{
+    PieceTable table = countPieces(mesh);
+    numberPieces(mesh, table, log);
+    ModelWriter writer(folder, name);
+    const std::vector<std::string> names = fileNames(mesh, name);
+    writer.setDeck(sideFileText(mesh, sideData(table, names, origin)));
     for (std::size_t f = 0; f < mesh.files.size(); ++f) {
         if (mesh.files.size() > 1) {
-            writer.beginFile(fileNameOf(modelName, f + 1, mesh.files[f].name));
+            writer.beginFile(names[f]);
         }
-        writeNodes(mesh, mesh.files[f], writer);
+        writeNodes(mesh, mesh.files[f], origin, writer);
         writeParts(mesh, mesh.files[f], table[f], writer);
+    }
+    std::string error;
+    if (!writer.write(&error)) {
+        throw ImportError({}, error);
     }
 }
 
 } // namespace
 
-void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLog& log)
+void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLog& log, const ModelOptions& options)
 {
     std::filesystem::path path = std::filesystem::path(modelDir).lexically_normal();
     if (!path.has_filename()) {
@@ -278,15 +302,7 @@ void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLo
     if (mesh.elementCount() == 0) {
         log.warn("nothing to draw", {sourceName(mesh), 0}, "no element of the deck can be drawn");
     }
-    reportPrecision(mesh, log);
-    PieceTable table = countPieces(mesh);
-    numberPieces(mesh, table, log);
-    ModelWriter writer(folder, name);
-    writeFiles(mesh, name, table, writer);
-    std::string error;
-    if (!writer.write(&error)) {
-        throw ImportError({}, error);
-    }
+    writeModel(mesh, folder, name, chooseOrigin(mesh, options.shiftOrigin, log), log);
 }
 
 } // namespace kvo

@@ -9,12 +9,21 @@
 
 namespace kvo {
 
+struct ModelOptions
+{
+    // Moves the model so that its middle lies near 0, in double precision and by a round vector, which deck.json keeps:
+    // coordinates far from 0 lose small edges in single precision.
+    bool shiftOrigin = false;
+};
+
 // Writes the model to modelDir (its last component is the model's name) in place of what lies there. Elements of
 // several families in one part make several parts: the largest piece keeps the part's id, the others get ids above the
-// highest; the log says so. It also says when coordinates lose what elements need in single precision. Throws
-// ImportError for a mesh without nodes, for ids beyond 32 bits, for coordinates beyond single precision, and for
-// whatever the writer cannot do; nothing is changed at modelDir then.
-void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLog& log);
+// highest, as do parts whose id is not above 0 or another part's; the log says so. It also says when coordinates lose
+// what elements need in single precision. Sets, sections and what has no picture go to deck.json. Throws ImportError
+// for a mesh without nodes, for ids beyond 1 to 2^31 - 1, for coordinates beyond single precision, and for whatever the
+// writer cannot do; nothing is changed at modelDir then.
+void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLog& log,
+                         const ModelOptions& options = {});
 
 } // namespace kvo
 

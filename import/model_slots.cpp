@@ -83,7 +83,7 @@ void fillModelSlots(const ElementType& type, const std::int64_t* nodes, unsigned
     case Shape::Line:
         slots[0] = static_cast<unsigned int>(nodes[0]);
         slots[1] = static_cast<unsigned int>(nodes[1]);
-        slots[2] = type.family == Family::Beam && nodes[2] != noNode ? static_cast<unsigned int>(nodes[2]) : noSlot;
+        slots[2] = type.hasThirdNode() && nodes[2] != noNode ? static_cast<unsigned int>(nodes[2]) : noSlot;
         break;
     case Shape::Triangle:
         copySlots(triangleSlots, 4, nodes, slots);

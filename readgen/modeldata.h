@@ -42,6 +42,7 @@ struct ModelData
 {
     std::string dirName;
     std::string modelName;
+    std::string deckText; // of deck.json; empty: no such file
     std::vector<FileData> files;
     // Set by prepareModel:
     float extents[6] = {0, 0, 0, 0, 0, 0};

@@ -178,6 +178,13 @@ void writeParts(const std::string& folder, const std::vector<PartData>& parts, s
 
 // --- The model's index -------------------------------------------------------------------------------------------------
 
+void writeText(const std::string& path, const std::string& text)
+{
+    NewFile file(path);
+    file.write({text.data(), text.size()});
+    file.finish();
+}
+
 void writePartStart(const ModelData& model, const std::string& folder)
 {
     const std::uint32_t numFiles = static_cast<std::uint32_t>(model.files.size());
@@ -188,9 +195,7 @@ void writePartStart(const ModelData& model, const std::string& folder)
         if (numFiles > 1)
             bytes.append(reinterpret_cast<const char*>(&length), sizeof length) += file.name;
     }
-    NewFile file(folder + "/" + PART_START_FILE);
-    file.write({bytes.data(), bytes.size()});
-    file.finish();
+    writeText(folder + "/" + PART_START_FILE, bytes);
 }
 
 // The nodes of all files in one list, for look-ups of nodes in the model as a whole. Where files repeat an id the first
@@ -239,6 +244,8 @@ void writeModelFiles(const ModelData& model, const std::string& root)
     }
     if (!hasFileNamed(model, model.modelName))
         writeModelNodes(model, modelFolder);
+    if (!model.deckText.empty())
+        writeText(modelFolder + "/" + DECK_FILE, model.deckText);
     writePartStart(model, modelFolder);
 }
 

@@ -55,7 +55,7 @@ std::vector<std::string> leadingPaths(const std::string& path)
 
 bool isModelFileName(const std::string& name)
 {
-    for (const char* known : {NODE_IDS_FILE, NODE_COORDS_FILE, PARTS_FILE, ELEMENTS_FILE, PART_START_FILE})
+    for (const char* known : {NODE_IDS_FILE, NODE_COORDS_FILE, PARTS_FILE, ELEMENTS_FILE, PART_START_FILE, DECK_FILE})
         if (name == known)
             return true;
     return false;

@@ -16,6 +16,7 @@ constexpr const char NODE_COORDS_FILE[] = "node_coords";
 constexpr const char PARTS_FILE[] = "parts";
 constexpr const char ELEMENTS_FILE[] = "elements";
 constexpr const char PART_START_FILE[] = "part_start";
+constexpr const char DECK_FILE[] = "deck.json"; // what the deck has beyond the model; not read by the readers
 
 // Eight characters each, no terminator.
 constexpr const char NODE_IDS_MAGIC[] = "KVO_NIDS";

@@ -101,6 +101,8 @@ void ModelWriter::addPart(const ModelPart& part, std::size_t numElements, const 
         data.refs.assign(nodeRefs, nodeRefs + numElements * part.stride);
 }
 
+void ModelWriter::setDeck(const std::string& text) { impl->model.deckText = text; }
+
 bool ModelWriter::write(std::string* error)
 {
     std::string problem;

@@ -61,6 +61,9 @@ public:
     void addPart(const ModelPart& part, std::size_t numElements, const unsigned int* elementIds,
                  const unsigned int* nodeRefs, NodeReference reference = NodeReference::ById);
 
+    // A text that goes into the model's own folder as deck.json. Never called, or empty: no such file.
+    void setDeck(const std::string& text);
+
     // Checks everything and writes the directory. False on failure: *error (may be null) then says what and where, and
     // nothing is left behind or changed under the final name.
     bool write(std::string* error);

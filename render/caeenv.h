@@ -52,9 +52,8 @@ public:
     // font_base: first display list of a bitmap font for the corner labels (list of character c = font_base + c).
     void loadAndInitGL(unsigned int font_base, bool thread_status, std::vector<unsigned int>* pid_list);
 
-    // --- Parts: visibility by selection state and by part ids
-    // ---------------------------------------------------------- op 2: show only the parts that have any selection; op
-    // 4: hide them (starts at the counter i, see its comment).
+    // --- Parts: visibility by selection state and by part ids ------------------------------------
+    // op 2: show only the parts that have any selection; op 4: hide them (starts at the counter i, see its comment).
     void processParts(unsigned int op);
     // op 2 show only, 4 hide only, 8 select only, 32 highlight only the listed part ids; 256 clears selection and
     // highlight of the first part. Unknown ids are reported and skipped. pid_list is not owned.
@@ -78,8 +77,7 @@ public:
     static CAEEnv* getPtr();
     static void setPtr(CAEEnv* env);
 
-    // --- Extents
-    // -------------------------------------------------------------------------------------------------------
+    // --- Extents ---------------------------------------------------------------------------------
     // Recomputes modelExtents from the shown parts and sets viewport, projection, lights and window centre again.
     void modifyExtents();
     // Viewport (0, 0, w, h) and a projection that is exactly the extents box: the host chooses w:h so that nothing is
@@ -88,8 +86,7 @@ public:
     // Unit length for every entry of part->partNodes.nodeNormals; a zero normal becomes NaN.
     void normalize(PartInfoPtr part);
 
-    // --- Normals
-    // -------------------------------------------------------------------------------------------------------
+    // --- Normals ---------------------------------------------------------------------------------
     void computeNormals(); // all shell and solid parts, each at most once per shading kind
     void computeShellNormals(PartInfoPtr part);
     void computeSolidNormals(PartInfoPtr part);
@@ -98,8 +95,7 @@ public:
     // elm_normals[3].
     void computeElementNormal(unsigned int* nodes, float* node_values, float* node_normals, float* elm_normals);
 
-    // --- Frame
-    // ---------------------------------------------------------------------------------------------------------
+    // --- Frame -----------------------------------------------------------------------------------
     void renderModel();                // one complete frame
     void displayParts(int file_index); // -1: the parts of all files
     void displayPartsByElement();      // the picking draw, with names by pickType
@@ -113,13 +109,12 @@ public:
     void setPolygonMode(int mode);          // GL_POINT, GL_LINE, GL_FILL
     void setShadeModel(unsigned int shade); // GL_FLAT, GL_SMOOTH; computes the normals that are missing
 
-    // --- Lights
-    // --------------------------------------------------------------------------------------------------------
+    // --- Lights ----------------------------------------------------------------------------------
     void switchOnLights(); // both lights, placed by the extents; also switches the depth test on
     void changeLightPositions();
 
-    // --- Elements: color[4] is RGBA; part_info's normals for the shade model must exist, else it is not drawn
-    // ------------
+    // --- Elements --------------------------------------------------------------------------------
+    // color[4] is RGBA; part_info's normals for the shade model must exist, else it is not drawn.
     void renderShellPart(PartInfoPtr part_info, float* color);
     void renderShells(PartInfoPtr part_info, float* color);
     void renderSolidPart(PartInfoPtr part_info, float* color);
@@ -143,15 +138,13 @@ public:
     void renderPentaByNodeNormal(unsigned int* indices, float* node_values, float* node_normals);
     void renderHexaByNodeNormal(unsigned int* indices, float* node_values, float* node_normals);
 
-    // --- Pick drawing: one name per element (its 1-based position)
-    // -----------------------------------------------------
+    // --- Pick drawing: one name per element (its 1-based position) -------------------------------
     void renderShellsForPick(PartInfoPtr part_info, float* color);
     void renderSolidsForPick(PartInfoPtr part_info, float* color);
     void renderBeamsForPick(PartInfoPtr part_info, float* color);
     void renderDiscretesForPick(PartInfoPtr part_info, float* color);
 
-    // --- Selection: part, element and node numbers are 1-based positions; ids are the model's own
-    // ------------------------
+    // --- Selection: part, element and node numbers are 1-based positions; ids are the model's own ---
     void selectPart(unsigned int part_num);
     void highlightPart(unsigned int part_num);
     void clearSelectedParts();
@@ -170,14 +163,12 @@ public:
     void createNodeSelectedList();
     void createElementSelectedList();
 
-    // --- View state file
-    // -------------------------------------------------------------------------------------------------
+    // --- View state file -------------------------------------------------------------------------
     int save(const char* file_name); // 0, or 1 when the file cannot be opened
     // fp stands behind the two names; the environment must hold the same parts. Does not close fp.
     void restore(FILE* fp);
 
-    // --- Data, in the fixed order that hosts rely on
-    // -----------------------------------------------------------------------
+    // --- Data, in the fixed order that hosts rely on ---------------------------------------------
     char charBuff[128];         // scratch text; the part_start path while loading
     char* selectedNodes;        // model-wide node flags, numNodes long, owned by readNodes; null until selectNodeList
     unsigned int numParts;      // records in partsInfoList

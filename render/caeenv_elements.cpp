@@ -69,8 +69,7 @@ void drawSolids(CAEEnv& env, const PartInfoStr& part, const float* color, bool b
 
 } // namespace
 
-// --- Single elements
-// ---------------------------------------------------------------------------------------------------
+// --- Single elements -----------------------------------------------------------------------------
 
 void drawShellFlat(const PartInfoStr& part, unsigned int e)
 {
@@ -144,8 +143,7 @@ void drawDiscrete(const PartInfoStr& part, unsigned int e)
     glEnd();
 }
 
-// --- Shells
-// --------------------------------------------------------------------------------------------------------------
+// --- Shells --------------------------------------------------------------------------------------
 
 void CAEEnv::renderShellPart(PartInfoPtr part_info, float* color)
 {
@@ -184,8 +182,7 @@ void CAEEnv::renderShells(PartInfoPtr part_info, float* color)
     glEnd();
 }
 
-// --- Solids
-// --------------------------------------------------------------------------------------------------------------
+// --- Solids --------------------------------------------------------------------------------------
 
 void CAEEnv::renderSolidPart(PartInfoPtr part_info, float* color)
 {
@@ -196,8 +193,7 @@ void CAEEnv::renderSolids(PartInfoPtr part_info, float* color)
     drawSolids(*this, *part_info, color, true);
 }
 
-// --- Beams and discrete elements
-// -------------------------------------------------------------------------------------------
+// --- Beams and discrete elements -----------------------------------------------------------------
 
 // deliberate(beam-part-invisible): beams show only once one of the part's elements is selected.
 void CAEEnv::renderBeamPart(PartInfoPtr, float*) {}
@@ -243,8 +239,7 @@ void CAEEnv::renderDiscretes(PartInfoPtr part_info, float* color)
     glLineWidth(1.0);
 }
 
-// --- Faces
-// ---------------------------------------------------------------------------------------------------------------
+// --- Faces ---------------------------------------------------------------------------------------
 
 void CAEEnv::renderTriaByNormal(unsigned int* indices, float* node_values, float* normal_ptr)
 {

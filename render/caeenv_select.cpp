@@ -111,8 +111,7 @@ struct SelectionBox
 
 } // namespace
 
-// --- Parts
-// ---------------------------------------------------------------------------------------------------------------
+// --- Parts ---------------------------------------------------------------------------------------
 
 void CAEEnv::selectPart(unsigned int part_num)
 {
@@ -132,8 +131,7 @@ void CAEEnv::clearSelectedParts()
         partsInfoList[i].partFlag &= ~PART_SELECTED;
 }
 
-// --- Flag arrays
-// -----------------------------------------------------------------------------------------------------------
+// --- Flag arrays ---------------------------------------------------------------------------------
 
 void CAEEnv::createNodeSelectedList()
 {
@@ -147,8 +145,7 @@ void CAEEnv::createElementSelectedList()
         partsInfoList[i].partElements.selectedList = newFlags(elementCount(partsInfoList[i].partElements));
 }
 
-// --- Single nodes and elements
-// ---------------------------------------------------------------------------------------------
+// --- Single nodes and elements -------------------------------------------------------------------
 
 void CAEEnv::selectNode(unsigned int* part_idx, unsigned int* node_idx)
 {
@@ -207,8 +204,7 @@ void CAEEnv::clearSelectedElements()
     }
 }
 
-// --- Lists
-// -----------------------------------------------------------------------------------------------------------------
+// --- Lists ---------------------------------------------------------------------------------------
 
 void CAEEnv::selectNodes(std::vector<unsigned int>& nid_list)
 {

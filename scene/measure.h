@@ -63,12 +63,13 @@ struct ElementMeasure
 KVO_EXPORT ElementMeasure measureElement(const PartInfoStr& part, std::uint32_t element);
 
 // Sums over the elements of a part whose mark is not 0, one mark per element; null takes all. The centroid is weighted
-// by volume when any element has one, else by area, else by length; the mean of the centroids when all weights are 0.
+// by volume when they have any in sum, else by area, else by length; the mean of the centroids when all weights are 0.
+// Runs on all cores, with the same result on any number of them.
 KVO_EXPORT ElementMeasure measureElements(const PartInfoStr& part, const std::uint8_t* marks);
 
-// Area of one face of an element, counted from 0 as the record's flat normals are (a shell's face is 0). A quadrilateral
-// has two ways of being cut into triangles; the smaller sum counts, which is exact for every flat one, also where it is
-// re-entrant. 0 for a face that does not exist.
+// Area of one face of an element, counted from 0 as the record's flat normals are (a shell's face is 0). A
+// quadrilateral has two ways of being cut into triangles; the smaller sum counts, which is exact for every flat one,
+// also where it is re-entrant. 0 for a face that does not exist.
 KVO_EXPORT double faceArea(const PartInfoStr& part, std::uint32_t element, unsigned int face);
 
 } // namespace kvo

@@ -18,8 +18,8 @@ enum class Quality
 {
     // 1 best, up to worstRatio. Triangles: longest side / (2 sqrt 3 x radius of the inscribed circle). Quadrilaterals:
     // longest side x perimeter / (4 x area). Tetrahedra: longest edge / (2 sqrt 6 x radius of the inscribed sphere).
-    // These are the aspect ratios of the Verdict geometric quality library's reference manual (Sandia, 2007); it has none
-    // for pyramids, wedges and hexahedra, which get the edge ratio. A 1 x 2 rectangle has 1.5.
+    // These are the aspect ratios of the Verdict geometric quality library's reference manual (Sandia, 2007); it has
+    // none for pyramids, wedges and hexahedra, which get the edge ratio. A 1 x 2 rectangle has 1.5.
     AspectRatio,
     // Longest edge / shortest edge, 1 best, up to worstRatio. A 1 x 2 rectangle has 2.
     EdgeRatio,
@@ -28,8 +28,8 @@ enum class Quality
     // flow meshers.
     Skew,
     // Degrees, 0 (flat) best to 180, the worst over all quadrilateral faces: the larger of the angles between the two
-    // triangles that either diagonal cuts the face into. With w this angle, the manual named above calls 1 - cos(w)^3 the
-    // warpage. 0 for triangles and tetrahedra, and for a diagonal with a triangle that has no area.
+    // triangles that either diagonal cuts the face into. With w this angle, the manual named above calls 1 - cos(w)^3
+    // the warpage. 0 for triangles and tetrahedra, and for a diagonal with a triangle that has no area.
     Warpage,
     // Degrees; smallest and largest corner angle of all faces, 0 and 180 worst. An angle is never larger than 180:
     // re-entrant corners show in the scaled Jacobian.
@@ -59,8 +59,8 @@ struct QualityInfo
 
 KVO_EXPORT const QualityInfo& qualityInfo(Quality quality);
 
-// One number per element of the part into out (numElements / nodesPerElement entries, partstr.h). A part without nodes or
-// indices is left alone and writes nothing. Runs on all cores.
+// One number per element of the part into out (numElements / nodesPerElement entries, partstr.h). A part without nodes
+// or indices is left alone and writes nothing. Runs on all cores.
 KVO_EXPORT void elementQuality(const PartInfoStr& part, Quality quality, float* out);
 
 // The same for one element; noQuality for a position outside the part.

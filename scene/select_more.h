@@ -22,7 +22,8 @@
 
 namespace kvo {
 
-// --- Sets --------------------------------------------------------------------------------------------------------------
+// --- Sets
+// --------------------------------------------------------------------------------------------------------------
 
 // Marks for everything that the parts of a model hold, one byte (0 or 1) each, all parts in one array. A set belongs to
 // the model that it was made for; sets of models with other counts do not fit together.
@@ -64,22 +65,24 @@ struct KVO_EXPORT NodeSet : MarkSet
     explicit NodeSet(CAEEnv& env); // empty, for the parts' own copies of the nodes
 };
 
-// --- The environment's selection ---------------------------------------------------------------------------------------
+// --- The environment's selection
+// ---------------------------------------------------------------------------------------
 
 // What is selected now, hidden parts included.
 KVO_EXPORT ElementSet selectedElements(CAEEnv& env);
 KVO_EXPORT NodeSet selectedNodes(CAEEnv& env); // of the parts; not the model-wide list of selectNodeList
 
 // Makes the set the selection, or adds it, through selectElement and selectNode for each entry: the environment's list
-// operations would show and hide parts and set projection and lights again (they need a context); these change marks and
-// the parts' selection flags only, print nothing and need no OpenGL. What is selected in hidden parts shows when they do.
-// False, with nothing changed, for a set that does not fit the model.
+// operations would show and hide parts and set projection and lights again (they need a context); these change marks
+// and the parts' selection flags only, print nothing and need no OpenGL. What is selected in hidden parts shows when
+// they do. False, with nothing changed, for a set that does not fit the model.
 KVO_EXPORT bool selectOnly(CAEEnv& env, const ElementSet& set);
 KVO_EXPORT bool selectAlso(CAEEnv& env, const ElementSet& set);
 KVO_EXPORT bool selectOnly(CAEEnv& env, const NodeSet& set);
 KVO_EXPORT bool selectAlso(CAEEnv& env, const NodeSet& set);
 
-// --- Making and growing sets -------------------------------------------------------------------------------------------
+// --- Making and growing sets
+// -------------------------------------------------------------------------------------------
 
 // Both ends belong to it; first > last is empty. A single id is {id, id}.
 struct IdRange
@@ -88,7 +91,7 @@ struct IdRange
 };
 
 // Corners x y z; points on the rim are inside. Empty where a low exceeds its high.
-struct Box
+struct ModelBox
 {
     double low[3], high[3];
 };
@@ -130,7 +133,8 @@ struct EdgePath
 struct ModelJoints;
 
 // Selects on one environment, which must outlive it. What connects elements is worked out when first needed and kept
-// until the parts in scope change: some 150 bytes per element. Sets that do not fit the model count as empty.
+// until the parts in scope change: 100 to 250 bytes per element. Sets that do not fit the model count as empty. One
+// selector is used by one thread at a time; it works on all cores itself.
 class KVO_EXPORT Selector
 {
 public:
@@ -154,8 +158,8 @@ public:
     // low <= quality <= high; elements without quality never.
     ElementSet elementsByQuality(Quality quality, float low, float high) const;
     // Nothing for a box with a NaN. Elements that cannot be drawn are in no box.
-    ElementSet elementsInBox(const Box& box, InBox rule) const;
-    NodeSet nodesInBox(const Box& box) const;
+    ElementSet elementsInBox(const ModelBox& box, InBox rule) const;
+    NodeSet nodesInBox(const ModelBox& box) const;
 
     // --- From a set
     ElementSet invert(const ElementSet& set) const;
@@ -173,8 +177,8 @@ public:
     ElementSet attached(const ElementSet& set);
 
     // From faces to their neighbours over edges, as long as the two faces' planes differ by no more than the angle in
-    // degrees (0: flat, 180: folded back; 0.001 degrees more for rounding), whichever way the faces are wound. Faces are
-    // those of shells, and of solids the ones that no second solid has; the start is every such face of the set's
+    // degrees (0: flat, 180: folded back; 0.001 degrees more for rounding), whichever way the faces are wound. Faces
+    // are those of shells, and of solids the ones that no second solid has; the start is every such face of the set's
     // elements. At an edge of three and more faces every pair counts by itself. Faces without area are not passed.
     // An element of a solid is reached with any of its faces.
     ElementSet growByAngle(const ElementSet& set, double degrees);
@@ -186,8 +190,8 @@ public:
     NodeSet nodesByAngle(unsigned int part, std::size_t element, unsigned int face, double degrees);
 
     // Along the edges that exactly one shell has, from a node (and towards its free neighbour `next`, where the loops
-    // through it are more than one or the direction matters) until it comes back or ends. Where free edges cross, the path
-    // keeps to the shells that it has been following. Empty for a node without free edges.
+    // through it are more than one or the direction matters) until it comes back or ends. Where free edges cross, the
+    // path keeps to the shells that it has been following. Empty for a node without free edges.
     EdgePath freeEdgePath(NodePosition start);
     EdgePath freeEdgePath(NodePosition start, NodePosition next);
 

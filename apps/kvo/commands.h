@@ -10,6 +10,8 @@ namespace kvo {
 
 void addImportCommand(CLI::App& program);
 void addInfoCommand(CLI::App& program);
+void addPickCommand(CLI::App& program);
+void addPlayCommand(CLI::App& program);
 void addRenderCommand(CLI::App& program);
 
 } // namespace kvo

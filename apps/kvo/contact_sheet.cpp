@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "names.h"
 #include "program_error.h"
 #include "text_painter.h"
+#include "vocabulary.h"
 
 namespace kvo {
 

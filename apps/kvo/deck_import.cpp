@@ -1,17 +1,33 @@
 // The one door to the deck readers.
 #include "deck_import.h"
 
-#include "abaqus/inp_reader.h"
 #include "deck.h"
 #include "model_builder.h"
 #include "model_summary.h"
 
 namespace kvo {
 
-void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress)
+void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress,
+                const DeckOptions& options)
 {
-    const Mesh mesh = readDeck(deck, log, std::move(progress));
-    writeModelDirectory(mesh, modelDirectory, log);
+    const DeckFormat* format = nullptr;
+    if (!options.format.empty()) {
+        format = findDeckFormat(options.format);
+        if (!format)
+            throw ImportError({}, "unknown deck format \"" + options.format + "\"");
+    }
+    const Mesh mesh = readDeck(deck, log, std::move(progress), format);
+    ModelOptions model;
+    model.shiftOrigin = options.shiftOrigin;
+    writeModelDirectory(mesh, modelDirectory, log, model);
+}
+
+std::vector<std::string> deckFormatKeys()
+{
+    std::vector<std::string> keys;
+    for (const DeckFormat& format : deckFormats())
+        keys.push_back(format.key);
+    return keys;
 }
 
 std::string summarizeLeftOut(const ImportLog& log)

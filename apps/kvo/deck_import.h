@@ -3,15 +3,26 @@
 #define KVO_DECK_IMPORT_H
 
 #include <string>
+#include <vector>
 
 #include "import_log.h"
 #include "progress.h"
 
 namespace kvo {
 
+struct DeckOptions
+{
+    std::string format;       // key of a format (deck.h); empty: by content and suffix
+    bool shiftOrigin = false; // ModelOptions::shiftOrigin
+};
+
 // Reads the deck and writes the model directory. Throws an exception whose message is "FILE:LINE: what"; what stood
 // under the model directory's name is then as it was.
-void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress);
+void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress,
+                const DeckOptions& options = {});
+
+// The keys of all formats, for options and messages.
+std::vector<std::string> deckFormatKeys();
 
 // What the log says that is missing in the model, in a few words: "3 elements of types that are not drawn, 2 warnings";
 // "" when nothing is.

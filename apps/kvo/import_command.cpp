@@ -23,13 +23,15 @@ struct ImportOptions
     std::string deck;
     std::string output;
     std::string log;
+    DeckOptions reading;
 };
 
 std::string manual()
 {
     std::string out = "\nFORMATS\n  A deck's format is told by what it contains, else by its ending.\n";
     for (const DeckFormat& format : deckFormats())
-        out += std::string("  ") + format.name + " (" + format.suffixes + "): " + format.summary + "\n";
+        out += std::string("  ") + format.key + ": " + format.name + " (" + format.suffixes + "): " + format.summary +
+               "\n";
     return out + R"(
 MODEL DIRECTORY
   MODELDIR appears when everything is written; an older model directory of that name is replaced. A file or
@@ -74,9 +76,12 @@ void import(const ImportOptions& options)
     ImportLog log(everything ? std::numeric_limits<std::size_t>::max() : 5);
     {
         ProgressBar bar("reading");
-        importDeck(options.deck, options.output, log, [&](std::uint64_t done, std::uint64_t total) {
-            bar.update(total ? static_cast<double>(done) / static_cast<double>(total) : 0);
-        });
+        importDeck(
+            options.deck, options.output, log,
+            [&](std::uint64_t done, std::uint64_t total) {
+                bar.update(total ? static_cast<double>(done) / static_cast<double>(total) : 0);
+            },
+            options.reading);
     }
     const ModelSource model(options.output);
     printSummary(std::cout, options, model.info());
@@ -98,6 +103,10 @@ void addImportCommand(CLI::App& program)
     command->add_option("deck", options->deck, "Deck to read, see below")->required()->type_name("DECK");
     command->add_option("-o,--output", options->output, "Model directory to write")->required()->type_name("MODELDIR");
     command->add_option("--log", options->log, "Write the whole report to this file")->type_name("FILE");
+    command->add_option("--format", options->reading.format, "The deck's format, where its content and ending mislead")
+        ->check(CLI::IsMember(deckFormatKeys(), CLI::ignore_case));
+    command->add_flag("--shift-origin", options->reading.shiftOrigin,
+                      "Move the model near 0, for coordinates that single precision cannot keep");
     command->footer(manual);
     command->callback([options] { import(*options); });
 }

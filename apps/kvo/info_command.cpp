@@ -1,44 +1,49 @@
 // kvo info: what a model consists of.
-#include <cmath>
 #include <iostream>
 #include <memory>
 
 #include <CLI/CLI.hpp>
 #include <GL/gl.h>
-#include <nlohmann/json.hpp>
 
 #include "caeenv.h"
 #include "commands.h"
+#include "deck_file.h"
+#include "json.h"
 #include "model_source.h"
 #include "model_summary.h"
-#include "names.h"
 #include "output_redirect.h"
 #include "program_error.h"
 #include "table.h"
+#include "vocabulary.h"
 
 namespace kvo {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 const char* const manual = R"(
 TABLE
   One line a part: its id, name, kind (shell, solid, beam, discrete), elements, the nodes that they use and
   the extents; then the totals. Nodes that several parts use count once in the total.
 
+SETS (--sets)
+  What the deck has beyond the parts: its sets of nodes, elements and parts, the sections and element types of
+  each part, and what is not drawn, such as masses and rigid elements.
+
 JSON (--json)
   {"model", "files": [{"name", "nodes"}],
    "totals": {"parts", "elements", "nodes", "elements_by_kind": {KIND: count}},
    "extents": {"min": [x, y, z], "max": [x, y, z]},
    "parts": [{"id", "name", "kind", "file", "elements", "nodes", "extents": {...}, "color": [r, g, b, a],
-              "property": {"id", "name"}, "material": {"id", "name"}}]}
+              "property": {"id", "name"}, "material": {"id", "name"}}],
+   "deck": {"format", "sources", "origin", "facts", "parts", "sets", "orientations", "undrawn"}}
+  deck is the model directory's deck.json, null without one; ids in it are numbers, or [first, last(, step)].
   Keys keep their names; a part without property or material has null there. New keys may be added.
 )";
 
 struct InfoOptions
 {
     std::string model;
+    bool sets = false;
     bool json = false;
 };
 
@@ -48,22 +53,6 @@ struct PartLine
     const ModelPartInfo& described;
     const PartInfoStr& loaded;
 };
-
-// Floats print with as many digits as tell them apart, not with those of their conversion to double.
-Json number(float value)
-{
-    if (!std::isfinite(value))
-        return nullptr;
-    char text[32];
-    std::snprintf(text, sizeof text, "%.9g", value);
-    for (int digits = 1; digits < 9; ++digits) {
-        char shorter[32];
-        std::snprintf(shorter, sizeof shorter, "%.*g", digits, value);
-        if (std::strtof(shorter, nullptr) == value)
-            return std::strtod(shorter, nullptr);
-    }
-    return std::strtod(text, nullptr);
-}
 
 Json extentsJson(const float extents[6])
 {
@@ -118,9 +107,9 @@ void printJson(const ModelSource& source, const std::vector<PartLine>& lines)
                         {"nodes", totals.nodes},
                         {"elements_by_kind", totals.elementsByKind}}},
                       {"extents", extentsJson(info.extents)},
-                      {"parts", parts}};
-    // Names of decks may be in any encoding; what is no UTF-8 is replaced.
-    std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+                      {"parts", parts},
+                      {"deck", readDeckFile(source)}};
+    std::cout << formatJson(all);
 }
 
 std::string range(const float extents[6], int axis)
@@ -186,6 +175,8 @@ void info(const InfoOptions& options)
         printJson(source, lines);
     else
         printTable(source, lines);
+    if (options.sets && !options.json)
+        std::cout << formatDeckFile(readDeckFile(source));
 }
 
 } // namespace
@@ -197,6 +188,7 @@ void addInfoCommand(CLI::App& program)
     command->add_option("model", options->model, "Model directory, or deck (imported for the while)")
         ->required()
         ->type_name("MODELDIR|DECK");
+    command->add_flag("--sets", options->sets, "Sets, sections and what is not drawn as well");
     command->add_flag("--json", options->json, "For programs, instead of a table");
     command->footer(manual);
     command->callback([options] { info(*options); });

@@ -17,6 +17,9 @@ EXAMPLES
   kvo render bracket -o bracket.png          a picture
   kvo render bracket.inp -o all.png --view all
                                              the seven views of a deck in one picture
+  kvo pick bracket --at 640,480 --type element
+                                             the element in the middle of the picture
+  kvo play tour.session bracket              a session: views, picks, selections, pictures
 
 Each command has its own manual: kvo render --help.
 
@@ -57,6 +60,8 @@ int main(int argc, char** argv)
     kvo::addImportCommand(program);
     kvo::addInfoCommand(program);
     kvo::addRenderCommand(program);
+    kvo::addPickCommand(program);
+    kvo::addPlayCommand(program);
     program.footer(manual); // after the commands, which would inherit it
     try {
         const int status = parseAndRun(program, argc, argv);

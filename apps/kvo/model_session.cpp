@@ -1,16 +1,16 @@
 // Context, environment and frames.
 #include "model_session.h"
 
-#include <algorithm>
+#include <cerrno>
 
 #include <GL/gl.h>
+#include <unistd.h>
 
 #include "bitmap_font.h"
 #include "caeenv.h"
 #include "headless_context.h"
 #include "model_frame.h"
 #include "model_source.h"
-#include "mtrans.h"
 #include "mview.h"
 #include "offscreen.h"
 #include "output_redirect.h"
@@ -21,6 +21,21 @@ namespace kvo {
 namespace {
 
 const int labelHeight = 13; // pixels of the corner labels' font
+
+// Parts as the model file lists them, in the order of the environment.
+ModelLabels labelsOf(const ModelSource& source, CAEEnv& env)
+{
+    ModelLabels out;
+    out.directory = source.trueDirectory();
+    out.model = source.trueName();
+    out.parts.resize(env.numParts);
+    for (const ModelPartInfo& part : source.info().parts) {
+        const auto index = env.pidMap.find(part.part.id);
+        if (index != env.pidMap.end() && index->second < env.numParts)
+            out.parts[index->second] = {part.part.id, part.part.name};
+    }
+    return out;
+}
 
 } // namespace
 
@@ -33,6 +48,7 @@ struct ModelSession::Impl
     Offscreen target;
     BitmapFont font;
     CAEEnv env;
+    ModelLabels labels;
 
     Impl(const ModelSource& source, const SessionOptions& o)
         : options(o), quiet(o.log), context(o.device), target(o.width, o.height, o.samples), font(labelHeight),
@@ -46,6 +62,7 @@ ModelSession::ModelSession(const ModelSource& source, const SessionOptions& opti
     loadParts(impl->env, source);
     if (impl->env.getNumParts() == 0)
         throw ProgramError(source.shownName(), "the model has no parts");
+    impl->labels = labelsOf(source, impl->env);
     impl->env.loadAndInitGL(impl->font.base(), true, nullptr);
     const Color& c = options.background;
     glClearColor(c.r / 255.0f, c.g / 255.0f, c.b / 255.0f, 1);
@@ -58,18 +75,19 @@ CAEEnv& ModelSession::env()
     return impl->env;
 }
 
-std::set<unsigned int> ModelSession::partIds()
+const ModelLabels& ModelSession::labels() const
 {
-    std::set<unsigned int> out;
-    for (const auto& entry : *impl->env.getPartsMapPtr())
-        out.insert(entry.first);
-    return out;
+    return impl->labels;
 }
 
-void ModelSession::showParts(const std::set<unsigned int>& ids)
+int ModelSession::width() const
 {
-    std::vector<unsigned int> list(ids.begin(), ids.end());
-    impl->env.processPartsByID(PART_SHOWN, &list);
+    return impl->target.width();
+}
+
+int ModelSession::height() const
+{
+    return impl->target.height();
 }
 
 void ModelSession::setView(int viewType)
@@ -77,27 +95,27 @@ void ModelSession::setView(int viewType)
     impl->env.getMViewPtr()->mViewType = viewType;
 }
 
-void ModelSession::play(const Operation& operation)
-{
-    if (operation.view) {
-        setView(operation.view);
-    } else {
-        float values[4];
-        windowValues(operation, impl->target.height(), values);
-        impl->env.getMTransformPtr()->updateValues(operation.trans, values);
-    }
-    drawFrame();
-}
-
 void ModelSession::drawFrame()
 {
-    applyFrame(impl->env, impl->target.width(), impl->target.height());
+    applyFrame(impl->env, width(), height());
+    // Selected nodes are lit by whatever normal was given last; so that is not one of the frame before.
+    glNormal3f(0, 0, 1);
     impl->env.renderModel();
 }
 
 Picture ModelSession::picture()
 {
     return impl->target.read();
+}
+
+void ModelSession::print(const std::string& text)
+{
+    for (std::size_t done = 0; done < text.size();) {
+        const ssize_t count = write(impl->quiet.standardOutput(), text.data() + done, text.size() - done);
+        if (count < 0 && errno != EINTR)
+            throw ProgramError("standard output cannot be written");
+        done += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
 }
 
 } // namespace kvo

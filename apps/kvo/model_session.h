@@ -1,18 +1,15 @@
 // A model in a context without a display: loaded, framed, drawn frame by frame. What commands that draw share.
 //
 // The library's commentary goes to the log, or nowhere, for as long as the session lives; messages to the user are
-// thrown and appear when it has ended.
+// thrown and appear when it has ended, results are printed through it.
 #ifndef KVO_MODEL_SESSION_H
 #define KVO_MODEL_SESSION_H
 
 #include <memory>
-#include <set>
 #include <string>
 
-#include "ops_file.h"
 #include "picture.h"
-
-class CAEEnv;
+#include "session_player.h"
 
 namespace kvo {
 
@@ -29,27 +26,22 @@ struct SessionOptions
     std::string log;             // file for the library's commentary; "" drops it
 };
 
-class ModelSession
+class ModelSession : public SessionTarget
 {
 public:
     // Makes the context and loads the model. Throws HostError or ProgramError. The source must outlive the session.
     ModelSession(const ModelSource& source, const SessionOptions& options);
-    ~ModelSession();
-
-    CAEEnv& env();
-    std::set<unsigned int> partIds();
-
-    // Shows exactly these parts.
-    void showParts(const std::set<unsigned int>& ids);
+    ~ModelSession() override;
 
     void setView(int viewType); // _MViewType, from the next frame on
 
-    // One operation of an operation file, then a frame.
-    void play(const Operation& operation);
-
-    // Frames the visible parts and draws.
-    void drawFrame();
-    Picture picture();
+    CAEEnv& env() override;
+    const ModelLabels& labels() const override;
+    int width() const override;
+    int height() const override;
+    void drawFrame() override;
+    Picture picture() override;
+    void print(const std::string& text) override; // on the program's standard output
 
 private:
     struct Impl;

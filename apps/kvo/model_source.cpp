@@ -84,6 +84,8 @@ struct ModelSource::Impl
     std::string dir;
     std::string realDir; // what dir is short for
     std::string model;
+    std::string trueDirectory;
+    std::string trueName;
     ModelInfo info;
     std::unique_ptr<TemporaryDirectory> temporary;
     std::unique_ptr<ShortName> alias;
@@ -133,6 +135,9 @@ ModelSource::ModelSource(const std::string& path) : impl(new Impl)
     else
         impl->importTemporary(path);
     impl->titleText = fs::is_directory(status) ? impl->model : fs::path(path).stem().string();
+    const fs::path full = fs::canonical(path);
+    impl->trueDirectory = full.parent_path().string();
+    impl->trueName = full.filename().string();
     impl->shortenPath();
     std::string problem;
     if (!readModelInfo(impl->dir, impl->model, &impl->info, &problem))
@@ -149,6 +154,16 @@ const std::string& ModelSource::dirName() const
 const std::string& ModelSource::modelName() const
 {
     return impl->model;
+}
+
+const std::string& ModelSource::trueDirectory() const
+{
+    return impl->trueDirectory;
+}
+
+const std::string& ModelSource::trueName() const
+{
+    return impl->trueName;
 }
 
 const std::string& ModelSource::shownName() const

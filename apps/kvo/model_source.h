@@ -27,6 +27,10 @@ public:
     // A message of the library or the reader, with the short name replaced by the directory that it stands for.
     std::string withRealNames(std::string text) const;
 
+    // Where the model directory or the deck really is: its folder without symbolic links, and its name in it.
+    const std::string& trueDirectory() const;
+    const std::string& trueName() const;
+
     // As the user wrote it, for messages.
     const std::string& shownName() const;
     // The directory's or deck's own name, without folders and ending, for titles.

@@ -4,7 +4,7 @@
 #include <numeric>
 
 #include "model_source.h"
-#include "names.h"
+#include "vocabulary.h"
 
 namespace kvo {
 

@@ -1,48 +1,37 @@
 // kvo render: a picture of a model.
-#include <algorithm>
-#include <map>
 #include <memory>
 
 #include <CLI/CLI.hpp>
-#include <GL/gl.h>
 
-#include "caeenv.h"
-#include "colors.h"
 #include "commands.h"
 #include "contact_sheet.h"
-#include "headless_context.h"
-#include "id_list.h"
+#include "contract_picker.h"
+#include "drawing_options.h"
 #include "model_session.h"
 #include "model_source.h"
 #include "model_summary.h"
 #include "mtrans.h"
-#include "names.h"
-#include "ops_file.h"
 #include "program_error.h"
+#include "scene_options.h"
+#include "view_state.h"
+#include "vocabulary.h"
 
 namespace kvo {
 
 namespace {
 
-const std::map<std::string, int> polygonModes = {{"fill", GL_FILL}, {"line", GL_LINE}, {"point", GL_POINT}};
-const std::map<std::string, int> shadeModels = {{"flat", GL_FLAT}, {"smooth", GL_SMOOTH}};
-
 struct RenderOptions
 {
     std::string model;
     std::string output;
-    std::string view = "iso";
-    std::string size;
-    std::string shade = "smooth";
     std::string mode = "fill";
-    std::string parts;
-    std::string hide;
-    std::string ops;
-    std::string background = "#22272e";
-    std::string device = "auto";
-    std::string log;
-    int samples = 4;
+    std::string saveState;
+    DrawingOptions drawing;
+    SceneOptions scene;
     bool boxes = false;
+    bool modeGiven = false;
+
+    bool sheet() const { return scene.view == "all"; }
 };
 
 std::string manual()
@@ -56,106 +45,92 @@ PARTS
   Lists are ids and ranges: 1,5-9. An id that the model does not have is an error, a range takes what is
   there. --hide is applied after --parts.
 
-OPERATIONS (--ops FILE)
-  A text file of view operations, one a line, # begins a comment; each line is carried out and a frame
-  drawn, and the picture is the frame of the last line (end with NO_TRANSFORM for a picture without the
-  mark that zooming leaves for one frame). Positions are pixels from the picture's top left corner, y
-  downwards. The names and their values:
-)" + describeOperations() +
-           R"(
-DEVICES (--device)
-  auto      graphics hardware where EGL offers it, else the processor
-  software  the processor: the same picture on every machine
-  N         one of the devices that EGL lists here:)" +
-           describeRenderDevices() +
-           R"(
+SELECTIONS
+  Selected parts and elements are blue, highlighted parts green, selected nodes are blue points. Elements
+  and nodes go by their own ids, in every part that has them; 3:17,20-30 takes them in part 3 only, up to
+  the next PART: of the list.
 
+VIEW STATE
+  --save-state keeps the view after the last operation, with the parts' visibility, selection and colours;
+  --state begins with it. What the command line says as well (--view, --shade, --mode, --parts, ...) is
+  applied after it. A file that does not belong to the model, or is damaged, is an error.
+
+OPERATIONS (--ops FILE)
+  A text file of operations, one a line, # begins a comment; each line is carried out and a frame drawn,
+  and the picture is the frame of the last line (end with NO_TRANSFORM for a picture without the mark that
+  zooming leaves for one frame). Positions are pixels from the picture's top left corner, y downwards. The
+  operations and their words:
+)" + describeOperations() +
+           describeDevices() + R"(
 EXAMPLES
   kvo render bracket -o bracket.png --view front --size 800x600
   kvo render car.inp -o hull.png --hide 7,20-29 --mode line
   kvo render bracket -o sheet.png --view all --size 1600x900 --background white
+  kvo render bracket -o weld.png --highlight 2 --select-elements 1:100-180 --save-state weld.state
 )";
 }
 
-// "1280x800"; empty: the default for the kind of picture.
-void parseSize(const RenderOptions& options, int& width, int& height)
+Picture drawSheet(ModelSession& session, const ContactSheet& sheet, const ModelSource& source, const SceneSetup& scene)
 {
-    const bool sheet = options.view == "all";
-    width = sheet ? 1600 : 1280;
-    height = 960;
-    if (options.size.empty())
-        return;
-    char rest = 0;
-    if (std::sscanf(options.size.c_str(), "%5dx%5d%c", &width, &height, &rest) != 2 || width < 1 || height < 1)
-        throw UsageError("--size: \"" + options.size + "\" is no size such as 1280x800");
+    ContractPicker picker;
+    Operation reset; // every view starts afresh
+    reset.code = RESET_TRANSFORM;
+    const auto draw = [&](std::size_t k) {
+        session.setView(standardViews()[k].type);
+        session.drawFrame();
+        playOperation(session, picker, reset);
+        playSession(session, picker, scene.session);
+        return session.picture();
+    };
+    return sheet.compose(draw, describeModel(source));
 }
 
-SessionOptions sessionOptions(const RenderOptions& options)
+// Seven views play the operations seven times, so only what turns and moves makes sense.
+void checkSheet(const RenderOptions& options, const Session& session)
 {
-    SessionOptions out;
-    parseSize(options, out.width, out.height);
-    out.samples = options.samples;
-    out.shadeModel = shadeModels.at(options.shade);
-    out.background = parseColor(options.background, "--background");
-    out.device = options.device;
-    out.log = options.log;
-    return out;
+    if (!options.scene.state.empty() || !options.saveState.empty())
+        throw UsageError("--view all goes neither with --state nor with --save-state");
+    for (const Operation& operation : session.operations) {
+        if (operation.verb != Verb::Transform)
+            throw ProgramError(session.file, operation.line,
+                               formatOperation(operation) + " cannot be used with --view all");
+    }
 }
 
-void choosePartsToShow(ModelSession& session, const std::vector<IdRange>& parts, const std::vector<IdRange>& hide)
+SessionOptions pictureOptions(const RenderOptions& options, const Session& session)
 {
-    if (parts.empty() && hide.empty())
-        return;
-    const std::set<unsigned int> known = session.partIds();
-    std::set<unsigned int> shown = parts.empty() ? known : resolveIds(parts, known, "part");
-    for (unsigned int id : resolveIds(hide, known, "part"))
-        shown.erase(id);
-    if (shown.empty())
-        throw ProgramError("no part is left to draw");
-    session.showParts(shown);
+    if (options.sheet())
+        return sessionOptions(options.drawing, 1600, 960);
+    return sessionOptions(options.drawing, session.width ? session.width : 1280, session.height ? session.height : 960);
 }
 
-// One view, with the operations played in it. The first frame is what operations start from.
-Picture drawView(ModelSession& session, int viewType, const std::vector<Operation>& operations)
+Picture drawPicture(ModelSession& session, const RenderOptions& options, const SceneSetup& scene)
 {
-    session.setView(viewType);
-    session.drawFrame();
-    for (const Operation& operation : operations)
-        session.play(operation);
+    ContractPicker picker;
+    playSession(session, picker, scene.session);
+    if (!options.saveState.empty())
+        saveViewState(session.env(), session.labels(), options.saveState);
     return session.picture();
 }
 
-Picture drawSheet(ModelSession& session, const ContactSheet& sheet, const ModelSource& source,
-                  std::vector<Operation> operations)
+SceneSetup sceneOf(const RenderOptions& options)
 {
-    Operation reset; // every view starts afresh
-    reset.trans = RESET_TRANSFORM;
-    operations.insert(operations.begin(), reset);
-    return sheet.compose([&](std::size_t k) { return drawView(session, standardViews()[k].type, operations); },
-                         describeModel(source));
-}
-
-void checkOperations(const RenderOptions& options, const std::vector<Operation>& operations)
-{
-    for (const Operation& operation : operations) {
-        if (operation.view && options.view == "all")
-            throw ProgramError(options.ops, operation.line, "VIEW cannot be used with --view all");
-    }
+    SceneSetup out = parseScene(options.scene);
+    if (options.drawing.shadeGiven)
+        out.shade = findCode(shadeModels(), options.drawing.shade)->code;
+    if (options.modeGiven)
+        out.mode = findCode(polygonModes(), options.mode)->code;
+    out.boxes = options.boxes;
+    return out;
 }
 
 void render(const RenderOptions& options)
 {
-    SessionOptions settings = sessionOptions(options);
-    const std::vector<IdRange> parts =
-        options.parts.empty() ? std::vector<IdRange>() : parseIdList(options.parts, "--parts");
-    const std::vector<IdRange> hide =
-        options.hide.empty() ? std::vector<IdRange>() : parseIdList(options.hide, "--hide");
-    const std::vector<Operation> operations =
-        options.ops.empty() ? std::vector<Operation>() : readOperations(options.ops);
-    checkOperations(options, operations);
-
+    const SceneSetup scene = sceneOf(options);
+    SessionOptions settings = pictureOptions(options, scene.session);
     std::unique_ptr<ContactSheet> sheet;
-    if (options.view == "all") {
+    if (options.sheet()) {
+        checkSheet(options, scene.session);
         sheet = std::make_unique<ContactSheet>(settings.width, settings.height, settings.background);
         settings.width = sheet->viewWidth();
         settings.height = sheet->viewHeight();
@@ -163,30 +138,9 @@ void render(const RenderOptions& options)
     const ModelSource source(options.model);
     warnOfLeftOut(source);
     ModelSession session(source, settings);
-    choosePartsToShow(session, parts, hide);
-    session.env().setPolygonMode(polygonModes.at(options.mode));
-    if (options.boxes)
-        session.env().setBoxDisplay(PART_SHOWN);
-    const Picture picture = sheet ? drawSheet(session, *sheet, source, operations)
-                                  : drawView(session, findView(options.view)->type, operations);
+    openScene(session, scene);
+    const Picture picture = sheet ? drawSheet(session, *sheet, source, scene) : drawPicture(session, options, scene);
     writePng(picture, options.output);
-}
-
-std::vector<std::string> viewNames()
-{
-    std::vector<std::string> out;
-    for (const NamedView& view : standardViews())
-        out.push_back(view.name);
-    out.push_back("all");
-    return out;
-}
-
-template <class Map> std::vector<std::string> keys(const Map& map)
-{
-    std::vector<std::string> out;
-    for (const auto& entry : map)
-        out.push_back(entry.first);
-    return out;
 }
 
 } // namespace
@@ -199,31 +153,21 @@ void addRenderCommand(CLI::App& program)
         ->required()
         ->type_name("MODELDIR|DECK");
     command->add_option("-o,--output", options->output, "Picture to write")->required()->type_name("OUT.png");
-    command->add_option("--view", options->view, "Standard view, or all: a contact sheet of the seven")
-        ->check(CLI::IsMember(viewNames()))
-        ->type_name("VIEW")
-        ->capture_default_str();
-    command->add_option("--size", options->size, "Pixels of the picture (1280x960; contact sheet 1600x960)")
-        ->type_name("WxH");
-    command->add_option("--shade", options->shade, "Light per element (flat) or per node (smooth)")
-        ->check(CLI::IsMember(keys(shadeModels)))
-        ->capture_default_str();
+    std::vector<std::string> views = standardViewNames();
+    views.push_back("all");
+    addViewOption(*command, options->scene, views, "Standard view, or all: a contact sheet of the seven");
+    addContextOptions(*command, options->drawing, "1280x960; contact sheet 1600x960");
+    addLookOptions(*command, options->drawing);
     command->add_option("--mode", options->mode, "Draw faces, their edges or their corners")
-        ->check(CLI::IsMember(keys(polygonModes)))
+        ->check(CLI::IsMember(namesOf(polygonModes())))
+        ->each([options = options.get()](const std::string&) { options->modeGiven = true; })
         ->capture_default_str();
-    command->add_option("--parts", options->parts, "Draw only these parts")->type_name("IDS");
-    command->add_option("--hide", options->hide, "Do not draw these parts")->type_name("IDS");
+    addPartOptions(*command, options->scene);
+    addSelectionOptions(*command, options->scene);
     command->add_flag("--boxes", options->boxes, "Draw the parts' bounding boxes with numbered corners");
-    command->add_option("--ops", options->ops, "Play a file of view operations")->type_name("FILE");
-    command->add_option("--background", options->background, "#RRGGBB, black, white or grey")
-        ->type_name("COLOR")
-        ->capture_default_str();
-    command->add_option("--samples", options->samples, "Samples a pixel for smooth edges; 1: none")
-        ->check(CLI::Range(1, 64))
-        ->capture_default_str();
-    command->add_option("--device", options->device, "What draws: auto, software or a number, see below")
-        ->capture_default_str();
-    command->add_option("--log", options->log, "Keep the library's commentary in this file")->type_name("FILE");
+    addStateAndOpsOptions(*command, options->scene);
+    command->add_option("--save-state", options->saveState, "Save the view state after the last operation")
+        ->type_name("FILE");
     command->footer(manual);
     command->callback([options] { render(*options); });
 }

@@ -47,6 +47,13 @@ void appendScope(InpScope& to, InpScope&& from)
         }
         to.mesh.blocks.push_back(std::move(block));
     }
+    for (const UndrawnElements& undrawn : from.mesh.undrawn) {
+        for (std::size_t e = 0; e < undrawn.ids.size(); ++e) {
+            const std::size_t stop = e + 1 < undrawn.starts.size() ? undrawn.starts[e + 1] : undrawn.nodes.size();
+            to.mesh.addUndrawn(undrawn.type, undrawn.ids[e], undrawn.nodes.data() + undrawn.starts[e],
+                               stop - undrawn.starts[e]);
+        }
+    }
     appendSets(to.nodeSets, from.nodeSets);
     appendSets(to.elementSets, from.elementSets);
     to.sections.insert(to.sections.end(), from.sections.begin(), from.sections.end());
@@ -266,6 +273,25 @@ void addGroupParts(InpScope& scope, const std::string& prefix, Mesh& mesh)
     }
 }
 
+// Beams without a third node have the direction of their section, which turns with the instance.
+void addDirections(InpScope& scope, const Mesh& mesh, std::uint32_t firstSection)
+{
+    Transform turn = scope.placement;
+    turn.t = {0, 0, 0};
+    for (const ElementBlock& block : scope.mesh.blocks) {
+        if (mesh.types[block.type].family != Family::Beam) {
+            continue;
+        }
+        for (std::size_t e = 0; e < block.size(); ++e) {
+            const std::size_t section = std::size_t(block.part[e]) - firstSection;
+            if (block.nodes[3 * e + 2] == noNode && section < scope.sections.size() &&
+                scope.sections[section].hasDirection) {
+                scope.mesh.orient(block.ids[e], turn.apply(scope.sections[section].direction));
+            }
+        }
+    }
+}
+
 void addSectionParts(InpScope& scope, const std::string& prefix, Mesh& mesh, Materials& materials, ImportLog& log)
 {
     const std::uint32_t first = static_cast<std::uint32_t>(mesh.parts.size());
@@ -276,6 +302,7 @@ void addSectionParts(InpScope& scope, const std::string& prefix, Mesh& mesh, Mat
         part.propertyId = static_cast<std::int64_t>(mesh.parts.size()) + 1;
         part.materialId = materials.idOf(section.material);
         part.materialName = section.material;
+        part.data = section.data;
         mesh.parts.push_back(part);
     }
     // The section parts come first, so the elements' group parts are added behind them before sections take elements
@@ -294,6 +321,43 @@ void addSectionParts(InpScope& scope, const std::string& prefix, Mesh& mesh, Mat
         }
         forEachRange(scope.elementSets, nameKey(section.elset),
                      [&](const IdRange& range) { elements.assign(range, part); });
+    }
+    addDirections(scope, mesh, first);
+}
+
+// --- sets ---
+
+void addSets(const InpSets& sets, MeshSet::Of of, std::uint32_t file, Mesh& mesh)
+{
+    for (const auto& entry : sets) {
+        MeshSet& set = mesh.sets.emplace_back();
+        set.name = entry.second.name;
+        set.of = of;
+        set.file = file;
+        forEachRange(sets, entry.first,
+                     [&](const IdRange& range) { set.ids.addRange(range.first, range.last, range.step); });
+    }
+}
+
+// files: of the scopes, an index into mesh.files; MeshSet::wholeMesh for scopes without a file.
+void addAllSets(const std::vector<InpScope>& scopes, const std::vector<std::uint32_t>& files, Mesh& mesh)
+{
+    const auto fileOf = [&](std::size_t k) { return mesh.files.size() < 2 ? MeshSet::wholeMesh : files[k]; };
+    for (std::size_t k = 0; k < scopes.size(); ++k) {
+        const InpScope& scope = scopes[k];
+        if (files[k] != MeshSet::wholeMesh) {
+            addSets(scope.nodeSets, MeshSet::Of::Nodes, fileOf(k), mesh);
+            addSets(scope.elementSets, MeshSet::Of::Elements, fileOf(k), mesh);
+        }
+        for (const auto& foreign : scope.foreignSets) {
+            const auto owner = std::find_if(scopes.begin(), scopes.end(),
+                                            [&](const InpScope& s) { return nameKey(s.name) == foreign.first; });
+            const std::size_t index = static_cast<std::size_t>(owner - scopes.begin());
+            if (owner != scopes.end() && files[index] != MeshSet::wholeMesh) {
+                addSets(foreign.second.nodes, MeshSet::Of::Nodes, fileOf(index), mesh);
+                addSets(foreign.second.elements, MeshSet::Of::Elements, fileOf(index), mesh);
+            }
+        }
     }
 }
 
@@ -326,16 +390,19 @@ Mesh assembleInp(InpModel& model, ImportLog& log)
     mesh.sourceFiles = std::move(model.sourceFiles);
     mesh.types = std::move(model.types);
     Materials materials;
+    std::vector<std::uint32_t> files;
     for (InpScope& scope : scopes) {
         const bool alone = filled < 2 || scope.name.empty();
         checkSets(scope.elementSets, log);
         checkSets(scope.nodeSets, log);
         addSectionParts(scope, alone ? std::string() : scope.name + ".", mesh, materials, log);
+        files.push_back(scope.empty() ? MeshSet::wholeMesh : static_cast<std::uint32_t>(mesh.files.size()));
         if (!scope.empty()) {
             scope.mesh.name = alone ? std::string() : scope.name;
             mesh.files.push_back(std::move(scope.mesh));
         }
     }
+    addAllSets(scopes, files, mesh);
     finishMesh(mesh, log);
     for (std::size_t k = 0; k < mesh.parts.size(); ++k) {
         mesh.parts[k].id = static_cast<std::int64_t>(k) + 1;

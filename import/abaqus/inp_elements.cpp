@@ -1,12 +1,9 @@
 // *ELEMENT cards.
 #include "inp_elements.h"
 
-#include "inp_reader.h" // listElementsNotDrawn
 #include "text/numbers.h"
 
 namespace kvo {
-
-const char* const listElementsNotDrawn = "element types not drawn";
 
 namespace {
 
@@ -115,6 +112,7 @@ void InpElementReader::add()
         store(id);
     } else {
         ++element.undrawn;
+        scope->mesh.addUndrawn(element.typeName, id, element.entries + 1, static_cast<std::size_t>(element.count) - 1);
     }
     if (element.set) {
         element.set->add(id);

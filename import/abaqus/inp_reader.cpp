@@ -6,12 +6,11 @@
 #include "inp_assemble.h"
 #include "inp_elements.h"
 #include "inp_generate.h"
+#include "inp_sections.h"
 #include "text/deck_lines.h"
 #include "text/fields.h"
 
 namespace kvo {
-
-const char* const listKeywordsNotRead = "keywords not read";
 
 namespace {
 
@@ -52,6 +51,7 @@ private:
     void beginSet(const KeywordLine& line, InpSet& set);
     void dataSet(std::string_view line);
     void beginSection(const KeywordLine& line);
+    void dataSection(std::string_view line);
     void beginInclude(const KeywordLine& line);
     void beginSystem(const KeywordLine& line);
     void dataSystem(std::string_view line);
@@ -73,6 +73,8 @@ private:
     InpModel model;
     InpElementReader elements;
     InpGenerator generator;
+    InpSectionReader sections;
+    bool inSection = false;    // the section card covers something
     InpScope* scope = nullptr; // what the current cards belong to
     const Card* card = nullptr;
 
@@ -82,7 +84,7 @@ private:
     Vec3 systemPoints[3] = {};
     Place systemPlace;
     bool systemTurned = false;   // more than an origin is given
-    InpSet* listedSet = nullptr; // of *NSET / *ELSET; null: not kept
+    InpSet* listedSet = nullptr; // of *NSET / *ELSET
     bool generate = false;
     int dataLines = 0; // of the current card
 };
@@ -105,25 +107,25 @@ const InpReader::Card InpReader::cards[] = {
     {"NCOPY", &InpReader::beginGenerate, &InpReader::dataGenerate, &InpReader::endGenerate, nullptr},
     {"ELGEN", &InpReader::beginGenerate, &InpReader::dataGenerate, &InpReader::endGenerate, nullptr},
     {"ELCOPY", &InpReader::beginGenerate, &InpReader::dataGenerate, &InpReader::endGenerate, nullptr},
-    {"SOLIDSECTION", &InpReader::beginSection, nullptr, nullptr, "solid section"},
-    {"SHELLSECTION", &InpReader::beginSection, nullptr, nullptr, "shell section"},
-    {"SHELLGENERALSECTION", &InpReader::beginSection, nullptr, nullptr, "shell general section"},
-    {"MEMBRANESECTION", &InpReader::beginSection, nullptr, nullptr, "membrane section"},
-    {"MEMBRANE", &InpReader::beginSection, nullptr, nullptr, "membrane section"},
-    {"SURFACESECTION", &InpReader::beginSection, nullptr, nullptr, "surface section"},
-    {"BEAMSECTION", &InpReader::beginSection, nullptr, nullptr, "beam section"},
-    {"BEAMGENERALSECTION", &InpReader::beginSection, nullptr, nullptr, "beam general section"},
-    {"FRAMESECTION", &InpReader::beginSection, nullptr, nullptr, "frame section"},
-    {"TRUSSSECTION", &InpReader::beginSection, nullptr, nullptr, "truss section"},
-    {"COHESIVESECTION", &InpReader::beginSection, nullptr, nullptr, "cohesive section"},
-    {"GASKETSECTION", &InpReader::beginSection, nullptr, nullptr, "gasket section"},
-    {"EULERIANSECTION", &InpReader::beginSection, nullptr, nullptr, "eulerian section"},
-    {"FLUIDSECTION", &InpReader::beginSection, nullptr, nullptr, "fluid section"},
-    {"CONNECTORSECTION", &InpReader::beginSection, nullptr, nullptr, "connector section"},
-    {"SPRING", &InpReader::beginSection, nullptr, nullptr, "spring"},
-    {"DASHPOT", &InpReader::beginSection, nullptr, nullptr, "dashpot"},
-    {"JOINT", &InpReader::beginSection, nullptr, nullptr, "joint"},
-    {"GAP", &InpReader::beginSection, nullptr, nullptr, "gap"},
+    {"SOLIDSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "solid section"},
+    {"SHELLSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "shell section"},
+    {"SHELLGENERALSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "shell general section"},
+    {"MEMBRANESECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "membrane section"},
+    {"MEMBRANE", &InpReader::beginSection, &InpReader::dataSection, nullptr, "membrane section"},
+    {"SURFACESECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "surface section"},
+    {"BEAMSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "beam section"},
+    {"BEAMGENERALSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "beam general section"},
+    {"FRAMESECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "frame section"},
+    {"TRUSSSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "truss section"},
+    {"COHESIVESECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "cohesive section"},
+    {"GASKETSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "gasket section"},
+    {"EULERIANSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "eulerian section"},
+    {"FLUIDSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "fluid section"},
+    {"CONNECTORSECTION", &InpReader::beginSection, &InpReader::dataSection, nullptr, "connector section"},
+    {"SPRING", &InpReader::beginSection, &InpReader::dataSection, nullptr, "spring"},
+    {"DASHPOT", &InpReader::beginSection, &InpReader::dataSection, nullptr, "dashpot"},
+    {"JOINT", &InpReader::beginSection, &InpReader::dataSection, nullptr, "joint"},
+    {"GAP", &InpReader::beginSection, &InpReader::dataSection, nullptr, "gap"},
     {"INCLUDE", &InpReader::beginInclude, nullptr, nullptr, nullptr},
     {"END", nullptr, nullptr, nullptr, nullptr},
 };
@@ -150,8 +152,8 @@ Mesh InpReader::read()
     while (deck.next(line)) {
         line = withoutLeadingBlanks(line);
         if (line.empty()) {
-            // An empty line is a data line to *INSTANCE only, where it means "not moved".
-            dataLines += card && card->data == &InpReader::dataInstance;
+            // An empty line is a data line to *INSTANCE, where it means "not moved", and to sections.
+            dataLines += card && (card->data == &InpReader::dataInstance || card->data == &InpReader::dataSection);
         } else if (line[0] != '*') {
             if (card && card->data) {
                 (this->*card->data)(line);
@@ -360,7 +362,8 @@ void InpReader::beginNset(const KeywordLine& line)
     if (line.value("NSET").empty()) {
         throw ImportError(line.place, "*NSET without NSET=");
     }
-    beginSet(line, scope->nodeSet(line.value("NSET")));
+    InpSets* foreign = line.has("INSTANCE") ? &scope->foreignSets[nameKey(line.value("INSTANCE"))].nodes : nullptr;
+    beginSet(line, foreign ? namedSet(*foreign, line.value("NSET")) : scope->nodeSet(line.value("NSET")));
 }
 
 void InpReader::beginElset(const KeywordLine& line)
@@ -368,7 +371,8 @@ void InpReader::beginElset(const KeywordLine& line)
     if (line.value("ELSET").empty()) {
         throw ImportError(line.place, "*ELSET without ELSET=");
     }
-    beginSet(line, scope->elementSet(line.value("ELSET")));
+    InpSets* foreign = line.has("INSTANCE") ? &scope->foreignSets[nameKey(line.value("INSTANCE"))].elements : nullptr;
+    beginSet(line, foreign ? namedSet(*foreign, line.value("ELSET")) : scope->elementSet(line.value("ELSET")));
 }
 
 void InpReader::beginSet(const KeywordLine& line, InpSet& set)
@@ -376,17 +380,13 @@ void InpReader::beginSet(const KeywordLine& line, InpSet& set)
     generate = line.has("GENERATE");
     set.unsorted = set.unsorted || line.has("UNSORTED");
     set.place = line.place;
-    // Ids with INSTANCE= count in another scope; nothing that is drawn needs them.
-    listedSet = line.has("INSTANCE") ? nullptr : &set;
+    listedSet = &set;
     includeInput(line);
 }
 
 void InpReader::dataSet(std::string_view line)
 {
     CommaFields fields(line);
-    if (!listedSet) {
-        return;
-    }
     if (generate) {
         std::int64_t values[3] = {0, 0, 1};
         Field field = Field::Value;
@@ -418,12 +418,19 @@ void InpReader::dataSet(std::string_view line)
 
 void InpReader::beginSection(const KeywordLine& line)
 {
-    const std::string elset = line.value("ELSET");
-    if (elset.empty()) {
+    inSection = !line.value("ELSET").empty();
+    if (!inSection) {
         log.warn("sections without a set", line.place, line.name + " without ELSET= covers nothing");
         return;
     }
-    scope->sections.push_back({card->section, elset, line.value("MATERIAL"), line.place});
+    sections.begin(*scope, card->section, line);
+}
+
+void InpReader::dataSection(std::string_view line)
+{
+    if (inSection) {
+        sections.data(line, dataLines);
+    }
 }
 
 // --- parts, instances, assembly ---

@@ -16,10 +16,6 @@
 
 namespace kvo {
 
-// Titles of the log's lists.
-extern const char* const listKeywordsNotRead;  // "*BOUNDARY" and how many of them
-extern const char* const listElementsNotDrawn; // types without a picture, and how many elements of them
-
 // Does the text begin like an input deck?
 bool looksLikeInp(const MappedFile& file);
 

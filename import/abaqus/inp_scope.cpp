@@ -7,8 +7,6 @@
 
 namespace kvo {
 
-namespace {
-
 InpSet& namedSet(InpSets& sets, const std::string& name)
 {
     InpSet& set = sets[nameKey(name)];
@@ -17,8 +15,6 @@ InpSet& namedSet(InpSets& sets, const std::string& name)
     }
     return set;
 }
-
-} // namespace
 
 void InpSet::add(std::int64_t id)
 {

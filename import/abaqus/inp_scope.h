@@ -15,13 +15,6 @@
 
 namespace kvo {
 
-struct IdRange
-{
-    std::int64_t first;
-    std::int64_t last;
-    std::int64_t step; // above 0
-};
-
 // Ids and names of further sets. Runs of consecutive ids take one range.
 struct InpSet
 {
@@ -37,6 +30,9 @@ struct InpSet
 
 using InpSets = std::map<std::string, InpSet>; // by nameKey()
 
+// The set of that name, made if there is none.
+InpSet& namedSet(InpSets& sets, const std::string& name);
+
 // Calls visit for every range of the set and of the sets in it, each set once. Members that are no sets are passed
 // over.
 void forEachRange(const InpSets& sets, const std::string& key, const std::function<void(const IdRange&)>& visit);
@@ -47,6 +43,17 @@ struct InpSection
     std::string elset; // as written
     std::string material;
     Place place;
+    bool layered = false; // its data lines are layers
+    SectionData data;
+    bool hasDirection = false;
+    Vec3 direction = {0, 0, 0}; // n1 of beams
+};
+
+// Sets of another scope's ids.
+struct ForeignSets
+{
+    InpSets nodes;
+    InpSets elements;
 };
 
 // The node of another scope that an element of the assembly names ("PLATE-1.12").
@@ -74,6 +81,7 @@ struct InpScope
     std::vector<std::string> groups; // elements by the set of their own *ELEMENT card, or by family; as written
     std::vector<InpSection> sections;
     std::vector<ForeignNode> foreignNodes;
+    std::map<std::string, ForeignSets> foreignSets; // by nameKey() of the instance
 
     bool empty() const { return mesh.nodeIds.empty() && mesh.blocks.empty(); }
     std::uint32_t groupIndex(const std::string& name);

@@ -95,8 +95,12 @@ void DeckLines::putBack()
 std::string DeckLines::find(const std::string& name) const
 {
     const fs::path wanted(name);
-    const fs::path candidates[] = {fs::path(paths[lastFile]).parent_path() / wanted,
-                                   fs::path(paths.front()).parent_path() / wanted, wanted};
+    const fs::path top = fs::path(paths.front()).parent_path();
+    std::vector<fs::path> candidates = {fs::path(paths[lastFile]).parent_path() / wanted, top / wanted, wanted};
+    for (const std::string& folder : searchFolders) {
+        candidates.push_back(top / folder / wanted);
+        candidates.push_back(fs::path(folder) / wanted);
+    }
     for (const fs::path& candidate : candidates) {
         if (isReadableFile(candidate)) {
             return candidate.string();

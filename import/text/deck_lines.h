@@ -34,6 +34,10 @@ public:
     // there and for one that includes itself.
     void include(const std::string& name);
 
+    // One more folder to look for included files in, after all others. A relative one is taken from the top file's
+    // folder, then from the working folder.
+    void addSearchFolder(const std::string& folder) { searchFolders.push_back(folder); }
+
     // Where the last line stands: an index into files(), and its number.
     std::uint32_t fileIndex() const { return lastFile; }
     std::uint32_t lineNumber() const { return lastLine; }
@@ -60,6 +64,7 @@ private:
     std::vector<std::unique_ptr<MappedFile>> mapped; // every file, once
     std::vector<std::string> paths;                  // of mapped, same order
     std::vector<Source> stack;                       // the open ones, innermost last
+    std::vector<std::string> searchFolders;
     std::string_view lastText;
     std::uint32_t lastFile = 0;
     std::uint32_t lastLine = 0;

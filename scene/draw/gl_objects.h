@@ -9,10 +9,17 @@
 #include <GL/glext.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace kvo {
+
+// A place in the bound buffer, as OpenGL wants it: a pointer that is none.
+inline const void* bufferOffset(std::size_t bytes)
+{
+    return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(bytes));
+}
 
 class GlBuffer
 {

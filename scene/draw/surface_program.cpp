@@ -14,12 +14,13 @@ in uint part;
 in vec4 elementColor;
 uniform samplerBuffer parts;   // per part: colour; (1: selected or highlighted, 1: has selected elements, 0, 0)
 uniform usamplerBuffer states; // per element: 1 selected
+uniform samplerBuffer colors;  // per element: colour; alpha 0: its part's
 uniform vec4 selected;
 uniform float ambient;
 uniform vec3 lights[2];
 uniform vec2 diffuse;
 uniform bool bothSides;
-uniform float viewer;
+uniform vec3 viewer;
 uniform vec4 plane;
 uniform vec4 uniformColor;
 COLOR_KIND out vec4 color;
@@ -30,14 +31,17 @@ vec4 ownColor()
 {
 #if UNIFORM_COLOR
     return uniformColor;
+#elif VERTEX_COLORS
+    return elementColor;
 #else
     vec4 own = texelFetch(parts, int(part) * 2);
 #if ELEMENT_STATES || ELEMENT_COLORS
     vec4 state = texelFetch(parts, int(part) * 2 + 1);
 #endif
 #if ELEMENT_COLORS
-    if (state.x == 0.0)
-        own = vec4(elementColor.rgb, own.a);
+    vec4 chosen = texelFetch(colors, int(element));
+    if (state.x == 0.0 && chosen.a != 0.0)
+        own = vec4(chosen.rgb, own.a);
 #endif
 #if ELEMENT_STATES
     if (state.y != 0.0 && texelFetch(states, int(element)).r == 1u)
@@ -52,10 +56,13 @@ float ownLight()
 #if UNIFORM_COLOR
     return 1.0;
 #else
+#if UNIT_NORMALS
+    vec3 n = gl_Normal;
+#else
     vec3 n = normalize(gl_NormalMatrix * gl_Normal);
-    if (bothSides && n.z * viewer < 0.0)
-        n = -n;
-    return ambient + diffuse.x * max(dot(n, lights[0]), 0.0) + diffuse.y * max(dot(n, lights[1]), 0.0);
+#endif
+    float side = bothSides && dot(n, viewer) < 0.0 ? -1.0 : 1.0;
+    return ambient + diffuse.x * max(side * dot(n, lights[0]), 0.0) + diffuse.y * max(side * dot(n, lights[1]), 0.0);
 #endif
 }
 
@@ -128,7 +135,8 @@ struct FeatureName
 
 const FeatureName featureNames[] = {{ElementStates, "ELEMENT_STATES"}, {ElementColors, "ELEMENT_COLORS"},
                                     {Cut, "CUT"},                      {UniformColor, "UNIFORM_COLOR"},
-                                    {ElementNumbers, "ELEMENT_NUMBERS"}, {Layers, "LAYERS"}};
+                                    {ElementNumbers, "ELEMENT_NUMBERS"}, {Layers, "LAYERS"},
+                                    {VertexColors, "VERTEX_COLORS"},   {UnitNormals, "UNIT_NORMALS"}};
 
 // Colours that are the same all over a part are lit at the vertices and interpolated, as the fixed pipeline does it.
 // Colours of single elements are the last vertex's, and meet the light at the pixel.
@@ -161,12 +169,13 @@ void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms
     program->use();
     glUniform1i(program->uniform("parts"), partsUnit);
     glUniform1i(program->uniform("states"), statesUnit);
+    glUniform1i(program->uniform("colors"), colorsUnit);
     glUniform4fv(program->uniform("selected"), 1, uniforms.selected);
     glUniform1f(program->uniform("ambient"), uniforms.ambient);
     glUniform3fv(program->uniform("lights"), 2, uniforms.lights[0]);
     glUniform2fv(program->uniform("diffuse"), 1, uniforms.diffuse);
     glUniform1i(program->uniform("bothSides"), uniforms.bothSides);
-    glUniform1f(program->uniform("viewer"), uniforms.viewer);
+    glUniform3fv(program->uniform("viewer"), 1, uniforms.viewer);
     glUniform4fv(program->uniform("plane"), 1, uniforms.plane);
     glUniform4fv(program->uniform("uniformColor"), 1, uniforms.color);
 }

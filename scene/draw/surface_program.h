@@ -14,11 +14,13 @@ enum SurfaceFeature : unsigned int
 {
     FlatLight = 1,      // light from the face's last vertex; else from all, interpolated
     ElementStates = 2,  // elements may be selected: colours are looked up by element
-    ElementColors = 4,  // elements have colours of their own (attribute), unless selected or highlighted
+    ElementColors = 4,  // elements have colours of their own (looked up), unless selected or highlighted
     Cut = 8,            // the cutting plane
     UniformColor = 16,  // one colour for everything, without light: edges
     ElementNumbers = 32, // draws the element's number + 1 into an unsigned target instead of a colour
-    Layers = 64          // accumulates transparent layers in two targets: see transparency.h
+    Layers = 64,         // accumulates transparent layers in two targets: see transparency.h
+    VertexColors = 128,  // colours from the colour attribute, which knows neither states nor elements
+    UnitNormals = 256    // normals stay of unit length under the modelview, up to its scale
 };
 
 // Indices of the attributes that are not the vertex and the normal.
@@ -29,15 +31,17 @@ constexpr GLuint colorAttribute = 5;
 // Texture units.
 constexpr unsigned int partsUnit = 1;
 constexpr unsigned int statesUnit = 2;
+constexpr unsigned int colorsUnit = 3;
 
 struct SurfaceUniforms
 {
     float selected[4] = {0, 0, 1, 1}; // colour of selected elements
     float ambient = 1;
-    float lights[2][3] = {{0, 0, 1}, {0, 0, 1}}; // unit, eye coordinates, towards the light
+    // Unit vectors towards the lights and the viewer: in model coordinates with UnitNormals, else in eye coordinates.
+    float lights[2][3] = {{0, 0, 1}, {0, 0, 1}};
+    float viewer[3] = {0, 0, 1};
     float diffuse[2] = {0, 0};
     bool bothSides = true;  // normals are turned to the viewer
-    float viewer = 1;       // the viewer looks along -z (1) or +z (-1) of eye coordinates
     float plane[4] = {0, 0, 0, 0}; // cutting plane: kept where dot(plane, vertex) >= 0
     float color[4] = {0, 0, 0, 1}; // of UniformColor; its alpha is also the opacity of ghosts
 };

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "element_shape.h"
+#include "parallel.h"
 #include "vectors.h"
 
 namespace kvo {
@@ -122,6 +124,51 @@ void addFaces(const PartInfoStr& part, std::uint32_t element, ElementShape shape
     }
 }
 
+// Sums over elements, with their centres weighted by volume, area, length and number.
+struct Sums
+{
+    ElementMeasure measure;
+    Moment weighted[4];
+
+    void add(const Sums& other)
+    {
+        measure.length += other.measure.length;
+        measure.area += other.measure.area;
+        measure.volume += other.measure.volume;
+        for (int k = 0; k < 4; ++k) {
+            weighted[k].amount += other.weighted[k].amount;
+            weighted[k].sum = weighted[k].sum + other.weighted[k].sum;
+        }
+    }
+
+    ElementMeasure result() const
+    {
+        ElementMeasure m = measure;
+        for (const Moment& moment : weighted) {
+            if (moment.amount != 0) {
+                m.centroid = (1 / moment.amount) * moment.sum;
+                break;
+            }
+        }
+        return m;
+    }
+};
+
+void addElement(const PartInfoStr& part, std::uint32_t element, Sums& sums)
+{
+    if (shapeOf(part, element) == ElementShape::None) {
+        return;
+    }
+    const ElementMeasure m = measureElement(part, element);
+    const double weights[4] = {m.volume, m.area, m.length, 1};
+    Sums one;
+    one.measure = m;
+    for (int k = 0; k < 4; ++k) {
+        one.weighted[k].add(weights[k], m.centroid);
+    }
+    sums.add(one);
+}
+
 } // namespace
 
 bool nodePlace(const PartInfoStr& part, std::uint32_t node, Vector3& place)
@@ -193,28 +240,24 @@ ElementMeasure measureElement(const PartInfoStr& part, std::uint32_t element)
 
 ElementMeasure measureElements(const PartInfoStr& part, const std::uint8_t* marks)
 {
-    ElementMeasure sums;
-    Moment weighted[4]; // by volume, area, length, and by number
-    for (std::uint32_t e = 0; e < elementCountOf(part); ++e) {
-        if ((marks != nullptr && marks[e] == 0) || shapeOf(part, e) == ElementShape::None) {
-            continue;
+    // Blocks of fixed size, added in order: the same sum on any number of cores.
+    constexpr std::size_t blockSize = 4096;
+    const std::size_t count = elementCountOf(part);
+    std::vector<Sums> blocks((count + blockSize - 1) / blockSize);
+    parallelFor(blocks.size(), 1, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t b = begin; b < end; ++b) {
+            for (std::size_t e = b * blockSize; e < std::min(count, (b + 1) * blockSize); ++e) {
+                if (marks == nullptr || marks[e] != 0) {
+                    addElement(part, static_cast<std::uint32_t>(e), blocks[b]);
+                }
+            }
         }
-        const ElementMeasure m = measureElement(part, e);
-        sums.length += m.length;
-        sums.area += m.area;
-        sums.volume += m.volume;
-        const double weights[4] = {m.volume, m.area, m.length, 1};
-        for (int k = 0; k < 4; ++k) {
-            weighted[k].add(weights[k], m.centroid);
-        }
+    });
+    Sums sums;
+    for (const Sums& block : blocks) {
+        sums.add(block);
     }
-    for (const Moment& moment : weighted) {
-        if (moment.amount != 0) {
-            sums.centroid = (1 / moment.amount) * moment.sum;
-            break;
-        }
-    }
-    return sums;
+    return sums.result();
 }
 
 double faceArea(const PartInfoStr& part, std::uint32_t element, unsigned int face)

@@ -41,7 +41,8 @@ double upTo(double limit, double value)
     return value <= limit ? value : limit;
 }
 
-// --- Lengths -----------------------------------------------------------------------------------------------------------
+// --- Lengths
+// -----------------------------------------------------------------------------------------------------------
 
 struct EdgeLengths
 {
@@ -72,8 +73,8 @@ double faceArea(const Faces& faces, unsigned int f)
     return 0.5 * length(faces.corners[f] == 4 ? cross(p[2] - p[0], p[3] - p[1]) : cross(p[1] - p[0], p[2] - p[0]));
 }
 
-// Radius of the inscribed sphere: 3 x volume / surface. The fourth corner is the one that the first face lacks; it comes
-// last in the second face (element_shape.cpp keeps the order of the flat normals).
+// Radius of the inscribed sphere: 3 x volume / surface. The fourth corner is the one that the first face lacks; it
+// comes last in the second face (element_shape.cpp keeps the order of the flat normals).
 double tetraAspect(const Faces& faces)
 {
     const Vector3* base = faces.p[0];
@@ -101,7 +102,8 @@ double aspectRatio(const Faces& faces, ElementShape shape)
     return upTo(worstRatio, edges.longest * edges.sum / (factor * faceArea(faces, 0)));
 }
 
-// --- Angles ------------------------------------------------------------------------------------------------------------
+// --- Angles
+// ------------------------------------------------------------------------------------------------------------
 
 // Range of the corner angles of the faces with a number of corners, in degrees. `any` is false when there is no such
 // face. A corner at the end of an edge without length makes the range 0 to 180.
@@ -119,7 +121,8 @@ struct AngleRange
             }
             any = true;
             for (unsigned int k = 0; k < corners; ++k) {
-                addCorner(faces.p[f][(k + corners - 1) % corners], faces.p[f][k], faces.p[f][(k + 1) % corners], cosines);
+                addCorner(faces.p[f][(k + corners - 1) % corners], faces.p[f][k], faces.p[f][(k + 1) % corners],
+                          cosines);
             }
         }
         if (any) {
@@ -163,7 +166,8 @@ double maxAngle(const Faces& faces, ElementShape)
     return faces.count == 0 ? 180 : std::max(AngleRange(faces, 3).largest, AngleRange(faces, 4).largest);
 }
 
-// --- Warpage -----------------------------------------------------------------------------------------------------------
+// --- Warpage
+// -----------------------------------------------------------------------------------------------------------
 
 // Cosine of the angle between the triangles at corners k and k + 2, which lie on either side of the other diagonal.
 double warpCosine(const Vector3* p, unsigned int k)
@@ -186,7 +190,8 @@ double warpage(const Faces& faces, ElementShape)
     return degreesPerRadian * std::acos(std::max(cosine, -1.0));
 }
 
-// --- Choice ------------------------------------------------------------------------------------------------------------
+// --- Choice
+// ------------------------------------------------------------------------------------------------------------
 
 struct QualityRow
 {

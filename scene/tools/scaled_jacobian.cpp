@@ -19,14 +19,16 @@ struct CornerRow
 };
 
 //      7-------6
-//     /|      /|      A wedge is left with slots 1 2 3 4 and the edge 5 - 7 (counted from 1), a pyramid with slots 1 2 3
+//     /|      /|      A wedge is left with slots 1 2 3 4 and the edge 5 - 7 (counted from 1), a pyramid with slots 1 2
+//     3
 //    4-------5 |      4 and the apex 5.
 //    | 3-----|-2
 //    |/      |/
 //    0-------1
 constexpr CornerRow hexaCorners[] = {{0, 1, 3, 4}, {1, 2, 0, 5}, {2, 3, 1, 6}, {3, 0, 2, 7},
                                      {4, 7, 5, 0}, {5, 4, 6, 1}, {6, 5, 7, 2}, {7, 6, 4, 3}};
-constexpr CornerRow wedgeCorners[] = {{0, 1, 3, 4}, {1, 2, 0, 4}, {2, 3, 1, 6}, {3, 0, 2, 6}, {4, 1, 0, 6}, {6, 3, 2, 4}};
+constexpr CornerRow wedgeCorners[] = {{0, 1, 3, 4}, {1, 2, 0, 4}, {2, 3, 1, 6},
+                                      {3, 0, 2, 6}, {4, 1, 0, 6}, {6, 3, 2, 4}};
 constexpr CornerRow pyramidCorners[] = {{0, 1, 3, 4}, {1, 2, 0, 4}, {2, 3, 1, 4}, {3, 0, 2, 4},
                                         {4, 2, 1, 0}, {4, 3, 2, 1}, {4, 0, 3, 2}, {4, 1, 0, 3}};
 constexpr CornerRow tetraCorners[] = {{0, 1, 2, 3}, {1, 2, 0, 3}, {2, 0, 1, 3}, {3, 2, 1, 0}};
@@ -36,7 +38,8 @@ double unitDet(const Vector3& a, const Vector3& b, const Vector3& c)
     return det(unit(a), unit(b), unit(c));
 }
 
-// The smallest over the rows. Rows with an edge between two slots of the same node do not count: that edge is not there.
+// The smallest over the rows. Rows with an edge between two slots of the same node do not count: that edge is not
+// there.
 template <std::size_t count>
 double smallestDet(const Vector3* p, const unsigned int* slots, const CornerRow (&rows)[count])
 {
@@ -89,8 +92,7 @@ double ofFace(const Vector3* p, unsigned int corners)
     const Vector3 normal = unit(corners == 4 ? cross(p[2] - p[0], p[3] - p[1]) : cross(p[1] - p[0], p[2] - p[0]));
     double smallest = HUGE_VAL;
     for (unsigned int k = 0; k < corners; ++k) {
-        smallest =
-            std::min(smallest, cornerSine(p[(k + corners - 1) % corners], p[k], p[(k + 1) % corners], normal));
+        smallest = std::min(smallest, cornerSine(p[(k + corners - 1) % corners], p[k], p[(k + 1) % corners], normal));
     }
     return corners == 3 ? 2 / std::sqrt(3.0) * smallest : smallest;
 }

@@ -46,8 +46,7 @@ std::string quoted(const void* text, GLsizei length)
 } // namespace
 
 extern "C" {
-// --- Primitives
-// --------------------------------------------------------------------------------------------------------
+// --- Primitives ----------------------------------------------------------------------------------
 void glBegin(GLenum mode)
 {
     RECORD(glBegin, (primitiveName(mode)));
@@ -126,8 +125,7 @@ void glColor4fv(const GLfloat* v)
     setColor(v[0], v[1], v[2], v[3]);
 }
 
-// --- Arrays
-// --------------------------------------------------------------------------------------------------------------
+// --- Arrays --------------------------------------------------------------------------------------
 void glEnableClientState(GLenum array)
 {
     RECORD(glEnableClientState, (enumName(array)));
@@ -167,8 +165,7 @@ void glDrawElements(GLenum mode, GLsizei count, GLenum type, const GLvoid* indic
         model::raise(GL_INVALID_VALUE);
 }
 
-// --- Text and bitmaps
-// ------------------------------------------------------------------------------------------------------
+// --- Text and bitmaps ----------------------------------------------------------------------------
 void glRasterPos3f(GLfloat x, GLfloat y, GLfloat z)
 {
     RECORD(glRasterPos3f, (arg(x), arg(y), arg(z)));
@@ -212,8 +209,7 @@ void glCallList(GLuint list)
     FORWARD(glCallList, (list))
 }
 
-// --- Lights
-// --------------------------------------------------------------------------------------------------------------
+// --- Lights --------------------------------------------------------------------------------------
 void glLightfv(GLenum light, GLenum name, const GLfloat* values)
 {
     const int length = lightParameterLength(name);

@@ -35,8 +35,7 @@ template <class T> void answer(GLenum name, T* values)
 } // namespace
 
 extern "C" {
-// --- Render state
-// ----------------------------------------------------------------------------------------------------------
+// --- Render state --------------------------------------------------------------------------------
 void glEnable(GLenum capability)
 {
     RECORD(glEnable, (enumName(capability)));
@@ -172,8 +171,7 @@ void glFinish()
     model::legal();
 }
 
-// --- Matrices
-// --------------------------------------------------------------------------------------------------------------
+// --- Matrices ------------------------------------------------------------------------------------
 void glMatrixMode(GLenum mode)
 {
     RECORD(glMatrixMode, (enumName(mode)));
@@ -283,8 +281,7 @@ void glOrtho(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdou
     model::multMatrix(model::ortho(left, right, bottom, top, near, far));
 }
 
-// --- Selection mode
-// --------------------------------------------------------------------------------------------------------
+// --- Selection mode ------------------------------------------------------------------------------
 void glSelectBuffer(GLsizei size, GLuint* buffer)
 {
     RECORD(glSelectBuffer, (arg(size), arg(static_cast<const void*>(buffer))));
@@ -327,8 +324,7 @@ void glPopName()
     model::popName();
 }
 
-// --- Queries
-// ---------------------------------------------------------------------------------------------------------------
+// --- Queries -------------------------------------------------------------------------------------
 void glGetIntegerv(GLenum name, GLint* values)
 {
     RECORD(glGetIntegerv, (enumName(name)));
@@ -364,8 +360,7 @@ GLenum glGetError()
     return model::fetchError();
 }
 
-// --- libGLU
-// ----------------------------------------------------------------------------------------------------------------
+// --- libGLU --------------------------------------------------------------------------------------
 const GLubyte* gluErrorString(GLenum error)
 {
     RECORD(gluErrorString, (enumName(error)));

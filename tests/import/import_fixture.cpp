@@ -87,6 +87,11 @@ void releasePart(PartInfoStr& part)
 std::map<unsigned int, LoadedElement> ImportTest::roundTrip(const kvo::Mesh& mesh, const std::string& name)
 {
     kvo::writeModelDirectory(mesh, path(name), log);
+    return load(name);
+}
+
+std::map<unsigned int, LoadedElement> ImportTest::load(const std::string& name)
+{
     ModelInfo info;
     std::string error;
     EXPECT_TRUE(readModelInfo(folder.string(), name, &info, &error)) << error;

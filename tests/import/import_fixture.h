@@ -46,6 +46,9 @@ protected:
     // Writes the mesh to path(name) and loads it back. Element ids must be unique over the whole model.
     std::map<unsigned int, LoadedElement> roundTrip(const kvo::Mesh& mesh, const std::string& name = "model");
 
+    // Loads the model at path(name).
+    std::map<unsigned int, LoadedElement> load(const std::string& name);
+
     std::filesystem::path folder;
     kvo::ImportLog log;
 };

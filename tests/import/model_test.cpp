@@ -1,4 +1,4 @@
-// From meshes to model directories, and which format a file has.
+// From meshes to model directories.
 #include "import_fixture.h"
 
 #include <algorithm>
@@ -8,7 +8,6 @@
 #include "mantypes.h"
 #include "model_slots.h"
 #include "modelinfo.h"
-#include "text/mapped_file.h"
 
 namespace {
 
@@ -122,16 +121,16 @@ TEST_F(Model, CollapsedHexahedraKeepTheirFaces)
 TEST_F(Model, EverythingComesBackWithItsIds)
 {
     const kvo::Mesh mesh =
-        read("*NODE\n10, 0, 0, 0\n20, 1, 0, 0\n30, 1, 1, 0\n40, 0, 1, 0\n4000000000, 0, 0, 1\n"
-             "*ELEMENT, TYPE=C3D5\n3000000000, 10, 20, 30, 40, 4000000000\n*ELEMENT, TYPE=S3\n2, 10, 20, 30\n"
+        read("*NODE\n10, 0, 0, 0\n20, 1, 0, 0\n30, 1, 1, 0\n40, 0, 1, 0\n2147483647, 0, 0, 1\n"
+             "*ELEMENT, TYPE=C3D5\n2000000000, 10, 20, 30, 40, 2147483647\n*ELEMENT, TYPE=S3\n2, 10, 20, 30\n"
              "*ELEMENT, TYPE=S4\n3, 10, 20, 30, 40\n*ELEMENT, TYPE=B31\n4, 10, 20, 30\n5, 20, 30\n"
-             "*ELEMENT, TYPE=SPRING1\n6, 40\n*ELEMENT, TYPE=C3D4\n7, 10, 20, 30, 4000000000\n");
+             "*ELEMENT, TYPE=SPRING1\n6, 40\n*ELEMENT, TYPE=C3D4\n7, 10, 20, 30, 2147483647\n");
     const auto elements = roundTrip(mesh);
     ASSERT_EQ(elements.size(), 7u);
-    const unsigned int apex = 4000000000u;
-    EXPECT_EQ(elements.at(3000000000u).nodeIds, (Slots{10, 20, 30, 40, apex, apex, apex, apex}));
-    EXPECT_EQ(elements.at(3000000000u).drawType, unsigned(SOLID));
-    EXPECT_EQ(elements.at(3000000000u).points.back(), (Point{0, 0, 1}));
+    const unsigned int apex = 2147483647u;
+    EXPECT_EQ(elements.at(2000000000u).nodeIds, (Slots{10, 20, 30, 40, apex, apex, apex, apex}));
+    EXPECT_EQ(elements.at(2000000000u).drawType, unsigned(SOLID));
+    EXPECT_EQ(elements.at(2000000000u).points.back(), (Point{0, 0, 1}));
     EXPECT_EQ(elements.at(2).nodeIds, (Slots{10, 20, 30, 30}));
     EXPECT_EQ(elements.at(3).nodeIds, (Slots{10, 20, 30, 40}));
     EXPECT_EQ(elements.at(4).nodeIds, (Slots{10, 20, 30}));
@@ -215,10 +214,10 @@ TEST_F(Model, ALargeMeshGoesThroughSeveralBlocks)
 
 TEST_F(Model, IdsThatDoNotFitAreAnError)
 {
-    EXPECT_EQ(writeError(read("*NODE\n1, 1\n2, 2\n4294967295, 3\n*ELEMENT, TYPE=S3\n1, 1, 2, 4294967295\n")),
-              "node id 4294967295 cannot be kept: a model's ids are 1 to 4294967294");
+    EXPECT_EQ(writeError(read("*NODE\n1, 1\n2, 2\n2147483648, 3\n*ELEMENT, TYPE=S3\n1, 1, 2, 2147483648\n")),
+              "node id 2147483648 cannot be kept: a model's ids are 1 to 2147483647");
     EXPECT_EQ(writeError(read(someNodes(3) + "*ELEMENT, TYPE=S3\n5000000000, 1, 2, 3\n")),
-              "element id 5000000000 cannot be kept: a model's ids are 1 to 4294967294");
+              "element id 5000000000 cannot be kept: a model's ids are 1 to 2147483647");
 }
 
 TEST_F(Model, CoordinatesThatDoNotFitAreAnError)
@@ -255,52 +254,4 @@ TEST_F(Model, LossOfPrecisionIsNoted)
     EXPECT_TRUE(contains(log.notes()[0], "single precision")) << log.notes()[0];
     roundTrip(read("*NODE\n1, 100\n2, 100.1\n3, 100, 1\n*ELEMENT, TYPE=S3\n1, 1, 2, 3\n"), "other");
     EXPECT_TRUE(log.notes().empty());
-}
-
-TEST_F(Model, FormatsAreKnownByContentThenBySuffix)
-{
-    const struct
-    {
-        const char* name;
-        const char* text;
-        const char* format; // null: none
-    } rows[] = {
-        {"a.inp", "*NODE\n1\n", "Abaqus/CalculiX"},
-        {"a.txt", "\n** comment\n\r\n*Heading\nx\n", "Abaqus/CalculiX"},
-        {"a.stl", "*NODE\n1\n", "Abaqus/CalculiX"},
-        {"a.inp", "solid x\nfacet normal 0 0 1\n", "STL"},
-        {"a.INP", "\n\n*MYSTERY\n", "Abaqus/CalculiX"},
-        {"a.k", "*KEYWORD\n*NODE\n", nullptr},
-        {"a.txt", "solid ground under our feet\n", nullptr},
-        {"a.txt", "words\n*NODE\n", nullptr},
-        {"a", "\n", nullptr},
-    };
-    for (const auto& row : rows) {
-        const kvo::MappedFile file(write(row.name, row.text));
-        const kvo::DeckFormat* format = kvo::detectDeckFormat(file);
-        EXPECT_EQ(format ? std::string(format->name) : "none", row.format ? row.format : "none")
-            << row.name << row.text;
-    }
-    EXPECT_TRUE(kvo::hasDeckSuffix("x/y.Inp"));
-    EXPECT_FALSE(kvo::hasDeckSuffix("x.inp/y"));
-}
-
-TEST_F(Model, FilesThatAreNoDecks)
-{
-    EXPECT_EQ(readError("", "empty.inp"), "empty.inp: the file is empty");
-    EXPECT_TRUE(
-        contains(readError("words", "a.txt"), "a.txt: no known deck format; known are Abaqus/CalculiX (.inp), STL"));
-    try {
-        readFile(path("none.inp"));
-        FAIL() << "no error";
-    } catch (const kvo::ImportError& error) {
-        EXPECT_EQ(error.message, "cannot open: No such file or directory");
-        EXPECT_EQ(error.place.file, path("none.inp"));
-    }
-    try {
-        readFile(folder.string());
-        FAIL() << "no error";
-    } catch (const kvo::ImportError& error) {
-        EXPECT_EQ(error.message, "is a directory, not a deck");
-    }
 }

@@ -1,6 +1,7 @@
 // Drawing the scenes by the program itself.
 #include "golden_scenes.h"
 
+#include <filesystem>
 #include <stdexcept>
 
 #include "run_kvo.h"
@@ -36,4 +37,24 @@ void drawGoldenScene(const GoldenScene& scene, const std::string& picture)
     const KvoRun run = runKvo(arguments);
     if (run.status != 0)
         throw std::runtime_error(scene.name + ": " + run.err);
+}
+
+const char* const goldenSessionName = "bracket_inspection";
+
+std::string goldenSessionText()
+{
+    return readText(KVO_EXAMPLES_DIR "/ops/bracket-inspection.session");
+}
+
+std::string playGoldenSession(const std::string& session, const std::string& picture)
+{
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.file("ops"));
+    std::filesystem::create_directory_symlink(KVO_EXAMPLES_DIR "/decks", folder.file("decks"));
+    writeText(folder.file("ops/played.session"), session);
+    const KvoRun run =
+        runKvo({"play", folder.file("ops/played.session"), "-o", picture, "--samples", "1", "--device", "software"});
+    if (run.status != 0)
+        throw std::runtime_error(std::string(goldenSessionName) + ": " + run.err);
+    return run.out;
 }

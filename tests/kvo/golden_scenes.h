@@ -9,12 +9,19 @@ struct GoldenScene
 {
     std::string name;                   // golden/NAME.png
     std::vector<std::string> arguments; // of kvo render, beside model, output, size and device
-    std::string operations;             // text of the operation file; "": none
+    std::string operations;             // text of the session file; "": none
 };
 
 const std::vector<GoldenScene>& goldenScenes();
 
 // Draws the sample deck as the scene says. Throws std::runtime_error with the program's message when it fails.
 void drawGoldenScene(const GoldenScene& scene, const std::string& picture);
+
+// The session that has a reference picture and text, examples/ops/bracket-inspection.session.
+extern const char* const goldenSessionName;
+
+// Plays the text of a session as if it lay in the examples' folder; returns what it printed. Throws as above.
+std::string playGoldenSession(const std::string& session, const std::string& picture);
+std::string goldenSessionText(); // of the example
 
 #endif

@@ -68,6 +68,42 @@ TEST_P(Golden, AgreesWithItsReference)
 INSTANTIATE_TEST_SUITE_P(Scenes, Golden, testing::ValuesIn(goldenScenes()),
                          [](const auto& instance) { return instance.param.name; });
 
+// --- A session: what its picks print, and its last frame
+// ------------------------------------------------------------------
+
+TEST(GoldenSession, AgreesWithItsReference)
+{
+    const TemporaryFolder folder;
+    const std::string text = playGoldenSession(goldenSessionText(), folder.file("a.png"));
+    ASSERT_TRUE(std::filesystem::exists(referenceFile(goldenSessionName)));
+    EXPECT_EQ(text, readText(std::string(KVO_GOLDEN_DIR) + "/" + goldenSessionName + ".txt"));
+    const kvo::Picture drawn = kvo::readPng(folder.file("a.png"));
+    const auto difference = kvo::compare(kvo::readPng(referenceFile(goldenSessionName)), drawn, levelTolerance);
+    if (!agree(difference))
+        FAIL() << difference.differing << " pixels differ: see "
+               << keepDifference(goldenSessionName, drawn, difference);
+}
+
+TEST(GoldenSession, EveryVisibleLineMatters)
+{
+    // Without one of these the text, the picture or both are others.
+    for (const std::string line : {"GLOBAL_ROTATION 320 240 430 205\nPICK part", "HIDE 1-2\n", "SCALE_INCR\n",
+                                   "HIGHLIGHT 2\n", "CLEAR parts\n", "SELECT elements 1:100001-100400\n",
+                                   "SELECT nodes 3:8701-8999\n", "SHADE flat\n", "SHOW all\n", "MODE fill\n"}) {
+        std::string session = goldenSessionText();
+        const std::size_t at = session.find(line);
+        ASSERT_NE(at, std::string::npos) << line;
+        session.erase(at, session.find('\n', at) + 1 - at);
+        const TemporaryFolder folder;
+        const std::string text = playGoldenSession(session, folder.file("a.png"));
+        const auto difference = kvo::compare(kvo::readPng(referenceFile(goldenSessionName)),
+                                             kvo::readPng(folder.file("a.png")), levelTolerance);
+        EXPECT_TRUE(text != readText(std::string(KVO_GOLDEN_DIR) + "/" + goldenSessionName + ".txt") ||
+                    !agree(difference))
+            << line;
+    }
+}
+
 // --- Controls: the comparison can fail
 // -------------------------------------------------------------------------------------
 

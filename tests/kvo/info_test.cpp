@@ -164,7 +164,7 @@ TEST_F(Info, ADamagedModelIsAnErrorThatNamesTheFile)
         flipped.back() = static_cast<char>(flipped.back() ^ 0x55);
         for (const std::string& content : {whole.substr(0, whole.size() / 2), flipped, std::string()}) {
             writeText(file, content);
-            const KvoRun run = runKvo({"info", model});
+            const KvoRun run = runKvo({"info", model, "--json"}); // reads deck.json as well
             EXPECT_EQ(run.status, 1) << file << " with " << content.size() << " bytes";
             EXPECT_EQ(run.err.rfind("kvo: " + file + ": ", 0), 0u) << run.err;
             EXPECT_EQ(run.out, "");
@@ -174,4 +174,22 @@ TEST_F(Info, ADamagedModelIsAnErrorThatNamesTheFile)
     }
     EXPECT_GE(damaged, 3);
     EXPECT_EQ(runKvo({"info", model}).status, 0);
+}
+
+TEST_F(Info, SetsShowsWhatThePartsHaveNoRoomFor)
+{
+    writeText(folder.file("sets.inp"), sampleDeck() + "*ELEMENT, TYPE=MASS, ELSET=M\n9001, 1\n"
+                                                      "*NSET, NSET=Fixed nodes\n1, 2, 3\n");
+    const KvoRun run = runKvo({"info", folder.file("sets.inp"), "--sets"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(contains(run.out, "deck: Abaqus/CalculiX"));
+    EXPECT_TRUE(contains(run.out, "\nFixed nodes  nodes")) << run.out;
+    EXPECT_TRUE(contains(run.out, "shell section  thickness 0.1")) << run.out;
+    EXPECT_TRUE(contains(run.out, "\nMASS      1\n")) << run.out;
+
+    const json deck = infoJson(importModel("model")).at("deck");
+    EXPECT_EQ(deck.at("parts").size(), 6u);
+    std::filesystem::remove(folder.file("model") + "/deck.json");
+    EXPECT_EQ(infoJson(folder.file("model")).at("deck"), json());
+    EXPECT_TRUE(contains(runKvo({"info", folder.file("model"), "--sets"}).out, "no deck.json"));
 }

@@ -1,4 +1,4 @@
-// Operation files.
+// View operations of session files, through kvo render --ops.
 #include <gtest/gtest.h>
 
 #include "picture.h"

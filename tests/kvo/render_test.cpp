@@ -221,7 +221,7 @@ TEST_F(Render, DamagedModelsAreErrorsThatNameTheFile)
     const std::string model = folder.file("model");
     ASSERT_EQ(runKvo({"import", deck(), "-o", model}).status, 0);
     for (const auto& entry : std::filesystem::recursive_directory_iterator(model)) {
-        if (!entry.is_regular_file())
+        if (!entry.is_regular_file() || entry.path().filename() == "deck.json") // drawing does not read that one
             continue;
         const std::string file = entry.path().string(), whole = readText(file);
         writeText(file, whole.substr(0, whole.size() - 3));

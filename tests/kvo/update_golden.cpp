@@ -1,8 +1,9 @@
-// Draws the reference pictures anew. See tests/kvo/update-golden.
+// Makes the reference pictures and texts anew. See tests/kvo/update-golden.
 #include <cstdio>
 #include <exception>
 
 #include "golden_scenes.h"
+#include "run_kvo.h"
 
 int main()
 {
@@ -11,6 +12,9 @@ int main()
             drawGoldenScene(scene, std::string(KVO_GOLDEN_DIR) + "/" + scene.name + ".png");
             std::printf("%s\n", scene.name.c_str());
         }
+        const std::string session = std::string(KVO_GOLDEN_DIR) + "/" + goldenSessionName;
+        writeText(session + ".txt", playGoldenSession(goldenSessionText(), session + ".png"));
+        std::printf("%s\n", goldenSessionName);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

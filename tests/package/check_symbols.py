@@ -31,11 +31,13 @@ def exported(library):
     found = set()
     for line in lines.splitlines():
         letter, name = line[17:].split(" ", 1)
+        if name.startswith("std::"):  # before the spellings, which hide that it is a template of the standard library
+            continue
         for pattern, spelling in SPELLINGS:
             name = re.sub(pattern, spelling, name)
         if name.startswith("__odr_asan") or (letter in "Wu" and "std::" in name.split("(")[0]):
             continue
-        if name.startswith("_") or name.startswith("std::") or (letter == "W" and IMPLICIT.match(name)):
+        if name.startswith("_") or (letter == "W" and IMPLICIT.match(name)):
             continue
         found.add(f"{kind(letter)} {name}")
     return found

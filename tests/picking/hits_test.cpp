@@ -1,102 +1,7 @@
-// Decoding of hit records: every pick type with every method, the prints, the order by depth and the single winner. The
-// records are made by hand and given to PickRect::processHits as OpenGL would have left them in the selection buffer.
-#include "modelbuilder.h"
-#include "mtrans.h"
-#include "pickrect.h"
-#include "recordedtest.h"
+// Decoding of hit records: every pick type with every method, and what is printed of them.
+#include "hitstest.h"
 
-namespace {
-// Depth words that print as 0.125, 0.25, 0.5 and 0.75.
-const GLuint EIGHTH = 0x20000000, QUARTER = 0x40000000, HALF = 0x80000000, THREE_QUARTERS = 0xC0000000;
-const GLuint NO_PART = 0xFFFFFFFF; // the name below all parts
-
-class Hits : public RecordedTest
-{
-protected:
-    void SetUp() override
-    {
-        RecordedTest::SetUp();
-        for (float x : {0.0f, 10.0f, 20.0f})
-            model.add(quadPart(x));
-        model.install();
-        glEnable(GL_DEPTH_TEST);
-        forget();
-    }
-
-    void replace(unsigned int index, const PartInfoStr& part)
-    {
-        releasePart(model.part(index));
-        model.part(index) = part;
-    }
-
-    void record(GLuint nearest, GLuint farthest, const Indices& names)
-    {
-        words.insert(words.end(), {static_cast<GLuint>(names.size()), nearest, farthest});
-        words.insert(words.end(), names.begin(), names.end());
-        ++records;
-    }
-
-    // The records followed by zeros, as in the zero-filled buffer.
-    int decode(unsigned int type, unsigned int method)
-    {
-        std::vector<GLuint> buffer = words;
-        buffer.insert(buffer.end(), 16, 0);
-        pick.pickType = type;
-        pick.pickMethod = method;
-        return pick.processHits(records, buffer.data());
-    }
-
-    // The stored entities as "part element" in the order of their depths.
-    Lines entities()
-    {
-        Lines list;
-        for (const auto& entry : pick.zPartMap)
-            list.push_back(std::to_string(entry.second.pid) + " " + std::to_string(entry.second.eid));
-        return list;
-    }
-
-    Floats depths()
-    {
-        Floats keys;
-        for (const auto& entry : pick.zPartMap)
-            keys.push_back(entry.first);
-        return keys;
-    }
-
-    // Flag characters of a part; empty while it has none.
-    std::string elementMarks(unsigned int index)
-    {
-        const PartElementsStr& e = model.part(index).partElements;
-        return e.selectedList ? std::string(e.selectedList, e.numElements / e.nodesPerElement) : "";
-    }
-
-    std::string nodeMarks(unsigned int index)
-    {
-        const PartNodesStr& n = model.part(index).partNodes;
-        return n.selectedNodes ? std::string(n.selectedNodes, n.numNodes) : "";
-    }
-
-    Indices selectedParts() { return numbersWith(PART_SELECTED); }
-    Indices numbersWith(unsigned int flag)
-    {
-        Indices numbers;
-        for (unsigned int k = 0; k < model->numParts; ++k)
-            if (model.flags(k) & flag)
-                numbers.push_back(k + 1);
-        return numbers;
-    }
-
-    bool nothingSelected() { return numbersWith(PART_SELECTED | PART_ELEMENTS_SELECTED | PART_NODES_SELECTED).empty(); }
-
-    TestModel model{GL_FLAT};
-    PickRect pick;
-    std::vector<GLuint> words;
-    int records = 0;
-};
-} // namespace
-
-// --- The part type
-// -------------------------------------------------------------------------------------------------------
+// --- The part type -------------------------------------------------------------------------------
 
 TEST_F(Hits, singlePartPickPrintsEveryRecordAndSelectsTheNearest)
 {
@@ -142,6 +47,11 @@ TEST_F(Hits, partRecordWithTwoNamesCountsBothAsParts)
     EXPECT_EQ(decode(PICK_TYPE_PART, RECT_PICK), 2);
     EXPECT_EQ(selectedParts(), (Indices{1, 3}));
     EXPECT_EQ(entities(), (Lines{"1 0", "3 0", "1 0", "3 0"}));
+    model->clearSelectedParts();
+    pick.zPartMap.clear();
+    EXPECT_EQ(decode(PICK_TYPE_PART, SELECT_PICK), 2);
+    EXPECT_EQ(entities(), (Lines{"1 0", "3 0", "1 0", "3 0"}));
+    EXPECT_EQ(selectedParts(), Indices{1});
 }
 
 TEST_F(Hits, triadAloneCountsAsAHitOfNoPart)
@@ -158,8 +68,7 @@ TEST_F(Hits, triadAloneCountsAsAHitOfNoPart)
     EXPECT_TRUE(nothingSelected());
 }
 
-// --- The element type
-// ----------------------------------------------------------------------------------------------------
+// --- The element type ----------------------------------------------------------------------------
 
 TEST_F(Hits, singleElementPickStoresElementNumbersAndNamesTheWinner)
 {
@@ -246,6 +155,22 @@ TEST_F(Hits, elementPickOnTheTriadWithEveryPartHiddenIsSilent)
     EXPECT_TRUE(nothingSelected());
 }
 
+TEST_F(Hits, elementRecordWithFourNamesIsTwoElements)
+{
+    for (unsigned int method : {RECT_PICK, SELECT_PICK}) {
+        words.clear();
+        records = 0;
+        pick.zPartMap.clear();
+        record(QUARTER, HALF, {1, 1, 3, 1});
+        EXPECT_EQ(decode(PICK_TYPE_ELEMENT, method), 2) << "two names at a time, whatever their number";
+        EXPECT_NE(printed().find(" number of parts for hit = 4\n  z1 is 0.25; z2 is 0.5\n   the part is 1 3 \n"),
+                  std::string::npos);
+        EXPECT_EQ(entities(),
+                  method == RECT_PICK ? (Lines{"1 0", "3 0", "1 0", "3 0"}) : (Lines{"1 1", "3 1", "1 1", "3 1"}));
+    }
+    EXPECT_EQ(elementMarks(2), "1");
+}
+
 TEST_F(Hits, elementRecordInTheMiddleWithOneNameShiftsTheNext)
 {
     record(HALF, HALF, {1});    // element number: the next record's name count, 2
@@ -264,8 +189,7 @@ TEST_F(Hits, elementRecordInTheMiddleWithOneNameShiftsTheNext)
                          "NUM PARTS SELECTED=1\n");
 }
 
-// --- The node type
-// -------------------------------------------------------------------------------------------------------
+// --- The node type -------------------------------------------------------------------------------
 
 TEST_F(Hits, singleNodePickPrintsPartAndNodeAndSelectsTheNearest)
 {
@@ -371,8 +295,7 @@ TEST_F(Hits, nodeRecordsWithThreeNamesAreNotReadOn)
     }
 }
 
-// --- Types and methods that interpret nothing
-// ----------------------------------------------------------------------------
+// --- Types and methods that interpret nothing ----------------------------------------------------
 
 TEST_F(Hits, unknownTypesLeaveTheNamesUnreadSoTheNextRecordIsReadFromThem)
 {
@@ -425,166 +348,7 @@ TEST_F(Hits, nameCountsAreReadAsSigned)
                          "NUM PARTS SELECTED=0\n");
 }
 
-// --- Depths
-// --------------------------------------------------------------------------------------------------------------
-
-TEST_F(Hits, depthWordsBecomeFractionsOfTwoToThe32)
-{
-    record(0, 0xFFFFFFFF, {1});
-    decode(PICK_TYPE_PART, SELECT_PICK);
-    EXPECT_EQ(depths(), (Floats{0, 1})) << "the largest word rounds up to 1";
-    EXPECT_NE(printed().find("  z1 is 0; z2 is 1\n"), std::string::npos);
-}
-
-TEST_F(Hits, depthWordsAboveTwoToThe31AreRoundedCorrectly)
-{
-    record(0x80000080, 0x80000081, {1}); // floats there are 256 apart: a tie goes to the even one
-    decode(PICK_TYPE_PART, SELECT_PICK);
-    EXPECT_EQ(depths(), (Floats{0.5f, 0.5f + 1.0f / 0x1000000}));
-}
-
-TEST_F(Hits, farthestDepthsTakePartInTheOrder)
-{
-    record(EIGHTH, THREE_QUARTERS, {1}); // both before and behind the other one
-    record(QUARTER, HALF, {2});
-    decode(PICK_TYPE_PART, SELECT_PICK);
-    EXPECT_EQ(entities(), (Lines{"1 0", "2 0", "2 0", "1 0"}));
-    EXPECT_NE(printed().find("FIRST PART=1\nLAST PART=1\n"), std::string::npos);
-    EXPECT_EQ(selectedParts(), Indices{1});
-}
-
-TEST_F(Hits, equalDepthsStayInTheOrderOfTheRecords)
-{
-    record(HALF, HALF, {2});
-    record(HALF, HALF, {3});
-    record(HALF, HALF, {1});
-    decode(PICK_TYPE_PART, RECT_PICK);
-    EXPECT_EQ(entities(), (Lines{"2 0", "2 0", "3 0", "3 0", "1 0", "1 0"}));
-    EXPECT_NE(printed().find("FIRST PART=2\nLAST PART=1\n"), std::string::npos);
-}
-
-TEST_F(Hits, amongEqualSmallestDepthsTheFirstRecordWins)
-{
-    record(HALF, HALF, {3});
-    record(QUARTER, HALF, {1});
-    record(QUARTER, QUARTER, {2});
-    decode(PICK_TYPE_PART, SELECT_PICK);
-    EXPECT_EQ(selectedParts(), Indices{1});
-}
-
-TEST_F(Hits, amongEqualSmallestDepthsTheFirstElementRecordWins)
-{
-    replace(0, quadStripPart(3));
-    record(QUARTER, QUARTER, {1, 2});
-    record(QUARTER, QUARTER, {1, 3});
-    decode(PICK_TYPE_ELEMENT, SELECT_PICK);
-    EXPECT_EQ(elementMarks(0), "010");
-}
-
-// --- The winner without depth testing
-// ------------------------------------------------------------------------------------
-
-TEST_F(Hits, withoutDepthTestingTheLastPartReadWins)
-{
-    glDisable(GL_DEPTH_TEST);
-    record(EIGHTH, EIGHTH, {1});
-    record(HALF, HALF, {3});
-    record(QUARTER, QUARTER, {2});
-    EXPECT_EQ(decode(PICK_TYPE_PART, SELECT_PICK), 3);
-    EXPECT_EQ(selectedParts(), Indices{2});
-    EXPECT_NE(printed().find("FIRST PART=1\nLAST PART=3\nNUM PARTS SELECTED=3\n"), std::string::npos);
-}
-
-TEST_F(Hits, withoutDepthTestingTheLastElementReadWinsUnannounced)
-{
-    glDisable(GL_DEPTH_TEST);
-    replace(1, quadStripPart(3));
-    record(EIGHTH, EIGHTH, {1, 1});
-    record(HALF, HALF, {2, 3});
-    EXPECT_EQ(decode(PICK_TYPE_ELEMENT, SELECT_PICK), 2);
-    EXPECT_EQ(numbersWith(PART_ELEMENTS_SELECTED), Indices{2});
-    EXPECT_EQ(elementMarks(1), "001");
-    EXPECT_EQ(printed().find("PID="), std::string::npos);
-}
-
-TEST_F(Hits, withoutDepthTestingTheLastNodeReadWinsUnannounced)
-{
-    glDisable(GL_DEPTH_TEST);
-    record(EIGHTH, EIGHTH, {1, 1});
-    record(HALF, HALF, {2, 4});
-    EXPECT_EQ(decode(PICK_TYPE_NODE, SELECT_PICK), 2);
-    EXPECT_EQ(numbersWith(PART_NODES_SELECTED), Indices{2});
-    EXPECT_EQ(nodeMarks(1), "0001");
-    EXPECT_EQ(printed().find("PID="), std::string::npos);
-}
-
-TEST_F(Hits, withoutDepthTestingTheNodeOfAnEarlierRecordIsSelectedInTheLastPart)
-{
-    glDisable(GL_DEPTH_TEST);
-    record(EIGHTH, EIGHTH, {1, 2});
-    record(HALF, HALF, {3}); // a single name, as the axis triad gives it
-    EXPECT_EQ(decode(PICK_TYPE_NODE, SELECT_PICK), 1);
-    EXPECT_EQ(numbersWith(PART_NODES_SELECTED), Indices{3});
-    EXPECT_EQ(nodeMarks(0), "0000");
-    EXPECT_EQ(nodeMarks(2), "0100");
-}
-
-TEST_F(Hits, withoutDepthTestingAnEarlierNodeMayBeOutOfBoundsInTheLastPart)
-{
-    glDisable(GL_DEPTH_TEST);
-    replace(0, quadStripPart(3)); // 8 nodes
-    record(EIGHTH, EIGHTH, {1, 8});
-    record(HALF, HALF, {3});
-    decode(PICK_TYPE_NODE, SELECT_PICK);
-    EXPECT_NE(printed().find("LAST PART=1\nERROR: CAEEnv::selectNode node index out of bounds\nNUM PARTS SELECTED=1\n"),
-              std::string::npos);
-    EXPECT_TRUE(nothingSelected());
-}
-
-TEST_F(Hits, withDepthTestingASingleNameRecordDoesNotDisturbTheNodeWinner)
-{
-    record(HALF, HALF, {1, 2});
-    record(EIGHTH, EIGHTH, {3});
-    EXPECT_EQ(decode(PICK_TYPE_NODE, SELECT_PICK), 1);
-    EXPECT_EQ(numbersWith(PART_NODES_SELECTED), Indices{1});
-    EXPECT_EQ(nodeMarks(0), "0100");
-}
-
-TEST_F(Hits, depthTestingIsAskedForOnceInASinglePickOnly)
-{
-    record(HALF, HALF, {1, 1});
-    for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE, 0x2000u}) {
-        forget();
-        decode(type, SELECT_PICK);
-        EXPECT_EQ(glrecord::lines(), Lines{"glIsEnabled(GL_DEPTH_TEST)"}) << "type " << type;
-    }
-    forget();
-    decode(PICK_TYPE_PART, RECT_PICK);
-    EXPECT_EQ(glrecord::lines(), Lines{});
-}
-
-// --- Nothing to choose from
-// ----------------------------------------------------------------------------------------------
-
-TEST_F(Hits, recordsWithoutNamesSelectNothingAndStillCloseTheReport)
-{
-    record(QUARTER, HALF, {});
-    for (bool depthTest : {true, false}) {
-        depthTest ? glEnable(GL_DEPTH_TEST) : glDisable(GL_DEPTH_TEST);
-        for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE}) {
-            EXPECT_EQ(decode(type, SELECT_PICK), 0);
-            EXPECT_EQ(printed(), "hits = 1\n"
-                                 " number of parts for hit = 0\n"
-                                 "  z1 is 0.25; z2 is 0.5\n"
-                                 "   the part is \n"
-                                 "NUM PARTS SELECTED=0\n");
-            EXPECT_TRUE(nothingSelected());
-        }
-    }
-}
-
-// --- Bounds of what a record may name
-// ------------------------------------------------------------------------------------
+// --- Bounds of what a record may name ------------------------------------------------------------
 
 TEST_F(Hits, elementNumbersAboveTheElementCountFlagThePartAndWriteNothing)
 {

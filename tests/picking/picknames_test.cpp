@@ -88,8 +88,7 @@ protected:
 };
 } // namespace
 
-// --- The layout of names
-// -------------------------------------------------------------------------------------------------
+// --- The layout of names -------------------------------------------------------------------------
 
 TEST_F(PickNames, thirdElementOfTheSecondPartIsTwoThree)
 {
@@ -122,6 +121,20 @@ TEST_F(PickNames, nodesAreNamedByTheirPositionInThePart)
     const Lines second = glrecord::between("glPushName(2)", "glPopName");
     EXPECT_EQ(glrecord::plain(second)[2], glrecord::plain({vertexLine(model->part(1), 1)})[0]);
     EXPECT_EQ(glrecord::matching("glColor"), Lines{colorLine(model->part(1).partColor)});
+}
+
+TEST_F(PickNames, stackNeverHoldsMoreThanTwoNamesAndNoneIsZero)
+{
+    for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE}) {
+        draw(type, {quadStripPart(3), hexaPart(), beamPart(2), discretePart()});
+        std::size_t names = 1;
+        for (const std::string& line : glrecord::lines()) {
+            names += line.find("glPushName") == 0 ? 1 : 0;
+            names -= line.find("glPopName") == 0 ? 1 : 0;
+            EXPECT_TRUE(names == 1 || names == 2) << line;
+            EXPECT_EQ(line.find("Name(0)"), std::string::npos) << line;
+        }
+    }
 }
 
 TEST_F(PickNames, partPicksCarryTheOnePartName)
@@ -158,8 +171,7 @@ TEST_F(PickNames, noPartsNoNames)
     EXPECT_TRUE(isTiming(lines[0], "TIME FOR DISPLAY PARTS=")) << lines[0];
 }
 
-// --- Beams and discrete elements
-// -----------------------------------------------------------------------------------------
+// --- Beams and discrete elements -----------------------------------------------------------------
 
 TEST_F(PickNames, beamWithoutThirdNodeIsALineOnly)
 {
@@ -217,8 +229,7 @@ TEST_F(PickNames, linesAreDrawnUnderAnyShadeModel)
     EXPECT_EQ(named(), (Lines{"1 1: GL_LINES 2", "2 1: GL_LINES 2"}));
 }
 
-// --- Shells
-// --------------------------------------------------------------------------------------------------------------
+// --- Shells --------------------------------------------------------------------------------------
 
 TEST_F(PickNames, flatShellHasOneNormalAndFourCorners)
 {
@@ -280,8 +291,7 @@ TEST_F(PickNames, partsWithoutStrideHaveNoElements)
     EXPECT_EQ(named(), Lines{});
 }
 
-// --- Solids
-// --------------------------------------------------------------------------------------------------------------
+// --- Solids --------------------------------------------------------------------------------------
 
 TEST_F(PickNames, solidsAreNamedOneByOneWithTheFacesOfTheirShape)
 {
@@ -342,8 +352,7 @@ TEST_F(PickNames, partsWhoseNormalsAreMissingDrawNothing)
     }
 }
 
-// --- Colours and client states
-// -------------------------------------------------------------------------------------------
+// --- Colours and client states -------------------------------------------------------------------
 
 TEST_F(PickNames, partColourIsChosenAsInAFrame)
 {

@@ -50,8 +50,7 @@ protected:
 };
 } // namespace
 
-// --- The calls in order
-// --------------------------------------------------------------------------------------------------
+// --- The calls in order --------------------------------------------------------------------------
 
 TEST_F(PickPass, entersSelectionModeWithOneNameOnTheStack)
 {
@@ -120,6 +119,23 @@ TEST_F(PickPass, usesUpTheOneComputationOfTheWindowCentre)
     EXPECT_EQ(model->mTrans->onlyOnce & 2, 0);
 }
 
+TEST_F(PickPass, printsTheCentreOfTheWindowOnlyIfItIsTheFirst)
+{
+    model->mTrans->onlyOnce = 2;
+    process();
+    EXPECT_NE(printed().find("\ncos="), std::string::npos) << "as the first frame does";
+    process();
+    EXPECT_EQ(printed().find("cos="), std::string::npos);
+}
+
+TEST_F(PickPass, withoutAnEnvironmentItDoesNothing)
+{
+    CAEEnv::setPtr(nullptr);
+    EXPECT_EQ(process(PICK_TYPE_PART, RECT_PICK), 0);
+    EXPECT_EQ(glrecord::lines(), Lines{});
+    CAEEnv::setPtr(&*model);
+}
+
 TEST_F(PickPass, emptyRegionPicksTheWholeWindow)
 {
     const glrecord::Matrix projection = glrecord::projection();
@@ -128,8 +144,7 @@ TEST_F(PickPass, emptyRegionPicksTheWholeWindow)
     EXPECT_TRUE(std::equal(projection.begin(), projection.end(), model->mTrans->projMatrix));
 }
 
-// --- Results
-// -------------------------------------------------------------------------------------------------------------
+// --- Results -------------------------------------------------------------------------------------
 
 TEST_F(PickPass, clickOnEmptySpaceSelectsNothing)
 {
@@ -225,8 +240,7 @@ TEST_F(PickPass, partLoopUsesTheSharedCounter)
     EXPECT_EQ(model->i, 2u);
 }
 
-// --- Overlays
-// ------------------------------------------------------------------------------------------------------------
+// --- Overlays ------------------------------------------------------------------------------------
 
 TEST_F(PickPass, axisTriadIsDrawnUnderTheNameOfTheLastVisiblePart)
 {
@@ -264,6 +278,31 @@ TEST_F(PickPass, pendingMarkerIsDrawnInThePassAndNotInTheNextFrame)
     forget();
     model->renderModel();
     EXPECT_EQ(glrecord::count("glPointSize"), 0);
+}
+
+TEST_F(PickPass, pendingPolylineIsDrawnInThePassAndNotInTheNextFrame)
+{
+    Point3D points[4] = {};
+    for (Point3D& point : points)
+        model->mTrans->pointsList.push_back(&point);
+    model->mTrans->mTransType = START_POLYLINE;
+    process();
+    EXPECT_TRUE(has(afterParts(), "glBegin(GL_POLYGON)"));
+    forget();
+    model->renderModel();
+    EXPECT_LT(glrecord::find("glBegin(GL_POLYGON)"), 0);
+}
+
+TEST_F(PickPass, pendingRubberBandIsDrawnInThePassWithTheLastFramesProjection)
+{
+    model->renderModel();
+    float band[] = {50, 25, 150, 75};
+    model->mTrans->updateValues(START_RUBBER_BAND, band);
+    printed();
+    process();
+    EXPECT_TRUE(has(afterParts(), "glBegin(GL_LINE_LOOP)"));
+    EXPECT_NE(printed().find("start world=0.75,0.25,0\nend world=2.25,0.75,0\n"), std::string::npos)
+        << "a quarter and three quarters of the extents, not of the pick region";
 }
 
 TEST_F(PickPass, pendingKeyboardStepIsCarriedOutByThePassOnce)

@@ -116,8 +116,7 @@ protected:
 };
 } // namespace
 
-// --- Saving
-// --------------------------------------------------------------------------------------------------------------
+// --- Saving --------------------------------------------------------------------------------------
 
 TEST_F(StateFile, sizeFollowsFromNamesAndParts)
 {
@@ -268,8 +267,7 @@ TEST_F(StateFile, viewAndTransformationWriteTheirOwnBlocks)
     EXPECT_EQ(blocks, saved(model).substr(NAMES + 40 + 16));
 }
 
-// --- Restoring
-// -----------------------------------------------------------------------------------------------------------
+// --- Restoring -----------------------------------------------------------------------------------
 
 TEST_F(StateFile, everyFieldComesBackAsSaved)
 {
@@ -421,8 +419,7 @@ TEST_F(StateFile, shadeModelComesBackWithItsNormals)
     EXPECT_NE(fresh.part(0).partNodes.nodeNormals, nullptr);
 }
 
-// --- Flags without arrays
-// ------------------------------------------------------------------------------------------------
+// --- Flags without arrays ------------------------------------------------------------------------
 
 TEST_F(StateFile, restoredSelectionFlagsWithoutMarksDrawWithoutThem)
 {
@@ -469,8 +466,54 @@ TEST_F(StateFile, restoredNormalsFlagWithoutNormalsDrawsNothingOfThePart)
     EXPECT_LT(glrecord::find("glNormalPointer(GL_FLOAT,0,null)"), 0);
 }
 
-// --- Files that end early or belong to another model
-// ---------------------------------------------------------------------
+TEST_F(StateFile, restoredNormalsFlagOfASolidWithoutShapesDrawsNothingOfIt)
+{
+    TestModel source(GL_FLAT), fresh(GL_FLAT);
+    source.add(hexaPart()).install();
+    source.part(0).partFlag |= PART_ELEMENT_NORMALS_DONE | PART_NODE_NORMALS_DONE | PART_ELEMENTS_SELECTED;
+    fresh.add(hexaPart()).install(); // without normals, so without shapes, too
+    restore(fresh, saved(source));
+    EXPECT_EQ(fresh.part(0).partElements.NPE, nullptr);
+    fresh->resizeModel(100, 100);
+    forget();
+    fresh->renderModel();
+    EXPECT_EQ(glrecord::count("glVertex3fv"), 0);
+    for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT}) {
+        fresh->setPickType(type);
+        fresh->displayPartsByElement();
+        EXPECT_EQ(glrecord::count("glVertex3fv"), 0);
+    }
+}
+
+TEST_F(StateFile, restoredFlagsWithoutTheNormalsBitComputeThemAgain)
+{
+    const std::string bytes = saved(model); // before any normals
+    model->computeNormals();
+    model.part(0).partElements.elmNormals[0] = 42;
+    restore(model, bytes);
+    EXPECT_TRUE(model.flags(0) & PART_ELEMENT_NORMALS_DONE);
+    EXPECT_EQ(model.part(0).partElements.elmNormals[0], 0);
+    EXPECT_EQ(model.part(0).partElements.elmNormals[2], 1);
+}
+
+TEST_F(StateFile, restoredFlagsWithoutMarksAreSafeThoughTheListsCountAsMade)
+{
+    model.part(0).partFlag |= PART_ELEMENTS_SELECTED | PART_NODES_SELECTED;
+    restore(model, saved(model));
+    model->setComputeFlag(ELEMENT_SELECT_LISTS_CREATED | NODE_SELECT_LISTS_CREATED);
+    unsigned int part = 1, number = 1;
+    Indices ids = {1}, elements = {101}, parts = {11}, positions = {0};
+    model->selectElement(&part, &number);
+    model->selectNode(&part, &number);
+    model->selectNodes(ids);
+    model->selectElements(elements, parts);
+    model->selectElementsByIndex(positions, positions);
+    EXPECT_EQ(model.part(0).partElements.selectedList, nullptr);
+    EXPECT_EQ(model.part(0).partNodes.selectedNodes, nullptr);
+    EXPECT_TRUE(model.flags(0) & PART_ELEMENTS_SELECTED);
+}
+
+// --- Files that end early or belong to another model ---------------------------------------------
 
 TEST_F(StateFile, filesCutAnywhereLeaveTheFieldsBehindTheCutAsTheyWere)
 {

@@ -3,8 +3,7 @@
 #include "mtrans.h"
 #include "mview.h"
 
-// --- Switching parts
-// ---------------------------------------------------------------------------------------------------------
+// --- Switching parts -----------------------------------------------------------------------------
 
 TEST_F(Frame, displayAllPartsShowsEveryPartAndRestoresTheLoadedExtents)
 {
@@ -138,8 +137,7 @@ TEST_F(Frame, boxesGoOnAndOffForPartsThatAreNotHidden)
     EXPECT_EQ(env->i, 3u);
 }
 
-// --- Render state
-// ---------------------------------------------------------------------------------------------------------------
+// --- Render state --------------------------------------------------------------------------------
 
 TEST_F(Frame, blendingIsSwitchedInTheContextOnly)
 {

@@ -135,8 +135,7 @@ const Lines END = {"glEnd()"};
 const Indices EIGHT = {0, 1, 2, 3, 4, 5, 6, 7};
 } // namespace
 
-// --- Whole shell parts
-// -------------------------------------------------------------------------------------------------------
+// --- Whole shell parts ---------------------------------------------------------------------------
 
 TEST_F(Elements, aFlatShellPartHasOneNormalPerElement)
 {
@@ -167,8 +166,7 @@ TEST_F(Elements, aShellPartUnderAnotherShadeModelIsNotTouchedAtAll)
     EXPECT_EQ(redraw(&CAEEnv::renderShellPart), Lines{});
 }
 
-// --- Shells element by element
-// -----------------------------------------------------------------------------------------------
+// --- Shells element by element -------------------------------------------------------------------
 
 TEST_F(Elements, flatShellsTakeEachElementsColour)
 {
@@ -209,8 +207,7 @@ TEST_F(Elements, theSelectionColourIsTheEnvironmentsOwn)
     EXPECT_EQ(lines[2], "glColor4fv(0.5,0,1,1)");
 }
 
-// --- Solids
-// ------------------------------------------------------------------------------------------------------------------
+// --- Solids --------------------------------------------------------------------------------------
 
 TEST_F(Elements, aFlatTetrahedronDrawsItsFourTriangles)
 {
@@ -307,8 +304,7 @@ TEST_F(Elements, computedSolidsDrawWithComputedNormals)
     EXPECT_EQ(Lines(lines.begin() + 7, lines.begin() + 12), (Lines{"glNormal3fv(1,0,0)", v(1), v(2), v(6), v(5)}));
 }
 
-// --- Beams
-// -------------------------------------------------------------------------------------------------------------------
+// --- Beams ---------------------------------------------------------------------------------------
 
 TEST_F(Elements, aWholeBeamPartIsInvisible)
 {
@@ -369,8 +365,7 @@ TEST_F(Elements, beamsHaveABlockEachAndIgnoreTheShadeModel)
                             "glPointSize(1)"}));
 }
 
-// --- Discretes
-// ---------------------------------------------------------------------------------------------------------------
+// --- Discretes -----------------------------------------------------------------------------------
 
 TEST_F(Elements, aWholeDiscretePartIsOneBlockOfLines)
 {
@@ -388,8 +383,7 @@ TEST_F(Elements, discretesHaveABlockEach)
                      "glBegin(GL_LINES)", at(2), at(3), "glEnd()", "glLineWidth(1)"}));
 }
 
-// --- What is missing or does not fit
-// -----------------------------------------------------------------------------------------
+// --- What is missing or does not fit -------------------------------------------------------------
 
 TEST_F(Elements, partsWithoutTheNormalsOfTheShadeModelAreNotDrawn)
 {
@@ -472,8 +466,7 @@ TEST_F(Elements, anElementPastTheArrayIsSkippedButSetsItsColour)
               joined({QUADS_OPEN, {RED_LINE}, byFaceNormals(TETRA, 0), {BLUE_LINE}, END}));
 }
 
-// --- Faces of one element
-// ----------------------------------------------------------------------------------------------------
+// --- Faces of one element ------------------------------------------------------------------------
 
 TEST_F(Elements, aTriangleIsAQuadWhoseLastCornerRepeats)
 {

@@ -155,8 +155,7 @@ TEST_F(Extents, aFlatModelKeepsTheIdentityProjectionAndTheNextFrameReportsIt)
     EXPECT_EQ(lines.back(), "GL Error: invalid value");
 }
 
-// --- resizeModel
-// -------------------------------------------------------------------------------------------------------------
+// --- resizeModel ---------------------------------------------------------------------------------
 
 class Resize : public Extents
 {
@@ -212,8 +211,7 @@ TEST_F(Resize, zeroAndMinusZeroExtentsLeaveTheIdentityProjection)
     EXPECT_EQ(printed().find("RESIZE MODEL EXTS=0,-0,0,2,-5,4\n"), 0u);
 }
 
-// --- normalize
-// ---------------------------------------------------------------------------------------------------------------
+// --- normalize -----------------------------------------------------------------------------------
 
 TEST_F(Extents, normalizeMakesUnitLength)
 {

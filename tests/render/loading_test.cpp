@@ -120,8 +120,7 @@ readerstub::File fileWith(std::initializer_list<unsigned int> pids)
 }
 } // namespace
 
-// --- Construction
-// ------------------------------------------------------------------------------------------------------
+// --- Construction --------------------------------------------------------------------------------
 
 TEST_F(Loading, aNewEnvironmentHasItsDefaults)
 {
@@ -183,8 +182,7 @@ TEST_F(Loading, destructionDoesNotClearTheCurrentEnvironment)
     EXPECT_EQ(CAEEnv::getPtr(), gone);
 }
 
-// --- part_start
-// --------------------------------------------------------------------------------------------------------
+// --- part_start ----------------------------------------------------------------------------------
 
 TEST_F(Loading, aMissingPartStartIsReportedAndChangesNothing)
 {
@@ -298,8 +296,7 @@ TEST_F(Loading, anOverlongPathIsCutTo127Characters)
     EXPECT_EQ(std::strlen(e.charBuff), 127u);
 }
 
-// --- Loading through the reader
-// ------------------------------------------------------------------------------------------
+// --- Loading through the reader ------------------------------------------------------------------
 
 TEST_F(Loading, loadsOneFileInTheFixedOrderOfCallsAndPrints)
 {
@@ -416,8 +413,7 @@ TEST_F(Loading, aSecondLoadDropsTheArrayButNotTheCount)
     env->numParts = 0;
 }
 
-// --- loadAndInitGL
-// ---------------------------------------------------------------------------------------------------------
+// --- loadAndInitGL -------------------------------------------------------------------------------
 
 TEST_F(Loading, initPrintsItsLinesInOrder)
 {
@@ -530,8 +526,7 @@ TEST_F(Loading, loadingDoesNotRecomputeTheExtents)
     EXPECT_EQ(printed().find("RESIZE MODEL EXTS="), std::string::npos);
 }
 
-// --- Destruction
-// -----------------------------------------------------------------------------------------------------------
+// --- Destruction ---------------------------------------------------------------------------------
 
 TEST_F(Loading, destructionReleasesWhatThePartsHoldAndKeepsTheRecords)
 {

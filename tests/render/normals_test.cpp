@@ -62,8 +62,7 @@ PartInfoStr withNPE(PartInfoStr part, const std::string& npe)
 }
 } // namespace
 
-// --- One face
-// ------------------------------------------------------------------------------------------------------------------
+// --- One face ------------------------------------------------------------------------------------
 
 TEST_F(Normals, anyNegativeCornerMeansNothingIsComputed)
 {
@@ -139,8 +138,7 @@ TEST_F(Normals, aDegenerateFlatFaceIsNotANumber)
     EXPECT_TRUE(std::isnan(face[2]));
 }
 
-// --- Shells
-// --------------------------------------------------------------------------------------------------------------------
+// --- Shells --------------------------------------------------------------------------------------
 
 TEST_F(Normals, aQuadCounterClockwiseFromAboveLooksUp)
 {
@@ -217,8 +215,7 @@ TEST_F(Normals, aStrideOfZeroMeansNoElements)
     }
 }
 
-// --- Solids
-// ----------------------------------------------------------------------------------------------------------------------
+// --- Solids --------------------------------------------------------------------------------------
 
 TEST_F(Normals, aHexahedronHasSixFaceNormals)
 {
@@ -326,8 +323,7 @@ TEST_F(Normals, aShapeGivenByTheReaderIsNotSetBackToHexahedron)
     EXPECT_EQ(shapes(withNPE(tetraPart(), "8"), 1), "4");
 }
 
-// --- When they are computed
-// ----------------------------------------------------------------------------------------------------------
+// --- When they are computed ----------------------------------------------------------------------
 
 TEST_F(Normals, onlyShellsAndSolidsGetThem)
 {

@@ -34,8 +34,7 @@ protected:
 const unsigned int S = PART_SHOWN, H = PART_HIDDEN;
 } // namespace
 
-// --- By selection state
-// --------------------------------------------------------------------------------------------------
+// --- By selection state --------------------------------------------------------------------------
 
 TEST_F(Parts, showOnlySelectedTakesAnyKindOfSelection)
 {
@@ -132,8 +131,7 @@ TEST_F(Parts, anyOtherOperationChangesNoFlagButRecomputesTheExtents)
     }
 }
 
-// --- By part id
-// --------------------------------------------------------------------------------------------------------------
+// --- By part id ----------------------------------------------------------------------------------
 
 TEST_F(Parts, byIdShowsExactlyTheListed)
 {
@@ -241,8 +239,7 @@ TEST_F(Parts, selectByIdAddsToTheSelectionOnly)
     EXPECT_EQ(model->i, 2u) << "no loop over parts";
 }
 
-// --- Segment part
-// ---------------------------------------------------------------------------------------------------------------
+// --- Segment part --------------------------------------------------------------------------------
 
 TEST_F(Parts, aSegmentPartIsSetWithItsNormalsAndTheExtentsRecomputed)
 {
@@ -286,8 +283,7 @@ TEST(SegmentPart, isNotOwnedByTheEnvironment)
     glrecord::stop();
 }
 
-// --- Flags and accessors
-// -----------------------------------------------------------------------------------------------------------
+// --- Flags and accessors -------------------------------------------------------------------------
 
 TEST_F(Parts, computeFlagsAreSetClearedAndTestedByBit)
 {

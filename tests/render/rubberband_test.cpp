@@ -139,6 +139,16 @@ TEST_F(Outline, aShortOrEmptyPolylineIsIssuedAsItIs)
     EXPECT_EQ(glrecord::count("glVertex3fv"), 2);
 }
 
+TEST_F(Outline, thePolylineLeavesModelviewModeAndWhite)
+{
+    std::vector<Point3D*> list;
+    glMatrixMode(GL_PROJECTION);
+    glColor4f(0, 0, 0, 0);
+    createPolyline(list);
+    EXPECT_EQ(glrecord::state().matrixMode, static_cast<GLenum>(GL_MODELVIEW));
+    EXPECT_EQ(glrecord::state().color, (std::array<float, 4>{1, 1, 1, 1}));
+}
+
 TEST_F(Outline, thePolylineSelectsTheModelviewWithoutPushingIt)
 {
     std::vector<Point3D*> list;

@@ -1,0 +1,143 @@
+// Reading and showing deck.json.
+#include "deck_file.h"
+
+#include <fstream>
+
+#include "program_error.h"
+#include "table.h"
+
+namespace kvo {
+
+namespace {
+
+using Rows = std::vector<std::vector<std::string>>;
+
+const int knownVersion = 1;
+
+std::string shortNumber(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6g", value);
+    return text;
+}
+
+std::string textOf(const Json& object, const char* key)
+{
+    const auto found = object.find(key);
+    if (found == object.end() || found->is_null())
+        return "";
+    return found->is_string() ? found->get<std::string>() : found->dump();
+}
+
+// A table under a title, or nothing.
+std::string titled(const std::string& title, const std::vector<Column>& columns, const Rows& rows)
+{
+    return rows.empty() ? "" : "\n" + title + "\n" + formatTable(columns, rows);
+}
+
+std::string idsText(const Json& ids)
+{
+    const std::size_t most = 6; // of ranges in a table
+    std::string text;
+    for (std::size_t k = 0; k < std::min(ids.size(), most); ++k) {
+        const Json& range = ids[k];
+        text += k ? ", " : "";
+        text += range.is_array() ? range.at(0).dump() + "-" + range.at(1).dump() : range.dump();
+    }
+    return text + (ids.size() > most ? ", ..." : "");
+}
+
+std::string setsTable(const Json& deck)
+{
+    Rows rows;
+    for (const Json& set : deck.at("sets"))
+        rows.push_back({textOf(set, "name"),
+                        textOf(set, "kind") + (set.contains("kind") ? " " : "") + textOf(set, "of"), textOf(set, "id"),
+                        textOf(set, "count"), idsText(set.at("ids"))});
+    return titled("sets", {{"name"}, {"of"}, {"id", true}, {"count", true}, {"ids"}}, rows);
+}
+
+std::string sectionText(const Json& section)
+{
+    std::string text;
+    for (const auto& entry : section.items()) {
+        if (entry.key() == "kind")
+            continue;
+        text += text.empty() ? "" : ", ";
+        text += entry.key() + " ";
+        if (entry.value().is_array()) {
+            std::string list;
+            for (const Json& value : entry.value())
+                list += (list.empty() ? "" : " x ") + shortNumber(value);
+            text += list;
+        } else {
+            text += entry.value().is_number() ? shortNumber(entry.value()) : textOf(section, entry.key().c_str());
+        }
+    }
+    return text;
+}
+
+std::string partsTable(const Json& deck)
+{
+    Rows rows;
+    for (const Json& part : deck.at("parts")) {
+        std::string types;
+        for (const Json& type : part.at("types"))
+            types += (types.empty() ? "" : ", ") + textOf(type, "name") + " " + textOf(type, "count");
+        rows.push_back({textOf(part, "id"), textOf(part, "source_id"), textOf(part.at("section"), "kind"),
+                        sectionText(part.at("section")), types});
+    }
+    return titled("sections", {{"part", true}, {"in the deck", true}, {"section"}, {"values"}, {"element types"}},
+                  rows);
+}
+
+std::string undrawnTable(const Json& deck)
+{
+    Rows rows;
+    for (const Json& undrawn : deck.at("undrawn"))
+        rows.push_back({textOf(undrawn, "type"), textOf(undrawn, "count")});
+    return titled("not drawn", {{"type"}, {"count", true}}, rows);
+}
+
+std::string originText(const Json& deck)
+{
+    const Json& origin = deck.at("origin");
+    if (origin == Json::array({0.0, 0.0, 0.0}))
+        return "";
+    return "\norigin moved to " + shortNumber(origin.at(0)) + ", " + shortNumber(origin.at(1)) + ", " +
+           shortNumber(origin.at(2)) + "\n";
+}
+
+} // namespace
+
+Json readDeckFile(const ModelSource& source)
+{
+    std::ifstream file(source.dirName() + "/" + source.modelName() + "/deck.json");
+    if (!file)
+        return nullptr;
+    try {
+        Json deck = Json::parse(file);
+        if (deck.at("version").get<int>() != knownVersion)
+            throw ProgramError(source.shownName() + "/deck.json", "is of a version that is not known");
+        return deck;
+    } catch (const Json::exception& error) {
+        throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
+    }
+}
+
+std::string formatDeckFile(const Json& deck)
+{
+    if (deck.is_null())
+        return "\nno deck.json: the model directory does not come from a deck\n";
+    try {
+        std::string facts;
+        for (const auto& fact : deck.at("facts").items())
+            facts += fact.key() + ": " + fact.value().get<std::string>() + "\n";
+        return "\ndeck: " + textOf(deck, "format") + "\n" + facts + originText(deck) + setsTable(deck) +
+               partsTable(deck) + undrawnTable(deck);
+    } catch (const Json::exception& error) {
+        throw ProgramError("deck.json", std::string("is damaged: ") + error.what());
+    }
+}
+
+} // namespace kvo

@@ -1,0 +1,65 @@
+// Frames through the scene and through the drawing library.
+#include "drawing_path.h"
+
+#include <GL/gl.h>
+
+#include "caeenv.h"
+#include "contract_picker.h"
+#include "model_frame.h"
+#include "scene_picker.h"
+
+namespace kvo {
+
+namespace {
+
+class ScenePath : public DrawingPath
+{
+public:
+    ScenePath(CAEEnv& env, const SceneLook& look) : view(env), ownPicker(view) { view.look = look; }
+
+    void drawFrame(int width, int height) override
+    {
+        glViewport(0, 0, width, height);
+        view.draw();
+    }
+
+    Picker& picker() override { return ownPicker; }
+
+private:
+    SceneView view;
+    ScenePicker ownPicker;
+};
+
+class ContractPath : public DrawingPath
+{
+public:
+    explicit ContractPath(CAEEnv& environment) : env(environment) {}
+
+    void drawFrame(int width, int height) override
+    {
+        applyFrame(env, width, height);
+        // Selected nodes are lit by whatever normal was given last; so that is not one of the frame before.
+        glNormal3f(0, 0, 1);
+        env.renderModel();
+    }
+
+    Picker& picker() override { return ownPicker; }
+
+private:
+    CAEEnv& env;
+    ContractPicker ownPicker;
+};
+
+} // namespace
+
+std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look)
+{
+    return std::make_unique<ScenePath>(env, look);
+}
+
+std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env)
+{
+    return std::make_unique<ContractPath>(env);
+}
+
+} // namespace kvo

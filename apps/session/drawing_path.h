@@ -1,0 +1,36 @@
+// The two ways to draw a model's frames and to pick in them.
+//
+//   ScenePath      the scene: light on every face, beams, edges, looks; picks what the picture shows, or through it
+//   ContractPath   the drawing library's own frames and its picks in OpenGL's selection mode
+//
+// Both take the same environment, views, selections and operations, and frame the model alike.
+#ifndef KVO_DRAWING_PATH_H
+#define KVO_DRAWING_PATH_H
+
+#include <memory>
+
+#include "picker.h"
+#include "scene_view.h"
+
+class CAEEnv;
+
+namespace kvo {
+
+class DrawingPath
+{
+public:
+    virtual ~DrawingPath() = default;
+
+    // Into the bound framebuffer, from its lower left corner, framed to the parts that are shown. The context must be
+    // current, here and in the destructor.
+    virtual void drawFrame(int width, int height) = 0;
+    virtual Picker& picker() = 0; // for the last frame; lives as long as this
+};
+
+// On a loaded environment, which must outlive the path. Throws std::runtime_error for a context without OpenGL 3.3.
+std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look);
+std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env);
+
+} // namespace kvo
+
+#endif

@@ -1,0 +1,127 @@
+// From positions to ids, names and coordinates.
+#include "picked.h"
+
+#include <cstdio>
+#include <map>
+#include <set>
+
+#include "caeenv.h"
+#include "mantypes.h"
+
+namespace kvo {
+
+namespace {
+
+// How many slots of an element are its corners; drawing reads solids by 8 whatever their stride.
+unsigned int slotsRead(const PartInfoStr& part)
+{
+    return part.partDrawType == SHELL ? 4 : part.partDrawType == SOLID ? 8 : 3;
+}
+
+// Beams and discretes are the line between their first two nodes.
+unsigned int cornersRead(const PartInfoStr& part)
+{
+    return part.partDrawType == SHELL || part.partDrawType == SOLID ? slotsRead(part) : 2;
+}
+
+// The element's nodes, each once: shapes with fewer corners repeat some.
+std::set<unsigned int> cornersOf(const PartInfoStr& part, unsigned int element)
+{
+    std::set<unsigned int> out;
+    const std::size_t first = static_cast<std::size_t>(element) * slotsRead(part);
+    for (unsigned int k = 0; k < cornersRead(part) && first + k < part.partElements.numElements; ++k) {
+        const unsigned int node = part.partElements.elmIndices[first + k];
+        if (node < part.partNodes.numNodes)
+            out.insert(node);
+    }
+    return out;
+}
+
+void meanOf(const PartInfoStr& part, const std::set<unsigned int>& nodes, double out[3])
+{
+    for (int axis = 0; axis < 3; ++axis) {
+        double sum = 0;
+        for (unsigned int node : nodes)
+            sum += part.partNodes.nodeValues[3 * static_cast<std::size_t>(node) + static_cast<std::size_t>(axis)];
+        out[axis] = nodes.empty() ? 0 : sum / static_cast<double>(nodes.size());
+    }
+}
+
+void placeOf(const PartInfoStr& part, unsigned int type, unsigned int member, double out[3])
+{
+    if (type == PICK_TYPE_ELEMENT)
+        meanOf(part, cornersOf(part, member), out);
+    else if (type == PICK_TYPE_NODE)
+        meanOf(part, {member}, out);
+    else
+        for (int axis = 0; axis < 3; ++axis)
+            out[axis] = (static_cast<double>(part.partExtents[2 * axis]) + part.partExtents[2 * axis + 1]) / 2;
+}
+
+// Element ids by position, of the parts that were hit.
+class ElementIds
+{
+public:
+    unsigned int of(const PartInfoStr& part, unsigned int element)
+    {
+        std::vector<unsigned int>& ids = known[&part];
+        if (ids.empty() && part.partElements.eidMap) {
+            ids.resize(part.partElements.numElements + 1u);
+            for (const auto& entry : *part.partElements.eidMap)
+                if (entry.second < ids.size())
+                    ids[entry.second] = entry.first;
+        }
+        return element < ids.size() ? ids[element] : 0;
+    }
+
+private:
+    std::map<const PartInfoStr*, std::vector<unsigned int>> known;
+};
+
+} // namespace
+
+std::vector<Picked> describeHits(const CAEEnv& env, const ModelLabels& labels, unsigned int type,
+                                 const std::vector<PickHit>& hits)
+{
+    ElementIds elementIds;
+    std::vector<Picked> out;
+    for (const PickHit& hit : hits) {
+        const PartInfoStr& part = env.partsInfoList[hit.part];
+        Picked picked;
+        if (hit.part < labels.parts.size())
+            picked.part = labels.parts[hit.part];
+        picked.number = hit.part + 1;
+        picked.id = type == PICK_TYPE_ELEMENT ? elementIds.of(part, hit.member)
+                    : type == PICK_TYPE_NODE  ? part.partNodes.idList[hit.member]
+                                              : picked.part.id;
+        placeOf(part, type, hit.member, picked.at);
+        picked.hit = hit;
+        out.push_back(picked);
+    }
+    return out;
+}
+
+std::string formatCoordinate(double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6g", value + 0.0);
+    return text == std::string("-0") ? "0" : text;
+}
+
+std::string formatDepth(float depth)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4f", static_cast<double>(depth));
+    return text;
+}
+
+std::string formatPicked(const Picked& picked, unsigned int type)
+{
+    std::string out = "part " + std::to_string(picked.part.id) + " " + picked.part.name;
+    if (type != PICK_TYPE_PART)
+        out += (type == PICK_TYPE_ELEMENT ? ", element " : ", node ") + std::to_string(picked.id);
+    return out + ", at " + formatCoordinate(picked.at[0]) + " " + formatCoordinate(picked.at[1]) + " " +
+           formatCoordinate(picked.at[2]) + ", depth " + formatDepth(picked.hit.depth);
+}
+
+} // namespace kvo

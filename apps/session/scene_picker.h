@@ -1,0 +1,30 @@
+// Picking through the scene: what the picture shows, or, when asked for, everything that is behind it, too.
+#ifndef KVO_SESSION_SCENE_PICKER_H
+#define KVO_SESSION_SCENE_PICKER_H
+
+#include <memory>
+
+#include "picker.h"
+#include "through_picker.h"
+#include "visible_picker.h"
+
+namespace kvo {
+
+class SceneView;
+
+class ScenePicker : public Picker
+{
+public:
+    // On the model of the view, which must outlive the picker; the context must be current in the destructor, too.
+    explicit ScenePicker(SceneView& view);
+
+    std::vector<PickHit> pick(CAEEnv& env, const PickRequest& request, int pictureHeight) override;
+
+private:
+    VisiblePicker visible;
+    std::unique_ptr<ThroughPicker> through; // made for the first pick that needs it
+};
+
+} // namespace kvo
+
+#endif

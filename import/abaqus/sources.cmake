@@ -1,0 +1,9 @@
+kvo_deck_format(ABAQUS
+  element_types.cpp
+  inp_assemble.cpp
+  inp_elements.cpp
+  inp_generate.cpp
+  inp_reader.cpp
+  inp_scope.cpp
+  inp_sections.cpp
+  keyword_line.cpp)

@@ -1,0 +1,94 @@
+// Ranges of ids.
+#include "id_set.h"
+
+#include <algorithm>
+
+namespace kvo {
+
+namespace {
+
+std::uint64_t lengthOf(const IdRange& range)
+{
+    return (static_cast<std::uint64_t>(range.last) - static_cast<std::uint64_t>(range.first)) /
+               static_cast<std::uint64_t>(range.step) +
+           1;
+}
+
+bool holds(const IdRange& range, std::int64_t id)
+{
+    const std::uint64_t offset = static_cast<std::uint64_t>(id) - static_cast<std::uint64_t>(range.first);
+    return id >= range.first && id <= range.last && offset % static_cast<std::uint64_t>(range.step) == 0;
+}
+
+bool isKnown(const std::vector<std::int64_t>& known, std::int64_t id)
+{
+    return std::binary_search(known.begin(), known.end(), id);
+}
+
+} // namespace
+
+void IdSet::add(std::int64_t id)
+{
+    if (!ranges.empty() && ranges.back().step == 1 && ranges.back().last + 1 == id) {
+        ranges.back().last = id;
+        return;
+    }
+    ranges.push_back({id, id, 1});
+}
+
+void IdSet::addRange(std::int64_t first, std::int64_t last, std::int64_t step)
+{
+    ranges.push_back({first, last, step});
+}
+
+// Looks at the known ids of each range rather than at the ids of the range, which may be wider than any mesh.
+std::uint64_t IdSet::keepKnown(const std::vector<std::int64_t>& known)
+{
+    std::vector<std::int64_t> kept;
+    std::vector<std::int64_t> unknown;
+    for (const IdRange& range : ranges) {
+        auto at = std::lower_bound(known.begin(), known.end(), range.first);
+        for (; at != known.end() && *at <= range.last; ++at) {
+            if (holds(range, *at)) {
+                kept.push_back(*at);
+            }
+        }
+        const std::int64_t ends[] = {range.first,
+                                     range.first + static_cast<std::int64_t>(lengthOf(range) - 1) * range.step};
+        for (const std::int64_t end : ends) {
+            if (!isKnown(known, end)) {
+                unknown.push_back(end);
+            }
+        }
+    }
+    for (std::vector<std::int64_t>* list : {&kept, &unknown}) {
+        std::sort(list->begin(), list->end());
+        list->erase(std::unique(list->begin(), list->end()), list->end());
+    }
+    ranges.clear();
+    for (const std::int64_t id : kept) {
+        add(id);
+    }
+    return unknown.size();
+}
+
+std::uint64_t IdSet::size() const
+{
+    std::uint64_t count = 0;
+    for (const IdRange& range : ranges) {
+        count += lengthOf(range);
+    }
+    return count;
+}
+
+void IdSet::forEach(const std::function<void(std::int64_t)>& visit) const
+{
+    for (const IdRange& range : ranges) {
+        const std::uint64_t count = lengthOf(range);
+        for (std::uint64_t k = 0; k < count; ++k) {
+            visit(range.first + static_cast<std::int64_t>(k) * range.step);
+        }
+    }
+}
+
+} // namespace kvo

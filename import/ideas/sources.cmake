@@ -1,0 +1,3 @@
+kvo_deck_format(IDEAS
+  unv_elements.cpp
+  unv_reader.cpp)

@@ -1,0 +1,454 @@
+// Reading of universal files.
+#include "unv_reader.h"
+
+#include <algorithm>
+#include <array>
+
+#include "mesh_finish.h"
+#include "text/columns.h"
+#include "text/deck_lines.h"
+#include "text/fields.h"
+#include "text/numbers.h"
+#include "unv_elements.h"
+
+namespace kvo {
+
+namespace {
+
+constexpr std::size_t fieldsOfLine = 8;
+constexpr std::size_t width = 10; // of integers
+using Fields = std::array<std::int64_t, fieldsOfLine>;
+
+// "    -1": begins and ends a dataset.
+bool isDelimiter(std::string_view line)
+{
+    // Nearly every line ends this at once.
+    return line.size() >= 2 && (line.size() < 6 || line[4] == '-' || line[0] == '-') && trimmed(line) == "-1";
+}
+
+class UnvReader
+{
+public:
+    UnvReader(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)
+        : deck(std::move(file), std::move(progress)), log(log), rows(mesh)
+    {
+        mesh.files.emplace_back();
+    }
+
+    Mesh read();
+
+private:
+    struct Dataset
+    {
+        int number;
+        void (UnvReader::*read)();
+        int variant;
+    };
+    static const Dataset datasets[];
+
+    bool nextLine(std::string_view& line);
+    std::string_view needLine(const char* what);
+    Fields integers(std::string_view line, std::size_t count = fieldsOfLine);
+    std::array<double, 3> reals(std::string_view line);
+
+    void dataset(std::string_view number);
+    void nodes();
+    void singleNodes();
+    void elements();
+    bool elementHead(Fields& head);
+    void element(const Fields& head);
+    void elementNodes(std::int64_t id, std::size_t count, std::string_view firstLine);
+    std::int64_t orientationNode(const UnvElement& type, std::size_t count, std::string_view& line);
+    void emit(const UnvElement& type, const Fields& head, std::int64_t third);
+    void keepUndrawn(const std::string& name, std::int64_t id);
+    std::uint32_t partOf(std::int64_t property, std::int64_t material);
+    void groups();
+    void groupMembers(MeshSet& nodeSet, MeshSet& elementSet, std::int64_t count);
+    void units();
+    void header();
+    void skip();
+
+    DeckLines deck;
+    ImportLog& log;
+    Mesh mesh;
+    MeshRows rows;
+    int current = 0; // number of the dataset
+    int variant = 0;
+    std::uint32_t elementLine = 0;     // of the head of the current element
+    std::vector<std::int64_t> entries; // nodes of the current element
+};
+
+const UnvReader::Dataset UnvReader::datasets[] = {
+    {15, &UnvReader::singleNodes, 0}, {151, &UnvReader::header, 0},
+    {164, &UnvReader::units, 0},      {780, &UnvReader::elements, 1}, // heads with bins
+    {781, &UnvReader::nodes, 0},      {2411, &UnvReader::nodes, 0},
+    {2412, &UnvReader::elements, 0},  {2429, &UnvReader::groups, 0},
+    {2430, &UnvReader::groups, 0},    {2432, &UnvReader::groups, 0},
+    {2435, &UnvReader::groups, 0},    {2452, &UnvReader::groups, 0},
+    {2467, &UnvReader::groups, 1}, // members of four fields
+    {2477, &UnvReader::groups, 1},
+};
+
+// --- lines ---
+
+// False at the end of the dataset.
+bool UnvReader::nextLine(std::string_view& line)
+{
+    if (!deck.next(line)) {
+        throw ImportError(deck.place(), "cut off inside dataset " + std::to_string(current));
+    }
+    return !isDelimiter(line);
+}
+
+std::string_view UnvReader::needLine(const char* what)
+{
+    std::string_view line;
+    if (!nextLine(line)) {
+        throw ImportError(deck.place(), "dataset " + std::to_string(current) + " ends where " + what + " should be");
+    }
+    return line;
+}
+
+// Columns of ten; where those make no sense, whatever blanks part.
+Fields UnvReader::integers(std::string_view line, std::size_t count)
+{
+    Fields values = {};
+    if (!scanIntegerColumns(line, width, values.data(), count) && !scanIntegerWords(line, values.data(), count)) {
+        throw ImportError(deck.place(), "dataset " + std::to_string(current) + ": \"" +
+                                            std::string(trimmed(line).substr(0, 40)) + "\" are no integers");
+    }
+    return values;
+}
+
+std::array<double, 3> UnvReader::reals(std::string_view line)
+{
+    std::array<double, 3> values = {};
+    const char* p = line.data();
+    const char* end = p + line.size();
+    for (double& value : values) {
+        while (p < end && isBlank(*p)) {
+            ++p;
+        }
+        if (!scanReal(p, end, value)) {
+            throw ImportError(deck.place(), "dataset " + std::to_string(current) + ": three coordinates expected");
+        }
+    }
+    return values;
+}
+
+// --- nodes ---
+
+// 2411, 781: the label's line, then the coordinates in the part's system.
+void UnvReader::nodes()
+{
+    std::string_view line;
+    while (nextLine(line)) {
+        const std::int64_t id = integers(line, 1)[0];
+        const auto x = reals(needLine("coordinates"));
+        mesh.files[0].addNode(id, x[0], x[1], x[2]);
+    }
+}
+
+// 15: all on one line, and in the system that the node is defined in.
+void UnvReader::singleNodes()
+{
+    constexpr std::size_t integersOfNode = 4;
+    std::string_view line;
+    while (nextLine(line)) {
+        const Fields head = integers(line.substr(0, std::min(line.size(), integersOfNode * width)), integersOfNode);
+        if (head[1] > 1) {
+            log.warn("nodes in local systems", deck.place(),
+                     "node " + std::to_string(head[0]) + " is given in system " + std::to_string(head[1]) +
+                         ", which is taken for the global one");
+        }
+        const auto x = reals(line.substr(std::min(line.size(), integersOfNode * width)));
+        mesh.files[0].addNode(head[0], x[0], x[1], x[2]);
+    }
+}
+
+// --- elements ---
+
+// The fields of both kinds of datasets in one order: label, descriptor, property, material, count of nodes.
+bool UnvReader::elementHead(Fields& head)
+{
+    std::string_view line;
+    if (!nextLine(line)) {
+        return false;
+    }
+    elementLine = deck.lineNumber();
+    const bool bins = variant == 1;
+    const Fields fields = integers(line, bins ? 8 : 6);
+    head = bins ? Fields{fields[0], fields[1], fields[3], fields[5], fields[7]}
+                : Fields{fields[0], fields[1], fields[2], fields[3], fields[5]};
+    if (head[4] < 0) {
+        throw ImportError(deck.place(),
+                          "element " + std::to_string(head[0]) + " has " + std::to_string(head[4]) + " nodes");
+    }
+    return true;
+}
+
+void UnvReader::elements()
+{
+    Fields head;
+    while (elementHead(head)) {
+        element(head);
+    }
+}
+
+void UnvReader::element(const Fields& head)
+{
+    const std::size_t count = static_cast<std::size_t>(head[4]);
+    const UnvElement* type = findUnvElement(head[1]);
+    std::int64_t third = noNode;
+    std::string_view line;
+    if (type && type->beamLine) {
+        line = needLine("an orientation node");
+        third = orientationNode(*type, count, line);
+    } else if (count > 0) {
+        line = needLine("nodes");
+    }
+    elementNodes(head[0], count, line);
+    if (!type) {
+        keepUndrawn("descriptor " + std::to_string(head[1]), head[0]);
+    } else if (!type->drawn) {
+        keepUndrawn(std::to_string(type->descriptor) + " " + type->name, head[0]);
+    } else {
+        emit(*type, head, third);
+    }
+}
+
+// Some writers leave the line with the orientation node out: it has three numbers, that of the nodes has count.
+std::int64_t UnvReader::orientationNode(const UnvElement&, std::size_t count, std::string_view& line)
+{
+    std::string_view filled = line;
+    while (!filled.empty() && isBlank(filled.back())) {
+        filled.remove_suffix(1);
+    }
+    if (count == 2 && filled.size() <= 2 * width && filled.size() > width) {
+        return noNode;
+    }
+    const std::int64_t node = integers(line, 1)[0];
+    line = count > 0 ? needLine("nodes") : std::string_view();
+    return node > 0 ? node : noNode;
+}
+
+// Eight a line, from firstLine on.
+void UnvReader::elementNodes(std::int64_t id, std::size_t count, std::string_view firstLine)
+{
+    entries.clear();
+    std::string_view line = firstLine;
+    while (entries.size() < count) {
+        if (!entries.empty() && !nextLine(line)) {
+            throw ImportError({deck.files()[0], elementLine}, "element " + std::to_string(id) + " has " +
+                                                                  std::to_string(count) +
+                                                                  " nodes, but its dataset ends before");
+        }
+        const std::size_t here = std::min(count - entries.size(), fieldsOfLine);
+        const Fields fields = integers(line, here);
+        entries.insert(entries.end(), fields.begin(), fields.begin() + static_cast<std::ptrdiff_t>(here));
+    }
+}
+
+void UnvReader::emit(const UnvElement& type, const Fields& head, std::int64_t third)
+{
+    std::int64_t corners[9];
+    const int* places = unvCorners(type);
+    const int count = cornerCount(type.shape);
+    const bool grounded = type.family == Family::Discrete && entries.size() == 1;
+    for (int k = 0; k < count; ++k) {
+        const std::size_t place = grounded ? 0 : static_cast<std::size_t>(places[k]);
+        if (place >= entries.size()) {
+            log.warn("elements with too few nodes", {deck.files()[0], elementLine},
+                     "element " + std::to_string(head[0]) + ", a " + type.name + ", has " +
+                         std::to_string(entries.size()) + " nodes: left out");
+            return;
+        }
+        corners[k] = entries[place];
+    }
+    corners[count] = third;
+    const std::uint32_t row = rows.type(std::to_string(type.descriptor) + " " + type.name, type.family, type.shape);
+    ElementBlock& block = mesh.files[0].blockFor(row, 0);
+    block.ids.push_back(head[0]);
+    block.part.push_back(partOf(head[2], head[3]));
+    block.line.push_back(elementLine);
+    block.nodes.insert(block.nodes.end(), corners, corners + mesh.types[row].slots());
+}
+
+void UnvReader::keepUndrawn(const std::string& name, std::int64_t id)
+{
+    mesh.files[0].addUndrawn(name, id, entries.data(), entries.size());
+    log.count(listElementsNotDrawn, name, 1, {deck.files()[0], elementLine});
+}
+
+std::uint32_t UnvReader::partOf(std::int64_t property, std::int64_t material)
+{
+    const std::uint32_t index = rows.part(property);
+    MeshPart& part = mesh.parts[index];
+    if (part.name.empty()) {
+        part.name = property == 0 ? "no property" : "property " + std::to_string(property);
+        part.section = "physical property";
+        part.propertyId = property;
+        part.materialId = material;
+    }
+    return index;
+}
+
+// --- groups ---
+
+void UnvReader::groups()
+{
+    std::string_view line;
+    while (nextLine(line)) {
+        // The count stands in the last of seven fields or, in later datasets, of eight.
+        const Fields head = integers(line);
+        const bool eight = trimmed(line.substr(std::min(line.size(), (fieldsOfLine - 1) * width))).size() > 0;
+        const std::int64_t count = head[eight ? 7 : 6];
+        MeshSet nodeSet;
+        nodeSet.of = MeshSet::Of::Nodes;
+        nodeSet.id = head[0];
+        nodeSet.name.assign(trimmed(needLine("the name of a group")));
+        if (nodeSet.name.empty()) {
+            nodeSet.name = "group " + std::to_string(head[0]);
+        }
+        MeshSet elementSet = nodeSet;
+        elementSet.of = MeshSet::Of::Elements;
+        groupMembers(nodeSet, elementSet, count);
+        for (MeshSet* set : {&nodeSet, &elementSet}) {
+            if (!set->ids.ranges.empty()) {
+                mesh.sets.push_back(std::move(*set));
+            }
+        }
+    }
+}
+
+// Members are kind and id, either four of them on a line, or two with two more fields each that are nearly always 0.
+void UnvReader::groupMembers(MeshSet& nodeSet, MeshSet& elementSet, std::int64_t count)
+{
+    constexpr std::int64_t nodeKind = 7;
+    constexpr std::int64_t elementKind = 8;
+    std::size_t stride = 0;
+    while (count > 0) {
+        const Fields fields = integers(needLine("the members of a group"));
+        if (stride == 0) {
+            stride = variant == 1 || fields[2] == 0 ? 4 : 2;
+        }
+        for (std::size_t k = 0; k < fieldsOfLine && count > 0; k += stride, --count) {
+            if (fields[k] == nodeKind) {
+                nodeSet.ids.add(fields[k + 1]);
+            } else if (fields[k] == elementKind) {
+                elementSet.ids.add(fields[k + 1]);
+            } else {
+                log.count("members of groups not read", "kind " + std::to_string(fields[k]), 1, deck.place());
+            }
+        }
+    }
+}
+
+// --- the rest ---
+
+void UnvReader::units()
+{
+    constexpr std::size_t lengthOfName = 20;
+    std::string_view line;
+    if (!nextLine(line)) {
+        return;
+    }
+    const std::string_view name = trimmed(line.substr(std::min(line.size(), width), lengthOfName));
+    if (!name.empty()) {
+        mesh.facts.emplace_back("units", name);
+    }
+    while (nextLine(line)) { // factors to SI: coordinates stay as they are
+    }
+}
+
+// The name of the model's file, then a description.
+void UnvReader::header()
+{
+    std::string_view line;
+    for (int k = 1; nextLine(line); ++k) {
+        if (k == 2 && !trimmed(line).empty()) {
+            mesh.facts.emplace_back("title", trimmed(line));
+        }
+    }
+}
+
+void UnvReader::skip()
+{
+    std::string_view line;
+    while (nextLine(line)) {
+    }
+}
+
+void UnvReader::dataset(std::string_view number)
+{
+    const Place place = deck.place();
+    const char* p = number.data();
+    const char* end = p + number.size();
+    std::int64_t value = 0;
+    if (!scanInteger(p, end, value) || value < 0 || value > 99999) {
+        throw ImportError(place, "\"" + std::string(number.substr(0, 40)) + "\" is no number of a dataset");
+    }
+    current = static_cast<int>(value);
+    const bool binary = p < end && (*p == 'b' || *p == 'B');
+    for (const Dataset& known : datasets) {
+        if (known.number == current && !binary) {
+            variant = known.variant;
+            return (this->*known.read)();
+        }
+    }
+    log.count(listKeywordsNotRead, "dataset " + std::to_string(current), 1, place);
+    skip();
+}
+
+Mesh UnvReader::read()
+{
+    std::string_view line;
+    while (deck.next(line)) {
+        if (trimmed(line).empty()) {
+            continue;
+        }
+        if (!isDelimiter(line)) {
+            throw ImportError(deck.place(), "a dataset should begin here with -1, not \"" +
+                                                std::string(trimmed(line).substr(0, 40)) + "\"");
+        }
+        if (!deck.next(line)) {
+            throw ImportError(deck.place(), "cut off at the beginning of a dataset");
+        }
+        dataset(trimmed(line));
+    }
+    mesh.sourceFiles = deck.files();
+    finishMesh(mesh, log);
+    return std::move(mesh);
+}
+
+} // namespace
+
+bool looksLikeUnv(const MappedFile& file)
+{
+    constexpr std::size_t enough = 4096;
+    std::string_view rest(file.begin(), std::min(file.size(), enough));
+    int lines = 0;
+    while (!rest.empty() && lines < 2) {
+        const std::size_t stop = std::min(rest.find('\n'), rest.size());
+        const std::string_view line = trimmed(rest.substr(0, stop));
+        rest.remove_prefix(std::min(stop + 1, rest.size()));
+        if (line.empty()) {
+            continue;
+        }
+        std::int64_t number = 0;
+        const char* p = line.data();
+        const bool good = lines == 0 ? line == "-1" : scanInteger(p, p + line.size(), number) && number > 0;
+        if (!good || (lines == 1 && p < line.data() + line.size() && *p != 'b' && *p != ' ')) {
+            return false;
+        }
+        ++lines;
+    }
+    return lines == 2;
+}
+
+Mesh readUnv(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)
+{
+    return UnvReader(std::move(file), log, std::move(progress)).read();
+}
+
+} // namespace kvo

@@ -1,0 +1,12 @@
+kvo_deck_format(KEYWORD
+  key_cards.cpp
+  key_definitions.cpp
+  key_elements.cpp
+  key_fields.cpp
+  key_includes.cpp
+  key_lines.cpp
+  key_parameters.cpp
+  key_reader.cpp
+  key_sets.cpp
+  key_transforms.cpp
+  key_undrawn.cpp)

@@ -1,0 +1,20 @@
+// Single precision: what coordinates lose in it, and where to put the origin so that they do not.
+#ifndef KVO_IMPORT_MODEL_ORIGIN_H
+#define KVO_IMPORT_MODEL_ORIGIN_H
+
+#include <array>
+
+#include "import_log.h"
+#include "mesh.h"
+
+namespace kvo {
+
+using Origin = std::array<double, 3>;
+
+// What to take off all coordinates: 0 unless shift, then a round vector near the middle of the mesh. The log says what
+// was taken off, and when the shortest edges are lost in single precision nevertheless.
+Origin chooseOrigin(const Mesh& mesh, bool shift, ImportLog& log);
+
+} // namespace kvo
+
+#endif

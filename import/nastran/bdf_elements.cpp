@@ -1,0 +1,276 @@
+// Elements of bulk data into a mesh.
+#include "bdf_elements.h"
+
+#include <algorithm>
+
+#include "id_index.h"
+
+namespace kvo {
+
+namespace {
+
+constexpr int maxSlots = 9;
+constexpr std::int64_t noProperty = 0;
+
+// Sorted ranges that do not touch.
+std::vector<IdRange> merged(std::vector<IdRange> ranges)
+{
+    std::sort(ranges.begin(), ranges.end(), [](const IdRange& a, const IdRange& b) { return a.first < b.first; });
+    std::vector<IdRange> result;
+    for (const IdRange& range : ranges) {
+        if (!result.empty() && range.first <= result.back().last) {
+            result.back().last = std::max(result.back().last, range.last);
+        } else {
+            result.push_back(range);
+        }
+    }
+    return result;
+}
+
+bool holds(const std::vector<IdRange>& ranges, std::int64_t id)
+{
+    const auto after = std::upper_bound(ranges.begin(), ranges.end(), id,
+                                        [](std::int64_t value, const IdRange& range) { return value < range.first; });
+    return after != ranges.begin() && id <= std::prev(after)->last;
+}
+
+} // namespace
+
+std::uint32_t BdfElements::typeOf(const BdfElementRow& row)
+{
+    if (&row != lastRow) {
+        lastRow = &row;
+        lastType = rows.type(row.name, row.family, row.shape, row.family == Family::Discrete && row.orientation >= 0);
+        if (row.scalar) {
+            scalarTypes.insert(lastType);
+        }
+    }
+    return lastType;
+}
+
+// --- parts ---
+
+// A blank property id is the element's own id. Cards without a property make one part of all.
+std::uint32_t BdfElements::partOf(const BdfElementRow& row, const BdfCard& card, std::int64_t id)
+{
+    if (row.property >= 0) {
+        const std::int64_t property = card.integer(static_cast<std::size_t>(row.property), id);
+        const std::uint32_t part = rows.part(property);
+        mesh.parts[part].propertyId = property;
+        return part;
+    }
+    const std::uint32_t part = rows.part(std::string(row.name) + " elements");
+    mesh.parts[part].section = row.name;
+    if (row.value >= 0) {
+        noteValue(row, card.real(static_cast<std::size_t>(row.value)), part);
+    }
+    return part;
+}
+
+// The part has the value if all its elements agree.
+void BdfElements::noteValue(const BdfElementRow& row, double value, std::uint32_t part)
+{
+    SectionData& data = mesh.parts[part].data;
+    double& kept = row.family == Family::Beam ? data.area : row.name[1] == 'D' ? data.damping : data.stiffness;
+    const bool first = valued.insert(part).second;
+    if (!first && kept != value) {
+        mixedValues.insert(part);
+    }
+    kept = first || mixedValues.count(part) == 0 ? value : 0.0;
+}
+
+// --- elements ---
+
+// An integer without two more numbers behind it is a node.
+BdfElements::OrientationEntry BdfElements::orientationOf(const BdfCard& card, int field)
+{
+    OrientationEntry entry;
+    const std::size_t first = static_cast<std::size_t>(field);
+    std::int64_t node = 0;
+    if (card.isInteger(first, node) && card.blank(first + 1) && card.blank(first + 2)) {
+        entry.node = node > 0 ? node : noNode;
+        return entry;
+    }
+    for (std::size_t k = 0; k < 3; ++k) {
+        entry.isVector = entry.isVector || !card.blank(first + k);
+        entry.vector[k] = card.real(first + k);
+    }
+    return entry;
+}
+
+namespace {
+
+std::int64_t elementId(const BdfCard& card)
+{
+    const std::int64_t id = card.integer(0);
+    if (id <= 0) {
+        throw ImportError(card.place(), card.name() + ": the id must be above 0, not " + std::to_string(id));
+    }
+    return id;
+}
+
+// One end may be the ground: no node, and the element shrinks to the other end. False if there is no end at all.
+bool groundEnds(std::int64_t* nodes)
+{
+    nodes[0] = nodes[0] <= 0 ? nodes[1] : nodes[0];
+    nodes[1] = nodes[1] <= 0 ? nodes[0] : nodes[1];
+    return nodes[0] > 0;
+}
+
+} // namespace
+
+void BdfElements::add(const BdfElementRow& row, const BdfCard& card)
+{
+    const std::int64_t id = elementId(card);
+    const std::size_t corners = static_cast<std::size_t>(cornerCount(row.shape));
+    std::int64_t nodes[maxSlots];
+    for (std::size_t k = 0; k < corners; ++k) {
+        nodes[k] = card.integer(static_cast<std::size_t>(row.firstNode) + k * static_cast<std::size_t>(row.step));
+    }
+    if (row.family == Family::Discrete && !groundEnds(nodes)) {
+        log.warn("elements without nodes", card.place(),
+                 card.name() + " element " + std::to_string(id) + " has no node: left out");
+        return;
+    }
+    OrientationEntry orientation;
+    if (row.orientation >= 0) {
+        orientation = orientationOf(card, row.orientation);
+    }
+    nodes[corners] = orientation.node;
+    const std::uint32_t type = typeOf(row);
+    mesh.files.front().addElement(type, card.file, card.line, id, partOf(row, card, id), nodes,
+                                  static_cast<std::size_t>(mesh.types[type].slots()));
+    if (orientation.isVector) {
+        // Field 9: what the offsets and the vector are in; the first letter tells of the vector.
+        const bool basic = row.base && card.text(7).substr(0, 1) == "B";
+        vectors.push_back({id, basic ? noNode : nodes[0], orientation.vector});
+    }
+    if (row.base) {
+        noteBlanks(row, card, nodes[0], orientation);
+    }
+}
+
+// The last element, if a default may fill something.
+void BdfElements::noteBlanks(const BdfElementRow& row, const BdfCard& card, std::int64_t endA,
+                             const OrientationEntry& orientation)
+{
+    const bool property = card.blank(1);
+    const bool direction = !orientation.isVector && orientation.node == noNode;
+    if (property || direction) {
+        const auto& blocks = mesh.files.front().blocks;
+        unfinished.push_back({blocks.size() - 1, blocks.back().size() - 1, endA, property, direction, &row});
+    }
+}
+
+void BdfElements::addUndrawn(const BdfUndrawnRow& row, const BdfCard& card)
+{
+    std::vector<std::int64_t> nodes;
+    if (row.nodes) {
+        row.nodes(card, nodes);
+    }
+    std::int64_t id = 0;
+    card.isInteger(0, id);
+    mesh.files.front().addUndrawn(row.name, id, nodes.data(), nodes.size());
+    log.count(listElementsNotDrawn, row.name, 1, card.place());
+}
+
+// --- defaults ---
+
+void BdfElements::setDefaults(const BdfCard& card)
+{
+    Defaults& entry = defaults[card.key];
+    entry.property = card.integer(1, noProperty);
+    entry.orientation = orientationOf(card, 4);
+}
+
+void BdfElements::applyDefaults()
+{
+    for (const Unfinished& element : unfinished) {
+        const auto found = defaults.find(cardKey(element.row->base));
+        if (found == defaults.end()) {
+            continue;
+        }
+        ElementBlock& block = mesh.files.front().blocks[element.block];
+        const std::int64_t property = found->second.property;
+        if (element.property && property != noProperty) {
+            block.part[element.element] = rows.part(property);
+            mesh.parts[block.part[element.element]].propertyId = property;
+        }
+        const OrientationEntry& orientation = found->second.orientation;
+        if (element.orientation && orientation.isVector) {
+            vectors.push_back({block.ids[element.element], element.endA, orientation.vector});
+        } else if (element.orientation) {
+            block.nodes[3 * element.element + 2] = orientation.node;
+        }
+    }
+    unfinished = {};
+}
+
+void BdfElements::applyVectors()
+{
+    for (const VectorOfElement& row : vectors) {
+        mesh.files.front().orient(row.element, row.endA == noNode ? row.vector : coords.toBasic(row.endA, row.vector));
+    }
+    vectors = {};
+}
+
+// --- scalar points ---
+
+// "1, 5, 9" or "1, THRU, 9".
+void BdfElements::addScalarPoints(const BdfCard& card)
+{
+    for (std::size_t k = 0; k < card.fields.size(); ++k) {
+        const std::int64_t first = card.integer(k);
+        if (first <= 0) {
+            continue;
+        }
+        std::int64_t last = first;
+        if (card.text(k + 1) == "THRU") {
+            last = card.integer(k + 2);
+            k += 2;
+        }
+        if (last < first) {
+            throw ImportError(card.place(), card.name() + ": THRU expects a higher id behind it");
+        }
+        scalarPoints.addRange(first, last);
+    }
+}
+
+// A scalar point is nowhere: an end that is one counts as the ground does.
+void BdfElements::shrinkScalarElements()
+{
+    if (scalarPoints.ranges.empty() && scalarTypes.empty()) {
+        return;
+    }
+    MeshFile& file = mesh.files.front();
+    const IdIndex grids(file.nodeIds);
+    const std::vector<IdRange> points = merged(scalarPoints.ranges);
+    for (ElementBlock& block : file.blocks) {
+        const ElementType& type = mesh.types[block.type];
+        const bool anyIsScalar = scalarTypes.count(block.type) > 0;
+        const std::size_t slots = static_cast<std::size_t>(type.slots());
+        for (std::size_t e = 0; type.family == Family::Discrete && e < block.size(); ++e) {
+            std::int64_t* ends = &block.nodes[e * slots];
+            bool scalar[2];
+            for (int k = 0; k < 2; ++k) {
+                scalar[k] = grids.find(ends[k]) == IdIndex::none && (anyIsScalar || holds(points, ends[k]));
+            }
+            if (scalar[0] && scalar[1]) {
+                block.part[e] = noPart;
+                file.addUndrawn(type.name, block.ids[e], ends, ends[0] == ends[1] ? 1 : 2);
+                log.count(listElementsNotDrawn, type.name + " between scalar points", 1, mesh.placeOf(block, e));
+            } else if (scalar[0] || scalar[1]) {
+                ends[scalar[0] ? 0 : 1] = ends[scalar[0] ? 1 : 0];
+            }
+        }
+    }
+}
+
+void BdfElements::finish()
+{
+    applyDefaults();
+    applyVectors();
+    shrinkScalarElements();
+}
+
+} // namespace kvo

@@ -1,0 +1,1 @@
+kvo_deck_format(OBJ obj_reader.cpp)

@@ -1,0 +1,1 @@
+kvo_deck_format(PLY ply_reader.cpp)

@@ -1,0 +1,2 @@
+kvo_deck_format(STL
+  stl_reader.cpp)

@@ -1,0 +1,108 @@
+// The frame once more, with numbers for colours.
+#include "number_picture.h"
+
+#include <memory>
+
+#include "caeenv.h"
+#include "scene_view_impl.h"
+
+namespace kvo {
+
+namespace {
+
+void loadMatrices(const double modelview[16], const double projection[16])
+{
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadMatrixd(projection);
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadMatrixd(modelview);
+}
+
+void restoreMatrices()
+{
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+}
+
+} // namespace
+
+// Part of the viewport is drawn as a picture of its own whose viewport is shifted: every pixel gets the same fragments as
+// in the frame.
+NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
+{
+    NumberPicture out;
+    out.box = box;
+    const std::size_t pixels = static_cast<std::size_t>(box.width) * static_cast<std::size_t>(box.height);
+    out.numbers.assign(pixels, 0);
+    out.depths.assign(pixels, 1);
+    if (geometry.elementCount() == 0) {
+        return out;
+    }
+    GLint depthTest = glIsEnabled(GL_DEPTH_TEST);
+    GLint readBuffer = GL_BACK;
+    glGetIntegerv(GL_READ_BUFFER, &readBuffer);
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT | GL_CLIENT_PIXEL_STORE_BIT);
+    {
+        const KeepFramebuffer keep;
+        const GlFramebuffer target(box.width, box.height, {GL_R32UI});
+        glViewport(camera.viewport[0] - box.left, camera.viewport[1] - box.bottom, camera.viewport[2],
+                   camera.viewport[3]);
+        glDisable(GL_SCISSOR_TEST);
+        glDisable(GL_BLEND);
+        glDisable(GL_MULTISAMPLE);
+        const GLuint nothing[4] = {0, 0, 0, 0};
+        glClearBufferuiv(GL_COLOR, 0, nothing);
+        glClear(GL_DEPTH_BUFFER_BIT);
+        if (depthTest) {
+            glEnable(GL_DEPTH_TEST);
+        }
+        double modelview[16];
+        camera.relativeTo(geometry.origin(), modelview);
+        loadMatrices(modelview, camera.projection);
+        drawNumberedPieces(box);
+        restoreMatrices();
+        glUseProgram(0);
+        glReadBuffer(GL_COLOR_ATTACHMENT0);
+        glPixelStorei(GL_PACK_ALIGNMENT, 4);
+        glReadPixels(0, 0, box.width, box.height, GL_RED_INTEGER, GL_UNSIGNED_INT, out.numbers.data());
+        glReadPixels(0, 0, box.width, box.height, GL_DEPTH_COMPONENT, GL_FLOAT, out.depths.data());
+    }
+    glReadBuffer(static_cast<GLenum>(readBuffer));
+    glPopClientAttrib();
+    glPopAttrib();
+    return out;
+}
+
+// Opaque and transparent parts alike: what is nearest is hit.
+void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
+{
+    std::vector<PartShow> parts = partsToShow(env, geometry, false);
+    for (PartShow& show : parts) {
+        show = show == PartShow::Transparent ? PartShow::Opaque : show;
+    }
+    // Blocks beyond the box are skipped as in a view zoomed in to it.
+    SceneCamera zoomed = camera;
+    const double sx = double(camera.viewport[2]) / box.width, sy = double(camera.viewport[3]) / box.height;
+    const double tx = sx + 2.0 * (camera.viewport[0] - box.left) / box.width - 1;
+    const double ty = sy + 2.0 * (camera.viewport[1] - box.bottom) / box.height - 1;
+    for (int column = 0; column < 4; ++column) {
+        zoomed.projection[4 * column] = sx * camera.projection[4 * column] + tx * camera.projection[4 * column + 3];
+        zoomed.projection[4 * column + 1] =
+            sy * camera.projection[4 * column + 1] + ty * camera.projection[4 * column + 3];
+    }
+    SceneFrameStats uncounted;
+    ScenePasses passes(geometry, zoomed, parts, uncounted);
+    programs.use(ElementNumbers | FlatLight, SurfaceUniforms());
+    passes.faces(PartShow::Opaque, drawnLook.light != SceneLight::Contract);
+    glLineWidth(drawnLook.lineWidth);
+    glDepthRange(0, nearerDepth);
+    passes.lines(PartShow::Opaque);
+    glDepthRange(0, 1);
+}
+
+} // namespace kvo

@@ -1,0 +1,142 @@
+#include "scene_camera.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "scene_view.h"
+
+namespace kvo {
+
+namespace {
+
+void setUnit(const double v[3], float out[3])
+{
+    const double length = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
+    for (int axis = 0; axis < 3; ++axis) {
+        out[axis] = length > 0 ? static_cast<float>(v[axis] / length) : 0.0f;
+    }
+}
+
+double determinant(const double m[16]) // of the upper left 3 x 3
+{
+    return m[0] * (m[5] * m[10] - m[9] * m[6]) - m[4] * (m[1] * m[10] - m[9] * m[2]) +
+           m[8] * (m[1] * m[6] - m[5] * m[2]);
+}
+
+// Positions are directions in eye coordinates: the lights have no place.
+void setContractLights(SurfaceUniforms& uniforms)
+{
+    const GLenum names[2] = {GL_LIGHT0, GL_LIGHT1};
+    float global[4], ambient[4], diffuse[4], position[4];
+    glGetFloatv(GL_LIGHT_MODEL_AMBIENT, global);
+    uniforms.ambient = global[0];
+    for (int k = 0; k < 2; ++k) {
+        const bool on = glIsEnabled(names[k]);
+        glGetLightfv(names[k], GL_AMBIENT, ambient);
+        glGetLightfv(names[k], GL_DIFFUSE, diffuse);
+        glGetLightfv(names[k], GL_POSITION, position);
+        uniforms.ambient += on ? ambient[0] : 0;
+        uniforms.diffuse[k] = on ? diffuse[0] : 0;
+        const double direction[3] = {position[0], position[1], position[2]};
+        setUnit(direction, uniforms.lights[k]);
+    }
+    uniforms.bothSides = false;
+}
+
+// The common length of the columns, if they have one and stand on each other; else 0.
+double commonScale(const double m[16])
+{
+    const auto dot = [m](int a, int b) { return m[4 * a] * m[4 * b] + m[4 * a + 1] * m[4 * b + 1] + m[4 * a + 2] * m[4 * b + 2]; };
+    const double square = (dot(0, 0) + dot(1, 1) + dot(2, 2)) / 3;
+    for (int a = 0; a < 3; ++a) {
+        if (std::fabs(dot(a, a) - square) > 1e-4 * square || std::fabs(dot(a, (a + 1) % 3)) > 1e-4 * square) {
+            return 0;
+        }
+    }
+    return std::sqrt(square);
+}
+
+// A direction of eye coordinates in model coordinates, for a modelview that keeps angles.
+void toModel(const double m[16], float v[3])
+{
+    double out[3];
+    for (int column = 0; column < 3; ++column) {
+        out[column] = m[4 * column] * v[0] + m[4 * column + 1] * v[1] + m[4 * column + 2] * v[2];
+    }
+    setUnit(out, v);
+}
+
+struct LightRow
+{
+    double direction[3];
+    float diffuse;
+};
+
+const LightRow eyeLights[2] = {{{-0.35, 0.5, 1}, 0.62f}, {{0.8, -0.2, 0.6}, 0.22f}};
+const LightRow modelLights[2] = {{{0.4, -0.6, 0.8}, 0.6f}, {{-0.7, 0.5, 0.3}, 0.3f}};
+constexpr float softAmbient = 0.28f;
+
+} // namespace
+
+void SceneCamera::capture()
+{
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    glGetDoublev(GL_MODELVIEW_MATRIX, modelview);
+    glGetDoublev(GL_PROJECTION_MATRIX, projection);
+    // Window depth grows with eye z when the projection's third row says so: the viewer then looks along +z.
+    viewer = projection[10] > 0 ? -1.0f : 1.0f;
+    // Eye coordinates are right-handed with the viewer looking along -z; that projection has a negative determinant.
+    unitScale = commonScale(modelview);
+    mirrored = determinant(modelview) * determinant(projection) > 0;
+}
+
+void SceneCamera::relativeTo(const double origin[3], double out[16]) const
+{
+    std::copy(modelview, modelview + 16, out);
+    for (int row = 0; row < 4; ++row) {
+        for (int axis = 0; axis < 3; ++axis) {
+            out[12 + row] += modelview[4 * axis + row] * origin[axis];
+        }
+    }
+}
+
+namespace {
+
+void setSoftLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms)
+{
+    uniforms.ambient = softAmbient;
+    uniforms.bothSides = true;
+    for (int k = 0; k < 2; ++k) {
+        const LightRow& row = light == SceneLight::Eye ? eyeLights[k] : modelLights[k];
+        double direction[3] = {row.direction[0], row.direction[1], row.direction[2] * camera.viewer};
+        if (light == SceneLight::Model) {
+            for (int axis = 0; axis < 3; ++axis) {
+                direction[axis] = camera.modelview[axis] * row.direction[0] +
+                                  camera.modelview[4 + axis] * row.direction[1] +
+                                  camera.modelview[8 + axis] * row.direction[2];
+            }
+        }
+        setUnit(direction, uniforms.lights[k]);
+        uniforms.diffuse[k] = row.diffuse;
+    }
+}
+
+} // namespace
+
+void setLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms)
+{
+    if (light == SceneLight::Contract) {
+        setContractLights(uniforms);
+    } else {
+        setSoftLights(light, camera, uniforms);
+    }
+    uniforms.viewer[0] = uniforms.viewer[1] = 0;
+    uniforms.viewer[2] = camera.viewer;
+    if (camera.unitScale != 0) {
+        toModel(camera.modelview, uniforms.lights[0]);
+        toModel(camera.modelview, uniforms.lights[1]);
+        toModel(camera.modelview, uniforms.viewer);
+    }
+}
+
+} // namespace kvo

@@ -1,0 +1,131 @@
+#include "scene_passes.h"
+
+#include <algorithm>
+
+#include "caeenv.h"
+
+namespace kvo {
+
+namespace {
+
+ViewVolume volumeOf(const SceneGeometry& geometry, const SceneCamera& camera)
+{
+    double modelview[16];
+    camera.relativeTo(geometry.origin(), modelview);
+    return ViewVolume(modelview, camera.projection);
+}
+
+} // namespace
+
+std::vector<PartShow> partsToShow(const CAEEnv& env, const SceneGeometry& geometry, bool ghosts)
+{
+    const std::vector<const PartInfoStr*> parts = sceneParts(env);
+    std::vector<PartShow> out(geometry.partCount(), PartShow::No);
+    for (std::size_t k = 0; k < out.size() && k < parts.size(); ++k) {
+        const PartInfoStr& part = *parts[k];
+        if (part.partFlag & PART_HIDDEN) {
+            out[k] = ghosts ? PartShow::Ghost : PartShow::No;
+        } else {
+            out[k] = part.partColor[3] < 1 && parts[k] != env.segmentPart ? PartShow::Transparent : PartShow::Opaque;
+        }
+    }
+    return out;
+}
+
+ScenePasses::ScenePasses(const SceneGeometry& sceneGeometry, const SceneCamera& camera,
+                         const std::vector<PartShow>& shownParts, SceneFrameStats& frameStats)
+    : geometry(sceneGeometry), parts(shownParts), stats(frameStats), volume(volumeOf(sceneGeometry, camera)),
+      mirrored(camera.mirrored)
+{
+}
+
+bool ScenePasses::any(PartShow show) const
+{
+    return std::find(parts.begin(), parts.end(), show) != parts.end();
+}
+
+void ScenePasses::gather(FaceKind kind, PartShow show, bool closedOnly, DrawRanges& ranges)
+{
+    ranges.clear();
+    for (const SurfaceBlock& block : geometry.blocks(kind)) {
+        if (parts[block.part] != show || geometry.closed(block.part) != closedOnly) {
+            continue;
+        }
+        if (volume.mayShow(block.low, block.high)) {
+            ranges.add(block.firstIndex, block.indexCount);
+        } else {
+            ++stats.culledBlocks;
+        }
+    }
+}
+
+bool ScenePasses::drawRanges(FaceKind kind, const DrawRanges& ranges)
+{
+    if (ranges.empty()) {
+        return false;
+    }
+    geometry.bindIndices(kind);
+    glMultiDrawElements(kind == Quads ? GL_QUADS : GL_TRIANGLES, ranges.counts.data(), GL_UNSIGNED_INT,
+                        ranges.offsets.data(), static_cast<GLsizei>(ranges.counts.size()));
+    stats.faces += ranges.indexCount() / (kind == Quads ? 4 : 3);
+    ++stats.drawCalls;
+    return true;
+}
+
+bool ScenePasses::faces(PartShow show, bool cullClosed)
+{
+    if (!any(show)) {
+        return false;
+    }
+    geometry.bindSurface();
+    bool drawn = false;
+    DrawRanges ranges;
+    for (const bool closed : {true, false}) {
+        if (closed && cullClosed) {
+            glEnable(GL_CULL_FACE);
+            glCullFace(GL_BACK);
+            glFrontFace(mirrored ? GL_CW : GL_CCW);
+        } else {
+            glDisable(GL_CULL_FACE);
+        }
+        for (const FaceKind kind : {Quads, Triangles}) {
+            gather(kind, show, closed, ranges);
+            drawn = drawRanges(kind, ranges) || drawn;
+        }
+    }
+    glDisable(GL_CULL_FACE);
+    SceneGeometry::unbind();
+    return drawn;
+}
+
+bool ScenePasses::lines(PartShow show)
+{
+    return pieces(geometry.lineBuffer(), geometry.lines(), GL_LINES, show);
+}
+
+bool ScenePasses::pieces(const GlBuffer& vertices, const std::vector<VertexRange>& ranges, GLenum mode, PartShow show)
+{
+    std::vector<GLint> firsts;
+    std::vector<GLsizei> counts;
+    for (const VertexRange& range : ranges) {
+        if (parts[range.part] != show) {
+            continue;
+        }
+        if (!counts.empty() && firsts.back() + counts.back() == static_cast<GLint>(range.firstVertex)) {
+            counts.back() += static_cast<GLsizei>(range.vertexCount);
+        } else {
+            firsts.push_back(static_cast<GLint>(range.firstVertex));
+            counts.push_back(static_cast<GLsizei>(range.vertexCount));
+        }
+    }
+    if (counts.empty()) {
+        return false;
+    }
+    bindSurfaceVertices(vertices);
+    glMultiDrawArrays(mode, firsts.data(), counts.data(), static_cast<GLsizei>(counts.size()));
+    ++stats.drawCalls;
+    SceneGeometry::unbind();
+    return true;
+}
+
+} // namespace kvo

@@ -1,0 +1,56 @@
+// The passes of a frame over faces and lines: which pieces of which parts, and the calls that draw them.
+#ifndef KVO_SCENE_SCENE_PASSES_H
+#define KVO_SCENE_SCENE_PASSES_H
+
+#include <vector>
+
+#include "block_ranges.h"
+#include "scene_camera.h"
+#include "scene_geometry.h"
+#include "scene_view.h"
+#include "surface_program.h"
+
+class CAEEnv;
+
+namespace kvo {
+
+// How a part takes part in a frame.
+enum class PartShow : char
+{
+    No,
+    Opaque,
+    Transparent,
+    Ghost
+};
+
+std::vector<PartShow> partsToShow(const CAEEnv& env, const SceneGeometry& geometry, bool ghosts);
+
+// Draws pieces of one geometry with the matrices that are current (model coordinates relative to the geometry's origin).
+class ScenePasses
+{
+public:
+    ScenePasses(const SceneGeometry& sceneGeometry, const SceneCamera& camera, const std::vector<PartShow>& parts,
+                SceneFrameStats& frameStats);
+
+    // Faces of the parts that are shown so. Faces seen from behind are left out where the surface is closed; filled:
+    // only then. Returns whether there were any.
+    bool faces(PartShow show, bool cullClosed);
+    bool lines(PartShow show);
+    // Triangles or lines of another buffer of SurfaceVertex.
+    bool pieces(const GlBuffer& vertices, const std::vector<VertexRange>& ranges, GLenum mode, PartShow show);
+    bool any(PartShow show) const;
+
+private:
+    void gather(FaceKind kind, PartShow show, bool closedOnly, DrawRanges& ranges);
+    bool drawRanges(FaceKind kind, const DrawRanges& ranges);
+
+    const SceneGeometry& geometry;
+    const std::vector<PartShow>& parts;
+    SceneFrameStats& stats;
+    ViewVolume volume;
+    bool mirrored;
+};
+
+} // namespace kvo
+
+#endif

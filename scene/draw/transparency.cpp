@@ -1,0 +1,98 @@
+#include "transparency.h"
+
+namespace kvo {
+
+namespace {
+
+const char* const vertexText = R"(#version 150 compatibility
+void main()
+{
+    gl_Position = gl_Vertex;
+}
+)";
+
+const char* const fragmentText = R"(#version 150 compatibility
+uniform sampler2D sums;
+uniform sampler2D through;
+uniform ivec2 corner;
+out vec4 pixel;
+void main()
+{
+    ivec2 at = ivec2(gl_FragCoord.xy) - corner;
+    float seenThrough = texelFetch(through, at, 0).r;
+    vec4 sum = texelFetch(sums, at, 0);
+    if (seenThrough >= 1.0)
+        discard;
+    pixel = vec4(sum.rgb / max(sum.a, 1e-5), 1.0 - seenThrough);
+}
+)";
+
+} // namespace
+
+void TransparentLayers::draw(const int viewport[4], const std::function<void()>& drawOpaque,
+                             const std::function<void()>& drawLayers)
+{
+    if (viewport[2] < 1 || viewport[3] < 1) {
+        return;
+    }
+    {
+        const KeepFramebuffer keep;
+        if (!target || target->width() != viewport[2] || target->height() != viewport[3]) {
+            target.reset();
+            target = std::make_unique<GlFramebuffer>(viewport[2], viewport[3],
+                                                     std::vector<GLenum>{GL_RGBA16F, GL_RGBA16F});
+        }
+        target->bind();
+        glViewport(0, 0, viewport[2], viewport[3]);
+        glDisable(GL_SCISSOR_TEST);
+        glDisable(GL_BLEND);
+        const float none[4] = {0, 0, 0, 0}, all[4] = {1, 1, 1, 1};
+        glClearBufferfv(GL_COLOR, 0, none);
+        glClearBufferfv(GL_COLOR, 1, all);
+        glClear(GL_DEPTH_BUFFER_BIT);
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+        drawOpaque();
+        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+        glDepthMask(GL_FALSE);
+        glEnable(GL_BLEND);
+        glBlendFunci(0, GL_ONE, GL_ONE);
+        glBlendFunci(1, GL_ZERO, GL_ONE_MINUS_SRC_COLOR);
+        drawLayers();
+        glDepthMask(GL_TRUE);
+    }
+    if (!program) {
+        program = std::make_unique<GlProgram>(vertexText, fragmentText, std::vector<GlProgram::Attribute>{});
+    }
+    program->use();
+    glUniform1i(program->uniform("sums"), 0);
+    glUniform1i(program->uniform("through"), 1);
+    glUniform2i(program->uniform("corner"), viewport[0], viewport[1]);
+    layOver();
+    glUseProgram(0);
+}
+
+void TransparentLayers::layOver()
+{
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glDisable(GL_DEPTH_TEST);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    for (unsigned int unit : {1u, 0u}) {
+        glActiveTexture(GL_TEXTURE0 + unit);
+        glBindTexture(GL_TEXTURE_2D, target->color(unit));
+    }
+    glBegin(GL_QUADS);
+    glVertex2f(-1, -1);
+    glVertex2f(1, -1);
+    glVertex2f(1, 1);
+    glVertex2f(-1, 1);
+    glEnd();
+    for (unsigned int unit : {1u, 0u}) {
+        glActiveTexture(GL_TEXTURE0 + unit);
+        glBindTexture(GL_TEXTURE_2D, 0);
+    }
+    glDisable(GL_BLEND);
+    glEnable(GL_DEPTH_TEST);
+}
+
+} // namespace kvo

@@ -1,0 +1,32 @@
+// Transparent layers whose order does not matter.
+//
+// Weighted blended transparency (McGuire and Bavoil, Journal of Computer Graphics Techniques 2(2), 2013): a first target
+// sums the layers' colours with weights that fall with depth, a second one multiplies what they let through. Both sums
+// and products are the same in any order.
+#ifndef KVO_SCENE_TRANSPARENCY_H
+#define KVO_SCENE_TRANSPARENCY_H
+
+#include <functional>
+#include <memory>
+
+#include "gl_objects.h"
+
+namespace kvo {
+
+class TransparentLayers
+{
+public:
+    // drawOpaque draws what covers layers (only its depth counts), drawLayers draws them with programs that have the
+    // feature Layers. Both into a target of the viewport's size. Then the layers are laid over the bound framebuffer.
+    void draw(const int viewport[4], const std::function<void()>& drawOpaque, const std::function<void()>& drawLayers);
+
+private:
+    void layOver();
+
+    std::unique_ptr<GlFramebuffer> target;
+    std::unique_ptr<GlProgram> program;
+};
+
+} // namespace kvo
+
+#endif

@@ -1,0 +1,141 @@
+// SceneView: one call a frame draws a loaded environment fast and completely.
+//
+//   kvo::SceneView view(env);          // env.loadAndInitGL() has run; the context is current from here on
+//   view.look.style = kvo::SceneStyle::ShadedEdges;
+//   view.draw();                       // instead of env.renderModel()
+//   env.selectElements(eids, pids);    // through the environment, as ever; the next frame shows it
+//   view.draw();
+//
+// What is drawn is read from the environment's records at every frame: visibility, colours, selected and highlighted
+// parts, selected elements and nodes, the segment part, boxes. View, rotation, zoom and overlays are the environment's own
+// MView and MTransform, the projection is model_frame.h's: nothing is distorted, whatever the window's shape. The shade
+// model, polygon mode and depth test are those of the context, as the environment's setters leave them.
+//
+// Needs OpenGL 3.3 in the compatibility profile. All calls belong on the thread that owns the context, and the context
+// must be current in the destructor too. Errors: std::runtime_error for a context that cannot do it, std::bad_alloc when
+// memory ends.
+#ifndef KVO_SCENE_VIEW_H
+#define KVO_SCENE_VIEW_H
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "kvoexport.h"
+
+class CAEEnv;
+
+namespace kvo {
+
+enum class SceneLight
+{
+    Eye,     // two lights beside the viewer; both sides of a face are lit
+    Model,   // two lights that turn with the model; both sides of a face are lit
+    Contract // the context's two lights and the records' normals: what CAEEnv::renderModel draws
+};
+
+enum class SceneStyle
+{
+    Shaded,
+    ShadedEdges, // and the elements' edges
+    HiddenLine,  // edges that are not covered, on faces in the colour of the background
+    Wire         // all edges
+};
+
+enum class SceneCut
+{
+    Off,
+    Slice,   // everything ends at the plane; cut solids show their cross-sections
+    Elements // elements wholly on the removed side are not there, others are whole
+};
+
+struct SceneSection
+{
+    SceneCut cut = SceneCut::Off;
+    // a, b, c, d in model coordinates: what has a x + b y + c z + d >= 0 stays. A plane without normal, or with entries
+    // that are not finite, cuts nothing.
+    double plane[4] = {0, 0, 1, 0};
+    bool caps = true; // cross-sections of solids, in their elements' colours
+
+    // The plane through a point; the side that the normal points to stays.
+    void setPlane(const double point[3], const double normal[3])
+    {
+        plane[3] = 0;
+        for (int axis = 0; axis < 3; ++axis) {
+            plane[axis] = normal[axis];
+            plane[3] -= normal[axis] * point[axis];
+        }
+    }
+};
+
+// Lines along edges of the surfaces, found within each part. They are found when first shown, and again when the geometry
+// or the feature angle changes.
+struct SceneLines
+{
+    bool feature = false;   // two faces that turn more than SceneLook::featureAngle
+    bool free = false;      // one face only: rims, holes, cracks
+    bool branching = false; // more than two faces
+    float featureColor[4] = {0, 0, 0, 1};
+    float freeColor[4] = {0.85f, 0.1f, 0.1f, 1};
+    float branchingColor[4] = {0.75f, 0, 0.85f, 1};
+    float width = 2; // pixels
+};
+
+struct SceneLook
+{
+    SceneLight light = SceneLight::Eye;
+    SceneStyle style = SceneStyle::Shaded;
+    float featureAngle = 30;                 // degrees; smooth shading breaks where faces turn more
+    float edgeColor[4] = {0, 0, 0, 1};       // RGBA
+    float edgeWidth = 1;                     // pixels
+    float lineWidth = 2;                     // of beams and springs, pixels
+    float nodeSize = 8;                      // of selected nodes, pixels
+    bool ghosts = false;                     // hidden parts stay as a pale hull
+    float ghostColor[4] = {0.7f, 0.75f, 0.8f, 0.12f};
+    SceneSection section;
+    SceneLines lines;
+    bool frameOverlays = true;               // axis triad, rubber band and marker
+};
+
+// What the last frame cost.
+struct SceneFrameStats
+{
+    std::size_t faces = 0;     // faces sent to OpenGL
+    std::size_t drawCalls = 0; // calls that drew faces or lines
+    std::size_t culledBlocks = 0;
+};
+
+class KVO_EXPORT SceneView
+{
+public:
+    // Keeps the reference; the environment must outlive the view.
+    explicit SceneView(CAEEnv& env);
+    ~SceneView();
+    SceneView(const SceneView&) = delete;
+    SceneView& operator=(const SceneView&) = delete;
+
+    SceneLook look; // read at every frame
+
+    // Coordinates, elements or the list of parts have changed: everything is read anew at the next frame.
+    void geometryChanged();
+
+    // Elements that are not there: per part one character an element, not 0 for absent. Shorter lists leave the rest
+    // there. What was inside comes to light. Takes effect at the next frame.
+    void setAbsentElements(std::vector<std::vector<char>> absent);
+
+    // One frame into the bound framebuffer and the current viewport: clears, draws, and captures the matrices in the
+    // environment's MTransform as CAEEnv::renderModel does.
+    void draw();
+
+    SceneFrameStats lastFrame() const;
+    std::size_t bufferBytes() const; // in OpenGL's buffers
+
+private:
+    friend class VisiblePicker;
+    struct Impl;
+    std::unique_ptr<Impl> impl;
+};
+
+} // namespace kvo
+
+#endif

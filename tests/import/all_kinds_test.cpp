@@ -1,0 +1,145 @@
+// One model with every kind of element, written in every format that can hold it, with the same ids: all give the same
+// table. A further format is a further row of decks[].
+#include "import_fixture.h"
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+// What a format may not be able to say.
+enum : unsigned
+{
+    noPyramid = 1,      // there is no such element
+    noThirdNode = 2,    // of beams
+    noDiscrete = 4,     // springs and dampers
+    noBeams = 8,        // only faces and solids
+    noGroundSpring = 16 // springs have two ends
+};
+
+struct Deck
+{
+    const char* name; // its ending tells the format
+    unsigned cannot;
+    const char* text;
+};
+
+const Deck decks[] = {
+    {"kinds.inp", 0,
+     "*NODE\n1001, 0., 0., 0.\n1007, 1., 0., 0.\n1013, 1., 1., 0.\n1019, 0., 1., 0.\n2001, 0., 0., 1.\n"
+     "2007, 1., 0., 1.\n2013, 1., 1., 1.\n2019, 0., 1., 1.\n3001, .5, .5, 2.\n3007, 2., 0., 0.\n3013, 2., 0., 1.\n"
+     "4001, 3., 0., 0.\n5001, 0., 0., -1.\n9001, 5., 0., 0.\n2147483647, 0., 0., -3.\n"
+     "*ELEMENT, TYPE=C3D8, ELSET=P88\n701, 1001, 1007, 1013, 1019, 2001, 2007, 2013, 2019\n"
+     "*ELEMENT, TYPE=C3D5, ELSET=P88\n702, 2001, 2007, 2013, 2019, 3001\n"
+     "*ELEMENT, TYPE=C3D6, ELSET=P88\n703, 1007, 3007, 1013, 2007, 3013, 2013\n"
+     "*ELEMENT, TYPE=C3D4, ELSET=P88\n704, 3007, 4001, 1013, 3013\n"
+     "*ELEMENT, TYPE=S4, ELSET=P77\n501, 1001, 1007, 1013, 1019\n*ELEMENT, TYPE=S3, ELSET=P77\n502, 1007, 3007, 1013\n"
+     "*ELEMENT, TYPE=B31, ELSET=P99\n801, 1001, 5001, 9001\n*ELEMENT, TYPE=T3D2, ELSET=P66\n970, 5001, 2147483647\n"
+     "*ELEMENT, TYPE=SPRINGA, ELSET=P55\n901, 1013, 2013\n*ELEMENT, TYPE=DASHPOTA, ELSET=P56\n902, 1019, 2019\n"
+     "*ELEMENT, TYPE=SPRING1, ELSET=P57\n903, 2001\n*ELEMENT, TYPE=MASS\n950, 3001\n"},
+    {"kinds.bdf", 0,
+     "BEGIN BULK\nGRID,1001,,0.,0.,0.\nGRID,1007,,1.,0.,0.\nGRID,1013,,1.,1.,0.\nGRID,1019,,0.,1.,0.\n"
+     "GRID,2001,,0.,0.,1.\nGRID,2007,,1.,0.,1.\nGRID,2013,,1.,1.,1.\nGRID,2019,,0.,1.,1.\nGRID,3001,,.5,.5,2.\n"
+     "GRID,3007,,2.,0.,0.\nGRID,3013,,2.,0.,1.\nGRID,4001,,3.,0.,0.\nGRID,5001,,0.,0.,-1.\nGRID,9001,,5.,0.,0.\n"
+     "GRID,2147483647,,0.,0.,-3.\nCHEXA,701,88,1001,1007,1013,1019,2001,2007\n,2013,2019\n"
+     "CPYRAM,702,88,2001,2007,2013,2019,3001\nCPENTA,703,88,1007,3007,1013,2007,3013,2013\n"
+     "CTETRA,704,88,3007,4001,1013,3013\nCQUAD4,501,77,1001,1007,1013,1019\nCTRIA3,502,77,1007,3007,1013\n"
+     "CBAR,801,99,1001,5001,9001\nCROD,970,66,5001,2147483647\nCELAS1,901,55,1013,1,2013,1\n"
+     "CDAMP1,902,56,1019,3,2019,3\nCELAS1,903,57,2001,3\nCONM2,950,3001,0,2.5\n"},
+};
+
+struct Element
+{
+    std::int64_t id;
+    kvo::Family family;
+    Ids nodes;
+    unsigned notIf; // left out by formats that cannot say this
+};
+
+const Element elements[] = {
+    {701, kvo::Family::Solid, {1001, 1007, 1013, 1019, 2001, 2007, 2013, 2019}, 0},
+    {702, kvo::Family::Solid, {2001, 2007, 2013, 2019, 3001}, noPyramid},
+    {703, kvo::Family::Solid, {1007, 3007, 1013, 2007, 3013, 2013}, 0},
+    {704, kvo::Family::Solid, {3007, 4001, 1013, 3013}, 0},
+    {501, kvo::Family::Shell, {1001, 1007, 1013, 1019}, 0},
+    {502, kvo::Family::Shell, {1007, 3007, 1013}, 0},
+    {801, kvo::Family::Beam, {1001, 5001, 9001}, noBeams},
+    {970, kvo::Family::Beam, {5001, 2147483647, kvo::noNode}, noBeams},
+    {901, kvo::Family::Discrete, {1013, 2013}, noDiscrete},
+    {902, kvo::Family::Discrete, {1019, 2019}, noDiscrete},
+    {903, kvo::Family::Discrete, {2001, 2001}, noDiscrete | noGroundSpring},
+};
+
+kvo::Family familyOf(const kvo::Mesh& mesh, std::int64_t element)
+{
+    for (const kvo::ElementBlock& block : mesh.files.at(0).blocks) {
+        if (std::count(block.ids.begin(), block.ids.end(), element) > 0) {
+            return mesh.types[block.type].family;
+        }
+    }
+    ADD_FAILURE() << "no element " << element;
+    return kvo::Family::Shell;
+}
+
+class AllKinds : public ImportTest, public testing::WithParamInterface<Deck>
+{
+protected:
+    Ids expectedNodes(const Element& element)
+    {
+        Ids nodes = element.nodes;
+        if (element.family == kvo::Family::Beam && GetParam().cannot & noThirdNode) {
+            nodes.back() = kvo::noNode;
+        }
+        return nodes;
+    }
+
+    // A discrete element may have room for a third node, which none here has.
+    static Ids withoutEmptyThird(Ids nodes, kvo::Family family)
+    {
+        if (family == kvo::Family::Discrete && nodes.size() == 3 && nodes.back() == kvo::noNode) {
+            nodes.pop_back();
+        }
+        return nodes;
+    }
+};
+
+} // namespace
+
+TEST_P(AllKinds, GiveTheSameTable)
+{
+    const kvo::Mesh mesh = read(GetParam().text, GetParam().name);
+    EXPECT_TRUE(log.warnings().empty()) << (log.lines().empty() ? "" : log.lines().front());
+    EXPECT_EQ(mesh.nodeCount(), 15u);
+    EXPECT_EQ(pointOf(mesh, 3001), (Point{0.5, 0.5, 2}));
+    Ids ids;
+    for (const Element& element : elements) {
+        if (GetParam().cannot & element.notIf) {
+            continue;
+        }
+        ids.push_back(element.id);
+        EXPECT_EQ(withoutEmptyThird(nodesOf(mesh, element.id), element.family), expectedNodes(element)) << element.id;
+        EXPECT_EQ(familyOf(mesh, element.id), element.family) << element.id;
+    }
+    std::sort(ids.begin(), ids.end());
+    EXPECT_EQ(elementIds(mesh), ids);
+    EXPECT_EQ(partOf(mesh, 701).id, partOf(mesh, 704).id);
+    EXPECT_NE(partOf(mesh, 701).id, partOf(mesh, 501).id);
+}
+
+TEST_P(AllKinds, ComeBackFromTheModelDirectory)
+{
+    const kvo::Mesh mesh = read(GetParam().text, GetParam().name);
+    const auto loaded = roundTrip(mesh);
+    EXPECT_EQ(loaded.size(), mesh.elementCount());
+    EXPECT_EQ(loaded.at(502).nodeIds, (std::vector<unsigned int>{1007, 3007, 1013, 1013}));
+    EXPECT_EQ(loaded.at(704).nodeIds.front(), 3007u);
+    if (!(GetParam().cannot & noBeams)) {
+        EXPECT_EQ(loaded.at(970).nodeIds, (std::vector<unsigned int>{5001, 2147483647, 0xFFFFFFFF}));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Decks, AllKinds, testing::ValuesIn(decks), [](const testing::TestParamInfo<Deck>& row) {
+    std::string name = row.param.name;
+    std::replace(name.begin(), name.end(), '.', '_');
+    return name;
+});

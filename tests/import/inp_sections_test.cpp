@@ -1,0 +1,137 @@
+// Input decks: what sections say, sets, and what is not drawn.
+#include "import_fixture.h"
+
+namespace {
+
+class InpSections : public ImportTest
+{
+protected:
+    const kvo::MeshSet* setNamed(const kvo::Mesh& mesh, const std::string& name, std::uint32_t file)
+    {
+        for (const kvo::MeshSet& set : mesh.sets) {
+            if (set.name == name && set.file == file) {
+                return &set;
+            }
+        }
+        return nullptr;
+    }
+
+    Ids idsOf(const kvo::MeshSet* set)
+    {
+        Ids ids;
+        if (set) {
+            set->ids.forEach([&](std::int64_t id) { ids.push_back(id); });
+        }
+        return ids;
+    }
+};
+
+using Vector = std::array<double, 3>;
+constexpr std::uint32_t whole = kvo::MeshSet::wholeMesh;
+
+const char* const triangle = "*ELEMENT, TYPE=S3, ELSET=E\n1, 1, 2, 3\n";
+const char* const bar = "*ELEMENT, TYPE=B31, ELSET=E\n1, 1, 2\n2, 2, 3, 4\n";
+
+} // namespace
+
+TEST_F(InpSections, ThicknessOfShells)
+{
+    EXPECT_EQ(partOf(read(someNodes(3) + triangle + "*SHELL SECTION, ELSET=E\n2.5, 5\n"), 1).data.thickness, 2.5);
+    EXPECT_EQ(partOf(read(someNodes(3) + triangle + "*MEMBRANE SECTION, ELSET=E\n.5\n"), 1).data.thickness, 0.5);
+    EXPECT_EQ(
+        partOf(read(someNodes(3) + triangle + "*SHELL SECTION, ELSET=E, COMPOSITE\n.5, 3, M, 0.\n.25, 3, M, 90.\n"), 1)
+            .data.thickness,
+        0.75);
+    EXPECT_EQ(partOf(read(someNodes(3) + triangle + "*SHELL SECTION, ELSET=E\ndistribution, 5\n"), 1).data.thickness,
+              0.0);
+}
+
+TEST_F(InpSections, CrossSectionsOfBeams)
+{
+    const kvo::MeshPart pipe = partOf(read(someNodes(4) + bar + "*BEAM SECTION, ELSET=E, SECTION=Pipe\n10., .5\n"), 1);
+    EXPECT_EQ(pipe.data.shape, "PIPE");
+    EXPECT_EQ(pipe.data.sizes, (std::vector<double>{10, 0.5}));
+    const kvo::MeshPart general = partOf(
+        read(someNodes(4) + bar + "*BEAM GENERAL SECTION, ELSET=E, SECTION=GENERAL\n3., 1., 0., 1., 1.\n0., 1., 0.\n"),
+        1);
+    EXPECT_EQ(general.data.area, 3.0);
+    EXPECT_TRUE(general.data.sizes.empty());
+}
+
+TEST_F(InpSections, TheDirectionOfABeamSectionIsForBeamsWithoutAThirdNode)
+{
+    const kvo::Mesh mesh = read(someNodes(4) + bar + "*BEAM SECTION, ELSET=E, SECTION=RECT\n1., 2.\n0., 1., -1.\n");
+    ASSERT_EQ(mesh.files[0].orientations.size(), 1u);
+    EXPECT_EQ(mesh.files[0].orientations[0].vector, (Vector{0, 1, -1}));
+    EXPECT_EQ(mesh.files[0].orientations[0].elements.size(), 1u) << "element 2 has its node 4";
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, kvo::noNode}));
+    EXPECT_EQ(mesh.nodeCount(), 4u) << "a vector makes no node";
+}
+
+TEST_F(InpSections, TheDirectionTurnsWithTheInstance)
+{
+    const kvo::Mesh mesh =
+        read("*PART, NAME=P\n" + someNodes(4) + bar +
+             "*BEAM SECTION, ELSET=E, SECTION=RECT\n1., 2.\n1., 0., 0.\n*END PART\n"
+             "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=I, PART=P\n7., 8., 9.\n0., 0., 0., 0., 0., 1., 90.\n"
+             "*END INSTANCE\n*END ASSEMBLY\n");
+    EXPECT_EQ(mesh.files.at(0).orientations.at(0).vector, (Vector{0, 1, 0}));
+}
+
+TEST_F(InpSections, StiffnessAndDamping)
+{
+    const std::string spring = "*ELEMENT, TYPE=SPRINGA, ELSET=E\n1, 1, 2\n";
+    EXPECT_EQ(partOf(read(someNodes(2) + spring + "*SPRING, ELSET=E\n\n1000., \n"), 1).data.stiffness, 1000.0);
+    EXPECT_EQ(partOf(read(someNodes(2) + spring + "*SPRING, ELSET=E\n3, 3\n500\n"), 1).data.stiffness, 500.0);
+    const std::string dashpot = "*ELEMENT, TYPE=DASHPOTA, ELSET=E\n1, 1, 2\n";
+    EXPECT_EQ(partOf(read(someNodes(2) + dashpot + "*DASHPOT, ELSET=E\n\n7.\n"), 1).data.damping, 7.0);
+}
+
+TEST_F(InpSections, SetsAreKeptWithTheSetsInThem)
+{
+    const kvo::Mesh mesh =
+        read(someNodes(6) + triangle + "*NSET, NSET=Low\n1, 2\n*NSET, NSET=Odd, GENERATE\n1, 5, 2\n" +
+             "*NSET, NSET=Both\nLOW, odd, 99\n*ELSET, ELSET=Els\nE\n");
+    EXPECT_EQ(idsOf(setNamed(mesh, "Low", whole)), (Ids{1, 2}));
+    EXPECT_EQ(idsOf(setNamed(mesh, "Odd", whole)), (Ids{1, 3, 5}));
+    EXPECT_EQ(idsOf(setNamed(mesh, "Both", whole)), (Ids{1, 2, 3, 5}));
+    EXPECT_EQ(idsOf(setNamed(mesh, "Els", whole)), (Ids{1}));
+    EXPECT_EQ(setNamed(mesh, "Els", whole)->of, kvo::MeshSet::Of::Elements);
+    EXPECT_EQ(log.warningCount(kvo::warnSetMember), 1u) << "node 99";
+}
+
+TEST_F(InpSections, SetsOfInstancesAreOfTheirFiles)
+{
+    const kvo::Mesh mesh =
+        read("*PART, NAME=P\n" + someNodes(3) + triangle +
+             "*NSET, NSET=Own\n2\n*END PART\n*ASSEMBLY, NAME=A\n"
+             "*INSTANCE, NAME=I, PART=P\n*END INSTANCE\n*INSTANCE, NAME=J, PART=P\n*END INSTANCE\n"
+             "*NSET, NSET=Fixed, INSTANCE=J\n1, 3\n*ELSET, ELSET=Hot, INSTANCE=I\n1\n*END ASSEMBLY\n");
+    ASSERT_EQ(mesh.files.size(), 2u);
+    EXPECT_EQ(idsOf(setNamed(mesh, "Own", 0)), (Ids{2}));
+    EXPECT_EQ(idsOf(setNamed(mesh, "Own", 1)), (Ids{2}));
+    EXPECT_EQ(idsOf(setNamed(mesh, "Fixed", 1)), (Ids{1, 3}));
+    EXPECT_EQ(setNamed(mesh, "Fixed", 0), nullptr);
+    EXPECT_EQ(idsOf(setNamed(mesh, "Hot", 0)), (Ids{1}));
+}
+
+TEST_F(InpSections, MassesAreKeptWithTheirNodes)
+{
+    const kvo::Mesh mesh = read(someNodes(3) + triangle + "*ELEMENT, TYPE=MASS, ELSET=M\n50, 3\n51, 2\n");
+    ASSERT_EQ(mesh.files[0].undrawn.size(), 1u);
+    EXPECT_EQ(mesh.files[0].undrawn[0].type, "MASS");
+    EXPECT_EQ(mesh.files[0].undrawn[0].ids, (Ids{50, 51}));
+    EXPECT_EQ(mesh.files[0].undrawn[0].nodes, (Ids{3, 2}));
+    EXPECT_EQ(idsOf(setNamed(mesh, "M", whole)), (Ids{50, 51}));
+}
+
+TEST_F(InpSections, MassesOfPartsAreInEveryInstance)
+{
+    const kvo::Mesh mesh = read("*PART, NAME=P\n" + someNodes(3) + triangle +
+                                "*ELEMENT, TYPE=MASS\n50, 3\n*END PART\n*ASSEMBLY, NAME=A\n"
+                                "*INSTANCE, NAME=I, PART=P\n*END INSTANCE\n*INSTANCE, NAME=J, PART=P\n"
+                                "*ELEMENT, TYPE=MASS\n51, 1\n*END INSTANCE\n*END ASSEMBLY\n");
+    EXPECT_EQ(mesh.files.at(0).undrawn.at(0).ids, (Ids{50}));
+    EXPECT_EQ(mesh.files.at(1).undrawn.at(0).ids, (Ids{50, 51}));
+    EXPECT_EQ(mesh.files.at(1).undrawn.at(0).nodes, (Ids{3, 1}));
+}

@@ -1,0 +1,366 @@
+// What SceneView draws, on Mesa's processor driver.
+#include "scene_fixture.h"
+
+#include "mantypes.h"
+
+namespace {
+
+using kvo::Color;
+using kvo::Picture;
+using kvo::SceneLight;
+using kvo::SceneStyle;
+using kvo::SceneView;
+
+// Pixels that are not background.
+std::size_t covered(const Picture& picture)
+{
+    std::size_t out = 0;
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            out += picture.at(x, y) != Color{0, 0, 0, 255};
+    return out;
+}
+
+// Pixels of one colour in a rectangle; corners in any order.
+std::size_t countOf(const Picture& picture, Color color, Pixel a, Pixel b)
+{
+    std::size_t out = 0;
+    for (int y = std::min(a.y, b.y); y <= std::max(a.y, b.y); ++y)
+        for (int x = std::min(a.x, b.x); x <= std::max(a.x, b.x); ++x)
+            out += picture.at(x, y) == color;
+    return out;
+}
+
+// --- The same picture as the drawing library's
+// -----------------------------------------------------------------------------
+
+class SceneEqualsContract : public SceneTest
+{
+protected:
+    // Differing pixels over all views, and after a turn.
+    void expectEqual(std::size_t allowed, int tolerance)
+    {
+        SceneView view(*model);
+        view.look.light = SceneLight::Contract;
+        for (int viewType = ISO_VIEW; viewType <= BACK_VIEW; ++viewType) {
+            model->getMViewPtr()->mViewType = viewType;
+            const Picture wanted = contractPicture();
+            const Picture drawn = picture(view);
+            const kvo::PictureDifference difference = compare(wanted, drawn, tolerance);
+            EXPECT_LE(difference.differing, allowed) << "view " << viewType << " largest " << difference.largest;
+            EXPECT_GT(covered(drawn), 0u) << "view " << viewType;
+        }
+    }
+};
+
+TEST_F(SceneEqualsContract, FlatQuadrilaterals)
+{
+    model.add(tubePart(48, 20, 3));
+    load(GL_FLAT);
+    expectEqual(0, 1);
+}
+
+TEST_F(SceneEqualsContract, SmoothQuadrilaterals)
+{
+    model.add(tubePart(48, 20, 3));
+    load(GL_SMOOTH);
+    expectEqual(0, 1);
+}
+
+TEST_F(SceneEqualsContract, FlatSolidsButForSpecks)
+{
+    model.add(blockPart(8));
+    load(GL_FLAT);
+    expectEqual(30, 1);
+}
+
+TEST_F(SceneEqualsContract, SelectedElementsPartsAndHighlights)
+{
+    PartInfoStr sheet = sheetPart(6);
+    PartInfoStr other = sheetPart(4), third = sheetPart(2);
+    movePart(other, 7, 0, 0);
+    movePart(third, 7, 5, 0);
+    model.add(sheet).add(other).add(third);
+    load(GL_FLAT);
+    for (unsigned int element : {1u, 8u, 36u}) {
+        unsigned int part = 1, number = element;
+        model->selectElement(&part, &number);
+    }
+    model->selectPart(2);
+    model->highlightPart(3);
+    expectEqual(0, 1);
+}
+
+// --- What is shown
+// ---------------------------------------------------------------------------------------------------------
+
+class SceneDraws : public SceneTest
+{
+protected:
+    Color at(const Picture& p, double x, double y, double z)
+    {
+        const Pixel pixel = pixelOf(*model, x, y, z);
+        return p.at(pixel.x, pixel.y);
+    }
+};
+
+bool bluish(Color c)
+{
+    return c.b > 60 && c.r < c.b / 2 && c.g < c.b / 2;
+}
+
+bool greenish(Color c)
+{
+    return c.g > 60 && c.r < c.g / 2 && c.b < c.g / 2;
+}
+
+TEST_F(SceneDraws, EverySolidShapeIsLitOnAllSides)
+{
+    PartInfoStr parts[] = {hexaPart(), tetraPart(), pentaPart()};
+    for (int k = 0; k < 3; ++k) {
+        movePart(parts[k], 2.0f * float(k), 0, 0);
+        model.add(parts[k]);
+    }
+    for (int shade : {GL_FLAT, GL_SMOOTH}) {
+        if (shade == GL_FLAT)
+            load(shade);
+        else
+            model->setShadeModel(GL_SMOOTH);
+        SceneView view(*model);
+        for (int viewType = ISO_VIEW; viewType <= BACK_VIEW; ++viewType) {
+            model->getMViewPtr()->mViewType = viewType;
+            const Picture p = picture(view);
+            std::size_t dark = 0;
+            for (int y = 0; y < height; ++y)
+                for (int x = 0; x < width; ++x) {
+                    const Color c = p.at(x, y);
+                    dark += c != Color{0, 0, 0, 255} && std::max({c.r, c.g, c.b}) < 0.25 * 128;
+                }
+            EXPECT_EQ(dark, 0u) << "view " << viewType << " shade " << shade;
+        }
+    }
+}
+
+TEST_F(SceneDraws, SelectionsOfTheEnvironmentAtTheNextFrame)
+{
+    model.add(sheetPart(4));
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    Picture p = picture(view);
+    EXPECT_FALSE(bluish(at(p, 0.5, 0.5, 0)));
+    unsigned int part = 1, element = 1;
+    model->selectElement(&part, &element);
+    p = picture(view);
+    EXPECT_TRUE(bluish(at(p, 0.5, 0.5, 0)));
+    EXPECT_FALSE(bluish(at(p, 1.5, 0.5, 0)));
+    model->clearSelectedElements();
+    EXPECT_FALSE(bluish(at(picture(view), 0.5, 0.5, 0)));
+    model->highlightPart(1);
+    EXPECT_TRUE(greenish(at(picture(view), 0.5, 0.5, 0)));
+    model->selectPart(1);
+    EXPECT_TRUE(bluish(at(picture(view), 0.5, 0.5, 0)));
+}
+
+TEST_F(SceneDraws, OtherSelectionCharactersRepeatTheElementBefore)
+{
+    model.add(sheetPart(4));
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    model->createElementSelectedList();
+    model.part(0).partFlag |= PART_ELEMENTS_SELECTED;
+    const char flags[] = {'x', '1', 'x', '0'};
+    std::copy(flags, flags + 4, model.part(0).partElements.selectedList);
+    SceneView view(*model);
+    const Picture p = picture(view);
+    EXPECT_FALSE(bluish(at(p, 0.5, 0.5, 0)));
+    EXPECT_TRUE(bluish(at(p, 1.5, 0.5, 0)));
+    EXPECT_TRUE(bluish(at(p, 2.5, 0.5, 0)));
+    EXPECT_FALSE(bluish(at(p, 3.5, 0.5, 0)));
+}
+
+TEST_F(SceneDraws, HiddenPartsAreNotThereAndGhostsArePale)
+{
+    model.add(sheetPart(2));
+    PartInfoStr other = sheetPart(2);
+    movePart(other, 2.1f, 0, 0);
+    model.add(other);
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    picture(view);
+    model->setDisplay(2u, PART_HIDDEN);
+    const Picture one = picture(view);
+    EXPECT_NE(at(one, 1, 1, 0), (Color{0, 0, 0, 255}));
+    EXPECT_EQ(at(one, 2.3, 0.5, 0), (Color{0, 0, 0, 255}));
+    view.look.ghosts = true;
+    const Picture ghost = picture(view);
+    const Color pale = at(ghost, 2.3, 0.5, 0);
+    EXPECT_GT(pale.r, 5);
+    EXPECT_LT(pale.r, 60);
+    EXPECT_EQ(at(ghost, 0.5, 0.5, 0), at(one, 0.5, 0.5, 0));
+}
+
+TEST_F(SceneDraws, BeamsAndSpringsInTheirColours)
+{
+    PartInfoStr beam = beamPart();
+    paintPart(beam, 1, 0, 0);
+    PartInfoStr spring = discretePart();
+    movePart(spring, 0, 1, 0);
+    paintPart(spring, 0, 1, 0);
+    model.add(beam).add(spring);
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    view.look.lineWidth = 5;
+    Picture p = picture(view);
+    EXPECT_EQ(at(p, 0.5, 0, 0), (Color{255, 0, 0, 255}));
+    EXPECT_EQ(at(p, 0.05, 1, 0), (Color{0, 255, 0, 255}));
+    const Pixel low = pixelOf(*model, 0.2, 0.93, 0), high = pixelOf(*model, 0.8, 0.88, 0);
+    EXPECT_GT(countOf(p, {0, 255, 0, 255}, low, high), 20u) << "a coil";
+    unsigned int part = 1, element = 1;
+    model->selectElement(&part, &element);
+    model->highlightPart(2);
+    p = picture(view);
+    EXPECT_TRUE(bluish(at(p, 0.5, 0, 0)));
+    EXPECT_TRUE(greenish(at(p, 0.05, 1, 0)));
+}
+
+TEST_F(SceneDraws, SelectedNodes)
+{
+    model.add(sheetPart(2));
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    std::vector<unsigned int> ids = {5};
+    model->selectNodes(ids);
+    SceneView view(*model);
+    const Picture p = picture(view);
+    EXPECT_TRUE(bluish(at(p, 1, 1, 0)));
+}
+
+TEST_F(SceneDraws, TransparencyDoesNotDependOnTheOrderOfParts)
+{
+    // Two panes before an opaque sheet, in both orders of the list.
+    Picture pictures[2];
+    for (int order = 0; order < 2; ++order) {
+        std::optional<kvo::OutputRedirect> quiet("");
+        TestModel panes(GL_FLAT);
+        PartInfoStr sheet = sheetPart(4), red = sheetPart(3), green = sheetPart(3);
+        movePart(red, 0, 0, 1);
+        movePart(green, 1, 1, -1);
+        paintPart(sheet, 1, 1, 1);
+        paintPart(red, 1, 0, 0, 0.5f);
+        paintPart(green, 0, 1, 0, 0.5f);
+        panes.add(order ? green : red).add(sheet).add(order ? red : green);
+        panes.install();
+        glViewport(0, 0, width, height);
+        panes->resizeModel(width, height);
+        panes->switchOnLights();
+        panes->setShadeModel(GL_FLAT);
+        quiet.reset();
+        SceneView view(*panes);
+        pictures[order] = picture(view);
+    }
+    EXPECT_EQ(compare(pictures[0], pictures[1], 1).differing, 0u);
+}
+
+TEST_F(SceneDraws, AbsentElementsShowWhatIsBehind)
+{
+    model.add(blockPart(3));
+    load();
+    SceneView view(*model);
+    picture(view);
+    EXPECT_EQ(view.lastFrame().faces, 54u);
+    view.setAbsentElements({std::vector<char>(27, 0)});
+    std::vector<char> absent(27, 0);
+    absent[26] = 1;
+    view.setAbsentElements({absent});
+    picture(view);
+    EXPECT_EQ(view.lastFrame().faces, 54u) << "three faces gone, three come to light";
+    absent[13] = 1;
+    view.setAbsentElements({absent});
+    picture(view);
+    EXPECT_EQ(view.lastFrame().faces, 60u);
+}
+
+TEST_F(SceneDraws, EdgesOverFaces)
+{
+    model.add(sheetPart(4));
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    view.look.edgeColor[0] = 1;
+    view.look.style = SceneStyle::ShadedEdges;
+    Picture p = picture(view);
+    const auto red = [&](double x, double y) {
+        const Pixel pixel = pixelOf(*model, x, y, 0);
+        for (int dx = -1; dx <= 1; ++dx)
+            for (int dy = -1; dy <= 1; ++dy)
+                if (p.at(pixel.x + dx, pixel.y + dy) == Color{255, 0, 0, 255})
+                    return true;
+        return false;
+    };
+    EXPECT_TRUE(red(1, 1.5));
+    EXPECT_TRUE(red(1.5, 3));
+    EXPECT_FALSE(red(1.5, 1.5)) << "no diagonals";
+    for (SceneStyle style : {SceneStyle::HiddenLine, SceneStyle::Wire}) {
+        view.look.style = style;
+        p = picture(view);
+        EXPECT_TRUE(red(1, 1.5));
+        EXPECT_EQ(at(p, 1.5, 1.5, 0), (Color{0, 0, 0, 255}));
+    }
+}
+
+// --- Cost
+// ------------------------------------------------------------------------------------------------------------------
+
+TEST_F(SceneDraws, ManyPartsInAsManyCallsAsOne)
+{
+    for (int k = 0; k < 50; ++k) {
+        PartInfoStr part = sheetPart(2);
+        movePart(part, 2.0f * float(k % 10), 2.0f * float(k / 10), 0);
+        paintPart(part, float(k) / 50, 0.5, 0.5);
+        model.add(part);
+    }
+    load();
+    SceneView view(*model);
+    picture(view);
+    EXPECT_EQ(view.lastFrame().drawCalls, 1u);
+    EXPECT_EQ(view.lastFrame().faces, 200u);
+}
+
+TEST_F(SceneDraws, BlocksOutsideTheViewAreSkipped)
+{
+    model.add(sheetPart(100));
+    load();
+    SceneView view(*model);
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    picture(view);
+    EXPECT_EQ(view.lastFrame().culledBlocks, 0u);
+    float zoom[4] = {0.2f, 0, 0, 0};
+    for (int k = 0; k < 100; ++k)
+        model->getMTransformPtr()->updateValues(GLOBAL_SCALE, zoom);
+    picture(view);
+    EXPECT_GT(view.lastFrame().culledBlocks, 20u);
+    EXPECT_GT(view.lastFrame().faces, 0u);
+}
+
+TEST_F(SceneDraws, LeavesTheContextAsItWas)
+{
+    model.add(blockPart(2));
+    load();
+    glPolygonOffset(3, 0);
+    SceneView view(*model);
+    view.look.style = SceneStyle::ShadedEdges;
+    picture(view);
+    float factor = 0;
+    glGetFloatv(GL_POLYGON_OFFSET_FACTOR, &factor);
+    EXPECT_EQ(factor, 3);
+    EXPECT_FALSE(glIsEnabled(GL_CULL_FACE));
+    EXPECT_TRUE(glIsEnabled(GL_LIGHTING));
+    GLint program = 1;
+    glGetIntegerv(0x8B8D, &program); // GL_CURRENT_PROGRAM
+    EXPECT_EQ(program, 0);
+}
+
+} // namespace
