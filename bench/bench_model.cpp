@@ -72,3 +72,9 @@ BenchModel::~BenchModel()
 {
     env.reset();
 }
+
+void BenchModel::makeCurrent()
+{
+    context.makeCurrent();
+    target.bind();
+}

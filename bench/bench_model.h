@@ -24,6 +24,8 @@ public:
 
     CAEEnv& environment() { return *env; }
     kvo::Offscreen& picture() { return target; }
+    // Again, after something else drew.
+    void makeCurrent();
     const std::string& deviceName() const { return context.description(); }
 
     int width;

@@ -74,6 +74,8 @@ void writeGeneratedModel(const std::string& dirName, const std::string& modelNam
     ModelWriter writer(dirName, modelName);
     unsigned int partId = 0;
     for (const GeneratedMesh* mesh : {&solids, &shells}) {
+        if (mesh->elementIds.empty())
+            continue;
         ModelPart part;
         part.id = ++partId;
         part.name = mesh == &solids ? "hexahedra" : "quadrilaterals";

@@ -13,6 +13,10 @@ foreach(header IN LISTS KVO_PUBLIC_HEADERS)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/${dir})
 endforeach()
 
+foreach(header scene_view scene_load standard_view model_frame coloring pick through_picker visible_picker quality measure select_more)
+  install(FILES scene/${header}.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/scene)
+endforeach()
+
 set(KVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kvorender)
 install(EXPORT kvorenderTargets NAMESPACE kvorender:: DESTINATION ${KVO_PACKAGE_DIR})
 configure_package_config_file(cmake/kvorenderConfig.cmake.in ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfig.cmake
@@ -21,9 +25,9 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfigVers
                                  COMPATIBILITY SameMajorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfigVersion.cmake DESTINATION ${KVO_PACKAGE_DIR})
-# Relative to the file's own place, so that the package may be installed or moved anywhere.
-file(RELATIVE_PATH KVO_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 # Relative, so that the installed tree may be moved.
 file(RELATIVE_PATH KVO_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-configure_file(cmake/kvorender.pc.in kvorender.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kvorender.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(name kvorender kvoscene)
+  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()

@@ -2,7 +2,9 @@
 #include "deck.h"
 
 #include <filesystem>
+#include <new>
 #include <sstream>
+#include <stdexcept>
 
 #include "text/fields.h"
 #include "text/mapped_file.h"
@@ -34,6 +36,8 @@ std::string knownFormats()
 }
 
 } // namespace
+
+const char* const deckNeedsMoreMemory = "reading it takes more memory than there is";
 
 const DeckFormat* detectDeckFormat(const MappedFile& file)
 {
@@ -81,9 +85,15 @@ Mesh readDeck(const std::string& path, ImportLog& log, Progress progress, const 
     if (!format) {
         throw ImportError({path, 0}, "no known deck format; known are " + knownFormats());
     }
-    Mesh mesh = format->read(std::move(file), log, std::move(progress));
-    mesh.formatName = format->name;
-    return mesh;
+    try {
+        Mesh mesh = format->read(std::move(file), log, std::move(progress));
+        mesh.formatName = format->name;
+        return mesh;
+    } catch (const std::bad_alloc&) {
+        throw ImportError({path, 0}, deckNeedsMoreMemory);
+    } catch (const std::length_error&) { // more than any memory
+        throw ImportError({path, 0}, deckNeedsMoreMemory);
+    }
 }
 
 } // namespace kvo

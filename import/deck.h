@@ -46,6 +46,9 @@ const DeckFormat* findDeckFormat(const std::string& key);
 // Has the path a suffix of a known format? For telling a deck from a model directory without opening it.
 bool hasDeckSuffix(const std::string& path);
 
+// What readDeck throws when memory does not suffice.
+extern const char* const deckNeedsMoreMemory;
+
 // Reads the deck, as the given format if it is not null. The mesh is finished (mesh.h). Throws ImportError for what
 // cannot be opened, is of no known format, or is damaged; all else goes to the log.
 Mesh readDeck(const std::string& path, ImportLog& log, Progress progress = {}, const DeckFormat* format = nullptr);

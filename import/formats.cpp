@@ -43,7 +43,8 @@ const std::vector<DeckFormat>& deckFormats()
          looksLikeMsh, readMsh},
 #endif
 #ifdef KVO_FORMAT_VTK
-        {"vtu", "VTK XML", ".vtu", "unstructured grids; text, base64 and appended data, zlib; one part per block",
+        {"vtu", "VTK XML", ".vtu .vtp",
+         "unstructured grids and polygons; text, base64 and appended data, zlib; one part per block or cell type",
          looksLikeVtu, readVtu},
         {"vtk", "VTK legacy", ".vtk", "unstructured grids and polygons, text and binary", looksLikeVtk, readVtk},
 #endif

@@ -25,11 +25,20 @@ bool isKnown(const std::vector<std::int64_t>& known, std::int64_t id)
     return std::binary_search(known.begin(), known.end(), id);
 }
 
+// Are the ids of the range known, all of them?
+bool isRun(const std::vector<std::int64_t>& known, const IdRange& range)
+{
+    const auto first = std::lower_bound(known.begin(), known.end(), range.first);
+    const std::uint64_t beyond = lengthOf(range) - 1;
+    return range.step == 1 && beyond < static_cast<std::uint64_t>(known.end() - first) && *first == range.first &&
+           first[static_cast<std::ptrdiff_t>(beyond)] == range.last;
+}
+
 } // namespace
 
 void IdSet::add(std::int64_t id)
 {
-    if (!ranges.empty() && ranges.back().step == 1 && ranges.back().last + 1 == id) {
+    if (!ranges.empty() && ranges.back().step == 1 && ranges.back().last < id && ranges.back().last + 1 == id) {
         ranges.back().last = id;
         return;
     }
@@ -44,6 +53,9 @@ void IdSet::addRange(std::int64_t first, std::int64_t last, std::int64_t step)
 // Looks at the known ids of each range rather than at the ids of the range, which may be wider than any mesh.
 std::uint64_t IdSet::keepKnown(const std::vector<std::int64_t>& known)
 {
+    if (ranges.size() == 1 && isRun(known, ranges.front())) {
+        return 0;
+    }
     std::vector<std::int64_t> kept;
     std::vector<std::int64_t> unknown;
     for (const IdRange& range : ranges) {

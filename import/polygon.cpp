@@ -14,7 +14,7 @@ using Point = std::array<double, 3>;
 using Flat = std::array<double, 2>;
 using Triangle = std::array<std::uint32_t, 3>;
 
-constexpr std::size_t mostForEars = 4096; // cutting ears takes the square of the count; above, a fan must do
+constexpr std::size_t mostForEars = 1024; // cutting ears takes the square of the count and more; above, a fan must do
 
 // The normal of a polygon that need not be plane or convex: twice the areas that it covers of the coordinate planes.
 Point areaNormal(const std::vector<Point>& points)
@@ -102,7 +102,17 @@ bool isEar(const std::vector<Flat>& flat, const std::vector<std::uint32_t>& left
     return true;
 }
 
-// A polygon that crosses itself has no ear at some point; then any corner is cut.
+// The position in left of an ear, looked for from start on; none if there is none.
+std::size_t findEar(const std::vector<Flat>& flat, const std::vector<std::uint32_t>& left, std::size_t start)
+{
+    for (std::size_t k = 0; k < left.size(); ++k) {
+        if (isEar(flat, left, (start + k) % left.size())) {
+            return (start + k) % left.size();
+        }
+    }
+    return left.size();
+}
+
 std::vector<Triangle> ears(const std::vector<Flat>& flat)
 {
     std::vector<std::uint32_t> left(flat.size());
@@ -113,18 +123,17 @@ std::vector<Triangle> ears(const std::vector<Flat>& flat)
     std::size_t start = 1; // goes on behind the last cut, so that no corner becomes the tip of all triangles
     while (left.size() > 3) {
         const std::size_t n = left.size();
-        std::size_t ear = start % n;
-        for (std::size_t k = 0; k < n; ++k) {
-            if (isEar(flat, left, (start + k) % n)) {
-                ear = (start + k) % n;
-                break;
-            }
+        const std::size_t ear = findEar(flat, left, start);
+        if (ear == n) {
+            break; // it crosses itself
         }
         triangles.push_back({left[(ear + n - 1) % n], left[ear], left[(ear + 1) % n]});
         left.erase(left.begin() + static_cast<std::ptrdiff_t>(ear));
         start = ear + 1;
     }
-    triangles.push_back({left[0], left[1], left[2]});
+    for (const Triangle& t : fan(left.size())) {
+        triangles.push_back({left[t[0]], left[t[1]], left[t[2]]});
+    }
     return triangles;
 }
 
@@ -154,7 +163,7 @@ std::uint32_t PolygonElements::rowOf(const std::string& type, Family family, Sha
 void PolygonElements::put(std::uint32_t type, std::int64_t id, std::uint32_t part, std::uint32_t line,
                           const std::uint32_t* corners)
 {
-    MeshFile& file = mesh.files.front();
+    MeshFile& file = mesh.files[fileIndex];
     ElementBlock& block = file.blockFor(type, 0);
     block.ids.push_back(id);
     block.part.push_back(part);
@@ -197,7 +206,7 @@ void PolygonElements::add(const std::string& type, std::int64_t id, std::uint32_
         return;
     }
     std::vector<Point> points;
-    const std::vector<double>& xyz = mesh.files.front().xyz;
+    const std::vector<double>& xyz = mesh.files[fileIndex].xyz;
     for (const std::uint32_t corner : corners) {
         points.push_back(
             {xyz[3 * std::size_t(corner)], xyz[3 * std::size_t(corner) + 1], xyz[3 * std::size_t(corner) + 2]});
@@ -243,11 +252,11 @@ void PolygonElements::addStrips(const std::string& type, std::int64_t id, std::u
 void PolygonElements::finish()
 {
     std::int64_t highest = 0;
-    for (const ElementBlock& block : mesh.files.front().blocks) {
+    for (const ElementBlock& block : mesh.files[fileIndex].blocks) {
         highest =
             block.ids.empty() ? highest : std::max(highest, *std::max_element(block.ids.begin(), block.ids.end()));
     }
-    for (const UndrawnElements& undrawn : mesh.files.front().undrawn) {
+    for (const UndrawnElements& undrawn : mesh.files[fileIndex].undrawn) {
         highest = undrawn.ids.empty() ? highest
                                       : std::max(highest, *std::max_element(undrawn.ids.begin(), undrawn.ids.end()));
     }

@@ -20,11 +20,14 @@ extern const char* const warnDegeneratePolygon;
 // are all different always n - 2 triangles, turned as the polygon is.
 std::vector<std::array<std::uint32_t, 3>> trianglesOf(const std::vector<std::array<double, 3>>& points);
 
-// Collects polygons into the first file of a mesh.
+// Collects polygons into one file of a mesh.
 class PolygonElements
 {
 public:
-    PolygonElements(Mesh& mesh, MeshRows& rows, ImportLog& log) : mesh(mesh), rows(rows), log(log) {}
+    PolygonElements(Mesh& mesh, MeshRows& rows, ImportLog& log, std::size_t file = 0)
+        : mesh(mesh), rows(rows), log(log), fileIndex(file)
+    {
+    }
 
     // corners are positions in the file's nodes so far. A polygon of more than four corners becomes triangles, of which
     // the first has the id.
@@ -56,6 +59,7 @@ private:
     Mesh& mesh;
     MeshRows& rows;
     ImportLog& log;
+    std::size_t fileIndex;   // index into Mesh::files
     std::vector<Piece> more; // all but the first of what was divided
     std::uint64_t divided = 0;
     std::string lastType;

@@ -7,13 +7,13 @@
 //   view.draw();
 //
 // What is drawn is read from the environment's records at every frame: visibility, colours, selected and highlighted
-// parts, selected elements and nodes, the segment part, boxes. View, rotation, zoom and overlays are the environment's own
-// MView and MTransform, the projection is model_frame.h's: nothing is distorted, whatever the window's shape. The shade
-// model, polygon mode and depth test are those of the context, as the environment's setters leave them.
+// parts, selected elements and nodes, the segment part, boxes. View, rotation, zoom and overlays are the environment's
+// own MView and MTransform, the projection is model_frame.h's: nothing is distorted, whatever the window's shape. The
+// shade model, polygon mode and depth test are those of the context, as the environment's setters leave them.
 //
 // Needs OpenGL 3.3 in the compatibility profile. All calls belong on the thread that owns the context, and the context
-// must be current in the destructor too. Errors: std::runtime_error for a context that cannot do it, std::bad_alloc when
-// memory ends.
+// must be current in the destructor too. Errors: std::runtime_error for a context that cannot do it, std::bad_alloc
+// when memory ends.
 #ifndef KVO_SCENE_VIEW_H
 #define KVO_SCENE_VIEW_H
 
@@ -21,6 +21,7 @@
 #include <memory>
 #include <vector>
 
+#include "coloring.h"
 #include "kvoexport.h"
 
 class CAEEnv;
@@ -31,7 +32,8 @@ enum class SceneLight
 {
     Eye,     // two lights beside the viewer; both sides of a face are lit
     Model,   // two lights that turn with the model; both sides of a face are lit
-    Contract // the context's two lights and the records' normals: what CAEEnv::renderModel draws
+    Contract // the context's two lights, the records' normals, and depth the other way round, which mirrors the model:
+             // what CAEEnv::renderModel draws
 };
 
 enum class SceneStyle
@@ -68,8 +70,8 @@ struct SceneSection
     }
 };
 
-// Lines along edges of the surfaces, found within each part. They are found when first shown, and again when the geometry
-// or the feature angle changes.
+// Lines along edges of the surfaces, found within each part. They are found when first shown, and again when the
+// geometry or the feature angle changes.
 struct SceneLines
 {
     bool feature = false;   // two faces that turn more than SceneLook::featureAngle
@@ -81,20 +83,40 @@ struct SceneLines
     float width = 2; // pixels
 };
 
+// Ids at what the picture shows; those that would overlap others are left out.
+struct SceneLabels
+{
+    bool parts = false;
+    bool elements = false;
+    bool nodes = false;
+    int spacing = 4; // pixels that stay free between labels
+};
+
 struct SceneLook
 {
     SceneLight light = SceneLight::Eye;
     SceneStyle style = SceneStyle::Shaded;
-    float featureAngle = 30;                 // degrees; smooth shading breaks where faces turn more
-    float edgeColor[4] = {0, 0, 0, 1};       // RGBA
-    float edgeWidth = 1;                     // pixels
-    float lineWidth = 2;                     // of beams and springs, pixels
-    float nodeSize = 8;                      // of selected nodes, pixels
-    bool ghosts = false;                     // hidden parts stay as a pale hull
+    float featureAngle = 30;           // degrees; smooth shading breaks where faces turn more
+    float edgeColor[4] = {0, 0, 0, 1}; // RGBA
+    float edgeWidth = 1;               // pixels
+    float lineWidth = 2;               // of beams and springs, pixels
+    float nodeSize = 8;                // of selected nodes, pixels
+    bool ghosts = false;               // hidden parts stay as a pale hull
     float ghostColor[4] = {0.7f, 0.75f, 0.8f, 0.12f};
     SceneSection section;
     SceneLines lines;
-    bool frameOverlays = true;               // axis triad, rubber band and marker
+    // First display list of a bitmap font, as CAEEnv::loadAndInitGL takes it: the list of character c is fontBase + c
+    // and moves the raster position behind the character. 0: no text, and so neither labels nor legend.
+    unsigned int fontBase = 0;
+    int fontHeight = 13; // its nominal height, pixels
+    SceneLabels labels;
+    bool legend = true;        // of a colouring by category or value
+    bool axes = true;                        // the model's axes in the lower left corner of pictures that are not tiny
+    bool frameOverlays = true;               // rubber band and marker of an operation; with SceneLight::Contract, or
+                                             // without axes, also the environment's own triad at the model's origin
+    bool moving = false;       // the view is being turned: see frameBudget
+    float frameBudget = 0;     // milliseconds; a moving view draws a coarser surface when exact frames take
+                               // longer. 0: always exact. At rest (moving is false) always exact.
 };
 
 // What the last frame cost.
@@ -103,6 +125,7 @@ struct SceneFrameStats
     std::size_t faces = 0;     // faces sent to OpenGL
     std::size_t drawCalls = 0; // calls that drew faces or lines
     std::size_t culledBlocks = 0;
+    bool coarse = false; // drawn with a coarser surface
 };
 
 class KVO_EXPORT SceneView
@@ -122,6 +145,11 @@ public:
     // Elements that are not there: per part one character an element, not 0 for absent. Shorter lists leave the rest
     // there. What was inside comes to light. Takes effect at the next frame.
     void setAbsentElements(std::vector<std::vector<char>> absent);
+
+    // What colours faces, lines and cross-sections (coloring.h), until the next call. Takes effect at the next frame.
+    // Its values must fit the parts and elements of the environment; those too many are not used.
+    void setColoring(Coloring coloring);
+    const Coloring& coloring() const;
 
     // One frame into the bound framebuffer and the current viewport: clears, draws, and captures the matrices in the
     // environment's MTransform as CAEEnv::renderModel does.

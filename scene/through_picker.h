@@ -3,17 +3,15 @@
 // The answer to a click or rectangle is that of the contract library's pick in OpenGL's selection mode (pickrect.h)
 // drawn by Mesa on the processor, element for element and depth for depth, without OpenGL, without a limit on the hits
 // and without the axis triad:
-//   - all faces of all elements count, filled, whatever the polygon mode; quadrilaterals are two triangles that share
-//   the
-//     diagonal from the second to the fourth corner; what only touches the region's border is inside
-//   - beams are lines with a point at their third node in element picks, and nothing in part picks; discrete elements
-//   are
-//     lines; nodes are points, used by an element or not
+//   - all faces of all elements count, filled, whatever the polygon mode; quadrilaterals are two triangles that
+//     share the diagonal from the second to the fourth corner; what only touches the region's border is inside
+//   - beams are lines with a point at their third node in element picks, and nothing in part picks; discrete
+//     elements are lines; nodes are points, used by an element or not
 //   - what lies before the near plane or behind the far one is cut off
 //   - a primitive with a coordinate that is not finite is not there
 // Only here: ten-slot tetrahedra are picked where they are (the contract library reads them shifted), elements with
-// indices outside their part are left out, parts need no normals, a depth of exactly 1 stays 1, and a region of no size
-// is one pixel and not the whole window.
+// indices outside their part are left out, parts need no normals, depths at the near and far plane are 0 and 1 (a
+// record of selection mode wraps round there), and a region of no size is one pixel and not the whole window.
 #ifndef KVO_SCENE_THROUGH_PICKER_H
 #define KVO_SCENE_THROUGH_PICKER_H
 
@@ -32,7 +30,7 @@ class KVO_EXPORT ThroughPicker
 {
 public:
     // env must outlive the picker. Nothing is built before the first pick that needs it: per part an order of its
-    // elements or nodes along a space-filling curve with boxes around blocks of them (about 5 bytes an element; 20 to
+    // elements or nodes along a space-filling curve with boxes around blocks of them (about 6 bytes an element; 20 to
     // 60 ms for 1,000,000), and a table of element ids where the numbers do not tell them.
     explicit ThroughPicker(CAEEnv& env);
     ~ThroughPicker();

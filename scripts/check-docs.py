@@ -24,7 +24,7 @@ PAGES = ("*.md", "docs/*.md", "examples/**/*.md")
 FOLDERS = ("render", "generic", "readgen", "import", "host", "apps", "tests", "bench", "examples", "docs", "scripts",
            "cmake", ".ci")
 MADE = ("build/", "demo/")  # by the commands of the pages themselves
-HEADER_FOLDERS = ("render", "generic", "readgen", "import/generic")
+HEADER_FOLDERS = ("render", "generic", "readgen", "import/generic", "scene")
 ENDINGS = r"(?:md|h|cpp|py|txt|json|inp|stl|png|svg|cmake|in|yml|supp)"
 
 

@@ -1,6 +1,7 @@
 // The one door to the deck readers.
 #include "deck_import.h"
 
+#include "converter.h"
 #include "deck.h"
 #include "model_builder.h"
 #include "model_summary.h"
@@ -10,6 +11,10 @@ namespace kvo {
 void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress,
                 const DeckOptions& options)
 {
+    if (const ContainerFormat* container = containerOf(deck, options.format)) {
+        convertContainer(deck, *container, modelDirectory, log, options);
+        return;
+    }
     const DeckFormat* format = nullptr;
     if (!options.format.empty()) {
         format = findDeckFormat(options.format);
@@ -26,6 +31,8 @@ std::vector<std::string> deckFormatKeys()
 {
     std::vector<std::string> keys;
     for (const DeckFormat& format : deckFormats())
+        keys.push_back(format.key);
+    for (const ContainerFormat& format : containerFormats())
         keys.push_back(format.key);
     return keys;
 }

@@ -33,7 +33,7 @@ void addLookOptions(CLI::App& command, DrawingOptions& options)
         ->capture_default_str();
 }
 
-SessionOptions sessionOptions(const DrawingOptions& options, int width, int height)
+SessionOptions sessionOptions(const DrawingOptions& options, const LookSetup& looks, int width, int height)
 {
     SessionOptions out;
     out.width = width;
@@ -45,6 +45,9 @@ SessionOptions sessionOptions(const DrawingOptions& options, int width, int heig
     out.background = parseColor(options.background, "--background");
     out.device = options.device;
     out.log = options.log;
+    out.contract = looks.contract;
+    out.look = looks.scene;
+    out.colorBy = looks.colorBy;
     return out;
 }
 

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "look_options.h"
 #include "model_session.h"
 
 namespace CLI {
@@ -29,7 +30,7 @@ void addContextOptions(CLI::App& command, DrawingOptions& options, const std::st
 void addLookOptions(CLI::App& command, DrawingOptions& options);
 
 // Throws UsageError for a size or colour that is none. width, height: without --size.
-SessionOptions sessionOptions(const DrawingOptions& options, int width, int height);
+SessionOptions sessionOptions(const DrawingOptions& options, const LookSetup& looks, int width, int height);
 
 // The section about --device of a manual.
 std::string describeDevices();

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "container.h"
 #include "deck.h"
 #include "deck_import.h"
 #include "model_source.h"
@@ -30,6 +31,10 @@ std::string manual()
 {
     std::string out = "\nFORMATS\n  A deck's format is told by what it contains, else by its ending.\n";
     for (const DeckFormat& format : deckFormats())
+        out += std::string("  ") + format.key + ": " + format.name + " (" + format.suffixes + "): " + format.summary +
+               "\n";
+    out += "  Read by the program kvo-convert, where it is installed:\n";
+    for (const ContainerFormat& format : containerFormats())
         out += std::string("  ") + format.key + ": " + format.name + " (" + format.suffixes + "): " + format.summary +
                "\n";
     return out + R"(

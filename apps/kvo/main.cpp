@@ -17,8 +17,8 @@ EXAMPLES
   kvo render bracket -o bracket.png          a picture
   kvo render bracket.inp -o all.png --view all
                                              the seven views of a deck in one picture
-  kvo pick bracket --at 640,480 --type element
-                                             the element in the middle of the picture
+  kvo pick bracket --at 700,600 --type element
+                                             the element at a place of the picture
   kvo play tour.session bracket              a session: views, picks, selections, pictures
 
 Each command has its own manual: kvo render --help.

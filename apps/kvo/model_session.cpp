@@ -9,12 +9,14 @@
 #include "bitmap_font.h"
 #include "caeenv.h"
 #include "headless_context.h"
-#include "model_frame.h"
 #include "model_source.h"
+#include "mtrans.h"
 #include "mview.h"
 #include "offscreen.h"
 #include "output_redirect.h"
 #include "program_error.h"
+#include "scene_load.h"
+#include "standard_view.h"
 
 namespace kvo {
 
@@ -37,6 +39,15 @@ ModelLabels labelsOf(const ModelSource& source, CAEEnv& env)
     return out;
 }
 
+// The library computes normals for its own frames and its own light only.
+void initialize(CAEEnv& env, const SessionOptions& options, unsigned int fontBase)
+{
+    if (options.contract || options.look.light == SceneLight::Contract)
+        env.loadAndInitGL(fontBase, true, nullptr);
+    else
+        initScene(env, fontBase);
+}
+
 } // namespace
 
 // In the order of need: the redirection ends last, the context goes after everything that lives in it.
@@ -49,6 +60,7 @@ struct ModelSession::Impl
     BitmapFont font;
     CAEEnv env;
     ModelLabels labels;
+    std::unique_ptr<DrawingPath> path;
 
     Impl(const ModelSource& source, const SessionOptions& o)
         : options(o), quiet(o.log), context(o.device), target(o.width, o.height, o.samples), font(labelHeight),
@@ -63,9 +75,15 @@ ModelSession::ModelSession(const ModelSource& source, const SessionOptions& opti
     if (impl->env.getNumParts() == 0)
         throw ProgramError(source.shownName(), "the model has no parts");
     impl->labels = labelsOf(source, impl->env);
-    impl->env.loadAndInitGL(impl->font.base(), true, nullptr);
+    impl->options.look.fontBase = impl->font.base();
+    impl->options.look.fontHeight = labelHeight;
+    initialize(impl->env, impl->options, impl->font.base());
     const Color& c = options.background;
     glClearColor(c.r / 255.0f, c.g / 255.0f, c.b / 255.0f, 1);
+    impl->path = options.contract ? makeContractPath(impl->env)
+                                  : makeScenePath(impl->env, impl->options.look,
+                                                  makeColoring(options.colorBy, impl->env, source.info()));
+    setView(impl->env.getMViewPtr()->mViewType);
 }
 
 ModelSession::~ModelSession() = default;
@@ -90,17 +108,33 @@ int ModelSession::height() const
     return impl->target.height();
 }
 
+Picker& ModelSession::picker()
+{
+    return impl->path->picker();
+}
+
 void ModelSession::setView(int viewType)
 {
-    impl->env.getMViewPtr()->mViewType = viewType;
+    if (impl->options.contract)
+        impl->env.getMViewPtr()->mViewType = viewType;
+    else
+        setStandardView(impl->env, viewType);
+}
+
+void ModelSession::resetView()
+{
+    MTransform& transform = *impl->env.getMTransformPtr();
+    if (impl->options.contract) {
+        transform.updateValues(RESET_TRANSFORM, nullptr);
+        return;
+    }
+    transform.resetAll();
+    setStandardView(impl->env, impl->env.getMViewPtr()->mViewType);
 }
 
 void ModelSession::drawFrame()
 {
-    applyFrame(impl->env, width(), height());
-    // Selected nodes are lit by whatever normal was given last; so that is not one of the frame before.
-    glNormal3f(0, 0, 1);
-    impl->env.renderModel();
+    impl->path->drawFrame(width(), height());
 }
 
 Picture ModelSession::picture()

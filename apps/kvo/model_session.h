@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "color_by.h"
+#include "drawing_path.h"
 #include "picture.h"
 #include "session_player.h"
 
@@ -23,7 +25,10 @@ struct SessionOptions
     int shadeModel = 0; // GL_FLAT or GL_SMOOTH
     Color background;
     std::string device = "auto"; // headless_context.h
-    std::string log;             // file for the library's commentary; "" drops it
+    bool contract = false;       // draw and pick through the drawing library alone
+    SceneLook look;              // else; the session sets the font
+    ColorBy colorBy;
+    std::string log; // file for the library's commentary; "" drops it
 };
 
 class ModelSession : public SessionTarget
@@ -33,7 +38,10 @@ public:
     ModelSession(const ModelSource& source, const SessionOptions& options);
     ~ModelSession() override;
 
-    void setView(int viewType); // _MViewType, from the next frame on
+    Picker& picker(); // for the last frame
+
+    void setView(int viewType) override;
+    void resetView() override;
 
     CAEEnv& env() override;
     const ModelLabels& labels() const override;

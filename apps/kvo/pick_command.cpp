@@ -1,17 +1,16 @@
 // kvo pick: what of a model is at a place of its picture.
 #include <iostream>
 #include <memory>
-#include <sstream>
 
 #include <CLI/CLI.hpp>
 
 #include "caeenv.h"
 #include "commands.h"
-#include "contract_picker.h"
 #include "drawing_options.h"
 #include "json.h"
 #include "model_session.h"
 #include "model_source.h"
+#include "numbers.h"
 #include "program_error.h"
 #include "scene_options.h"
 #include "table.h"
@@ -26,21 +25,26 @@ struct PickOptions
     std::string model;
     std::string at;
     std::string rect;
+    std::vector<std::string> polygon;
     std::string type;
     DrawingOptions drawing;
     SceneOptions scene;
+    bool through = false;
     bool json = false;
-    bool contract = false;
 };
 
 std::string manual()
 {
-    return R"(
+    return std::string(R"(
 PLACES
   Pixels of the picture that kvo render draws with the same --size, --view and so on, from its top left
   corner, y downwards. --at looks at a square of SIZE pixels (5) about the middle of a pixel and names what
-  is in front there; --rect names everything in the rectangle, what is behind something else, too. Both
-  must lie in the picture.
+  is in front there; --rect names everything in the rectangle, --polygon everything inside three corners or
+  more (even-odd where the outline crosses itself). All must lie in the picture.
+
+WHAT IS FOUND
+  What the picture shows: nothing that is hidden, cut off, covered or turned away. --through finds what is
+  covered, too: all elements that touch the place, all nodes in it, whether a face is before them or not.
 
 RESULT
   One line a hit: the part's id, name and number (its position in the model), the deck's own id of the
@@ -48,70 +52,90 @@ RESULT
   of an element's corners, the middle of a part's extents. Nothing hit is no error.
 
 JSON (--json)
-  {"model", "type", "size": [w, h], "region": {"left", "top", "width", "height"},
-   "hits": [{"part": id, "part_name", "part_number", "element" or "node": id, "at": [x, y, z], "depth"}]}
-  Keys keep their names; new keys may be added.
+  {"model", "type", "size": [w, h], "through", "region": {"left", "top", "width", "height"[, "polygon"]},
+   "hits": [{"part": id, "part_name", "part_number", "element" or "node": id, its "number" in the part,
+             "at": [x, y, z], "depth", "pixel": [x, y], "point": [x, y, z]}]}
+  pixel and point are where it was hit, in the picture and on the model; --contract has neither. Keys keep
+  their names; new keys may be added.
 
-WHAT CAN BE HIT
-  What is drawn: hidden parts are not found. Beams are found as elements and by their nodes; as parts they
-  are not, since they are drawn only where their elements are selected. Nodes are found behind faces, too.
-  The axis triad, which the drawing library takes for a hit of the last part, is no hit here.
-  --contract picks through the drawing library's selection pass, which is so far the only way; about
-  100,000 hits fit into one such pick.
-)" + describeDevices() +
+WITH --contract
+  Picks go through the drawing library's selection pass: always through what covers, without polygons, and
+  of no more than about 100,000 hits. Parts of beams are not found as parts.
+)") + describeLooks() +
+           describeDevices() +
            R"(
 EXAMPLES
-  kvo pick bracket --at 640,480 --type element
-  kvo pick bracket --rect 600,400,700,500 --type node --view top --json
+  kvo pick bracket --at 700,600 --type element
+  kvo pick bracket --rect 600,400,700,500 --type node --view top --through --json
+  kvo pick bracket --polygon 700,600 780,620 740,700 --type element
 )";
 }
 
-// "X,Y" and so on: between least and most numbers.
-std::vector<float> parseNumbers(const std::string& text, const std::string& option, std::size_t least, std::size_t most,
-                                const std::string& usage)
+void parsePolygon(const std::vector<std::string>& corners, Operation& out)
 {
-    std::vector<float> out;
-    std::istringstream in(text);
-    char comma = ',';
-    for (float value; comma == ',' && in >> value; comma = '\0', in >> comma)
-        out.push_back(value);
-    if (!in.eof() || comma == ',' || out.size() < least || out.size() > most)
-        throw UsageError(option + ": \"" + text + "\" is not " + usage);
-    return out;
+    for (const std::string& corner : corners) {
+        const std::vector<float> numbers = parseNumbers(corner, "--polygon", 2, 2, "X,Y");
+        out.outline.insert(out.outline.end(), numbers.begin(), numbers.end());
+    }
+    if (corners.size() < 3)
+        throw UsageError("--polygon: three corners or more are needed");
 }
 
 Operation parsePlace(const PickOptions& options)
 {
-    if (options.at.empty() == options.rect.empty())
-        throw UsageError("one of --at and --rect is needed");
+    if (!options.at.empty() + !options.rect.empty() + !options.polygon.empty() != 1)
+        throw UsageError("one of --at, --rect and --polygon is needed");
     Operation out;
     out.verb = Verb::Pick;
     out.code = findCode(pickTypes(), options.type)->code;
-    out.rectangle = options.at.empty();
-    out.values[2] = defaultPickSize;
-    const std::vector<float> numbers = out.rectangle ? parseNumbers(options.rect, "--rect", 4, 4, "X0,Y0,X1,Y1")
-                                                     : parseNumbers(options.at, "--at", 2, 3, "X,Y or X,Y,SIZE");
+    out.through = options.through;
+    std::vector<float> numbers;
+    if (!options.polygon.empty()) {
+        out.shape = PickShape::Polygon;
+        parsePolygon(options.polygon, out);
+    } else if (!options.rect.empty()) {
+        out.shape = PickShape::Rectangle;
+        numbers = parseNumbers(options.rect, "--rect", 4, 4, "X0,Y0,X1,Y1");
+    } else {
+        out.values[2] = defaultPickSize;
+        numbers = parseNumbers(options.at, "--at", 2, 3, "X,Y or X,Y,SIZE");
+    }
     std::copy(numbers.begin(), numbers.end(), out.values);
     return out;
 }
 
-PictureRegion regionOf(const Operation& pick, const SessionOptions& settings)
+Json regionJson(const PictureRegion& region)
 {
-    const float* v = pick.values;
-    return pick.rectangle ? regionBetween(v, settings.width, settings.height)
-                          : regionAt(v[0], v[1], v[2], settings.width, settings.height);
+    Json out = {{"left", number(region.left)},
+                {"top", number(region.top)},
+                {"width", number(region.width)},
+                {"height", number(region.height)}};
+    for (std::size_t k = 0; k + 1 < region.outline.size(); k += 2)
+        out["polygon"].push_back({number(region.outline[k]), number(region.outline[k + 1])});
+    return out;
+}
+
+template <std::size_t count> Json numbersJson(const double (&values)[count])
+{
+    Json out = Json::array();
+    for (double value : values)
+        out.push_back(number(static_cast<float>(value)));
+    return out;
 }
 
 Json hitJson(const Picked& picked, const PickOptions& options)
 {
     Json out = {{"part", picked.part.id}, {"part_name", picked.part.name}, {"part_number", picked.number}};
-    if (options.type != "part")
+    if (options.type != "part") {
         out[options.type] = picked.id;
-    Json at = Json::array();
-    for (double value : picked.at)
-        at.push_back(number(static_cast<float>(value)));
-    out["at"] = at;
-    out["depth"] = number(picked.depth);
+        out["number"] = picked.hit.member + 1;
+    }
+    out["at"] = numbersJson(picked.at);
+    out["depth"] = number(picked.hit.depth);
+    if (picked.hit.located) {
+        out["pixel"] = numbersJson(picked.hit.pixel);
+        out["point"] = numbersJson(picked.hit.point);
+    }
     return out;
 }
 
@@ -124,11 +148,8 @@ std::string asJson(const std::vector<Picked>& hits, const PickOptions& options, 
     return formatJson({{"model", source.title()},
                        {"type", options.type},
                        {"size", {settings.width, settings.height}},
-                       {"region",
-                        {{"left", number(region.left)},
-                         {"top", number(region.top)},
-                         {"width", number(region.width)},
-                         {"height", number(region.height)}}},
+                       {"through", options.through || options.scene.looks.contract},
+                       {"region", regionJson(region)},
                        {"hits", list}});
 }
 
@@ -150,33 +171,31 @@ std::string asTable(const std::vector<Picked>& hits, const PickOptions& options)
             row.push_back(std::to_string(picked.id));
         for (double value : picked.at)
             row.push_back(formatCoordinate(value));
-        row.push_back(formatDepth(picked.depth));
+        row.push_back(formatDepth(picked.hit.depth));
         rows.push_back(row);
     }
     return formatTable(columns, rows);
-}
-
-// --contract names the one way that there is so far; it is also the default.
-std::unique_ptr<Picker> makePicker(const PickOptions&)
-{
-    return std::make_unique<ContractPicker>();
 }
 
 void pick(const PickOptions& options)
 {
     const Operation place = parsePlace(options);
     const SceneSetup scene = parseScene(options.scene);
-    const SessionOptions settings = sessionOptions(options.drawing, scene.session.width ? scene.session.width : 1280,
-                                                   scene.session.height ? scene.session.height : 960);
-    const PictureRegion region = regionOf(place, settings); // wrong ones are told before the model is loaded
+    const SessionOptions settings =
+        sessionOptions(options.drawing, scene.looks, scene.session.width ? scene.session.width : 1280,
+                       scene.session.height ? scene.session.height : 960);
+    const PictureRegion region =
+        regionOf(place, settings.width, settings.height); // wrong ones are told before the model is loaded
+    if (scene.looks.contract && !options.polygon.empty())
+        throw UsageError("--polygon goes through the scene, which --contract does without");
     const ModelSource source(options.model);
     warnOfLeftOut(source);
     ModelSession session(source, settings);
     openScene(session, scene);
-    const std::unique_ptr<Picker> picker = makePicker(options);
-    playSession(session, *picker, scene.session);
-    const std::vector<Picked> hits = describeHits(
-        session.env(), session.labels(), static_cast<unsigned int>(place.code), pickHits(session, *picker, place));
+    playSession(session, session.picker(), scene.session);
+    const std::vector<Picked> hits =
+        describeHits(session.env(), session.labels(), static_cast<unsigned int>(place.code),
+                     pickHits(session, session.picker(), place));
     session.print(options.json ? asJson(hits, options, region, source, settings) : asTable(hits, options));
 }
 
@@ -191,15 +210,17 @@ void addPickCommand(CLI::App& program)
         ->type_name("MODELDIR|DECK");
     command->add_option("--at", options->at, "What is in front at this pixel")->type_name("X,Y[,SIZE]");
     command->add_option("--rect", options->rect, "Everything between two corners")->type_name("X0,Y0,X1,Y1");
+    command->add_option("--polygon", options->polygon, "Everything inside an outline")->type_name("X,Y X,Y X,Y ...");
     command->add_option("--type", options->type, "What to look for")
         ->required()
         ->check(CLI::IsMember(namesOf(pickTypes())));
+    command->add_flag("--through", options->through, "What is covered, too");
     command->add_flag("--json", options->json, "For programs, instead of a table");
     addViewOption(*command, options->scene, standardViewNames(), "Standard view");
     addPartOptions(*command, options->scene);
     addStateAndOpsOptions(*command, options->scene);
     addContextOptions(*command, options->drawing, "1280x960");
-    command->add_flag("--contract", options->contract, "Through the drawing library's selection pass (the default)");
+    addLooks(*command, options->scene.looks);
     command->footer(manual);
     command->callback([options] { pick(*options); });
 }

@@ -4,7 +4,6 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
-#include "contract_picker.h"
 #include "drawing_options.h"
 #include "model_session.h"
 #include "model_source.h"
@@ -22,6 +21,7 @@ struct PlayOptions
     std::string model;
     std::string output;
     DrawingOptions drawing;
+    LookOptions looks;
 };
 
 std::string manual()
@@ -36,13 +36,15 @@ SESSIONS
   The operations and their words:
 )" + describeOperations() +
            R"(
-  PICK prints what it finds and selects it; without a size it looks at 5x5 pixels. IDS are lists such as
+  PICK prints what it finds and selects it: what the picture shows there, with "through" what is covered,
+  too. A place without a size is 5x5 pixels, of which the nearest hit counts. IDS are lists such as
   1,5-9, for elements and nodes also 3:17,20-30: in part 3 only. PICTURE writes the last frame. Files of
   PICTURE, SAVE and RESTORE count from the current folder, like those on the command line.
 
   A line that cannot be carried out ends the session with FILE:LINE and exit status 1; what earlier lines
   wrote stays.
-)" + describeDevices() +
+)" + describeLooks() +
+           describeDevices() +
            R"(
 EXAMPLES
   kvo play tour.session                      the model that the session names
@@ -53,16 +55,17 @@ EXAMPLES
 void play(const PlayOptions& options)
 {
     const Session played = readSession(options.session);
+    const LookSetup looks = parseLooks(options.looks);
     const SessionOptions settings =
-        sessionOptions(options.drawing, played.width ? played.width : 1280, played.height ? played.height : 960);
+        sessionOptions(options.drawing, looks, played.width ? played.width : 1280, played.height ? played.height : 960);
     if (options.model.empty() && played.model.empty())
         throw UsageError(options.session + ": the session has no MODEL line, so the command line must name a model");
     const ModelSource source(options.model.empty() ? played.modelPath() : options.model);
     warnOfLeftOut(source);
     ModelSession session(source, settings);
+    applyLooks(session.env(), looks);
     session.drawFrame();
-    ContractPicker picker;
-    playSession(session, picker, played);
+    playSession(session, session.picker(), played);
     if (!options.output.empty())
         writePng(session.picture(), options.output);
 }
@@ -79,6 +82,7 @@ void addPlayCommand(CLI::App& program)
     command->add_option("-o,--output", options->output, "Picture of the last frame")->type_name("OUT.png");
     addContextOptions(*command, options->drawing, "the session's, else 1280x960");
     addLookOptions(*command, options->drawing);
+    addLooks(*command, options->looks);
     command->footer(manual);
     command->callback([options] { play(*options); });
 }

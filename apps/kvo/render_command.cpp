@@ -5,7 +5,6 @@
 
 #include "commands.h"
 #include "contact_sheet.h"
-#include "contract_picker.h"
 #include "drawing_options.h"
 #include "model_session.h"
 #include "model_source.h"
@@ -36,11 +35,12 @@ struct RenderOptions
 
 std::string manual()
 {
-    return R"(
+    return std::string(R"(
 PICTURE
   The model is drawn undistorted and fills the picture up to a small margin, whatever its shape. OUT.png
   is written whole or not at all.
-
+)") + describeLooks() +
+           R"(
 PARTS
   Lists are ids and ranges: 1,5-9. An id that the model does not have is an error, a range takes what is
   there. --hide is applied after --parts.
@@ -65,6 +65,7 @@ OPERATIONS (--ops FILE)
 EXAMPLES
   kvo render bracket -o bracket.png --view front --size 800x600
   kvo render car.inp -o hull.png --hide 7,20-29 --mode line
+  kvo render bracket -o edges.png --style edges --ghosts --hide 1
   kvo render bracket -o sheet.png --view all --size 1600x900 --background white
   kvo render bracket -o weld.png --highlight 2 --select-elements 1:100-180 --save-state weld.state
 )";
@@ -72,14 +73,13 @@ EXAMPLES
 
 Picture drawSheet(ModelSession& session, const ContactSheet& sheet, const ModelSource& source, const SceneSetup& scene)
 {
-    ContractPicker picker;
     Operation reset; // every view starts afresh
     reset.code = RESET_TRANSFORM;
     const auto draw = [&](std::size_t k) {
         session.setView(standardViews()[k].type);
         session.drawFrame();
-        playOperation(session, picker, reset);
-        playSession(session, picker, scene.session);
+        playOperation(session, session.picker(), reset);
+        playSession(session, session.picker(), scene.session);
         return session.picture();
     };
     return sheet.compose(draw, describeModel(source));
@@ -97,17 +97,18 @@ void checkSheet(const RenderOptions& options, const Session& session)
     }
 }
 
-SessionOptions pictureOptions(const RenderOptions& options, const Session& session)
+SessionOptions pictureOptions(const RenderOptions& options, const SceneSetup& scene)
 {
     if (options.sheet())
-        return sessionOptions(options.drawing, 1600, 960);
-    return sessionOptions(options.drawing, session.width ? session.width : 1280, session.height ? session.height : 960);
+        return sessionOptions(options.drawing, scene.looks, 1600, 960);
+    const Session& session = scene.session;
+    return sessionOptions(options.drawing, scene.looks, session.width ? session.width : 1280,
+                          session.height ? session.height : 960);
 }
 
 Picture drawPicture(ModelSession& session, const RenderOptions& options, const SceneSetup& scene)
 {
-    ContractPicker picker;
-    playSession(session, picker, scene.session);
+    playSession(session, session.picker(), scene.session);
     if (!options.saveState.empty())
         saveViewState(session.env(), session.labels(), options.saveState);
     return session.picture();
@@ -127,7 +128,7 @@ SceneSetup sceneOf(const RenderOptions& options)
 void render(const RenderOptions& options)
 {
     const SceneSetup scene = sceneOf(options);
-    SessionOptions settings = pictureOptions(options, scene.session);
+    SessionOptions settings = pictureOptions(options, scene);
     std::unique_ptr<ContactSheet> sheet;
     if (options.sheet()) {
         checkSheet(options, scene.session);
@@ -162,6 +163,7 @@ void addRenderCommand(CLI::App& program)
         ->check(CLI::IsMember(namesOf(polygonModes())))
         ->each([options = options.get()](const std::string&) { options->modeGiven = true; })
         ->capture_default_str();
+    addLooks(*command, options->scene.looks);
     addPartOptions(*command, options->scene);
     addSelectionOptions(*command, options->scene);
     command->add_flag("--boxes", options->boxes, "Draw the parts' bounding boxes with numbered corners");

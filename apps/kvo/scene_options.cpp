@@ -125,6 +125,7 @@ SceneSetup parseScene(const SceneOptions& options)
     addSelection(out, Verb::Select, PICK_TYPE_NODE, idsOf(options.selectNodes, "--select-nodes", IdScope::Parts));
     addSelection(out, Verb::Highlight, 0, idsOf(options.highlight, "--highlight"));
     out.state = options.state;
+    out.looks = parseLooks(options.looks);
     if (options.viewGiven || options.state.empty()) {
         const NamedView* view = findView(options.view);
         out.view = view ? view->type : ISO_VIEW;
@@ -141,6 +142,7 @@ void openScene(ModelSession& session, const SceneSetup& scene)
         restoreViewState(env, session.labels(), scene.state);
     choosePartsToShow(env, scene);
     selectAsAsked(env, scene);
+    applyLooks(env, scene.looks);
     if (scene.shade)
         env.setShadeModel(static_cast<unsigned int>(scene.shade));
     if (scene.mode)

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "look_options.h"
 #include "session_file.h"
 
 namespace CLI {
@@ -27,6 +28,7 @@ struct SceneOptions
     std::string state;
     std::string ops;
     bool viewGiven = false;
+    LookOptions looks;
 };
 
 void addViewOption(CLI::App& command, SceneOptions& options, const std::vector<std::string>& views,
@@ -48,6 +50,7 @@ struct SceneSetup
     int shade = 0; // OpenGL's shade model and polygon mode; 0: the state's, else as loaded
     int mode = 0;
     bool boxes = false;
+    LookSetup looks;
     Session session;
 };
 

@@ -15,7 +15,11 @@ namespace {
 class ScenePath : public DrawingPath
 {
 public:
-    ScenePath(CAEEnv& env, const SceneLook& look) : view(env), ownPicker(view) { view.look = look; }
+    ScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring) : view(env), ownPicker(view)
+    {
+        view.look = look;
+        view.setColoring(coloring);
+    }
 
     void drawFrame(int width, int height) override
     {
@@ -52,9 +56,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look)
+std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring)
 {
-    return std::make_unique<ScenePath>(env, look);
+    return std::make_unique<ScenePath>(env, look, coloring);
 }
 
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env)

@@ -28,7 +28,7 @@ public:
 };
 
 // On a loaded environment, which must outlive the path. Throws std::runtime_error for a context without OpenGL 3.3.
-std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look);
+std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring);
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env);
 
 } // namespace kvo

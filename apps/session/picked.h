@@ -32,7 +32,7 @@ struct Picked
     unsigned int id = 0;     // the element's or node's own; the part's id for a part
     // A node's own coordinates; the mean of an element's corners; the middle of a part's extents.
     double at[3] = {0, 0, 0};
-    PickHit hit;     // where it was hit
+    PickHit hit; // where it was hit
 };
 
 std::vector<Picked> describeHits(const CAEEnv& env, const ModelLabels& labels, unsigned int type,

@@ -62,7 +62,8 @@ PictureRegion regionInside(const std::vector<float>& outline, int pictureWidth, 
 
 PictureRegion regionBetween(const float corners[4], int pictureWidth, int pictureHeight)
 {
-    const PictureRegion out = {std::min(corners[0], corners[2]), std::min(corners[1], corners[3]),
+    const PictureRegion out = {std::min(corners[0], corners[2]),
+                               std::min(corners[1], corners[3]),
                                std::max(corners[0], corners[2]) - std::min(corners[0], corners[2]),
                                std::max(corners[1], corners[3]) - std::min(corners[1], corners[3]),
                                {}};

@@ -9,7 +9,8 @@ class CAEEnv;
 
 namespace kvo {
 
-// A rectangle of the picture, in pixels from its top left corner, y downwards, or a polygon and the rectangle around it.
+// A rectangle of the picture, in pixels from its top left corner, y downwards, or a polygon and the rectangle around
+// it.
 struct PictureRegion
 {
     float left = 0;
@@ -33,10 +34,10 @@ PictureRegion regionInside(const std::vector<float>& outline, int pictureWidth, 
 // One thing that was hit, by positions in the model's arrays.
 struct PickHit
 {
-    unsigned int part = 0;   // index in the environment's list of parts
-    unsigned int member = 0; // index of the element or node in its part; 0 for a part
-    float depth = 0;         // window depth of its nearest point in the region: 0 nearest to 1 farthest
-    bool located = false;    // is the rest known?
+    unsigned int part = 0;       // index in the environment's list of parts
+    unsigned int member = 0;     // index of the element or node in its part; 0 for a part
+    float depth = 0;             // window depth of its nearest point in the region: 0 nearest to 1 farthest
+    bool located = false;        // is the rest known?
     double pixel[2] = {0, 0};    // where it was hit, in the picture, from the top left corner
     double point[3] = {0, 0, 0}; // and on the model
 };

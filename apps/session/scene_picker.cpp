@@ -68,9 +68,8 @@ std::vector<PickHit> ScenePicker::pick(CAEEnv& env, const PickRequest& request, 
     const PickRegion region = sceneRegion(request.region, pictureHeight);
     if (request.through && !through)
         through = std::make_unique<ThroughPicker>(env);
-    const std::vector<SceneHit> hits = request.through
-                                           ? ask(*through, request, region, viewOf(*env.getMTransformPtr()))
-                                           : ask(visible, request, region);
+    const std::vector<SceneHit> hits = request.through ? ask(*through, request, region, viewOf(*env.getMTransformPtr()))
+                                                       : ask(visible, request, region);
     std::vector<PickHit> out;
     for (const SceneHit& hit : hits)
         out.push_back(hitOf(hit, pictureHeight));

@@ -76,8 +76,8 @@ bool parseHead(const Line& line, Session& session)
 
 bool operator==(const Operation& a, const Operation& b)
 {
-    return a.verb == b.verb && a.code == b.code && std::equal(a.values, a.values + 4, b.values) &&
-           a.shape == b.shape && a.through == b.through && a.outline == b.outline && a.ids == b.ids && a.file == b.file;
+    return a.verb == b.verb && a.code == b.code && std::equal(a.values, a.values + 4, b.values) && a.shape == b.shape &&
+           a.through == b.through && a.outline == b.outline && a.ids == b.ids && a.file == b.file;
 }
 
 std::string Session::modelPath() const

@@ -58,12 +58,12 @@ struct Operation
     // Transform: _TransType. View: _MViewType. Pick, Select: PICK_TYPE_... Clear: PICK_TYPE_..., PART_HIGHLIGHTED, or 0
     // for everything. Shade: GL_FLAT, GL_SMOOTH. Mode: GL_POINT, GL_LINE, GL_FILL.
     int code = 0;
-    float values[4] = {0, 0, 0, 0}; // Transform: its values. Pick: X Y SIZE, or X0 Y0 X1 Y1
+    float values[4] = {0, 0, 0, 0};     // Transform: its values. Pick: X Y SIZE, or X0 Y0 X1 Y1
     PickShape shape = PickShape::Place; // Pick
     bool through = false;               // Pick: what is covered, too
     std::vector<float> outline;         // Pick of a polygon: X Y, corner after corner
-    std::vector<IdPiece> ids;       // Select, Highlight, Show, Hide; empty: all (Show and Hide)
-    std::string file;               // Save, Restore, Picture
+    std::vector<IdPiece> ids;           // Select, Highlight, Show, Hide; empty: all (Show and Hide)
+    std::string file;                   // Save, Restore, Picture
 };
 
 // The same operation, whatever its line.

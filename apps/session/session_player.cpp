@@ -16,6 +16,8 @@ namespace {
 
 void transform(SessionTarget& target, const Operation& operation)
 {
+    if (operation.code == RESET_TRANSFORM)
+        return target.resetView();
     float values[4];
     windowValues(operation.code, operation.values, target.height(), values);
     target.env().getMTransformPtr()->updateValues(operation.code, values);
@@ -42,8 +44,7 @@ void carryOut(SessionTarget& target, Picker& picker, const Operation& operation)
     case Verb::Transform:
         return transform(target, operation);
     case Verb::View:
-        env.getMViewPtr()->mViewType = operation.code;
-        return;
+        return target.setView(operation.code);
     case Verb::Pick:
         return pickAndSelect(target, picker, operation);
     case Verb::Select:

@@ -24,6 +24,8 @@ public:
     virtual const ModelLabels& labels() const = 0;
     virtual int width() const = 0; // of the picture, in pixels
     virtual int height() const = 0;
+    virtual void setView(int viewType) = 0;          // _MViewType, from the next frame on
+    virtual void resetView() = 0;                    // no rotation, pan or zoom of the user's
     virtual void drawFrame() = 0;                    // frames the visible parts and draws
     virtual Picture picture() = 0;                   // of the last frame
     virtual void print(const std::string& text) = 0; // what picks found, in whole lines

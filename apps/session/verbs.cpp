@@ -93,9 +93,8 @@ struct ShapeRow
     std::size_t most;
 };
 
-const ShapeRow shapeRows[] = {{"at", PickShape::Place, 2, 3},
-                              {"rect", PickShape::Rectangle, 4, 4},
-                              {"polygon", PickShape::Polygon, 6, 20000}};
+const ShapeRow shapeRows[] = {
+    {"at", PickShape::Place, 2, 3}, {"rect", PickShape::Rectangle, 4, 4}, {"polygon", PickShape::Polygon, 6, 20000}};
 
 const char* const pickUsage =
     "PICK takes part, element or node, [through], then at X Y [SIZE], rect X0 Y0 X1 Y1 or polygon X Y X Y X Y ...";
@@ -236,7 +235,8 @@ const std::vector<VerbRow>& verbRows()
 {
     static const std::vector<VerbRow> rows = {
         {"VIEW", Verb::View, "iso|top|bottom|left|right|front|back", parseView, formatView},
-        {"PICK", Verb::Pick, "part|element|node [through] at X Y [SIZE] | rect X0 Y0 X1 Y1 | polygon X Y ...", parsePick, formatPick},
+        {"PICK", Verb::Pick, "part|element|node [through] at X Y [SIZE] | rect X0 Y0 X1 Y1 | polygon X Y ...",
+         parsePick, formatPick},
         {"SELECT", Verb::Select, "parts|elements|nodes IDS", parseSelect, formatSelect},
         {"CLEAR", Verb::Clear, "[parts|elements|nodes|highlight]", parseClear, formatClear},
         {"HIGHLIGHT", Verb::Highlight, "IDS", parseParts, formatParts},

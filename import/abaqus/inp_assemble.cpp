@@ -81,6 +81,7 @@ InpScope instantiate(InpModel& model, InpScope&& instance, bool lastOfPart, Impo
 std::vector<InpScope> instantiateAll(InpModel& model, ImportLog& log)
 {
     std::vector<InpScope> scopes;
+    scopes.reserve(model.instances.size() + model.parts.size() + 2); // growing would copy them; deck, assembly
     std::map<std::string, std::size_t> last;
     for (std::size_t k = 0; k < model.instances.size(); ++k) {
         last[model.instances[k].partName] = k;
@@ -120,8 +121,7 @@ class ForeignNodes
 {
 public:
     ForeignNodes(InpScope& assembly, const std::vector<InpScope>& scopes, ImportLog& log)
-        : assembly(assembly), scopes(scopes), log(log),
-          taken(assembly.mesh.nodeIds.begin(), assembly.mesh.nodeIds.end())
+        : assembly(assembly), scopes(scopes), log(log)
     {
         for (const std::int64_t id : assembly.mesh.nodeIds) {
             highest = std::max(highest, id);
@@ -133,6 +133,10 @@ public:
 
     void resolve()
     {
+        if (assembly.foreignNodes.empty()) {
+            return;
+        }
+        taken.insert(assembly.mesh.nodeIds.begin(), assembly.mesh.nodeIds.end());
         std::vector<std::int64_t> ids;
         for (const ForeignNode& node : assembly.foreignNodes) {
             ids.push_back(localId(node));
@@ -391,6 +395,7 @@ Mesh assembleInp(InpModel& model, ImportLog& log)
     mesh.types = std::move(model.types);
     Materials materials;
     std::vector<std::uint32_t> files;
+    mesh.files.reserve(scopes.size());
     for (InpScope& scope : scopes) {
         const bool alone = filled < 2 || scope.name.empty();
         checkSets(scope.elementSets, log);

@@ -10,7 +10,7 @@ namespace kvo {
 
 namespace {
 
-// More than this from one line is a slip of the pen, not a mesh.
+// No set and no line has more members than this.
 constexpr std::int64_t maxMade = 100000000;
 constexpr std::int64_t maxValue = 10000000000; // of an id or increment; products with maxMade stay inside 64 bits
 
@@ -55,6 +55,23 @@ std::int64_t integerParameter(const KeywordLine& card, const char* name)
 Vec3 between(const Vec3& a, const Vec3& b, double f)
 {
     return {a[0] + f * (b[0] - a[0]), a[1] + f * (b[1] - a[1]), a[2] + f * (b[2] - a[2])};
+}
+
+// A set that grows by copies of itself has ranges that lie over one another.
+void uniteRuns(std::vector<IdRange>& ranges)
+{
+    std::sort(ranges.begin(), ranges.end(), [](const IdRange& a, const IdRange& b) { return a.first < b.first; });
+    std::vector<IdRange> united;
+    for (const IdRange& range : ranges) {
+        const bool joins =
+            !united.empty() && united.back().step == 1 && range.step == 1 && range.first <= united.back().last + 1;
+        if (joins) {
+            united.back().last = std::max(united.back().last, range.last);
+        } else {
+            united.push_back(range);
+        }
+    }
+    ranges.swap(united);
 }
 
 } // namespace
@@ -139,6 +156,14 @@ void InpGenerator::addNode(std::int64_t id, const Vec3& xyz)
     }
 }
 
+void InpGenerator::make(std::int64_t count, const Place& place)
+{
+    made += count;
+    if (made > most) {
+        fail(place, card.name + ": the deck would make more than " + std::to_string(most) + " nodes and elements");
+    }
+}
+
 // The nodes of a straight line between two nodes; the ends go to the set only.
 void InpGenerator::addBetween(std::int64_t first, std::int64_t last, std::int64_t step, std::int64_t intervals,
                               const Place& place)
@@ -148,6 +173,7 @@ void InpGenerator::addBetween(std::int64_t first, std::int64_t last, std::int64_
     if (!findNode(first, a) || !findNode(last, b)) {
         fail(place, card.name + ": node " + std::to_string(findNode(first, a) ? last : first) + " does not exist");
     }
+    make(intervals - 1, place);
     if (target) {
         target->add(first);
     }
@@ -179,15 +205,20 @@ std::vector<std::int64_t> InpGenerator::members(const InpSets& sets, const std::
     if (set == sets.end()) {
         fail(place, card.name + ": set \"" + name + "\" does not exist");
     }
+    std::vector<IdRange> ranges;
+    forEachRange(sets, nameKey(name), [&](const IdRange& range) { ranges.push_back(range); });
+    if (!set->second.unsorted) {
+        uniteRuns(ranges);
+    }
     std::vector<std::int64_t> ids;
-    forEachRange(sets, nameKey(name), [&](const IdRange& range) {
+    for (const IdRange& range : ranges) {
         if ((range.last - range.first) / range.step > maxMade - static_cast<std::int64_t>(ids.size())) {
             fail(place, card.name + ": set \"" + name + "\" is too large");
         }
         for (std::int64_t id = range.first; id <= range.last; id += range.step) {
             ids.push_back(id);
         }
-    });
+    }
     if (!set->second.unsorted) {
         std::sort(ids.begin(), ids.end());
         ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
@@ -239,7 +270,9 @@ void InpGenerator::copyLine(std::string_view line, const Place& place)
 void InpGenerator::copyNodes()
 {
     const std::int64_t shift = integerParameter(card, "CHANGENUMBER");
-    for (const std::int64_t id : members(scope->nodeSets, card.value("OLDSET"), card.place)) {
+    const std::vector<std::int64_t> ids = members(scope->nodeSets, card.value("OLDSET"), card.place);
+    make(static_cast<std::int64_t>(ids.size()), card.place);
+    for (const std::int64_t id : ids) {
         Vec3 xyz = {};
         if (findNode(id, xyz)) {
             addNode(id + shift, copyTransform.apply(xyz));
@@ -310,18 +343,19 @@ void InpGenerator::elementLine(std::string_view line, const Place& place)
     if (!findElement(values[0], block, position)) {
         fail(place, "*ELGEN: element " + std::to_string(values[0]) + " does not exist");
     }
-    std::int64_t made = 1;
+    std::int64_t count = 1;
     for (const int k : {1, 4, 7}) {
         values[k] = std::max<std::int64_t>(values[k], 1);
-        if (values[k] > maxMade / made) {
+        if (values[k] > maxMade / count) {
             fail(place, "*ELGEN would make too many elements");
         }
-        made *= values[k];
+        count *= values[k];
     }
+    make(count - 1, place);
     if (target) {
         target->add(values[0]);
     }
-    for (std::int64_t n = 1; n < made; ++n) {
+    for (std::int64_t n = 1; n < count; ++n) {
         const std::int64_t i = n % values[1];
         const std::int64_t j = n / values[1] % values[4];
         const std::int64_t k = n / values[1] / values[4];
@@ -334,7 +368,9 @@ void InpGenerator::copyElements()
 {
     const std::int64_t idShift = integerParameter(card, "ELEMENTSHIFT");
     const std::int64_t nodeShift = integerParameter(card, "SHIFTNODES");
-    for (const std::int64_t id : members(scope->elementSets, card.value("OLDSET"), card.place)) {
+    const std::vector<std::int64_t> ids = members(scope->elementSets, card.value("OLDSET"), card.place);
+    make(static_cast<std::int64_t>(ids.size()), card.place);
+    for (const std::int64_t id : ids) {
         std::size_t block = 0;
         std::size_t position = 0;
         if (findElement(id, block, position)) {

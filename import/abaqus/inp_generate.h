@@ -14,8 +14,12 @@ namespace kvo {
 class InpGenerator
 {
 public:
-    // The types are those of the mesh that is being read.
-    InpGenerator(const std::vector<ElementType>& types, ImportLog& log) : types(types), log(log) {}
+    // The types are those of the mesh that is being read. More nodes and elements than most are a slip of the pen, not
+    // a mesh: a card that makes more of them, together with those before it, throws.
+    InpGenerator(const std::vector<ElementType>& types, ImportLog& log, std::int64_t most = 50000000)
+        : types(types), log(log), most(most)
+    {
+    }
 
     // Why this card cannot be followed ("REFLECT"), or null. Such a card is the caller's to list.
     static const char* unsupported(const KeywordLine& card);
@@ -45,10 +49,14 @@ private:
     void addElementCopy(std::size_t block, std::size_t position, std::int64_t idShift, std::int64_t nodeShift);
     void addBetween(std::int64_t first, std::int64_t last, std::int64_t step, std::int64_t intervals,
                     const Place& place);
+    // Counts what is going to be made.
+    void make(std::int64_t count, const Place& place);
     std::vector<std::int64_t> members(const InpSets& sets, const std::string& name, const Place& place);
 
     const std::vector<ElementType>& types;
     ImportLog& log;
+    const std::int64_t most;
+    std::int64_t made = 0; // by all cards
     InpScope* scope = nullptr;
     KeywordLine card;
     InpSet* target = nullptr; // the set that takes what is made; null: none

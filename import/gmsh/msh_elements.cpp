@@ -72,20 +72,17 @@ void MshElements::addPoint(const MshType& type, const Head& head)
 // An element of two groups stands there twice, with the same number or the next one.
 bool MshElements::repeatsLast(const MshType& type, const Head& head)
 {
-    const bool same = lastType == &type && last.entity == head.entity && last.group != head.group && head.group != 0;
-    if (same) {
-        const ElementBlock& block = mesh.files.front().blocks.back();
-        const auto corners = cornerCount(type.shape);
-        const auto stored = block.nodes.end() - mesh.types[block.type].slots();
-        if (std::equal(stored, stored + corners, nodes.begin())) {
-            groups.addMember({type.dim, head.group < 0 ? -head.group : head.group}, last.id);
-            groups.addMember(block.part.back(), last.id);
-            log.count(listMshCopies, type.name, 1, {mesh.sourceFiles.front(), head.line});
-            return true;
-        }
+    const auto corners = nodes.begin() + cornerCount(type.shape);
+    if (lastType == &type && last.entity == head.entity && last.group != head.group && head.group != 0 &&
+        std::equal(nodes.begin(), corners, lastCorners.begin())) {
+        groups.addMember(groups.partOf(type.dim, last.group, last.entity), last.id);
+        groups.addMember({type.dim, head.group < 0 ? -head.group : head.group}, last.id);
+        log.count(listMshCopies, type.name, 1, {mesh.sourceFiles.front(), head.line});
+        return true;
     }
     lastType = &type;
     last = head;
+    std::copy(nodes.begin(), corners, lastCorners.begin());
     return false;
 }
 

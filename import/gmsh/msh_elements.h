@@ -65,6 +65,7 @@ private:
     std::array<std::uint32_t, mostTypes> typeRows = {}; // by number; row + 1, or 0
     const MshType* lastType = nullptr; // of the last element of versions 1 and 2, which may have copies
     Head last;
+    std::array<std::int64_t, 8> lastCorners = {};
     bool copiesPossible = false; // versions 1 and 2 only
 };
 

@@ -58,15 +58,17 @@ private:
     void readEntity(int dim, bool partition);
     void readNodes();
     void readNodes1();
-    void readNodes2();
+    void readNodes2(bool parametric);
+    void readParametricNodes() { readNodes2(true); }
     void readNodes4();
     void readNodeBlock40();
     void readNodeBlock41();
     void readPoint(std::int64_t id);
+    void skipPlace2();
     void skipParameters(std::int64_t dim, std::int64_t parametric);
     void readElements();
 
-    bool one() const { return version == Version::FourOne; }
+    bool isFourOne() const { return version == Version::FourOne; }
     MeshFile& nodes() { return mesh.files.front(); }
 
     Mesh mesh;
@@ -82,8 +84,9 @@ private:
 const MshReader::Section MshReader::sections[] = {
     {"MeshFormat", &MshReader::readFormat}, {"PhysicalNames", &MshReader::readNames},
     {"Entities", &MshReader::readEntities}, {"PartitionedEntities", &MshReader::readPartitions},
-    {"Nodes", &MshReader::readNodes},       {"NOD", &MshReader::readNodes1},
-    {"Elements", &MshReader::readElements}, {"ELM", &MshReader::readElements},
+    {"Nodes", &MshReader::readNodes},       {"ParametricNodes", &MshReader::readParametricNodes},
+    {"NOD", &MshReader::readNodes1},        {"Elements", &MshReader::readElements},
+    {"ELM", &MshReader::readElements},
 };
 
 // --- header ---
@@ -182,7 +185,7 @@ void MshReader::readEntity(int dim, bool partition)
         parent.second = input.integer();
         input.skipValues(input.countOf(input.size(), 2, "partitions"), 0);
     }
-    input.skipValues(0, dim == 0 && one() ? 3 : 6); // the point, or the box around it
+    input.skipValues(0, dim == 0 && isFourOne() ? 3 : 6); // the point, or the box around it
     std::vector<std::int64_t> in(static_cast<std::size_t>(input.countOf(input.size(), 2, "physical groups")));
     for (std::int64_t& group : in) {
         group = input.integer();
@@ -210,19 +213,19 @@ void MshReader::readPoint(std::int64_t id)
 void MshReader::readNodes1()
 {
     version = Version::One;
-    readNodes2();
+    readNodes2(false);
 }
 
 void MshReader::readNodes()
 {
-    if (version == Version::FourZero || one()) {
+    if (version == Version::FourZero || isFourOne()) {
         readNodes4();
     } else {
-        readNodes2();
+        readNodes2(false);
     }
 }
 
-void MshReader::readNodes2()
+void MshReader::readNodes2(bool parametric)
 {
     haveNodes = true;
     const std::int64_t count = input.countOf(input.textInteger(), input.isBinary() ? 28 : 8, "nodes");
@@ -233,10 +236,25 @@ void MshReader::readNodes2()
     nodes().xyz.reserve(3 * static_cast<std::size_t>(count));
     for (std::int64_t k = 0; k < count; ++k) {
         readPoint(input.integer());
+        if (parametric) {
+            skipPlace2();
+        }
         if (k % reportEvery == 0) {
             input.report();
         }
     }
+}
+
+// Behind the coordinates: dimension and tag of an entity; the coordinates on it if that is a curve or surface.
+void MshReader::skipPlace2()
+{
+    if (!input.isBinary()) {
+        input.skipLine();
+        return;
+    }
+    const std::int64_t dim = input.integer();
+    input.integer();
+    input.skipValues(0, dim == 1 || dim == 2 ? dim : 0);
 }
 
 void MshReader::readNodes4()
@@ -244,14 +262,14 @@ void MshReader::readNodes4()
     haveNodes = true;
     std::int64_t blocks = input.countOf(input.size(), input.isBinary() ? 16 : 8, "blocks of nodes");
     const std::int64_t count = input.countOf(input.size(), input.isBinary() ? 24 : 6, "nodes");
-    if (one()) {
+    if (isFourOne()) {
         input.size(); // lowest and highest id
         input.size();
     }
     nodes().nodeIds.reserve(static_cast<std::size_t>(count));
     nodes().xyz.reserve(3 * static_cast<std::size_t>(count));
     for (; blocks > 0; --blocks) {
-        one() ? readNodeBlock41() : readNodeBlock40();
+        isFourOne() ? readNodeBlock41() : readNodeBlock40();
         input.report();
     }
 }

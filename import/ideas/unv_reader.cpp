@@ -58,7 +58,7 @@ private:
     bool elementHead(Fields& head);
     void element(const Fields& head);
     void elementNodes(std::int64_t id, std::size_t count, std::string_view firstLine);
-    std::int64_t orientationNode(const UnvElement& type, std::size_t count, std::string_view& line);
+    std::int64_t orientationNode(std::size_t count, std::string_view& line);
     void emit(const UnvElement& type, const Fields& head, std::int64_t third);
     void keepUndrawn(const std::string& name, std::int64_t id);
     std::uint32_t partOf(std::int64_t property, std::int64_t material);
@@ -203,7 +203,7 @@ void UnvReader::element(const Fields& head)
     std::string_view line;
     if (type && type->beamLine) {
         line = needLine("an orientation node");
-        third = orientationNode(*type, count, line);
+        third = orientationNode(count, line);
     } else if (count > 0) {
         line = needLine("nodes");
     }
@@ -218,7 +218,7 @@ void UnvReader::element(const Fields& head)
 }
 
 // Some writers leave the line with the orientation node out: it has three numbers, that of the nodes has count.
-std::int64_t UnvReader::orientationNode(const UnvElement&, std::size_t count, std::string_view& line)
+std::int64_t UnvReader::orientationNode(std::size_t count, std::string_view& line)
 {
     std::string_view filled = line;
     while (!filled.empty() && isBlank(filled.back())) {
@@ -254,7 +254,8 @@ void UnvReader::emit(const UnvElement& type, const Fields& head, std::int64_t th
     std::int64_t corners[9];
     const int* places = unvCorners(type);
     const int count = cornerCount(type.shape);
-    const bool grounded = type.family == Family::Discrete && entries.size() == 1;
+    const bool grounded =
+        type.family == Family::Discrete && (entries.size() == 1 || (entries.size() == 2 && entries[1] == 0));
     for (int k = 0; k < count; ++k) {
         const std::size_t place = grounded ? 0 : static_cast<std::size_t>(places[k]);
         if (place >= entries.size()) {

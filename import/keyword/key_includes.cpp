@@ -97,14 +97,22 @@ void KeyIncludes::open()
 }
 
 // A keyword came before the last lines of *INCLUDE_TRANSFORM: they are as good as blank.
+bool KeyIncludes::openBeforeKeyword()
+{
+    if (current != Transformed || include.name.empty()) {
+        return false;
+    }
+    current = Done;
+    context.lines.putBack();
+    open();
+    return true;
+}
+
 void KeyIncludes::end()
 {
-    if (current == Transformed && !include.name.empty()) {
-        current = Done;
-        context.lines.putBack();
-        open();
-    } else if (current == Transformed || (nameGoesOn && !include.name.empty())) {
-        context.log.warn(warnCutCards, context.keyword.place, "*" + context.keyword.name + " names no file");
+    if (current == Transformed || (nameGoesOn && !include.name.empty())) {
+        context.log.warn(warnCutCards, context.keyword.place,
+                         "*" + context.keyword.name + " is not whole: no file is read");
     }
 }
 

@@ -22,6 +22,9 @@ public:
     void line(std::string_view text) override;
     void end() override;
 
+    // The next keyword has come, the last line read: an *INCLUDE_TRANSFORM that is still open goes to its file, and
+    // gives the line back. True if it did.
+    bool openBeforeKeyword();
     // An included file was read: what the including file's card goes on as.
     void resume(Kind kind) { begin(kind); }
     Kind now() const { return current; }

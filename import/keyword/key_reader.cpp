@@ -313,12 +313,11 @@ void KeyReader::endCards()
 
 void KeyReader::keyword(std::string_view line)
 {
-    // The end of *INCLUDE_TRANSFORM opens its file and gives the line back.
-    const bool includeOpens = current == &includes && includes.now() == KeyIncludes::Transformed;
-    endCards();
-    if (includeOpens && includes.now() == KeyIncludes::Done) {
+    if (current == &includes && includes.openBeforeKeyword()) {
+        current = nullptr;
         return;
     }
+    endCards();
     context.keyword = parseKeyKeyword(line, lines.fileWidths(), lines.place());
     Row row = {};
     if (findRow(row) && row.cards->begin(row.kind)) {

@@ -9,6 +9,12 @@ namespace kvo {
 
 namespace {
 
+// Numbers of points are read as reals, like all else in a step.
+bool isPointNumber(double number)
+{
+    return std::fabs(number) < 9e15;
+}
+
 Transform scaling(double x, double y, double z)
 {
     Transform result;
@@ -105,7 +111,10 @@ void KeyTransforms::step(const std::string& name, KeyFields& fields)
     } else if (name == "POS6P") {
         good = positions(a, next);
     } else if (name == "POINT") {
-        points[static_cast<std::int64_t>(a[0])] = {a[1], a[2], a[3]};
+        good = isPointNumber(a[0]);
+        if (good) {
+            points[static_cast<std::int64_t>(a[0])] = {a[1], a[2], a[3]};
+        }
     } else {
         good = false;
     }
@@ -119,7 +128,7 @@ void KeyTransforms::step(const std::string& name, KeyFields& fields)
 
 bool KeyTransforms::point(double number, Vec3& result) const
 {
-    const auto found = std::fabs(number) < 9e15 ? points.find(static_cast<std::int64_t>(number)) : points.end();
+    const auto found = isPointNumber(number) ? points.find(static_cast<std::int64_t>(number)) : points.end();
     if (found == points.end()) {
         return false;
     }

@@ -138,27 +138,30 @@ void BdfElements::add(const BdfElementRow& row, const BdfCard& card)
     }
     nodes[corners] = orientation.node;
     const std::uint32_t type = typeOf(row);
-    mesh.files.front().addElement(type, card.file, card.line, id, partOf(row, card, id), nodes,
-                                  static_cast<std::size_t>(mesh.types[type].slots()));
+    const std::uint32_t part = partOf(row, card, id);
+    ElementBlock& block = mesh.files.front().blockFor(type, card.file);
+    block.ids.push_back(id);
+    block.part.push_back(part);
+    block.line.push_back(card.line);
+    block.nodes.insert(block.nodes.end(), nodes, nodes + mesh.types[type].slots());
     if (orientation.isVector) {
         // Field 9: what the offsets and the vector are in; the first letter tells of the vector.
         const bool basic = row.base && card.text(7).substr(0, 1) == "B";
         vectors.push_back({id, basic ? noNode : nodes[0], orientation.vector});
     }
     if (row.base) {
-        noteBlanks(row, card, nodes[0], orientation);
+        noteBlanks(row, card, block, nodes[0], orientation);
     }
 }
 
-// The last element, if a default may fill something.
-void BdfElements::noteBlanks(const BdfElementRow& row, const BdfCard& card, std::int64_t endA,
+// The last element of the block, if a default may fill something.
+void BdfElements::noteBlanks(const BdfElementRow& row, const BdfCard& card, ElementBlock& block, std::int64_t endA,
                              const OrientationEntry& orientation)
 {
     const bool property = card.blank(1);
     const bool direction = !orientation.isVector && orientation.node == noNode;
     if (property || direction) {
-        const auto& blocks = mesh.files.front().blocks;
-        unfinished.push_back({blocks.size() - 1, blocks.back().size() - 1, endA, property, direction, &row});
+        unfinished.push_back({&block, block.size() - 1, endA, property, direction, &row});
     }
 }
 
@@ -190,7 +193,7 @@ void BdfElements::applyDefaults()
         if (found == defaults.end()) {
             continue;
         }
-        ElementBlock& block = mesh.files.front().blocks[element.block];
+        ElementBlock& block = *element.block;
         const std::int64_t property = found->second.property;
         if (element.property && property != noProperty) {
             block.part[element.element] = rows.part(property);

@@ -74,7 +74,7 @@ private:
     // An element whose property or orientation a default may give.
     struct Unfinished
     {
-        std::size_t block;
+        ElementBlock* block; // blocks keep their place
         std::size_t element;
         std::int64_t endA;
         bool property;    // was blank
@@ -93,7 +93,7 @@ private:
     static OrientationEntry orientationOf(const BdfCard& card, int field);
     std::uint32_t typeOf(const BdfElementRow& row);
     std::uint32_t partOf(const BdfElementRow& row, const BdfCard& card, std::int64_t id);
-    void noteBlanks(const BdfElementRow& row, const BdfCard& card, std::int64_t endA,
+    void noteBlanks(const BdfElementRow& row, const BdfCard& card, ElementBlock& block, std::int64_t endA,
                     const OrientationEntry& orientation);
     void noteValue(const BdfElementRow& row, double value, std::uint32_t part);
     void applyDefaults();

@@ -76,6 +76,7 @@ private:
     void point(std::string_view rest) { figure('p', rest); }
     void object(std::string_view rest);
     void group(std::string_view rest);
+    void closeGroups();
     void material(std::string_view rest);
     void figure(char kind, std::string_view rest);
     std::uint32_t currentPart();
@@ -93,6 +94,7 @@ private:
     Place place;        // of the statement
     std::string objectName;
     std::vector<std::string> groups;
+    std::size_t grouped = 0; // figures that are in groupSets, as far as they are in several groups
     std::string materialName;
     std::uint32_t part = noPart; // of these; noPart: not looked up yet
     std::vector<Figure> figures;
@@ -157,8 +159,20 @@ void ObjReader::object(std::string_view rest)
     part = noPart;
 }
 
+// The figures since the last statement of groups are in its groups.
+void ObjReader::closeGroups()
+{
+    if (groups.size() > 1 && figures.size() > grouped) {
+        for (const std::string& name : groups) {
+            groupSets[name].addRange(static_cast<std::int64_t>(grouped) + 1, static_cast<std::int64_t>(figures.size()));
+        }
+    }
+    grouped = figures.size();
+}
+
 void ObjReader::group(std::string_view rest)
 {
+    closeGroups();
     groups.clear();
     for (std::string_view word = takeWord(rest); !word.empty(); word = takeWord(rest)) {
         groups.emplace_back(word);
@@ -209,9 +223,6 @@ void ObjReader::figure(char kind, std::string_view rest)
         throw ImportError(place, std::string("\"") + kind + "\" with too few vertices: " + std::to_string(count));
     }
     figures.push_back({kind, static_cast<std::uint32_t>(place.line), currentPart(), indices.size()});
-    for (std::size_t k = 0; groups.size() > 1 && k < groups.size(); ++k) {
-        groupSets[groups[k]].add(static_cast<std::int64_t>(figures.size()));
-    }
 }
 
 void ObjReader::addFigure(const Figure& figure, std::int64_t id, const std::vector<std::uint32_t>& corners)
@@ -255,6 +266,7 @@ void ObjReader::addFigures()
 
 void ObjReader::addGroupSets()
 {
+    closeGroups();
     for (auto& group : groupSets) {
         MeshSet& set = mesh.sets.emplace_back();
         set.of = MeshSet::Of::Elements;

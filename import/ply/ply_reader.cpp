@@ -81,7 +81,8 @@ private:
     void readFormat(std::string_view rest);
     void readElementLine(std::string_view rest);
     void readPropertyLine(std::string_view rest);
-    NumberType typeOf(std::string_view name);
+    NumberType typeOf(std::string_view name) const;
+    [[noreturn]] void failHeader(const std::string& message) const { throw ImportError(headerPlace, message); }
     std::size_t leastBytes(const Element& element) const;
 
     // To the line of the next value.
@@ -117,6 +118,7 @@ private:
     std::vector<Element> elements;
     std::vector<Figure> figures;
     std::vector<std::int64_t> indices;
+    Place headerPlace; // of the header's line that is being read
     bool binary = false;
     bool bigEndian = false;
     std::string partProperty; // empty: no property says the part
@@ -132,11 +134,11 @@ std::string_view takeWord(std::string_view& text)
     return word;
 }
 
-NumberType PlyReader::typeOf(std::string_view name)
+NumberType PlyReader::typeOf(std::string_view name) const
 {
     NumberType type = NumberType::Int32;
     if (!findNumberType(name, type)) {
-        input.fail("type \"" + std::string(name.substr(0, 40)) + "\" is not known");
+        failHeader("type \"" + std::string(name.substr(0, 40)) + "\" is not known");
     }
     return type;
 }
@@ -148,7 +150,7 @@ void PlyReader::readFormat(std::string_view rest)
         binary = true;
         bigEndian = format == "binary_big_endian";
     } else if (format != "ascii") {
-        input.fail("format \"" + format.substr(0, 40) + "\" is not known");
+        failHeader("format \"" + format.substr(0, 40) + "\" is not known");
     }
 }
 
@@ -159,7 +161,7 @@ void PlyReader::readElementLine(std::string_view rest)
     const std::string count(trimmed(rest));
     const bool digits = !count.empty() && std::all_of(count.begin(), count.end(), isTextDigit);
     if (element.name.empty() || !digits || count.size() > 18) {
-        input.fail("an element has a name and a count");
+        failHeader("an element has a name and a count");
     }
     element.count = std::stoll(count);
 }
@@ -167,7 +169,7 @@ void PlyReader::readElementLine(std::string_view rest)
 void PlyReader::readPropertyLine(std::string_view rest)
 {
     if (elements.empty()) {
-        input.fail("a property before the first element");
+        failHeader("a property before the first element");
     }
     Property property;
     std::string_view word = takeWord(rest);
@@ -176,7 +178,7 @@ void PlyReader::readPropertyLine(std::string_view rest)
         property.countType = typeOf(takeWord(rest));
         word = takeWord(rest);
         if (!isInteger(property.countType)) {
-            input.fail("the count of a list is a whole number");
+            failHeader("the count of a list is a whole number");
         }
     }
     property.type = typeOf(word);
@@ -191,7 +193,7 @@ void PlyReader::readHeader()
         if (input.bytesLeft() == 0) {
             input.fail("the file is cut off: no end_header");
         }
-        const Place place = input.place();
+        headerPlace = input.place();
         std::string_view line = input.lineText();
         const std::string_view word = takeWord(line);
         if (word == "end_header") {
@@ -204,7 +206,7 @@ void PlyReader::readHeader()
         } else if (word == "property") {
             readPropertyLine(line);
         } else if (word != "comment" && word != "obj_info" && !word.empty()) {
-            throw ImportError(place, "not a statement of a PLY header: \"" + std::string(word.substr(0, 40)) + "\"");
+            failHeader("not a statement of a PLY header: \"" + std::string(word.substr(0, 40)) + "\"");
         }
     }
     if (binary) {

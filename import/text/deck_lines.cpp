@@ -20,10 +20,11 @@ bool sameFile(const std::string& a, const std::string& b)
     return a == b || fs::equivalent(a, b, ignored);
 }
 
+// Pipes and devices are no files to include: some never end.
 bool isReadableFile(const fs::path& path)
 {
     std::error_code ignored;
-    return fs::exists(path, ignored) && !fs::is_directory(path, ignored);
+    return fs::is_regular_file(path, ignored);
 }
 
 } // namespace

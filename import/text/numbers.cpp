@@ -96,8 +96,18 @@ void scanExponent(const char*& p, const char* end, Decimal& number)
 // exponent spelt as from_chars wants it. What is too small for a double is 0; what is too large is no number.
 bool slowValue(std::string_view digits, std::int64_t exponent, bool small, double& value)
 {
-    const std::string spelt = std::string(digits) + "e" + std::to_string(exponent);
-    const auto result = std::from_chars(spelt.data(), spelt.data() + spelt.size(), value);
+    std::string longOne;
+    char shortOne[64];
+    char* spelt = shortOne;
+    const std::size_t room = digits.size() + 24; // "e", a sign and the digits of an exponent
+    if (room > sizeof shortOne) {
+        longOne.resize(room);
+        spelt = longOne.data();
+    }
+    char* end = std::copy(digits.begin(), digits.end(), spelt);
+    *end++ = 'e';
+    end = std::to_chars(end, spelt + room, exponent).ptr;
+    const auto result = std::from_chars(spelt, end, value);
     if (result.ec == std::errc::result_out_of_range) {
         value = 0.0;
         return small;

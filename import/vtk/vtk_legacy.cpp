@@ -88,6 +88,7 @@ private:
     VtkPiece grid;
     bool binary = false;
     bool haveDataset = false;
+    bool haveCells = false;
     enum class Data
     {
         None,
@@ -290,6 +291,7 @@ void VtkLegacy::readOffsets(std::int64_t count, std::int64_t size)
 
 void VtkLegacy::readCells()
 {
+    haveCells = true;
     const std::int64_t first = count("cells");
     const std::int64_t size = count("values");
     // What follows tells the version better than the first line of the file, which some writers do not mean.
@@ -481,12 +483,16 @@ Mesh VtkLegacy::read()
     if (!haveDataset) {
         input.fail("cut off: no DATASET");
     }
+    if (!haveCells) {
+        input.fail("the file has no cells, or is cut off");
+    }
     if (grid.types.size() != grid.ends.size()) {
         input.fail(std::to_string(grid.types.size()) + " cell types for " + std::to_string(grid.ends.size()) +
                    " cells");
     }
     grid.line = input.line();
     mesh.add(grid);
+    grid = VtkPiece(); // its memory is wanted now
     return mesh.take();
 }
 

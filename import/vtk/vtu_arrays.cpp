@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstring>
 
 #include <zlib.h>
 
@@ -16,6 +15,7 @@ namespace kvo {
 namespace {
 
 constexpr std::uint64_t bestCompression = 1040; // zlib's is 1032 to 1
+constexpr std::uint64_t slack = 64;
 const char* const zlibName = "vtkZLibDataCompressor";
 
 [[noreturn]] void fail(const VtuArray& array, const VtuEncoding& encoding, const std::string& message)
@@ -59,7 +59,7 @@ public:
             if (static_cast<std::size_t>(end - p) < count) {
                 return false;
             }
-            std::memcpy(out, p, count);
+            std::copy(p, p + count, out);
             p += count;
             return true;
         }
@@ -145,7 +145,7 @@ std::vector<char> readCompressed(ByteSource& source, const VtuArray& array, cons
         sizes.push_back(readHeader(source, array, encoding));
         packed += std::min(sizes.back(), source.left() + 1);
     }
-    const std::uint64_t most = packed * bestCompression + 64;
+    const std::uint64_t most = packed * bestCompression + slack;
     if (packed > source.left() || blockBytes > most || lastBytes > blockBytes ||
         (blocks > 0 && blockBytes > most / blocks)) {
         fail(array, encoding, "the sizes of its blocks do not fit the file");
@@ -154,6 +154,9 @@ std::vector<char> readCompressed(ByteSource& source, const VtuArray& array, cons
     std::vector<char> block;
     for (std::uint64_t k = 0; k < blocks; ++k) {
         const std::uint64_t size = k + 1 == blocks && lastBytes != 0 ? lastBytes : blockBytes;
+        if (size > sizes[static_cast<std::size_t>(k)] * bestCompression + slack) {
+            fail(array, encoding, "the sizes of its blocks do not fit the file");
+        }
         block.resize(static_cast<std::size_t>(sizes[static_cast<std::size_t>(k)]));
         bytes.resize(bytes.size() + static_cast<std::size_t>(size));
         uLongf got = static_cast<uLongf>(size);

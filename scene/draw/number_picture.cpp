@@ -61,9 +61,13 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
         if (depthTest) {
             glEnable(GL_DEPTH_TEST);
         }
-        double modelview[16];
-        camera.relativeTo(geometry.origin(), modelview);
-        loadMatrices(modelview, camera.projection);
+        double modelview[16], projection[16];
+        if (isFar()) {
+            camera.matricesFrom(geometry.origin(), modelview, projection);
+            loadMatrices(modelview, projection);
+        } else {
+            loadMatrices(camera.modelview, camera.projection);
+        }
         drawNumberedPieces(box);
         restoreMatrices();
         glUseProgram(0);
@@ -97,12 +101,15 @@ void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
     }
     SceneFrameStats uncounted;
     ScenePasses passes(geometry, zoomed, parts, uncounted);
-    programs.use(ElementNumbers | FlatLight, SurfaceUniforms());
-    passes.faces(PartShow::Opaque, drawnLook.light != SceneLight::Contract);
+    use(ElementNumbers | FlatLight, uniforms());
+    passes.faces(PartShow::Opaque, !seesBacks());
+    drawCaps(passes, PartShow::Opaque, ElementNumbers | FlatLight, uniforms());
+    use(ElementNumbers | FlatLight, uniforms());
     glLineWidth(drawnLook.lineWidth);
     glDepthRange(0, nearerDepth);
     passes.lines(PartShow::Opaque);
     glDepthRange(0, 1);
+    glDisable(GL_CLIP_DISTANCE0);
 }
 
 } // namespace kvo

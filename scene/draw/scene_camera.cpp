@@ -90,6 +90,22 @@ void SceneCamera::capture()
     mirrored = determinant(modelview) * determinant(projection) > 0;
 }
 
+void SceneCamera::project(const double model[3], double window[3]) const
+{
+    double eye[4], clip[4];
+    for (int row = 0; row < 4; ++row) {
+        eye[row] = modelview[row] * model[0] + modelview[4 + row] * model[1] + modelview[8 + row] * model[2] +
+                   modelview[12 + row];
+    }
+    for (int row = 0; row < 4; ++row) {
+        clip[row] = projection[row] * eye[0] + projection[4 + row] * eye[1] + projection[8 + row] * eye[2] +
+                    projection[12 + row] * eye[3];
+    }
+    window[0] = viewport[0] + (clip[0] / clip[3] + 1) / 2 * viewport[2];
+    window[1] = viewport[1] + (clip[1] / clip[3] + 1) / 2 * viewport[3];
+    window[2] = (clip[2] / clip[3] + 1) / 2;
+}
+
 void SceneCamera::relativeTo(const double origin[3], double out[16]) const
 {
     std::copy(modelview, modelview + 16, out);
@@ -97,6 +113,16 @@ void SceneCamera::relativeTo(const double origin[3], double out[16]) const
         for (int axis = 0; axis < 3; ++axis) {
             out[12 + row] += modelview[4 * axis + row] * origin[axis];
         }
+    }
+}
+
+void SceneCamera::matricesFrom(const double origin[3], double modelviewOut[16], double projectionOut[16]) const
+{
+    relativeTo(origin, modelviewOut);
+    std::copy(projection, projection + 16, projectionOut);
+    for (int axis = 0; axis < 2; ++axis) { // a parallel projection's axes are independent
+        modelviewOut[12 + axis] += projection[12 + axis] / projection[5 * axis];
+        projectionOut[12 + axis] = 0;
     }
 }
 

@@ -21,8 +21,13 @@ struct SceneCamera
 
     // Reads the current matrices.
     void capture();
+    // Window coordinates (x, y in pixels, depth) of a point of the model.
+    void project(const double model[3], double window[3]) const;
     // modelview, from coordinates relative to origin.
     void relativeTo(const double origin[3], double out[16]) const;
+    // Both matrices for coordinates relative to origin, so that single precision can hold them: what the projection takes
+    // off again is not added before.
+    void matricesFrom(const double origin[3], double modelviewOut[16], double projectionOut[16]) const;
 };
 
 // Sets lights, viewer, ambient and bothSides: in model coordinates when camera.unitScale is not 0, for programs with

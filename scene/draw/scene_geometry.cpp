@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "caeenv.h"
 #include "mantypes.h"
@@ -9,6 +12,18 @@
 #include "surface_program.h"
 
 namespace kvo {
+
+namespace {
+
+// What building needed for a while stays with the process otherwise: as much again as the buffers.
+void giveMemoryBack()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
+} // namespace
 
 void bindSurfaceVertices(const GlBuffer& buffer)
 {
@@ -136,6 +151,26 @@ void SceneGeometry::build(CAEEnv& env, const NormalChoice& choice, const std::ve
         surfaceBlocks[kind] = std::move(mesh.blocks[kind]);
     }
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    mesh = SurfaceMesh();
+    giveMemoryBack();
+}
+
+SurfaceMesh SceneGeometry::readBack() const
+{
+    SurfaceMesh mesh;
+    std::copy(shift, shift + 3, mesh.origin);
+    const auto read = [](const GlBuffer& buffer, GLenum target, auto& out) {
+        out.resize(buffer.bytes() / sizeof(out[0]));
+        buffer.bind(target);
+        glGetBufferSubData(target, 0, static_cast<GLsizeiptr>(buffer.bytes()), out.data());
+        glBindBuffer(target, 0);
+    };
+    read(vertices, GL_ARRAY_BUFFER, mesh.vertices);
+    for (FaceKind kind : {Triangles, Quads}) {
+        read(indices[kind], GL_ELEMENT_ARRAY_BUFFER, mesh.indices[kind]);
+        mesh.blocks[kind] = surfaceBlocks[kind];
+    }
+    return mesh;
 }
 
 std::uint32_t SceneGeometry::partOf(std::uint32_t element) const

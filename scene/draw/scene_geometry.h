@@ -14,14 +14,6 @@ class CAEEnv;
 
 namespace kvo {
 
-// Lines or triangles of one part: a range of vertices of a buffer.
-struct VertexRange
-{
-    std::uint32_t part;
-    std::uint32_t firstVertex;
-    std::uint32_t vertexCount;
-};
-
 // Fixed attributes and the element and part numbers come from a buffer of SurfaceVertex. SceneGeometry::unbind ends it.
 void bindSurfaceVertices(const GlBuffer& buffer);
 
@@ -46,6 +38,8 @@ public:
     const std::vector<SurfaceBlock>& blocks(FaceKind kind) const { return surfaceBlocks[kind]; }
     const std::vector<VertexRange>& lines() const { return lineRanges; }
     const double* origin() const { return shift; }
+    // Vertices, indices and blocks of the faces, from OpenGL's buffers.
+    SurfaceMesh readBack() const;
     // Bytes in OpenGL's buffers.
     std::size_t bufferBytes() const;
 

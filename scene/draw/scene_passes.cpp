@@ -47,7 +47,7 @@ bool ScenePasses::any(PartShow show) const
 void ScenePasses::gather(FaceKind kind, PartShow show, bool closedOnly, DrawRanges& ranges)
 {
     ranges.clear();
-    for (const SurfaceBlock& block : geometry.blocks(kind)) {
+    for (const SurfaceBlock& block : coarse ? coarse->blocks() : geometry.blocks(kind)) {
         if (parts[block.part] != show || geometry.closed(block.part) != closedOnly) {
             continue;
         }
@@ -64,7 +64,11 @@ bool ScenePasses::drawRanges(FaceKind kind, const DrawRanges& ranges)
     if (ranges.empty()) {
         return false;
     }
-    geometry.bindIndices(kind);
+    if (coarse) {
+        coarse->bindIndices();
+    } else {
+        geometry.bindIndices(kind);
+    }
     glMultiDrawElements(kind == Quads ? GL_QUADS : GL_TRIANGLES, ranges.counts.data(), GL_UNSIGNED_INT,
                         ranges.offsets.data(), static_cast<GLsizei>(ranges.counts.size()));
     stats.faces += ranges.indexCount() / (kind == Quads ? 4 : 3);
@@ -89,6 +93,9 @@ bool ScenePasses::faces(PartShow show, bool cullClosed)
             glDisable(GL_CULL_FACE);
         }
         for (const FaceKind kind : {Quads, Triangles}) {
+            if (coarse && kind == Quads) {
+                continue; // it has triangles only
+            }
             gather(kind, show, closed, ranges);
             drawn = drawRanges(kind, ranges) || drawn;
         }

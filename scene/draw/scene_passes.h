@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "block_ranges.h"
+#include "coarse.h"
 #include "scene_camera.h"
 #include "scene_geometry.h"
 #include "scene_view.h"
@@ -25,12 +26,16 @@ enum class PartShow : char
 
 std::vector<PartShow> partsToShow(const CAEEnv& env, const SceneGeometry& geometry, bool ghosts);
 
-// Draws pieces of one geometry with the matrices that are current (model coordinates relative to the geometry's origin).
+// Draws pieces of one geometry with the matrices that are current (model coordinates relative to the geometry's
+// origin).
 class ScenePasses
 {
 public:
     ScenePasses(const SceneGeometry& sceneGeometry, const SceneCamera& camera, const std::vector<PartShow>& parts,
                 SceneFrameStats& frameStats);
+
+    // From now on faces are those of a coarser surface of the same geometry; null: its own.
+    void useCoarse(const CoarseSurface* surface) { coarse = surface; }
 
     // Faces of the parts that are shown so. Faces seen from behind are left out where the surface is closed; filled:
     // only then. Returns whether there were any.
@@ -49,6 +54,7 @@ private:
     SceneFrameStats& stats;
     ViewVolume volume;
     bool mirrored;
+    const CoarseSurface* coarse = nullptr;
 };
 
 } // namespace kvo

@@ -12,12 +12,20 @@ namespace {
 
 constexpr std::size_t floatsPerPart = 8;
 
-const float* colorOf(const CAEEnv& env, const PartInfoStr& part)
+// The colour that marks a part, or null.
+const float* markOf(const CAEEnv& env, const PartInfoStr& part)
 {
     if ((part.partFlag & PART_SELECTED) || &part == env.segmentPart) {
         return env.colorBlue;
     }
-    return part.partFlag & PART_HIGHLIGHTED ? env.colorGreen : part.partColor;
+    return part.partFlag & PART_HIGHLIGHTED ? env.colorGreen : nullptr;
+}
+
+const Category* categoryOf(const Coloring& coloring, std::size_t part)
+{
+    const int category = part < coloring.categoryOfPart.size() ? coloring.categoryOfPart[part] : -1;
+    const bool known = category >= 0 && static_cast<std::size_t>(category) < coloring.categories.size();
+    return known ? &coloring.categories[static_cast<std::size_t>(category)] : nullptr;
 }
 
 bool hasSelectedElements(const PartInfoStr& part)
@@ -34,14 +42,19 @@ void SceneState::forget()
     characters.clear();
 }
 
-void SceneState::updateParts(const CAEEnv& env, const std::vector<const PartInfoStr*>& parts)
+void SceneState::updateParts(const CAEEnv& env, const std::vector<const PartInfoStr*>& parts, const Coloring& coloring)
 {
     std::vector<float> texels;
     texels.reserve(floatsPerPart * parts.size());
     for (const PartInfoStr* part : parts) {
-        const float* color = colorOf(env, *part);
+        const float* const mark = markOf(env, *part);
+        const float* color = mark ? mark : part->partColor;
         texels.insert(texels.end(), color, color + 4);
-        const float marked = color == part->partColor ? 0.0f : 1.0f;
+        const Category* category = categoryOf(coloring, texels.size() / floatsPerPart);
+        if (category && !mark) {
+            std::copy_n(&category->color.r, 3, texels.end() - 4);
+        }
+        const float marked = mark ? 1.0f : 0.0f;
         const float byElement = hasSelectedElements(*part) ? 1.0f : 0.0f;
         texels.insert(texels.end(), {marked, byElement, 0.0f, 0.0f});
     }
@@ -115,11 +128,12 @@ bool SceneState::updateElements(const PartInfoStr& part, std::uint32_t first, st
     return true;
 }
 
-void SceneState::update(const CAEEnv& env, const SceneGeometry& geometry)
+void SceneState::update(const CAEEnv& env, const SceneGeometry& geometry, const Coloring& coloring)
 {
     const std::vector<const PartInfoStr*> parts = sceneParts(env);
-    updateParts(env, parts);
-    elementsSelected = std::any_of(parts.begin(), parts.end(), [](const PartInfoStr* p) { return hasSelectedElements(*p); });
+    updateParts(env, parts, coloring);
+    elementsSelected =
+        std::any_of(parts.begin(), parts.end(), [](const PartInfoStr* p) { return hasSelectedElements(*p); });
     if (!elementsSelected) {
         updateVertexColors(geometry);
         return;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "coloring.h"
 #include "gl_objects.h"
 #include "scene_geometry.h"
 
@@ -18,7 +19,7 @@ public:
     // Reads flags, colours and selection characters, and uploads what changed since the last call: about 0.1 ms per
     // million elements when nothing did. Selection characters other than '0' and '1' repeat the state of the element
     // before, as the drawing library's do.
-    void update(const CAEEnv& env, const SceneGeometry& geometry);
+    void update(const CAEEnv& env, const SceneGeometry& geometry, const Coloring& coloring);
     // Everything is uploaded at the next update.
     void forget();
 
@@ -29,7 +30,7 @@ public:
     static void unbindVertexColors();
 
 private:
-    void updateParts(const CAEEnv& env, const std::vector<const PartInfoStr*>& parts);
+    void updateParts(const CAEEnv& env, const std::vector<const PartInfoStr*>& parts, const Coloring& coloring);
     void updateVertexColors(const SceneGeometry& geometry);
     bool updateElements(const PartInfoStr& part, std::uint32_t first, std::uint32_t count);
 

@@ -4,12 +4,16 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "axes_triad.h"
 #include "boundbox.h"
 #include "caeenv.h"
+#include "far_matrices.h"
+#include "legend.h"
 #include "model_frame.h"
 #include "mtrans.h"
 #include "mview.h"
 #include "scene_view_impl.h"
+#include "section.h"
 
 namespace kvo {
 
@@ -37,55 +41,6 @@ void clearViewport(const int viewport[4])
     glPopAttrib();
 }
 
-// Selected nodes as points in the selection colour.
-void drawSelectedNodes(const CAEEnv& env, float size, SceneFrameStats& stats)
-{
-    std::vector<float> points;
-    const auto gather = [&points](const char* flags, const float* values, unsigned int count) {
-        for (unsigned int k = 0; flags && values && k < count; ++k) {
-            if (flags[k] == SELECTED_CHAR) {
-                points.insert(points.end(), values + 3 * std::size_t(k), values + 3 * std::size_t(k) + 3);
-            }
-        }
-    };
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        if ((part.partFlag & PART_NODES_SELECTED) && !(part.partFlag & PART_HIDDEN)) {
-            gather(part.partNodes.selectedNodes, part.partNodes.nodeValues, part.partNodes.numNodes);
-        }
-    }
-    if (env.compFlag & NODE_LIST_SELECTED) {
-        gather(env.selectedNodes, env.nodeValues, env.numNodes);
-    }
-    if (points.empty()) {
-        return;
-    }
-    glUseProgram(0);
-    glDisable(GL_LIGHTING);
-    glPointSize(size);
-    glColor4fv(env.colorBlue);
-    glDepthRange(0, nearerDepth);
-    glEnableClientState(GL_VERTEX_ARRAY);
-    glVertexPointer(3, GL_FLOAT, 0, points.data());
-    glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(points.size() / 3));
-    glDisableClientState(GL_VERTEX_ARRAY);
-    glDepthRange(0, 1);
-    ++stats.drawCalls;
-}
-
-void drawBoxes(const CAEEnv& env)
-{
-    glUseProgram(0);
-    glEnableClientState(GL_VERTEX_ARRAY);
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        const unsigned int flags = env.partsInfoList[k].partFlag;
-        if ((flags & PART_BOX_SHOWN) && !(flags & PART_HIDDEN) && env.boxList) {
-            env.boxList[k]->render();
-        }
-    }
-    glDisableClientState(GL_VERTEX_ARRAY);
-}
-
 } // namespace
 
 SceneView::Impl::Impl(CAEEnv& environment) : env(environment)
@@ -105,118 +60,179 @@ void SceneView::Impl::readGeometry(const SceneLook& look)
     now.list = env.partsInfoList;
     now.parts = env.numParts;
     now.segment = (env.compFlag & SEGMENT_PART_SET) ? env.segmentPart : nullptr;
+    if (look.section.cut == SceneCut::Elements && planeCuts(look.section.plane)) {
+        now.withoutRemoved = true;
+        std::copy(look.section.plane, look.section.plane + 4, now.plane);
+    }
     if (geometryDirty || !(now == key)) {
-        geometry.build(env, {now.source, now.smooth, now.featureAngle}, absent);
+        findGoneElements(now);
+        geometry.build(env, {now.source, now.smooth, now.featureAngle}, gone);
         state.forget();
+        coarse.forget();
+        exactFrameMs = 0;
+        caps.forget();
+        surfaceLines.forget();
+        elementColors.forget();
         key = now;
         geometryDirty = false;
     }
-    state.update(env, geometry);
+    state.update(env, geometry, coloring);
+    elementColors.update(coloring, geometry);
 }
 
-void SceneView::Impl::pushShiftedMatrix()
+void SceneView::Impl::findGoneElements(const GeometryKey& wanted)
 {
-    double modelview[16];
-    camera.relativeTo(geometry.origin(), modelview);
+    gone = absent;
+    if (!wanted.withoutRemoved) {
+        return;
+    }
+    const std::vector<const PartInfoStr*> parts = sceneParts(env);
+    gone.resize(parts.size());
+    for (std::size_t k = 0; k < parts.size(); ++k) {
+        gone[k] = withoutRemoved(*parts[k], wanted.plane, gone[k]);
+    }
+}
+
+// --- Matrices
+// ---------------------------------------------------------------------------------------------------------------
+
+bool SceneView::Impl::isFar() const
+{
+    const double* o = geometry.origin();
+    return o[0] != 0 || o[1] != 0 || o[2] != 0;
+}
+
+// The environment's depth range is the wrong way round: what its views turn away from the viewer is drawn in front, so
+// that the picture is the model's mirror image. Turned round, "top" is seen from above, and left is left.
+void SceneView::Impl::lookFromTheFront()
+{
+    glMatrixMode(GL_PROJECTION);
+    glScaled(1, 1, -1);
+    glMatrixMode(GL_MODELVIEW);
+}
+
+// Projection, view and transformation, as the environment makes them; for far models once more in double precision.
+void SceneView::Impl::setMatrices()
+{
+    const Framing framing = applyFrame(env, env.viewPort[2], env.viewPort[3]);
+    if (drawnLook.light != SceneLight::Contract) {
+        lookFromTheFront();
+    }
+    const Box visible = visibleBox(env);
+    MTransform& transform = *env.mTrans;
+    if (isFar() && (transform.onlyOnce & 2)) { // the pivot of the first frame, which extents can only round
+        for (int axis = 0; axis < 3; ++axis) {
+            transform.centerOfWindow[axis] = visible.center(axis);
+        }
+    }
+    env.mView->update();
+    double view[16];
+    glGetDoublev(GL_MODELVIEW_MATRIX, view);
+    transform.processStart();
+    camera.capture();
+    const int type = env.mView->mViewType;
+    if (isFar() && type >= ISO_VIEW && type <= BACK_VIEW) {
+        setFarMatrices(visible, framing, view, transform, camera);
+    }
+}
+
+void SceneView::Impl::pushMatrices()
+{
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
-    const double* o = geometry.origin();
-    if (o[0] != 0 || o[1] != 0 || o[2] != 0) { // else the matrix stays to the last bit
-        glLoadMatrixd(modelview);
+    if (!isFar()) { // the matrices stay to the last bit
+        return;
+    }
+    double modelview[16], projection[16];
+    camera.matricesFrom(geometry.origin(), modelview, projection);
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(projection);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixd(modelview);
+}
+
+void SceneView::Impl::popMatrices()
+{
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+}
+
+// What the transformation captured at the end of a frame, for picks and zooming, with the digits that it lost.
+// newPivot: it has just made the middle of the window its pivot.
+void SceneView::Impl::keepMatrices(bool newPivot)
+{
+    if (!isFar()) {
+        return;
+    }
+    std::copy(camera.modelview, camera.modelview + 16, env.mTrans->mvMatrix);
+    std::copy(camera.projection, camera.projection + 16, env.mTrans->projMatrix);
+    if (newPivot) {
+        env.mTrans->computeWindowCenter();
     }
 }
 
-SurfaceUniforms SceneView::Impl::uniformsOf(const SceneLook& look) const
+// --- Over the model
+// ---------------------------------------------------------------------------------------------------------
+
+void SceneView::Impl::drawBoxes()
 {
-    SurfaceUniforms out;
-    std::copy(env.colorBlue, env.colorBlue + 4, out.selected);
-    setLights(look.light, camera, out);
-    return out;
+    glUseProgram(0);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    for (unsigned int k = 0; k < env.numParts; ++k) {
+        const PartInfoStr& part = env.partsInfoList[k];
+        if (!(part.partFlag & PART_BOX_SHOWN) || (part.partFlag & PART_HIDDEN) || !env.boxList) {
+            continue;
+        }
+        BoundBox near = *env.boxList[k];
+        for (int v = 0; v < 24; ++v) {
+            near.boxVertices[v] = static_cast<float>(near.boxVertices[v] - geometry.origin()[v % 3]);
+        }
+        near.render();
+    }
+    glDisableClientState(GL_VERTEX_ARRAY);
 }
 
-unsigned int SceneView::Impl::features(bool smooth) const
+void SceneView::Impl::drawTexts()
 {
-    return (smooth ? 0u : FlatLight) | (state.anyElementSelected() ? ElementStates : VertexColors) |
-           (camera.unitScale != 0 ? UnitNormals : 0u);
-}
-
-// Edges are drawn again as lines over the faces, which give way a little.
-void SceneView::Impl::drawEdges(const SceneLook& look, ScenePasses& passes, const SurfaceUniforms& uniforms)
-{
-    SurfaceUniforms edges = uniforms;
-    std::copy(look.edgeColor, look.edgeColor + 4, edges.color);
-    programs.use(UniformColor | FlatLight, edges);
-    glLineWidth(look.edgeWidth);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-    passes.faces(PartShow::Opaque, look.style != SceneStyle::Wire);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-}
-
-void SceneView::Impl::drawSurfaces(const SceneLook& look, ScenePasses& passes)
-{
-    const SurfaceUniforms uniforms = uniformsOf(look);
-    GLint mode[2];
-    glGetIntegerv(GL_POLYGON_MODE, mode);
-    const bool withEdges = look.style == SceneStyle::ShadedEdges || look.style == SceneStyle::HiddenLine;
-    if (withEdges) {
-        glEnable(GL_POLYGON_OFFSET_FILL);
-        glPolygonOffset(1, 1);
+    const SceneLabels& wanted = drawnLook.labels;
+    const bool labelled = wanted.parts || wanted.elements || wanted.nodes;
+    const bool explained = drawnLook.legend && (coloring.byValue() || coloring.byCategory());
+    if (drawnLook.fontBase == 0 || !(labelled || explained)) {
+        return;
     }
-    if (look.style == SceneStyle::HiddenLine) {
-        SurfaceUniforms background = uniforms;
-        glGetFloatv(GL_COLOR_CLEAR_VALUE, background.color);
-        programs.use(UniformColor | FlatLight, background);
-    } else {
-        programs.use(features(key.smooth), uniforms);
-        state.bindVertexColors();
-    }
-    if (look.style != SceneStyle::Wire) {
-        passes.faces(PartShow::Opaque, mode[0] == GL_FILL && look.light != SceneLight::Contract);
-    }
-    SceneState::unbindVertexColors();
-    glDisable(GL_POLYGON_OFFSET_FILL);
-    if (look.style != SceneStyle::Shaded) {
-        drawEdges(look, passes, uniforms);
-    }
-    drawLines(look, passes, uniforms);
-    if (passes.any(PartShow::Transparent) || passes.any(PartShow::Ghost)) {
-        drawTransparent(look, passes, uniforms);
+    const std::vector<IdLabel> ids = labelled ? visibleIds() : std::vector<IdLabel>();
+    OverlayPainter painter(camera.viewport, drawnLook.fontBase, fontWidths);
+    drawLabels(painter, thinOut(ids, painter, drawnLook.fontHeight, wanted.spacing), drawnLook.fontHeight);
+    if (explained) {
+        drawLegend(painter, coloring, drawnLook.fontHeight);
     }
 }
 
-// Lines have no sides: they show their colour as it is.
-void SceneView::Impl::drawLines(const SceneLook& look, ScenePasses& passes, SurfaceUniforms uniforms)
+// The environment draws its triad with every overlay. It stands at the origin with its y arm turned round, so it is seen
+// only where a frame is to look like the environment's own, or where an operation has an overlay of its own to show.
+bool SceneView::Impl::showsOverlays() const
 {
-    uniforms.ambient = 1;
-    uniforms.diffuse[0] = uniforms.diffuse[1] = 0;
-    programs.use(FlatLight | (state.anyElementSelected() ? ElementStates : 0u), uniforms);
-    glLineWidth(look.lineWidth);
-    glDepthRange(0, nearerDepth);
-    passes.lines(PartShow::Opaque);
-    glDepthRange(0, 1);
-    glLineWidth(1);
+    const int operation = env.mTrans->mTransType;
+    const bool operating = operation != NO_TRANSFORM && operation != GLOBAL_ROTATION && operation != GLOBAL_TRANSLATION;
+    return drawnLook.frameOverlays && (operating || !drawnLook.axes || drawnLook.light == SceneLight::Contract);
 }
 
-void SceneView::Impl::drawTransparent(const SceneLook& look, ScenePasses& passes, const SurfaceUniforms& uniforms)
+void SceneView::Impl::endTransform()
 {
-    const auto drawOpaque = [&] {
-        programs.use(UniformColor | FlatLight, uniforms);
-        passes.faces(PartShow::Opaque, true);
-    };
-    const auto drawLayers = [&] {
-        programs.use(features(key.smooth) | Layers, uniforms);
-        state.bindVertexColors();
-        passes.faces(PartShow::Transparent, false);
-        SceneState::unbindVertexColors();
-        programs.use(FlatLight | Layers | (state.anyElementSelected() ? ElementStates : 0u), uniforms);
-        passes.lines(PartShow::Transparent);
-        SurfaceUniforms ghost = uniforms;
-        std::copy(look.ghostColor, look.ghostColor + 4, ghost.color);
-        programs.use(UniformColor | FlatLight | Layers, ghost);
-        passes.faces(PartShow::Ghost, false);
-        passes.lines(PartShow::Ghost);
-    };
-    layers.draw(camera.viewport, drawOpaque, drawLayers);
+    const bool shown = showsOverlays();
+    if (!shown) { // they are drawn nowhere
+        glPushAttrib(GL_SCISSOR_BIT);
+        glScissor(0, 0, 0, 0);
+        glEnable(GL_SCISSOR_TEST);
+    }
+    env.mTrans->processEnd();
+    if (!shown) {
+        glPopAttrib();
+    }
 }
 
 // --- The public class
@@ -237,6 +253,17 @@ void SceneView::setAbsentElements(std::vector<std::vector<char>> absent)
     impl->geometryDirty = true;
 }
 
+void SceneView::setColoring(Coloring coloring)
+{
+    impl->coloring = std::move(coloring);
+    impl->elementColors.forget();
+}
+
+const Coloring& SceneView::coloring() const
+{
+    return impl->coloring;
+}
+
 SceneFrameStats SceneView::lastFrame() const
 {
     return impl->stats;
@@ -244,7 +271,8 @@ SceneFrameStats SceneView::lastFrame() const
 
 std::size_t SceneView::bufferBytes() const
 {
-    return impl->geometry.bufferBytes();
+    return impl->geometry.bufferBytes() + impl->caps.triangles().bytes() + impl->caps.outlines().bytes() +
+           impl->surfaceLines.buffer().bytes() + impl->elementColors.bytes();
 }
 
 void SceneView::draw()
@@ -254,28 +282,33 @@ void SceneView::draw()
     impl->readGeometry(look);
     glGetIntegerv(GL_VIEWPORT, env.viewPort);
     clearViewport(env.viewPort);
-    applyFrame(env, env.viewPort[2], env.viewPort[3]);
-    env.mView->update();
-    env.mTrans->processStart();
-    impl->camera.capture();
     impl->drawnLook = look;
+    impl->setMatrices();
 
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
-    impl->pushShiftedMatrix();
+    impl->pushMatrices();
     const std::vector<PartShow> parts = partsToShow(env, impl->geometry, look.ghosts);
     ScenePasses passes(impl->geometry, impl->camera, parts, impl->stats);
+    passes.useCoarse(impl->chooseSurface());
     impl->state.bind();
-    impl->drawSurfaces(look, passes);
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
-    drawBoxes(env);
-    drawSelectedNodes(env, look.nodeSize, impl->stats);
+    impl->elementColors.bind();
+    impl->drawSurfaces(passes);
+    impl->drawSelectedNodes();
+    impl->drawBoxes();
+    impl->popMatrices();
+    impl->endTiming();
     glUseProgram(0);
     glPopClientAttrib();
     glPopAttrib();
 
-    env.mTrans->processEnd();
+    const bool newPivot = (env.mTrans->onlyOnce & 2) != 0;
+    impl->endTransform();
+    impl->keepMatrices(newPivot);
+    if (look.axes && look.light != SceneLight::Contract) {
+        drawAxes(impl->camera);
+    }
+    impl->drawTexts();
 }
 
 } // namespace kvo

@@ -2,14 +2,21 @@
 #ifndef KVO_SCENE_SCENE_VIEW_IMPL_H
 #define KVO_SCENE_SCENE_VIEW_IMPL_H
 
+#include <algorithm>
 #include <vector>
 
+#include "coloring.h"
+#include "element_colors.h"
+#include "id_labels.h"
 #include "number_picture.h"
+#include "overlay_painter.h"
 #include "scene_camera.h"
 #include "scene_geometry.h"
 #include "scene_passes.h"
 #include "scene_state.h"
 #include "scene_view.h"
+#include "section_caps.h"
+#include "surface_lines.h"
 #include "surface_program.h"
 #include "transparency.h"
 
@@ -27,11 +34,14 @@ struct GeometryKey
     const PartInfoStr* list = nullptr;
     unsigned int parts = 0;
     const PartInfoStr* segment = nullptr;
+    bool withoutRemoved = false; // whole elements are cut away, by this plane
+    double plane[4] = {0, 0, 0, 0};
 
     bool operator==(const GeometryKey& o) const
     {
         return smooth == o.smooth && source == o.source && featureAngle == o.featureAngle && list == o.list &&
-               parts == o.parts && segment == o.segment;
+               parts == o.parts && segment == o.segment && withoutRemoved == o.withoutRemoved &&
+               std::equal(plane, plane + 4, o.plane);
     }
 };
 
@@ -40,13 +50,41 @@ struct SceneView::Impl
     explicit Impl(CAEEnv& environment); // throws std::runtime_error when the context cannot do it
 
     void readGeometry(const SceneLook& look);
-    void pushShiftedMatrix();
-    SurfaceUniforms uniformsOf(const SceneLook& look) const;
-    unsigned int features(bool smooth) const;
-    void drawSurfaces(const SceneLook& look, ScenePasses& passes);
-    void drawEdges(const SceneLook& look, ScenePasses& passes, const SurfaceUniforms& uniforms);
-    void drawLines(const SceneLook& look, ScenePasses& passes, SurfaceUniforms uniforms);
-    void drawTransparent(const SceneLook& look, ScenePasses& passes, const SurfaceUniforms& uniforms);
+    void findGoneElements(const GeometryKey& wanted);
+    bool isFar() const; // the geometry is relative to an origin of its own
+    void setMatrices();
+    void lookFromTheFront();
+    void pushMatrices();
+    void popMatrices();
+    void drawBoxes();
+    void keepMatrices(bool newPivot);
+    bool showsOverlays() const;
+    void endTransform();
+
+    // scene_surfaces.cpp: passes over the model with drawnLook.
+    bool slices() const; // everything ends at the section plane
+    SurfaceUniforms uniforms() const;
+    void use(unsigned int features, const SurfaceUniforms& values); // and what the section needs
+    void useUncut(unsigned int features, const SurfaceUniforms& values);
+    unsigned int faceFeatures() const;
+    unsigned int pieceFeatures() const;
+    unsigned int elementFeatures() const;
+    bool seesBacks() const; // faces seen from behind must be drawn
+    void drawSurfaces(ScenePasses& passes);
+    void drawFaces(ScenePasses& passes, const SurfaceUniforms& values);
+    void drawEdges(ScenePasses& passes, const SurfaceUniforms& values);
+    void drawSurfaceLines(ScenePasses& passes, const SurfaceUniforms& values);
+    void drawLines(ScenePasses& passes, SurfaceUniforms values);
+    void drawTransparent(ScenePasses& passes, const SurfaceUniforms& values);
+    void drawCaps(ScenePasses& passes, PartShow show, unsigned int features, const SurfaceUniforms& values);
+
+    // motion.cpp: the surface for this frame, null for the exact one, and how long that takes.
+    const CoarseSurface* chooseSurface();
+    void endTiming();
+
+    void drawSelectedNodes();          // selected_nodes.cpp
+    void drawTexts();                  // legend and labels over the finished frame
+    std::vector<IdLabel> visibleIds(); // visible_ids.cpp
 
     // number_picture.cpp: the last frame once more, for visible_picker.h.
     NumberPicture drawNumbers(const PixelBox& box);
@@ -55,14 +93,23 @@ struct SceneView::Impl
     CAEEnv& env;
     bool geometryDirty = true;
     GeometryKey key;
-    std::vector<ElementMask> absent;
+    std::vector<ElementMask> absent; // as the host said
+    std::vector<ElementMask> gone;   // and those that the section takes away
     SceneGeometry geometry;
+    SectionCaps caps;
+    SurfaceLines surfaceLines;
+    Coloring coloring;
+    ElementColorTexture elementColors;
+    FontWidths fontWidths;
     SceneState state;
     SurfacePrograms programs;
     TransparentLayers layers;
     SceneCamera camera;  // of the last frame
     SceneLook drawnLook; // likewise
     SceneFrameStats stats;
+    CoarseSurface coarse;
+    double frameStart = 0;   // milliseconds
+    double exactFrameMs = 0; // of the last exact frame; 0 before
 };
 
 } // namespace kvo

@@ -1,5 +1,6 @@
 // An element is cut as tetrahedra, from every triangle of its faces to its middle: whatever the plane and the element's
-// shape, each gives a triangle or a convex quadrilateral, and together they fill what the drawn faces enclose.
+// shape, each gives a triangle or a convex quadrilateral, and together they fill what the faces enclose. Neighbours cut
+// their common faces into the same triangles, so that there are no gaps between cross-sections.
 #include "section.h"
 
 #include <algorithm>
@@ -154,8 +155,12 @@ void ElementCutter::cut(std::uint32_t element, ElementShape shape, std::uint32_t
         }
         if (faces[f].corners == 3) {
             cutFaceTriangle(rim, center);
-        } else { // along the diagonal that is drawn
-            const Point halves[2][3] = {{rim[3], rim[0], rim[1]}, {rim[1], rim[2], rim[3]}};
+        } else { // along the diagonal of the smallest node: for the element behind the face it is the same one
+            const std::uint32_t* n = faces[f].nodes;
+            const int first = static_cast<int>(std::min_element(n, n + 4) - n);
+            const Point &a = rim[first], &b = rim[(first + 1) % 4], &c = rim[(first + 2) % 4],
+                        &d = rim[(first + 3) % 4];
+            const Point halves[2][3] = {{a, b, c}, {c, d, a}};
             cutFaceTriangle(halves[0], center);
             cutFaceTriangle(halves[1], center);
         }
@@ -185,7 +190,8 @@ void endRange(std::uint32_t part, std::size_t first, const std::vector<SurfaceVe
               std::vector<VertexRange>& ranges)
 {
     if (vertices.size() > first) {
-        ranges.push_back({part, static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(vertices.size() - first)});
+        ranges.push_back(
+            {part, static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(vertices.size() - first)});
     }
 }
 
@@ -222,8 +228,8 @@ ElementMask withoutRemoved(const PartInfoStr& part, const double plane[4], const
             std::uint32_t nodes[8];
             const unsigned int corners = cornersOf(part, element, shapeOf(part, element), nodes);
             const bool removed = corners > 0 && std::all_of(nodes, nodes + corners, [&](std::uint32_t node) {
-                return sides[node] == PlaneSide::Removed;
-            });
+                                     return sides[node] == PlaneSide::Removed;
+                                 });
             out[e] = removed || (e < absent.size() && absent[e]) ? 1 : 0;
         }
     });

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "partstr.h"
-#include "scene_geometry.h"
 #include "surface_faces.h"
 #include "surface_mesh.h"
 

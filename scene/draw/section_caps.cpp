@@ -18,8 +18,8 @@ void SectionCaps::update(const CAEEnv& env, const SceneGeometry& geometry, const
     const std::vector<const PartInfoStr*> parts = sceneParts(env);
     const ElementMask none;
     for (std::uint32_t number = 0; number < parts.size() && number < geometry.partCount(); ++number) {
-        addCaps(*parts[number], number, geometry.elementStarts()[number], number < absent.size() ? absent[number] : none,
-                plane, geometry.origin(), mesh);
+        addCaps(*parts[number], number, geometry.elementStarts()[number],
+                number < absent.size() ? absent[number] : none, plane, geometry.origin(), mesh);
     }
     triangleBuffer.fill(GL_ARRAY_BUFFER, mesh.triangles);
     outlineBuffer.fill(GL_ARRAY_BUFFER, mesh.outlines);

@@ -7,8 +7,8 @@ namespace kvo {
 namespace {
 
 // A coil between straight ends, in fractions of the spring's length.
-constexpr float coilBegin = 0.2f, coilEnd = 0.8f, coilRadius = 0.1f;
-constexpr int coilTurns = 3, stepsPerTurn = 8, coilSteps = coilTurns * stepsPerTurn;
+constexpr float coilBegin = 0.2f, coilEnd = 0.8f, coilRadius = 0.04f;
+constexpr int coilTurns = 5, stepsPerTurn = 8, coilSteps = coilTurns * stepsPerTurn;
 
 void addPoint(const float* point, std::vector<float>& out)
 {

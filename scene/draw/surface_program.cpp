@@ -6,8 +6,8 @@ namespace kvo {
 
 namespace {
 
-// Position and normal come through the fixed attributes, and are transformed by the fixed matrices, so that what is drawn
-// covers exactly the pixels that the fixed pipeline would cover.
+// Position and normal come through the fixed attributes, and are transformed by the fixed matrices, so that what is
+// drawn covers exactly the pixels that the fixed pipeline would cover.
 const char* const vertexText = R"(
 in uint element;
 in uint part;
@@ -133,10 +133,10 @@ struct FeatureName
     const char* name;
 };
 
-const FeatureName featureNames[] = {{ElementStates, "ELEMENT_STATES"}, {ElementColors, "ELEMENT_COLORS"},
-                                    {Cut, "CUT"},                      {UniformColor, "UNIFORM_COLOR"},
-                                    {ElementNumbers, "ELEMENT_NUMBERS"}, {Layers, "LAYERS"},
-                                    {VertexColors, "VERTEX_COLORS"},   {UnitNormals, "UNIT_NORMALS"}};
+const FeatureName featureNames[] = {
+    {ElementStates, "ELEMENT_STATES"}, {ElementColors, "ELEMENT_COLORS"},   {Cut, "CUT"},
+    {UniformColor, "UNIFORM_COLOR"},   {ElementNumbers, "ELEMENT_NUMBERS"}, {Layers, "LAYERS"},
+    {VertexColors, "VERTEX_COLORS"},   {UnitNormals, "UNIT_NORMALS"}};
 
 // Colours that are the same all over a part are lit at the vertices and interpolated, as the fixed pipeline does it.
 // Colours of single elements are the last vertex's, and meet the light at the pixel.

@@ -12,11 +12,11 @@ namespace kvo {
 // Which of the shader's texts are compiled in. Combine.
 enum SurfaceFeature : unsigned int
 {
-    FlatLight = 1,      // light from the face's last vertex; else from all, interpolated
-    ElementStates = 2,  // elements may be selected: colours are looked up by element
-    ElementColors = 4,  // elements have colours of their own (looked up), unless selected or highlighted
-    Cut = 8,            // the cutting plane
-    UniformColor = 16,  // one colour for everything, without light: edges
+    FlatLight = 1,       // light from the face's last vertex; else from all, interpolated
+    ElementStates = 2,   // elements may be selected: colours are looked up by element
+    ElementColors = 4,   // elements have colours of their own (looked up), unless selected or highlighted
+    Cut = 8,             // the cutting plane
+    UniformColor = 16,   // one colour for everything, without light: edges
     ElementNumbers = 32, // draws the element's number + 1 into an unsigned target instead of a colour
     Layers = 64,         // accumulates transparent layers in two targets: see transparency.h
     VertexColors = 128,  // colours from the colour attribute, which knows neither states nor elements
@@ -41,7 +41,7 @@ struct SurfaceUniforms
     float lights[2][3] = {{0, 0, 1}, {0, 0, 1}};
     float viewer[3] = {0, 0, 1};
     float diffuse[2] = {0, 0};
-    bool bothSides = true;  // normals are turned to the viewer
+    bool bothSides = true;         // normals are turned to the viewer
     float plane[4] = {0, 0, 0, 0}; // cutting plane: kept where dot(plane, vertex) >= 0
     float color[4] = {0, 0, 0, 1}; // of UniformColor; its alpha is also the opacity of ghosts
 };

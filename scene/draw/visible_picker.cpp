@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <unordered_map>
 
 #include <GL/glu.h>
@@ -87,20 +88,22 @@ void keepNearest(FoundMap& found, std::uint32_t part, std::uint32_t entity, cons
 }
 
 // Does the element show in the pixel that a corner of it falls on, or in one beside, no nearer than the corner? The
-// element's depths in these pixels say how steep it is, and so how much deeper than all of them the corner may be.
+// element's depths two pixels around say how steep it is, and so how much deeper than all of them the corner may be.
 bool shownAt(const NumberPicture& picture, const double corner[3], std::uint32_t number)
 {
     const int px = static_cast<int>(std::floor(corner[0])), py = static_cast<int>(std::floor(corner[1]));
     float low = 2, high = -1;
-    for (int step = 0; step < 9; ++step) {
-        const int x = px + step % 3 - 1, y = py + step / 3 - 1;
+    bool beside = false;
+    for (int step = 0; step < 25; ++step) {
+        const int dx = step % 5 - 2, dy = step / 5 - 2, x = px + dx, y = py + dy;
         if (picture.box.contains(x, y) && picture.at(x, y) == number) {
+            beside = beside || (std::abs(dx) <= 1 && std::abs(dy) <= 1);
             low = std::min(low, picture.depthAt(x, y));
             high = std::max(high, picture.depthAt(x, y));
         }
     }
     const double depthError = 1e-5;
-    return high >= 0 && corner[2] <= high + (high - low) + depthError;
+    return beside && corner[2] <= high + (high - low) + depthError;
 }
 
 } // namespace
@@ -218,7 +221,7 @@ std::vector<SceneHit> VisiblePicker::pick(PickType type, const PickRegion& regio
         return {};
     }
     if (type == PickType::Node) { // and the pixels beside
-        box = {box.left - 1, box.bottom - 1, box.width + 2, box.height + 2};
+        box = {box.left - 2, box.bottom - 2, box.width + 4, box.height + 4};
     }
     const NumberPicture picture = impl->view.drawNumbers(box);
     FoundMap found;

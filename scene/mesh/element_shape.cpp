@@ -127,12 +127,33 @@ ElementShape shapeOf(const PartInfoStr& part, std::uint32_t element)
     }
 }
 
+namespace {
+
+// Of a shape whose slots are all different.
+void setFace(const unsigned int* slots, const FaceRow& row, unsigned int corners, unsigned int number, ElementFace& face)
+{
+    for (unsigned int k = 0; k < 3; ++k) {
+        face.nodes[k] = slots[row.slots[k]];
+    }
+    face.nodes[3] = corners == 4 ? slots[row.slots[3]] : noCorner;
+    face.corners = static_cast<std::uint8_t>(corners);
+    face.number = static_cast<std::uint8_t>(number);
+}
+
+} // namespace
+
 unsigned int facesOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, ElementFace faces[maxFaces])
 {
     if (shape == ElementShape::None || shape == ElementShape::Line) {
         return 0;
     }
     const unsigned int* slots = slotsOf(part, element);
+    if (shape == ElementShape::Hexa) {
+        for (unsigned int k = 0; k < 6; ++k) {
+            setFace(slots, hexaFaces[k], 4, k, faces[k]);
+        }
+        return 6;
+    }
     if (shape == ElementShape::Triangle || shape == ElementShape::Quad) {
         return addFace(slots, {{0, 1, 2, 3}}, 0, faces[0]) ? 1 : 0;
     }
@@ -142,6 +163,17 @@ unsigned int facesOf(const PartInfoStr& part, std::uint32_t element, ElementShap
         faces[k] = found[k];
     }
     return count;
+}
+
+ElementFace faceAt(const PartInfoStr& part, std::uint32_t element, ElementShape shape, unsigned int index)
+{
+    ElementFace faces[maxFaces];
+    if (shape == ElementShape::Hexa) {
+        setFace(slotsOf(part, element), hexaFaces[index], 4, index, faces[0]);
+        return faces[0];
+    }
+    facesOf(part, element, shape, faces);
+    return faces[index];
 }
 
 unsigned int cornersOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, std::uint32_t nodes[8])

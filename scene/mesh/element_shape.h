@@ -57,6 +57,9 @@ ElementShape shapeOf(const PartInfoStr& part, std::uint32_t element);
 // (the record's order is kept); turn a face outward where that matters. shape must be shapeOf(part, element).
 unsigned int facesOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, ElementFace faces[maxFaces]);
 
+// faces[index] of what facesOf fills; index must be below the number of faces.
+ElementFace faceAt(const PartInfoStr& part, std::uint32_t element, ElementShape shape, unsigned int index);
+
 // The distinct corner nodes of an element, in slot order: 2 to 8; the two end nodes of a line. Returns their number, 0
 // for None.
 unsigned int cornersOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, std::uint32_t nodes[8]);

@@ -1,5 +1,5 @@
-// Faces that share an edge are found in buckets: every side of every face goes to a bucket by its smaller node, and equal
-// sides stand together when a bucket is sorted. Buckets are worked on in parallel.
+// Faces that share an edge are found in buckets: every side of every face goes to a bucket by its smaller node, and
+// equal sides stand together when a bucket is sorted. Buckets are worked on in parallel.
 #include "feature_edges.h"
 
 #include <algorithm>

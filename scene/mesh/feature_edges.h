@@ -23,8 +23,8 @@ struct SurfaceEdges
     std::vector<SurfaceEdge> branching; // more than two faces
 };
 
-// Each edge once, in an order that is the same every time. featureAngle: degrees, between the normals of the two faces as
-// if both had the same winding. Faces without area turn nowhere. Runs on all cores; O(faces).
+// Each edge once, in an order that is the same every time. featureAngle: degrees, between the normals of the two faces
+// as if both had the same winding. Faces without area turn nowhere. Runs on all cores; O(faces).
 SurfaceEdges findEdges(const PartInfoStr& part, const PartSurface& surface, float featureAngle);
 
 } // namespace kvo

@@ -43,7 +43,6 @@ struct FaceKey
         order(1, 3);
         order(1, 2);
     }
-    bool operator==(const FaceKey& other) const { return std::equal(nodes, nodes + 4, other.nodes); }
     std::uint32_t hash() const
     {
         std::uint64_t h = nodes[0] * 0x9E3779B97F4A7C15ull;
@@ -159,33 +158,35 @@ void SolidSurface::matchBucket(std::size_t bucket)
 {
     struct Entry
     {
+        std::uint32_t nodes[4];
         std::uint32_t ref;
-        std::uint32_t users; // 0: empty
+        std::uint32_t users; // 0: empty, and the rest is not set
     };
     const std::size_t begin = bucketStarts[bucket], end = bucketStarts[bucket + 1];
     std::size_t size = 16;
-    while (size < 2 * (end - begin)) {
+    while (size < 3 * (end - begin) / 2) {
         size *= 2;
     }
-    thread_local std::vector<Entry> table;
-    thread_local std::vector<FaceKey> keys;
-    table.assign(size, {0, 0});
-    keys.assign(size, FaceKey(ElementFace{}));
-    ElementFace faces[maxFaces];
+    thread_local std::vector<Entry> entries;
+    entries.resize(std::max(entries.size(), size));
+    Entry* const table = entries.data();
+    for (std::size_t slot = 0; slot < size; ++slot) {
+        table[slot].users = 0;
+    }
     for (std::size_t k = begin; k < end; ++k) {
         const std::uint32_t element = refs[k] >> faceBits;
-        facesOf(part, element, shapes[element], faces);
-        const FaceKey key(faces[refs[k] & faceMask]);
+        const FaceKey key(faceAt(part, element, shapes[element], refs[k] & faceMask));
         std::size_t slot = key.hash() & (size - 1);
-        while (table[slot].users != 0 && !(keys[slot] == key)) {
+        while (table[slot].users != 0 && !std::equal(key.nodes, key.nodes + 4, table[slot].nodes)) {
             slot = (slot + 1) & (size - 1);
         }
         if (table[slot].users++ == 0) {
+            std::copy(key.nodes, key.nodes + 4, table[slot].nodes);
             table[slot].ref = refs[k];
-            keys[slot] = key;
         }
     }
-    for (const Entry& entry : table) {
+    for (std::size_t slot = 0; slot < size; ++slot) {
+        const Entry& entry = table[slot];
         if (entry.users == 1) {
             freeBits[entry.ref >> faceBits].fetch_or(static_cast<std::uint8_t>(1u << (entry.ref & faceMask)),
                                                      std::memory_order_relaxed);

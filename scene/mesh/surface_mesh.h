@@ -35,6 +35,14 @@ struct SurfaceBlock
     float high[3];
 };
 
+// Lines or triangles of one part: a range of vertices of a buffer.
+struct VertexRange
+{
+    std::uint32_t part;
+    std::uint32_t firstVertex;
+    std::uint32_t vertexCount;
+};
+
 enum FaceKind
 {
     Triangles,

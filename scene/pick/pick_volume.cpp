@@ -113,14 +113,6 @@ void Box::clear()
     std::fill_n(high, 3, -std::numeric_limits<float>::infinity());
 }
 
-void Box::add(const float* point)
-{
-    for (int axis = 0; axis < 3; ++axis) {
-        low[axis] = point[axis] < low[axis] ? point[axis] : low[axis];
-        high[axis] = point[axis] > high[axis] ? point[axis] : high[axis];
-    }
-}
-
 void Box::add(const Box& box)
 {
     for (int axis = 0; axis < 3; ++axis) {

@@ -37,7 +37,14 @@ struct Box
     float high[3];
 
     void clear();
-    void add(const float* point); // a coordinate that is not a number changes nothing
+    // A coordinate that is not a number changes nothing.
+    void add(const float* point)
+    {
+        for (int axis = 0; axis < 3; ++axis) {
+            low[axis] = point[axis] < low[axis] ? point[axis] : low[axis];
+            high[axis] = point[axis] > high[axis] ? point[axis] : high[axis];
+        }
+    }
     void add(const Box& box);
     bool empty() const { return !(low[0] <= high[0] && low[1] <= high[1] && low[2] <= high[2]); }
 };

@@ -121,6 +121,8 @@ TEST_F(BdfCards, IncludesThatCannotBe)
               "deck.bdf:3: included file \"none.bdf\" not found");
     EXPECT_EQ(readError("BEGIN BULK\nINCLUDE 'none.bdf\nGRID,1\n", "deck.bdf"),
               "deck.bdf:2: INCLUDE: the name's closing quotation mark is missing");
+    EXPECT_EQ(readError("BEGIN BULK\nINCLUDE '/dev/zero'\n", "deck.bdf"),
+              "deck.bdf:2: included file \"/dev/zero\" not found");
     EXPECT_EQ(readError("BEGIN BULK\nINCLUDE\n", "deck.bdf"), "deck.bdf:2: INCLUDE without a file name");
 }
 

@@ -200,6 +200,22 @@ TEST_F(BdfMesh, BarorAndBeamorFillWhatIsBlank)
     EXPECT_EQ(orientationOf(mesh, 3).vector, (Vector{0, 1, 0}));
 }
 
+TEST_F(BdfMesh, DefaultsFillTheirElementsAmongOthers)
+{
+    const kvo::Mesh mesh = readBdf(grids(4) + "CBAR,1,,1,2\nCTRIA3,2,7,1,2,4\nCBAR,3,,2,4\nCROD,4,8,1,2\n"
+                                              "CBAR,5,,1,4\nBAROR,,39,,,3\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, 4}));
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{2, 4, 3}));
+    EXPECT_EQ(nodesOf(mesh, 4), (Ids{1, 2, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 5), (Ids{1, 4, 3}));
+    EXPECT_EQ(partOf(mesh, 2).id, 7);
+    EXPECT_EQ(partOf(mesh, 4).id, 8);
+    for (const int bar : {1, 3, 5}) {
+        EXPECT_EQ(partOf(mesh, bar).id, 39) << bar;
+    }
+}
+
 TEST_F(BdfMesh, SpringsDampersAndBushes)
 {
     const kvo::Mesh mesh =

@@ -2,7 +2,7 @@
 #ifndef KVO_TESTS_IMPORT_DECK_OUTCOME_H
 #define KVO_TESTS_IMPORT_DECK_OUTCOME_H
 
-#include <regex>
+#include <cctype>
 
 #include "import_fixture.h"
 
@@ -30,11 +30,12 @@ protected:
     void expectComplaintsWhenCutOff(const std::string& text, const std::string& name)
     {
         constexpr std::size_t places = 20;
-        const std::regex placed("^(cut/)?" + name + ":[0-9]+: .+");
         for (std::size_t k = 1; k <= places; ++k) {
             const std::size_t bytes = text.size() * k / (places + 1);
             const std::string message = complaint(text.substr(0, bytes), name);
-            EXPECT_TRUE(std::regex_match(message, placed)) << "cut off behind byte " << bytes << ": " << message;
+            const bool placed = message.rfind(name + ":", 0) == 0 && message.size() > name.size() + 4 &&
+                                std::isdigit(static_cast<unsigned char>(message[name.size() + 1])) != 0;
+            EXPECT_TRUE(placed) << "cut off behind byte " << bytes << ": " << message;
         }
     }
 

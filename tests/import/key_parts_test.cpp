@@ -291,6 +291,11 @@ TEST_F(KeyParts, IncludesThatDoNotEndAreErrors)
         contains(readError("*KEYWORD\n*INCLUDE\na.k\n*END\n", "deck.k"), "b.k:2: \"a.k\" is included by itself"));
     EXPECT_TRUE(contains(complaint("*KEYWORD\n*INCLUDE_TRANSFORM\n*END\n", "deck.k"), "deck.k:2: "));
     EXPECT_TRUE(contains(complaint("*KEYWORD\n*INCLUDE_TRANSFORM\na.k\nx\n*END\n", "deck.k"), "deck.k:4: "));
+    write("cut.k", "*INCLUDE_TRANSFORM\na.k\n1\n");
+    EXPECT_TRUE(
+        contains(complaint("*KEYWORD\n*INCLUDE\ncut.k\n*END\n", "deck.k"), "cut.k:1: *INCLUDE_TRANSFORM is not"));
+    EXPECT_TRUE(
+        contains(complaint("*INCLUDE_TRANSFORM\na.k\n", "deck.k"), "deck.k:1: *INCLUDE_TRANSFORM is not whole"));
     write("n.k", "*NODE\n9223372036854775807,1.\n");
     EXPECT_TRUE(contains(complaint("*KEYWORD\n*INCLUDE_TRANSFORM\nn.k\n5\n*END\n", "deck.k"), "n.k:2: id "));
 }

@@ -146,6 +146,15 @@ TEST_F(Msh, Version2ElementInTwoGroupsIsOneElement)
     EXPECT_EQ(log.warningCount(kvo::warnElementTwice), 1u) << "element 4 is two different ones";
 }
 
+TEST_F(Msh, Version2CopiesAmongElementsOfOtherTypes)
+{
+    const kvo::Mesh mesh = readMsh(format22 + std::string(nodes22) +
+                                   elements22(5, "1 2 2 7 30 11 12 20\n2 2 2 8 30 11 12 20\n3 3 2 7 30 11 12 13 14\n"
+                                                 "4 2 2 8 30 11 12 20\n5 3 2 8 30 11 12 13 14\n"));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 3, 4, 5})) << "a copy stands right behind its original";
+    EXPECT_EQ(log.listCount(kvo::listMshCopies, "3-node triangle"), 1u);
+}
+
 TEST_F(Msh, Version2NegativeTagsAndPartitions)
 {
     const kvo::Mesh mesh = readMsh(format22 + std::string(names) + nodes22 +
@@ -301,6 +310,24 @@ TEST_F(Msh, Version2AsBytesOfEitherOrder)
     }
 }
 
+TEST_F(Msh, Version2NodesWithTheirPlaceOnTheGeometry)
+{
+    const std::string text = format22 +
+                             std::string("$ParametricNodes\n3\n1 0 0 0 0 7\n2 1 0 0 1 8 .5\n"
+                                         "3 0 1 0 2 9 .5 .25\n$EndParametricNodes\n") +
+                             elements22(1, "1 2 0 1 2 3\n");
+    Bytes out;
+    out.plain("$MeshFormat\n2.2 1 8\n").ints({1}).plain("\n$EndMeshFormat\n$ParametricNodes\n3\n");
+    out.ints({1}).reals({0, 0, 0}).ints({0, 7, 2}).reals({1, 0, 0}).ints({1, 8}).reals({.5});
+    out.ints({3}).reals({0, 1, 0}).ints({2, 9}).reals({.5, .25}).plain("\n$EndParametricNodes\n$Elements\n1\n");
+    out.ints({2, 1, 0, 1, 1, 2, 3}).plain("\n$EndElements\n");
+    for (const std::string& deck : {text, out.text}) {
+        const kvo::Mesh mesh = readMsh(deck);
+        EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
+        EXPECT_EQ(pointOf(mesh, 3), (Point{0, 1, 0}));
+    }
+}
+
 TEST_F(Msh, BytesOfAnUnknownTypeEndTheSection)
 {
     Bytes out;
@@ -331,6 +358,20 @@ TEST_F(Msh, PartitionsBelongToTheirEntity)
     EXPECT_EQ(partOf(mesh, 3).name, "Skin Top");
     EXPECT_EQ(partOf(mesh, 4).name, "surface 31");
     EXPECT_EQ(mesh.parts.size(), 3u);
+}
+
+TEST_F(Msh, GroupsOfEqualNumbersBothReachTheModel)
+{
+    const kvo::Mesh mesh = readMsh(format22 + std::string(names) + nodes22 +
+                                   elements22(3, "501 3 2 7 30 11 12 13 14\n701 7 2 7 1 11 12 13 14 20\n"
+                                                 "801 1 2 -9 5 11 20\n"));
+    const std::map<unsigned int, LoadedElement> elements = roundTrip(mesh);
+    ASSERT_EQ(elements.size(), 3u);
+    EXPECT_EQ(elements.at(501).part, 7u);
+    EXPECT_EQ(elements.at(701).part, 10u) << "one above the highest";
+    EXPECT_EQ(elements.at(801).part, 9u);
+    EXPECT_EQ(elements.at(801).nodeIds, (std::vector<unsigned int>{11, 20, 0xFFFFFFFF}));
+    EXPECT_EQ(elements.at(701).points.back(), (Point{.5, .5, 1}));
 }
 
 TEST_F(Msh, DanglingNodesAreWarnedOfWithTheirLine)

@@ -66,12 +66,36 @@ TEST_P(RealMeshes, HaveTheCountsThatAreKnown)
     EXPECT_TRUE(log.warnings().empty());
 }
 
-INSTANTIATE_TEST_SUITE_P(All, RealMeshes,
-                         testing::Values(RealMesh{"msh/hole8170_v2.msh", 8449, {{"4-node quadrangle", 8170}}, 0}),
-                         [](const testing::TestParamInfo<RealMesh>& row) {
-                             std::string name = row.param.file;
-                             for (char& c : name) {
-                                 c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
-                             }
-                             return name;
-                         });
+const std::map<std::string, std::uint64_t> allKindsOfMsh = {
+    {"2-node line", 3},    {"3-node triangle", 1}, {"4-node quadrangle", 1}, {"4-node tetrahedron", 1},
+    {"5-node pyramid", 1}, {"6-node prism", 1},    {"8-node hexahedron", 1}};
+
+INSTANTIATE_TEST_SUITE_P(
+    All, RealMeshes,
+    testing::Values(
+        RealMesh{"msh/hole8170_v2.msh", 8449, {{"4-node quadrangle", 8170}}, 0},
+        RealMesh{"msh/hole8170_v4.msh", 8449, {{"4-node quadrangle", 8170}}, 0},
+        RealMesh{"msh/grid_in_msh_01.3da.msh", 462, {{"4-node quadrangle", 460}, {"8-node hexahedron", 200}}, 0},
+        RealMesh{"msh/grid_in_msh_01.3da.v41.msh", 462, {{"4-node quadrangle", 460}, {"8-node hexahedron", 200}}, 0},
+        RealMesh{"msh/periodic-cube.msh", 125, {{"4-node quadrangle", 96}, {"8-node hexahedron", 64}}, 0},
+        RealMesh{"msh/sfepy_msh_tetra.msh", 66, {{"4-node tetrahedron", 127}}, 0},
+        RealMesh{"tiny/all_kinds_v22.msh", 20, allKindsOfMsh, 1},
+        RealMesh{"tiny/all_kinds_v41.msh", 20, allKindsOfMsh, 1},
+        RealMesh{"vtk/can.vtu", 6724, {{"VTK_HEXAHEDRON", 4800}}, 0},
+        RealMesh{"vtk/beam-tet.vtk", 36, {{"VTK_TETRA", 48}}, 0},
+        RealMesh{"vtk/escher-p2.vtk", 117, {{"VTK_QUADRATIC_TETRA", 42}}, 0},
+        RealMesh{
+            "vtk/fichera-mixed-p2.vtk",
+            116,
+            {{"VTK_QUADRATIC_TETRA", 5}, {"VTK_BIQUADRATIC_QUADRATIC_WEDGE", 6}, {"VTK_TRIQUADRATIC_HEXAHEDRON", 3}},
+            0},
+        RealMesh{"tiny/groups.obj", 12, {{"face", 6}, {"line", 1}}, 0}, // the pentagon is three
+        RealMesh{"tiny/quad_tri_ascii.ply", 5, {{"face", 2}}, 0},
+        RealMesh{"tiny/quad_tri_big_endian.ply", 5, {{"face", 2}}, 0}),
+    [](const testing::TestParamInfo<RealMesh>& row) {
+        std::string name = row.param.file;
+        for (char& c : name) {
+            c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+        }
+        return name;
+    });

@@ -260,15 +260,15 @@ TEST_F(Ply, FilesThatLie)
 {
     const std::string deck = plyText();
     EXPECT_EQ(errorWith(deck, "vertex 5", "vertex 500"),
-              "part.ply:18: 500 elements announced; the rest of the file cannot hold them");
-    EXPECT_EQ(errorWith(deck, "vertex 5", "vertex five"), "part.ply:5: an element has a name and a count");
-    EXPECT_EQ(errorWith(deck, "vertex 5", "vertex -5"), "part.ply:5: an element has a name and a count");
+              "part.ply:19: 500 elements announced; the rest of the file cannot hold them");
+    EXPECT_EQ(errorWith(deck, "vertex 5", "vertex five"), "part.ply:4: an element has a name and a count");
+    EXPECT_EQ(errorWith(deck, "vertex 5", "vertex -5"), "part.ply:4: an element has a name and a count");
     EXPECT_EQ(errorWith(deck, "3 1 4 2 78", "300000 1 4 2 78"),
-              "part.ply:26: 300000 corners announced; the rest of the file cannot hold them");
-    EXPECT_EQ(errorWith(deck, "property float y", "property float b"), "part.ply:18: the vertices have no x, y and z");
-    EXPECT_EQ(errorWith(deck, "property float y", "property real y"), "part.ply:8: type \"real\" is not known");
-    EXPECT_EQ(errorWith(deck, "ascii", "binary"), "part.ply:3: format \"binary\" is not known");
+              "part.ply:27: 300000 corners announced; the rest of the file cannot hold them");
+    EXPECT_EQ(errorWith(deck, "property float y", "property float b"), "part.ply:19: the vertices have no x, y and z");
+    EXPECT_EQ(errorWith(deck, "property float y", "property real y"), "part.ply:7: type \"real\" is not known");
+    EXPECT_EQ(errorWith(deck, "ascii", "binary"), "part.ply:2: format \"binary\" is not known");
     EXPECT_EQ(errorWith(deck, "comment c", "remark c"), "part.ply:3: not a statement of a PLY header: \"remark\"");
     EXPECT_EQ(errorWith(deck, "3 1 4 2 78", "3 1 4 9 78"), "ok");
-    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "part.ply:26: element 2 refers to vertex 9 of 5: left out"));
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "part.ply:27: element 2 refers to vertex 9 of 5: left out"));
 }

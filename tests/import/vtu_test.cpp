@@ -129,11 +129,11 @@ public:
         types.plain(std::string("\x0c\x0d\x03\x01", 4));
         Bytes ids(encoding.bigEndian);
         ids.longs({101, 102, 103, 104, 105, 106, 107, 108, 109, 110});
-        const std::string inside = "<PointData>\n" + array("Int64", "GlobalNodeId", ids.text) +
-                                   "</PointData>\n<Points>" + array("Float32", "Points", xyz.text, 3) +
-                                   "</Points>\n<Cells>\n" + array("Int32", "connectivity", connectivity.text) +
-                                   array("Int64", "offsets", offsets.text) + array("UInt8", "types", types.text) +
-                                   "</Cells>\n";
+        std::string inside = "<PointData>\n" + array("Int64", "GlobalNodeId", ids.text); // the first appended bytes
+        inside += "</PointData>\n<Points>" + array("Float32", "Points", xyz.text, 3) + "</Points>\n<Cells>\n";
+        inside += array("Int32", "connectivity", connectivity.text);
+        inside += array("Int64", "offsets", offsets.text);
+        inside += array("UInt8", "types", types.text) + "</Cells>\n";
         const std::string behind = !encoding.appended
                                        ? ""
                                        : "<AppendedData encoding=\"" + std::string(encoding.base64 ? "base64" : "raw") +
@@ -371,7 +371,7 @@ TEST_F(Vtu, FilesThatLie)
               "grid.vtu:4: the cells' offsets do not fit the 17 points that the cells have");
     EXPECT_EQ(errorWith(deck, "8 14 16 17", "8 4 16 17"),
               "grid.vtu:4: the cells' offsets do not fit the 17 points that the cells have");
-    EXPECT_EQ(errorWith(deck, "0 0 1 1", "0 zero 1 1"), "grid.vtu:8: array \"Points\": no number: \"zero\"");
+    EXPECT_EQ(errorWith(deck, "0 0 1 1", "0 zero 1 1"), "grid.vtu:7: array \"Points\": no number: \"zero\"");
     EXPECT_EQ(errorWith(deck, "0 0 1 1", "0 nan 1 1"), "grid.vtu:4: a point's coordinate is no number");
     EXPECT_EQ(errorWith(deck, "connectivity", "connections"),
               "grid.vtu:4: the piece has no array \"connectivity\" in <Cells>");

@@ -17,11 +17,12 @@ const std::vector<GoldenScene>& goldenScenes();
 // Draws the sample deck as the scene says. Throws std::runtime_error with the program's message when it fails.
 void drawGoldenScene(const GoldenScene& scene, const std::string& picture);
 
-// The session that has a reference picture and text, examples/ops/bracket-inspection.session.
-extern const char* const goldenSessionName;
+// The session that has a reference picture and text, examples/ops/bracket-inspection.session: through the scene, and
+// through the drawing library alone.
+std::string goldenSessionName(bool contract);
 
 // Plays the text of a session as if it lay in the examples' folder; returns what it printed. Throws as above.
-std::string playGoldenSession(const std::string& session, const std::string& picture);
+std::string playGoldenSession(const std::string& session, const std::string& picture, bool contract);
 std::string goldenSessionText(); // of the example
 
 #endif

@@ -108,8 +108,8 @@ TEST_F(Ops, ResetReturnsToTheBeginning)
 TEST_F(Ops, PositionsCountFromTheTopLeft)
 {
     // The rubber band's upper edge is drawn near the top of the picture when its y is small.
-    const kvo::Picture plain = draw("", {"--view", "top"});
-    const kvo::Picture band = draw("START_RUBBER_BAND 10 5 110 15\n", {"--view", "top"});
+    const kvo::Picture plain = draw("", {"--view", "top", "--contract"});
+    const kvo::Picture band = draw("START_RUBBER_BAND 10 5 110 15\n", {"--view", "top", "--contract"});
     EXPECT_GT(differing(plain.cut(0, 0, 120, 20), band.cut(0, 0, 120, 20)), 60u);
     EXPECT_EQ(differing(plain.cut(0, 20, 120, 70), band.cut(0, 20, 120, 70)), 0u);
 }
@@ -132,13 +132,16 @@ TEST_F(Ops, ViewLinesDoNotGoWithAllViews)
 
 TEST_F(Ops, EveryOperationRuns)
 {
-    const KvoRun run =
-        render("RESET_TRANSFORM\nROTATE_X_CCW\nROTATE_X_CW\nROTATE_Y_CCW\nROTATE_Y_CW\nROTATE_Z_CCW\n"
-               "ROTATE_Z_CW\nTRANS_LEFT\nTRANS_RIGHT\nTRANS_UP\nTRANS_DOWN\nSCALE_INCR\nSCALE_DECR\n"
-               "GLOBAL_TRANSLATION 5 5 120 90\nGLOBAL_SCALE 0.5\nGLOBAL_ROTATION 10 10 30 20\n"
-               "START_RUBBER_BAND 10 10 30 30\nEND_RUBBER_BAND\nSTART_RUBBER_BAND 10 10 30 30\nRECT_SCALE\n"
-               "START_RUBBER_BAND 10 10 30 30\nRECT_PICK\nSTART_POLYLINE 10 10\nSTART_POLYLINE 20 10\n"
-               "START_POLYLINE 20 20\nSTART_POLYLINE 10 20\nPOLYLINE_PICK\nSELECT_PICK\nTRANS_MAX\n"
-               "NO_TRANSFORM\n");
-    EXPECT_EQ(run.status, 0) << run.err;
+    for (const std::vector<std::string>& way : {std::vector<std::string>{}, {"--contract"}}) {
+        const KvoRun run =
+            render("RESET_TRANSFORM\nROTATE_X_CCW\nROTATE_X_CW\nROTATE_Y_CCW\nROTATE_Y_CW\nROTATE_Z_CCW\n"
+                   "ROTATE_Z_CW\nTRANS_LEFT\nTRANS_RIGHT\nTRANS_UP\nTRANS_DOWN\nSCALE_INCR\nSCALE_DECR\n"
+                   "GLOBAL_TRANSLATION 5 5 120 90\nGLOBAL_SCALE 0.5\nGLOBAL_ROTATION 10 10 30 20\n"
+                   "START_RUBBER_BAND 10 10 30 30\nEND_RUBBER_BAND\nSTART_RUBBER_BAND 10 10 30 30\nRECT_SCALE\n"
+                   "START_RUBBER_BAND 10 10 30 30\nRECT_PICK\nSTART_POLYLINE 10 10\nSTART_POLYLINE 20 10\n"
+                   "START_POLYLINE 20 20\nSTART_POLYLINE 10 20\nPOLYLINE_PICK\nSELECT_PICK\nTRANS_MAX\n"
+                   "NO_TRANSFORM\n",
+                   way);
+        EXPECT_EQ(run.status, 0) << run.err;
+    }
 }

@@ -24,6 +24,7 @@ protected:
 
     KvoRun run(const std::string& type, std::vector<std::string> more)
     {
+        more.insert(more.begin(), way.begin(), way.end());
         more.insert(more.begin(), {"pick", deck(), "--type", type, "--size", "240x180", "--device", "software"});
         return runKvo(more);
     }
@@ -63,7 +64,33 @@ protected:
     }
 
     TemporaryFolder folder;
+    std::vector<std::string> way; // options of every pick
 };
+
+// Tests that hold whichever way is taken: what the picture shows, through it, or through the drawing library.
+class PickEachWay : public Pick, public testing::WithParamInterface<std::string>
+{
+protected:
+    PickEachWay()
+    {
+        if (GetParam() != "visible")
+            way = {"--" + GetParam()};
+    }
+    bool contract() const { return GetParam() == "contract"; }
+    std::vector<std::string> drawingWay() const
+    {
+        return contract() ? std::vector<std::string>{"--contract"} : std::vector<std::string>();
+    }
+};
+
+// Everything in the region, covered or not.
+class PickThrough : public PickEachWay
+{
+};
+
+const auto nameOfWay = [](const testing::TestParamInfo<std::string>& info) { return info.param; };
+INSTANTIATE_TEST_SUITE_P(Ways, PickEachWay, testing::Values("visible", "through", "contract"), nameOfWay);
+INSTANTIATE_TEST_SUITE_P(Ways, PickThrough, testing::Values("through", "contract"), nameOfWay);
 
 const char* const everything = "0,0,240,180";
 
@@ -107,12 +134,14 @@ private:
 // --- What is hit
 // -----------------------------------------------------------------------------------------------------------
 
-TEST_F(Pick, APickedPartIsTheOneThatThePixelShows)
+TEST_P(PickEachWay, APickedPartIsTheOneThatThePixelShows)
 {
     for (const std::string view : {"iso", "left", "top"}) {
         const std::vector<std::string> scene = {"--view", view, "--hide", "1"};
         const VisibleParts visible(6, [&](std::vector<std::string> more) {
             more.insert(more.end(), scene.begin(), scene.end());
+            for (const std::string& option : drawingWay())
+                more.push_back(option);
             return draw(more);
         });
         std::string session;
@@ -122,7 +151,8 @@ TEST_F(Pick, APickedPartIsTheOneThatThePixelShows)
             for (int x = 10; x < 230; x += 8) {
                 if (visible.at(x, y) < 0)
                     continue;
-                session += "PICK part at " + std::to_string(x) + " " + std::to_string(y) + " 1\n";
+                session += (GetParam() == "through" ? "PICK part through at " : "PICK part at ") + std::to_string(x) +
+                           " " + std::to_string(y) + " 1\n";
                 expected.push_back(visible.at(x, y));
                 seen.insert(expected.back());
             }
@@ -134,6 +164,8 @@ TEST_F(Pick, APickedPartIsTheOneThatThePixelShows)
                                             "--size",   "240x180", "--ops", folder.file("picks"),
                                             "--device", "software"};
         command.insert(command.end(), scene.begin(), scene.end());
+        for (const std::string& option : drawingWay())
+            command.push_back(option);
         const KvoRun played = runKvo(command);
         ASSERT_EQ(played.status, 0) << played.err;
         std::istringstream out(played.out);
@@ -147,7 +179,7 @@ TEST_F(Pick, APickedPartIsTheOneThatThePixelShows)
     }
 }
 
-TEST_F(Pick, ARectangleFindsEverythingInIt)
+TEST_P(PickThrough, ARectangleFindsEverythingInIt)
 {
     std::multiset<std::pair<int, int>> elements = {{2, 31}, {2, 32}, {3, 41}, {3, 42}, {4, 51},
                                                    {4, 52}, {4, 53}, {5, 61}, {5, 62}, {6, 71}};
@@ -155,14 +187,14 @@ TEST_F(Pick, ARectangleFindsEverythingInIt)
         elements.insert({1, id});
     EXPECT_EQ(ids("element", {"--rect", everything}), elements);
     EXPECT_EQ(ids("node", {"--rect", everything}).size(), static_cast<std::size_t>(sampleNodes));
-    // Beams (part 5) are not drawn as long as none of their elements is selected.
+    // Beams (part 5) are elements, but no parts.
     std::vector<int> parts;
     for (const Json& hit : hits("part", {"--rect", everything}))
         parts.push_back(hit.at("part"));
     EXPECT_EQ(parts, (std::vector<int>{1, 2, 3, 4, 6}));
 }
 
-TEST_F(Pick, CornersOfARectangleMayComeInAnyOrder)
+TEST_P(PickEachWay, CornersOfARectangleMayComeInAnyOrder)
 {
     const auto wanted = ids("node", {"--rect", "20,30,150,120"});
     EXPECT_FALSE(wanted.empty());
@@ -170,7 +202,7 @@ TEST_F(Pick, CornersOfARectangleMayComeInAnyOrder)
         EXPECT_EQ(ids("node", {"--rect", corners}), wanted) << corners;
 }
 
-TEST_F(Pick, HalvesOfThePictureShareItsNodes)
+TEST_P(PickThrough, HalvesOfThePictureShareItsNodes)
 {
     // y counts downwards: the upper half of the front view has the nodes with large z.
     const Json upper = hits("node", {"--rect", "0,0,240,90", "--view", "front"});
@@ -182,12 +214,12 @@ TEST_F(Pick, HalvesOfThePictureShareItsNodes)
         EXPECT_LT(hit.at("at").at(2), 1.6);
 }
 
-TEST_F(Pick, TheNearestOfARectangleIsWhatAClickNames)
+TEST_P(PickEachWay, TheNearestOfARectangleIsWhatAClickNames)
 {
     for (const std::string type : {"part", "element", "node"}) {
-        const Json all = hits(type, {"--rect", "80,50,161,131"});
-        const Json nearest = hits(type, {"--at", "120,90,81"});
-        ASSERT_GE(all.size(), 2u);
+        const Json all = hits(type, {"--rect", "40,10,201,171"});
+        const Json nearest = hits(type, {"--at", "120,90,161"});
+        ASSERT_GE(all.size(), GetParam() == "visible" ? 1u : 2u);
         ASSERT_EQ(nearest.size(), 1u);
         double least = 2;
         for (const Json& hit : all)
@@ -197,7 +229,7 @@ TEST_F(Pick, TheNearestOfARectangleIsWhatAClickNames)
     }
 }
 
-TEST_F(Pick, HiddenPartsAreNotFound)
+TEST_P(PickThrough, HiddenPartsAreNotFound)
 {
     const auto shown = ids("element", {"--rect", everything, "--hide", "1,3"});
     EXPECT_EQ(shown.size(), 8u);
@@ -206,7 +238,7 @@ TEST_F(Pick, HiddenPartsAreNotFound)
               (std::multiset<std::pair<int, int>>{{3, 41}, {3, 42}}));
 }
 
-TEST_F(Pick, OperationsMoveWhatIsPicked)
+TEST_P(PickThrough, OperationsMoveWhatIsPicked)
 {
     writeText(folder.file("ops"), "VIEW top\nGLOBAL_TRANSLATION 100 0 240 180\n");
     const auto before = ids("node", {"--rect", "0,0,120,180", "--view", "top"});
@@ -218,7 +250,7 @@ TEST_F(Pick, OperationsMoveWhatIsPicked)
 // --- What is said about it
 // -------------------------------------------------------------------------------------------------
 
-TEST_F(Pick, JsonNamesPartsIdsAndCoordinates)
+TEST_P(PickThrough, JsonNamesPartsIdsAndCoordinates)
 {
     const Json parts = hits("part", {"--rect", everything});
     EXPECT_EQ(parts[2].at("part_name"), "BLOCK");
@@ -246,10 +278,11 @@ TEST_F(Pick, JsonSaysWhatWasAsked)
     EXPECT_EQ(all.at("model"), "sample");
     EXPECT_EQ(all.at("type"), "node");
     EXPECT_EQ(all.at("size"), Json({240, 180}));
+    EXPECT_EQ(all.at("through"), false);
     EXPECT_EQ(all.at("region"), Json({{"left", 5.0}, {"top", 7.0}, {"width", 5.0}, {"height", 5.0}}));
 }
 
-TEST_F(Pick, TablesAreAligned)
+TEST_P(PickThrough, TablesAreAligned)
 {
     const KvoRun done = run("element", {"--rect", everything, "--parts", "3,6"});
     EXPECT_EQ(done.status, 0);
@@ -262,7 +295,7 @@ TEST_F(Pick, TablesAreAligned)
     EXPECT_EQ(line.rfind("   3  BLOCK        3       41  -1.5  -0.5  0.65  0.", 0), 0u) << line;
 }
 
-TEST_F(Pick, NothingHitIsNoError)
+TEST_P(PickEachWay, NothingHitIsNoError)
 {
     const KvoRun table = run("element", {"--at", "1,1"});
     EXPECT_EQ(table.status, 0);
@@ -277,14 +310,16 @@ TEST_F(Pick, NothingHitIsNoError)
 // --- What the selection pass of the library does beside
 // --------------------------------------------------------------------------
 
-TEST_F(Pick, TheAxisTriadIsNoHit)
+TEST_P(PickEachWay, TheAxisTriadIsNoHit)
 {
     // Two squares left and right of the origin, where the triad is drawn.
     writeText(deck(), squaresDeck({{-3, -0.5, 0}, {2, -0.5, 0}}));
     const std::string log = folder.file("log");
     for (const std::string type : {"part", "element", "node"}) {
         EXPECT_EQ(hits(type, {"--view", "top", "--at", "120,90,21", "--log", log}), Json::array());
-        EXPECT_TRUE(contains(readText(log), "\nhits = 1\n")) << "the triad was not in the region";
+        if (contract()) {
+            EXPECT_TRUE(contains(readText(log), "\nhits = 1\n")) << "the triad was not in the region";
+        }
         EXPECT_EQ(hits(type, {"--view", "top", "--rect", "100,70,140,110"}), Json::array());
     }
     // A rectangle over everything finds each square once, a click on the triad what is near it.
@@ -294,54 +329,137 @@ TEST_F(Pick, TheAxisTriadIsNoHit)
     EXPECT_EQ(hits("element", {"--view", "top", "--at", "120,90,170"})[0].at("element"), 100);
 }
 
-TEST_F(Pick, AHiddenLastPartDoesNotGetTheTriadsHits)
+TEST_P(PickEachWay, AHiddenLastPartDoesNotGetTheTriadsHits)
 {
     writeText(deck(), squaresDeck({{-3, -0.5, 0}, {2, -0.5, 0}, {0, 3, 0}}));
     EXPECT_EQ(hits("part", {"--view", "top", "--at", "120,90,31", "--parts", "1-2"}), Json::array());
 }
 
-TEST_F(Pick, TheNearerOfTwoFacesWinsInLargeAndSmallModels)
+TEST_P(PickEachWay, TheNearerOfTwoFacesWinsInLargeAndSmallModels)
 {
     // The library's pass has depths of +-9999 in steps of about 0.001; the picture has neither limit.
     for (double scale : {1e6, 1.0, 1e-5}) {
         for (double z : {0.01, -0.01}) {
             writeText(deck(), squaresDeck({{0, 0, 0}, {0, 0, z}}, scale));
             for (const std::string view : {"top", "bottom"}) {
-                const kvo::Color plain = draw({"--view", view}).at(150, 70);
-                const int inFront = draw({"--view", view, "--select-parts", "1"}).at(150, 70) != plain ? 1 : 2;
+                std::vector<std::string> plainly = drawingWay(), selected = {"--select-parts", "1"};
+                plainly.insert(plainly.end(), {"--view", view});
+                selected.insert(selected.end(), plainly.begin(), plainly.end());
+                const int inFront = draw(selected).at(150, 70) != draw(plainly).at(150, 70) ? 1 : 2;
                 const Json hit = hits("part", {"--view", view, "--at", "150,70"});
                 EXPECT_EQ(hit.at(0).at("part"), inFront) << scale << " " << z << " " << view;
-                EXPECT_EQ(hits("part", {"--view", view, "--rect", everything}).size(), 2u) << scale;
+                const std::size_t found = GetParam() == "visible" ? 1 : 2;
+                EXPECT_EQ(hits("part", {"--view", view, "--rect", everything}).size(), found) << scale;
             }
         }
     }
 }
 
-TEST_F(Pick, OfEquallyNearFacesTheOneDrawnFirstWins)
+TEST_P(PickEachWay, OfEquallyNearFacesTheOneDrawnFirstWins)
 {
     writeText(deck(), squaresDeck({{0, 0, 0}, {0, 0, 0}}));
     EXPECT_EQ(hits("element", {"--view", "top", "--at", "150,70"})[0].at("element"), 100);
 }
 
-TEST_F(Pick, MoreHitsThanTheBufferHoldsAreAnError)
+TEST_F(Pick, OnlyTheLibrarysPassHasALimit)
 {
     writeText(deck(), gridDeck(330)); // 108,900 elements
     ASSERT_EQ(runKvo({"import", deck(), "-o", folder.file("grid")}).status, 0);
-    const std::vector<std::string> command = {"pick",   folder.file("grid"), "--view",   "top",     "--size", "240x180",
-                                              "--type", "element",           "--device", "software"};
-    auto whole = command, part = command;
-    whole.insert(whole.end(), {"--rect", everything});
-    const KvoRun over = runKvo(whole);
+    const auto pick = [this](std::vector<std::string> more) {
+        more.insert(more.begin(), {"pick", folder.file("grid"), "--view", "top", "--size", "240x180", "--type",
+                                   "element", "--device", "software", "--json"});
+        return runKvo(more);
+    };
+    const KvoRun over = pick({"--rect", everything, "--contract"});
     EXPECT_EQ(over.status, 1);
     EXPECT_EQ(over.out, "");
     EXPECT_TRUE(contains(over.err, "104857 hits")) << over.err;
     EXPECT_TRUE(contains(over.err, "smaller region")) << over.err;
-    part.insert(part.end(), {"--rect", "0,0,120,180", "--json", "--contract"});
-    const KvoRun fits = runKvo(part);
+    const KvoRun fits = pick({"--rect", "0,0,120,180", "--contract"});
     ASSERT_EQ(fits.status, 0) << fits.err;
     const std::size_t count = Json::parse(fits.out).at("hits").size();
     EXPECT_GE(count, 330u * 165);
     EXPECT_LE(count, 330u * 167);
+    EXPECT_EQ(Json::parse(pick({"--rect", everything, "--through"}).out).at("hits").size(), 108900u);
+}
+
+// --- What the picture shows
+// -------------------------------------------------------------------------------------------------------
+
+TEST_F(Pick, CoveredThingsAreFoundOnlyThrough)
+{
+    writeText(deck(), squaresDeck({{0, 0, 0}, {0, 0, 1}, {0, 0, 2}}));
+    std::set<int> fronts;
+    for (const std::string view : {"top", "bottom"}) {
+        const int front = hits("part", {"--view", view, "--at", "120,90", "--through"}).at(0).at("part");
+        fronts.insert(front);
+        for (const std::string type : {"part", "element"}) {
+            const Json visible = hits(type, {"--view", view, "--rect", everything});
+            ASSERT_EQ(visible.size(), 1u);
+            EXPECT_EQ(visible[0].at("part"), front);
+            EXPECT_EQ(hits(type, {"--view", view, "--rect", everything, "--through"}).size(), 3u);
+        }
+        const int node = 10 * front;
+        EXPECT_EQ(ids("node", {"--view", view, "--rect", everything}),
+                  (std::multiset<std::pair<int, int>>{
+                      {front, node + 1}, {front, node + 2}, {front, node + 3}, {front, node + 4}}));
+        EXPECT_EQ(ids("part", {"--view", view, "--rect", everything, "--hide", std::to_string(front), "--ghosts"}),
+                  (std::multiset<std::pair<int, int>>{{2, 2}}));
+    }
+    EXPECT_EQ(fronts, (std::set<int>{1, 3}));
+}
+
+TEST_F(Pick, BeamsAreFoundAsParts)
+{
+    EXPECT_EQ(ids("part", {"--rect", everything, "--parts", "5"}), (std::multiset<std::pair<int, int>>{{5, 5}}));
+}
+
+TEST_F(Pick, HitsSayWhereTheyAre)
+{
+    writeText(deck(), squaresDeck({{0, 0, 0}}));
+    const Json hit = hits("element", {"--view", "top", "--at", "120,30,1"}).at(0);
+    EXPECT_EQ(hit.at("number"), 1);
+    EXPECT_NEAR(hit.at("pixel").at(0), 120.5, 1e-3);
+    EXPECT_NEAR(hit.at("pixel").at(1), 30.5, 1e-3);
+    // The square is 0.95 x 180 pixels; x and y of the pixel's middle from the picture's middle.
+    EXPECT_NEAR(hit.at("point").at(0), 0.5 + 0.5 / 171, 1e-4);
+    EXPECT_NEAR(hit.at("point").at(1), 0.5 + 59.5 / 171, 1e-4);
+    EXPECT_NEAR(hit.at("point").at(2), 0, 1e-4);
+    EXPECT_FALSE(hits("element", {"--view", "top", "--at", "120,30,1", "--contract"}).at(0).contains("point"));
+}
+
+TEST_F(Pick, PolygonsTakeWhatIsInside)
+{
+    writeText(deck(), gridDeck(10));
+    const std::vector<std::string> scene = {"--view", "top"};
+    // The grid fills 171 pixels around (120, 90). The triangle is its lower left half; the hypotenuse runs just below
+    // the nodes of the diagonal, through the elements there.
+    const std::vector<std::string> triangle = {"--polygon", "30,8", "30,179", "203,179"};
+    for (const std::string type : {"node", "element"}) {
+        for (const char* through : {"", "--through"}) {
+            auto options = scene;
+            options.insert(options.end(), triangle.begin(), triangle.end());
+            if (*through)
+                options.push_back(through);
+            std::size_t below = 0;
+            for (const Json& hit : hits(type, options)) {
+                EXPECT_LE(hit.at("at").at(1).get<double>(), hit.at("at").at(0).get<double>() * -1 + 10.01) << type;
+                ++below;
+            }
+            EXPECT_EQ(below, 55u) << through;
+        }
+    }
+}
+
+TEST_F(Pick, PolygonsAreNamedInJson)
+{
+    const KvoRun done = run("node", {"--polygon", "7,9", "17,9", "12,30", "--json"});
+    ASSERT_EQ(done.status, 0) << done.err;
+    EXPECT_EQ(Json::parse(done.out).at("region"), Json({{"left", 7.0},
+                                                        {"top", 9.0},
+                                                        {"width", 10.0},
+                                                        {"height", 21.0},
+                                                        {"polygon", {{7.0, 9.0}, {17.0, 9.0}, {12.0, 30.0}}}}));
 }
 
 // --- Wrong places
@@ -349,8 +467,13 @@ TEST_F(Pick, MoreHitsThanTheBufferHoldsAreAnError)
 
 TEST_F(Pick, PlacesThatMakeNoSenseAreUsageErrors)
 {
-    expectError({}, 2, "one of --at and --rect is needed");
-    expectError({"--at", "1,2", "--rect", "1,2,3,4"}, 2, "one of --at and --rect is needed");
+    expectError({}, 2, "one of --at, --rect and --polygon is needed");
+    expectError({"--at", "1,2", "--rect", "1,2,3,4"}, 2, "one of --at, --rect and --polygon is needed");
+    expectError({"--at", "1,2", "--polygon", "1,2", "3,4", "5,9"}, 2, "one of --at, --rect and --polygon is needed");
+    expectError({"--polygon", "1,2", "3,4"}, 2, "--polygon: three corners or more are needed");
+    expectError({"--polygon", "1,2", "3,4", "5"}, 2, "--polygon: \"5\" is not X,Y");
+    expectError({"--polygon", "1,2", "3,4", "5,1", "--contract"}, 2,
+                "--polygon goes through the scene, which --contract does without");
     for (const char* text : {"1", "1,2,3,4", "1,2,", ",1,2", "a,b", "1;2", "1,2x", "1,,2"})
         expectError({"--at", text}, 2, "--at: \"" + std::string(text) + "\" is not X,Y or X,Y,SIZE");
     expectError({"--rect", "1,2,3"}, 2, "--rect: \"1,2,3\" is not X0,Y0,X1,Y1");
@@ -366,12 +489,15 @@ TEST_F(Pick, PlacesOutsideThePictureAreErrors)
     for (const char* place : {"0,0,241,5", "-1,0,5,5", "0,170,5,181", "300,300,310,310"})
         expectError({"--rect", place}, 1,
                     "the rectangle " + std::string(place) + " reaches out of the picture of 240x180 pixels");
+    expectError({"--polygon", "1,2", "3,4", "5,181"}, 1,
+                "the polygon 1,2 3,4 5,181 reaches out of the picture of 240x180 pixels");
 }
 
 TEST_F(Pick, RegionsWithoutAreaAreErrors)
 {
     expectError({"--rect", "5,5,5,9"}, 1, "the rectangle 5,5,5,9 is empty");
     expectError({"--rect", "5,9,8,9"}, 1, "the rectangle 5,9,8,9 is empty");
+    expectError({"--polygon", "5,9", "8,9", "12,9"}, 1, "the polygon 5,9 8,9 12,9 is empty");
     expectError({"--at", "5,5,0"}, 1, "the size 0 of a pick must be more than 0 pixels");
     expectError({"--at", "5,5,-2"}, 1, "the size -2 of a pick must be more than 0 pixels");
 }

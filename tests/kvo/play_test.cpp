@@ -86,16 +86,40 @@ TEST_F(Play, ASessionWithoutAModelNeedsOne)
 
 TEST_F(Play, PicksPrintWhatTheyFindAndSelectIt)
 {
-    const KvoRun run = playSmall("HIDE 1\nVIEW left\nPICK element rect 0 0 120 90\nPICK node at 1 1\n");
+    const KvoRun run = playSmall("HIDE 1\nVIEW left\nPICK element through rect 0 0 120 90\nPICK node at 1 1\n");
     EXPECT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.out.rfind("PICK element rect 0 0 120 90\n  part 2 FLOOR, element 31, at 1 -1 0, depth 0.", 0), 0u)
+    EXPECT_EQ(run.out.rfind("PICK element through rect 0 0 120 90\n  part 2 FLOOR, element 31, at 1 -1 0, depth 0.", 0),
+              0u)
         << run.out;
     EXPECT_TRUE(contains(run.out, "\n  part 6 SPRING, element 71, at -1.5 -0.5 2.45, depth 0."));
     EXPECT_TRUE(contains(run.out, "\nPICK node at 1 1\n  nothing\n"));
-    EXPECT_EQ(differing(draw("HIDE 1\nVIEW left\nPICK element rect 0 0 120 90\n"),
+    EXPECT_EQ(differing(draw("HIDE 1\nVIEW left\nPICK element through rect 0 0 120 90\n"),
                         draw("HIDE 1\nVIEW left\nSELECT elements 1-1000\nCLEAR parts\n")),
               0u);
+}
+
+TEST_F(Play, PicksFindWhatThePictureShowsUnlessThrough)
+{
+    // From below, the floor covers everything that stands on it.
+    const std::string head = "VIEW bottom\nPICK part ";
+    const std::string shown = playSmall(head + "rect 0 0 120 90\n").out;
+    EXPECT_TRUE(contains(shown, "part 2 FLOOR")) << shown;
+    EXPECT_FALSE(contains(shown, "part 6 SPRING")) << shown;
+    EXPECT_TRUE(contains(playSmall(head + "through rect 0 0 120 90\n").out, "part 6 SPRING"));
+    EXPECT_EQ(playSmall(head + "polygon 0 0 120 0 120 90 0 90\n").out.substr(40), shown.substr(26));
+}
+
+TEST_F(Play, TheLibrarysPathPlaysSessionsToo)
+{
+    const std::string session = "MODEL ../models/a.inp\nSIZE 120x90\nVIEW top\nPICK part rect 0 0 120 90\n";
+    const KvoRun run = play(session, {"--contract", "-o", "a.png"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(contains(run.out, "part 6 SPRING")) << run.out; // its picks are always through
+    const kvo::Picture contract = kvo::readPng("a.png");
+    EXPECT_GT(differing(contract, draw("VIEW top\nPICK part rect 0 0 120 90\n")), 200u);
+    EXPECT_EQ(play(session + "PICK part polygon 0 0 9 0 9 9\n", {"--contract"}).err,
+              "kvo: sessions/s:5: the drawing library's own pick takes no polygons\n");
 }
 
 TEST_F(Play, PicksAddToTheSelectionAndClearTakesItAway)
@@ -154,8 +178,9 @@ TEST_F(Play, PicturesAndStatesGoToTheCurrentFolder)
 
 TEST_F(Play, ErrorsOfTheFormatComeBeforeAnythingIsDone)
 {
-    expectError("PICTURE b.png\nPICK part\n", 2,
-                "PICK takes part, element or node, then at X Y [SIZE] or rect X0 Y0 X1 Y1");
+    expectError(
+        "PICTURE b.png\nPICK part\n", 2,
+        "PICK takes part, element or node, [through], then at X Y [SIZE], rect X0 Y0 X1 Y1 or polygon X Y X Y X Y ...");
     expectError("VIEW side\n", 1, "\"side\" is no standard view");
     EXPECT_FALSE(std::filesystem::exists("b.png"));
 }
@@ -171,6 +196,8 @@ TEST_F(Play, ErrorsOfALineNameItsPlace)
     expectError("CLEAR\nPICK part at 120 1\n", 2, "the place 120,1 is outside the picture of 120x90 pixels");
     expectError("PICK node rect 5 5 5 9\n", 1, "the rectangle 5,5,5,9 is empty");
     expectError("PICK node rect 5 5 50 91\n", 1, "the rectangle 5,5,50,91 reaches out of the picture of 120x90 pixels");
+    expectError("PICK node polygon 5 5 50 91 9 9\n", 1,
+                "the polygon 5,5 50,91 9,9 reaches out of the picture of 120x90 pixels");
     expectError("RESTORE none.state\n", 1, "none.state: cannot be opened (No such file or directory)");
     expectError("SAVE no/a.state\n", 1, "no/a.state: cannot be written (No such file or directory)");
     expectError("PICTURE no/a.png\n", 1, "no/a.png: cannot be written (No such file or directory)");

@@ -96,12 +96,17 @@ TEST_F(Render, SaysWhatOfADeckIsNotDrawn)
 
 TEST_F(Render, LogKeepsTheLibrarysCommentary)
 {
-    const KvoRun run = render({"--size", "60x40", "--log", folder.file("log")});
-    EXPECT_EQ(run.out + run.err, "");
-    const std::string log = readText(folder.file("log"));
-    for (const char* label : {"MODEL EXTS=", "TIME FOR DISPLAY PARTS=", "GTRAN=", "SCALE="})
-        EXPECT_TRUE(contains(log, label)) << label;
-    EXPECT_FALSE(contains(log, "GL Error")) << log;
+    for (const std::vector<std::string>& way : {std::vector<std::string>{}, {"--contract"}}) {
+        std::vector<std::string> options = {"--size", "60x40", "--log", folder.file("log")};
+        options.insert(options.end(), way.begin(), way.end());
+        const KvoRun run = render(options);
+        EXPECT_EQ(run.out + run.err, "");
+        const std::string log = readText(folder.file("log"));
+        for (const char* label : {"MODEL EXTS=", "GTRAN=", "SCALE="})
+            EXPECT_TRUE(contains(log, label)) << label;
+        EXPECT_EQ(contains(log, "TIME FOR DISPLAY PARTS="), !way.empty()); // the library's own frame
+        EXPECT_FALSE(contains(log, "GL Error")) << log;
+    }
 }
 
 TEST_F(Render, EveryStandardViewDiffersAndStaysInside)

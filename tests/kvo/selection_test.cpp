@@ -107,9 +107,12 @@ TEST_F(Selection, IdsGoToEveryPartThatHasThemUnlessOneIsNamed)
 
 TEST_F(Selection, SelectingLeavesHiddenPartsHidden)
 {
-    EXPECT_EQ(
-        differing(draw({"--hide", "3", "--select-elements", "41", "--select-nodes", "201"}), draw({"--hide", "3"})),
-        0u);
+    // Colours may be rounded differently as soon as anything is selected.
+    const int rounding = 1;
+    EXPECT_EQ(kvo::compare(draw({"--hide", "3", "--select-elements", "41", "--select-nodes", "201"}),
+                           draw({"--hide", "3"}), rounding)
+                  .differing,
+              0u);
 }
 
 TEST_F(Selection, UnknownIdsAreErrorsUnlessInARange)

@@ -46,6 +46,10 @@ const char* const lines[] = {
     "PICK part at 10 20",
     "PICK element at 10.5 20 3",
     "PICK node rect 1 2 30 40",
+    "PICK node polygon 1 2 30 40 5 60",
+    "PICK element through at 10 20",
+    "PICK element through rect 1 2 30 40",
+    "PICK part through polygon 1 2 30 40 5 60 7.5 80",
     "SELECT parts 1,3-5",
     "SELECT elements 1-100,205",
     "SELECT elements 7,3:17,20-30,4:1",
@@ -131,7 +135,12 @@ TEST(SessionFile, FieldsAreWhatTheWordsSay)
 {
     const Operation at = parseOne("PICK element at 10 20");
     EXPECT_EQ(at.code, static_cast<int>(PICK_TYPE_ELEMENT));
-    EXPECT_FALSE(at.rectangle);
+    EXPECT_EQ(at.shape, kvo::PickShape::Place);
+    EXPECT_FALSE(at.through);
+    const Operation polygon = parseOne("PICK node through polygon 1 2 30 40 5 60");
+    EXPECT_EQ(polygon.shape, kvo::PickShape::Polygon);
+    EXPECT_TRUE(polygon.through);
+    EXPECT_EQ(polygon.outline, (std::vector<float>{1, 2, 30, 40, 5, 60}));
     EXPECT_EQ(at.values[2], kvo::defaultPickSize);
     const Operation select = parseOne("SELECT elements 7,3:17,20-30");
     ASSERT_EQ(select.ids.size(), 3u);
@@ -177,11 +186,15 @@ TEST(SessionFile, ModelsCountFromTheSession)
 
 TEST(SessionFile, WrongWordsAreErrorsWithTheirLine)
 {
-    const std::string pick = "s.session:1: PICK takes part, element or node, then at X Y [SIZE] or rect X0 Y0 X1 Y1";
-    for (const char* line : {"PICK", "PICK part", "PICK part near 1 2", "PICK part at 1", "PICK part at 1 2 3 4",
-                             "PICK part rect 1 2 3", "PICK node rect 1 2 3 4 5"})
+    const std::string pick =
+        "s.session:1: PICK takes part, element or node, [through], then at X Y [SIZE], rect X0 Y0 X1 "
+        "Y1 or polygon X Y X Y X Y ...";
+    for (const char* line :
+         {"PICK", "PICK part", "PICK part near 1 2", "PICK part at 1", "PICK part at 1 2 3 4", "PICK part rect 1 2 3",
+          "PICK node rect 1 2 3 4 5", "PICK node through", "PICK through node at 1 2", "PICK node polygon 1 2 3 4"})
         EXPECT_EQ(errorOf(line), pick) << line;
     EXPECT_EQ(errorOf("PICK face at 1 2"), "s.session:1: \"face\" is no kind of pick (part, element, node)");
+    EXPECT_EQ(errorOf("PICK node polygon 1 2 3 4 5 6 7"), "s.session:1: the last corner of the polygon has no y");
     EXPECT_EQ(errorOf("PICK part at 1 x"), "s.session:1: \"x\" is no number");
     EXPECT_EQ(errorOf("\nSELECT parts"), "s.session:2: SELECT takes parts, elements or nodes and a list of ids, not 1");
     EXPECT_EQ(errorOf("SELECT faces 1"), "s.session:1: \"faces\" is no kind of selection (parts, elements, nodes)");

@@ -12,9 +12,11 @@ int main()
             drawGoldenScene(scene, std::string(KVO_GOLDEN_DIR) + "/" + scene.name + ".png");
             std::printf("%s\n", scene.name.c_str());
         }
-        const std::string session = std::string(KVO_GOLDEN_DIR) + "/" + goldenSessionName;
-        writeText(session + ".txt", playGoldenSession(goldenSessionText(), session + ".png"));
-        std::printf("%s\n", goldenSessionName);
+        for (const bool contract : {false, true}) {
+            const std::string session = std::string(KVO_GOLDEN_DIR) + "/" + goldenSessionName(contract);
+            writeText(session + ".txt", playGoldenSession(goldenSessionText(), session + ".png", contract));
+            std::printf("%s\n", goldenSessionName(contract).c_str());
+        }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -64,7 +64,7 @@ protected:
         std::vector<ContractHit> expected = contractHits(type, region);
         // A depth of 1 or just below 0 does not fit the 32 bits of a record and wraps round to the other end.
         const bool wrapped = std::any_of(expected.begin(), expected.end(), [](const ContractHit& hit) {
-            return hit.low == 0 || hit.high == 0 || hit.high == 1;
+            return hit.low == 0 || hit.high == 0 || hit.high == 1 || hit.low > hit.high;
         });
         kvo::ThroughPicker picker(*env);
         const std::vector<SceneHit> hits = picker.pick(type, region, view);

@@ -1,0 +1,76 @@
+// Splitting of commands and formats.
+#include "cdb_lines.h"
+
+#include <algorithm>
+
+#include "text/fields.h"
+#include "text/numbers.h"
+
+namespace kvo {
+
+const std::string& CdbCommand::text(std::size_t k) const
+{
+    static const std::string nothing;
+    return k < fields.size() ? fields[k] : nothing;
+}
+
+std::int64_t CdbCommand::integer(std::size_t k) const
+{
+    std::int64_t value = 0;
+    return parseInteger(text(k), value) ? value : 0;
+}
+
+double CdbCommand::real(std::size_t k) const
+{
+    double value = 0.0;
+    return parseReal(text(k), value) ? value : 0.0;
+}
+
+CdbCommand CdbCommand::without(std::size_t first) const
+{
+    const auto begin = fields.begin() + static_cast<std::ptrdiff_t>(std::min(first, fields.size()));
+    return {name, {begin, fields.end()}, place};
+}
+
+CdbCommand parseCdbCommand(std::string_view line, Place place)
+{
+    CdbCommand command;
+    command.place = std::move(place);
+    line = line.substr(0, line.find('!'));
+    std::size_t comma = std::min(line.find(','), line.size());
+    command.name = upperCase(trimmed(line.substr(0, comma)));
+    while (comma < line.size()) {
+        line.remove_prefix(comma + 1);
+        comma = std::min(line.find(','), line.size());
+        command.fields.emplace_back(trimmed(line.substr(0, comma)));
+    }
+    return command;
+}
+
+bool parseCdbFormat(std::string_view line, CdbFormat& format)
+{
+    line = trimmed(line);
+    if (line.size() < 4 || line.front() != '(' || line.back() != ')') {
+        return false;
+    }
+    format = {};
+    const char* p = line.data() + 1;
+    const char* end = line.data() + line.size() - 1;
+    while (p < end) {
+        std::int64_t count = 1;
+        std::int64_t width = 0;
+        scanInteger(p, end, count);
+        const char letter = p < end ? *p++ : '\0';
+        if (!scanInteger(p, end, width) || count < 1 || count > 1000 || width < 1 || width > 1000) {
+            return false;
+        }
+        const bool integer = letter == 'i' || letter == 'I';
+        (integer ? format.integers : format.others) = static_cast<std::size_t>(count);
+        (integer ? format.integerWidth : format.otherWidth) = static_cast<std::size_t>(width);
+        p = std::find(p, end, ','); // over decimals and the width of the exponent
+        p += p < end;
+    }
+    return format.integers + format.others > 0;
+}
+
+} // namespace kvo

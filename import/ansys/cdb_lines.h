@@ -1,0 +1,46 @@
+// The lines of an archive file: commands with fields between commas, and lines of columns.
+#ifndef KVO_IMPORT_ANSYS_CDB_LINES_H
+#define KVO_IMPORT_ANSYS_CDB_LINES_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "place.h"
+
+namespace kvo {
+
+// "NBLOCK,6,SOLID": the name in upper case, and its fields.
+struct CdbCommand
+{
+    std::string name;
+    std::vector<std::string> fields; // trimmed; without the name
+    Place place;
+
+    const std::string& text(std::size_t k) const;
+    // 0 for a blank or missing field, and for what is no number.
+    std::int64_t integer(std::size_t k) const;
+    double real(std::size_t k) const;
+    // The same command without its first fields.
+    CdbCommand without(std::size_t first) const;
+};
+
+// Without the comment behind a "!".
+CdbCommand parseCdbCommand(std::string_view line, Place place);
+
+// "(3i9,6e21.13e3)": so many integers, then so many reals (or texts), and their widths.
+struct CdbFormat
+{
+    std::size_t integers = 0;
+    std::size_t integerWidth = 0;
+    std::size_t others = 0;
+    std::size_t otherWidth = 0;
+};
+
+// False if the line is no such format.
+bool parseCdbFormat(std::string_view line, CdbFormat& format);
+
+} // namespace kvo
+
+#endif

@@ -1,0 +1,52 @@
+// Frames in a given time while the view moves.
+#include <chrono>
+
+#include "scene_view_impl.h"
+
+namespace kvo {
+
+namespace {
+
+double millisecondsNow()
+{
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+std::size_t faceCount(const SceneGeometry& geometry)
+{
+    std::size_t out = 0;
+    for (const FaceKind kind : {Triangles, Quads}) {
+        for (const SurfaceBlock& block : geometry.blocks(kind)) {
+            out += block.indexCount / (kind == Quads ? 4 : 3);
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+// A frame's time goes with its faces: as many are drawn as fit the budget, with some room. Without a measured frame the
+// first one of a movement is exact, and measured.
+const CoarseSurface* SceneView::Impl::chooseSurface()
+{
+    frameStart = millisecondsNow();
+    const float budget = drawnLook.frameBudget;
+    if (!drawnLook.moving || !(budget > 0) || exactFrameMs <= budget) {
+        return nullptr;
+    }
+    const double room = 0.7;
+    coarse.build(geometry, static_cast<std::size_t>(double(faceCount(geometry)) * room * budget / exactFrameMs));
+    stats.coarse = true;
+    return &coarse;
+}
+
+// Waiting for OpenGL costs a little, so it is done only where a budget asks for it.
+void SceneView::Impl::endTiming()
+{
+    if (drawnLook.frameBudget > 0 && !stats.coarse) {
+        glFinish();
+        exactFrameMs = millisecondsNow() - frameStart;
+    }
+}
+
+} // namespace kvo

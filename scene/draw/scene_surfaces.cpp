@@ -1,0 +1,230 @@
+// The passes of a frame over the model: faces, cross-sections, edges, lines, transparent layers.
+#include <algorithm>
+#include <cmath>
+
+#include "caeenv.h"
+#include "scene_view_impl.h"
+#include "section.h"
+
+namespace kvo {
+
+namespace {
+
+// Faces that give way a little to lines on them.
+class FacesGiveWay
+{
+public:
+    explicit FacesGiveWay(bool wanted)
+    {
+        if (wanted) {
+            glEnable(GL_POLYGON_OFFSET_FILL);
+            glPolygonOffset(1, 1);
+        }
+    }
+    ~FacesGiveWay() { glDisable(GL_POLYGON_OFFSET_FILL); }
+    FacesGiveWay(const FacesGiveWay&) = delete;
+    FacesGiveWay& operator=(const FacesGiveWay&) = delete;
+};
+
+} // namespace
+
+// --- What every pass is drawn with
+// ------------------------------------------------------------------------------------------
+
+bool SceneView::Impl::slices() const
+{
+    return drawnLook.section.cut == SceneCut::Slice && planeCuts(drawnLook.section.plane);
+}
+
+SurfaceUniforms SceneView::Impl::uniforms() const
+{
+    SurfaceUniforms out;
+    std::copy(env.colorBlue, env.colorBlue + 4, out.selected);
+    setLights(drawnLook.light, camera, out);
+    if (slices()) { // relative to the geometry's origin; of unit length, for single precision's sake
+        const double* plane = drawnLook.section.plane;
+        const double* o = geometry.origin();
+        const double offset = plane[3] + plane[0] * o[0] + plane[1] * o[1] + plane[2] * o[2];
+        const double length = std::hypot(plane[0], plane[1], plane[2]);
+        for (int k = 0; k < 4; ++k) {
+            out.plane[k] = static_cast<float>((k < 3 ? plane[k] : offset) / length);
+        }
+    }
+    return out;
+}
+
+void SceneView::Impl::use(unsigned int features, const SurfaceUniforms& values)
+{
+    if (slices()) {
+        glEnable(GL_CLIP_DISTANCE0);
+        features |= Cut;
+    }
+    programs.use(features, values);
+}
+
+// For what lies in the section plane itself.
+void SceneView::Impl::useUncut(unsigned int features, const SurfaceUniforms& values)
+{
+    glDisable(GL_CLIP_DISTANCE0);
+    programs.use(features, values);
+}
+
+unsigned int SceneView::Impl::faceFeatures() const
+{
+    const unsigned int looks = elementFeatures();
+    return (key.smooth ? 0u : FlatLight) | (looks ? looks : VertexColors) | (camera.unitScale != 0 ? UnitNormals : 0u);
+}
+
+// Lines and cross-sections: they have no colour attribute.
+unsigned int SceneView::Impl::pieceFeatures() const
+{
+    return FlatLight | elementFeatures() | (camera.unitScale != 0 ? UnitNormals : 0u);
+}
+
+// What differs from element to element.
+unsigned int SceneView::Impl::elementFeatures() const
+{
+    return (state.anyElementSelected() ? ElementStates : 0u) | (elementColors.any() ? ElementColors : 0u);
+}
+
+bool SceneView::Impl::seesBacks() const
+{
+    return slices() || drawnLook.light == SceneLight::Contract;
+}
+
+// --- The passes
+// -------------------------------------------------------------------------------------------------------------
+
+void SceneView::Impl::drawSurfaces(ScenePasses& passes)
+{
+    const SurfaceUniforms values = uniforms();
+    const SceneLines& lines = drawnLook.lines;
+    if (slices() && drawnLook.section.caps) {
+        caps.update(env, geometry, gone, drawnLook.section.plane);
+    }
+    if (lines.feature || lines.free || lines.branching) {
+        surfaceLines.update(env, geometry, gone, drawnLook.featureAngle);
+    }
+    drawFaces(passes, values);
+    if (drawnLook.style != SceneStyle::Shaded) {
+        drawEdges(passes, values);
+    }
+    drawSurfaceLines(passes, values);
+    drawLines(passes, values);
+    if (passes.any(PartShow::Transparent) || passes.any(PartShow::Ghost)) {
+        drawTransparent(passes, values);
+    }
+    glDisable(GL_CLIP_DISTANCE0);
+}
+
+void SceneView::Impl::drawFaces(ScenePasses& passes, const SurfaceUniforms& values)
+{
+    if (drawnLook.style == SceneStyle::Wire) {
+        return;
+    }
+    GLint mode[2];
+    glGetIntegerv(GL_POLYGON_MODE, mode);
+    const SceneLines& lines = drawnLook.lines;
+    const FacesGiveWay giveWay(drawnLook.style != SceneStyle::Shaded || lines.feature || lines.free || lines.branching);
+    const bool hiddenLine = drawnLook.style == SceneStyle::HiddenLine;
+    SurfaceUniforms background = values;
+    glGetFloatv(GL_COLOR_CLEAR_VALUE, background.color);
+    use(hiddenLine ? UniformColor | FlatLight : faceFeatures(), background);
+    state.bindVertexColors();
+    passes.faces(PartShow::Opaque, mode[0] == GL_FILL && !seesBacks());
+    SceneState::unbindVertexColors();
+    drawCaps(passes, PartShow::Opaque, hiddenLine ? UniformColor | FlatLight : pieceFeatures(), background);
+}
+
+void SceneView::Impl::drawCaps(ScenePasses& passes, PartShow show, unsigned int features, const SurfaceUniforms& values)
+{
+    if (slices() && drawnLook.section.caps) {
+        useUncut(features, values);
+        passes.pieces(caps.triangles(), caps.triangleRanges(), GL_TRIANGLES, show);
+    }
+}
+
+// Faces are drawn again as lines; of the cross-sections, the elements' outlines.
+void SceneView::Impl::drawEdges(ScenePasses& passes, const SurfaceUniforms& values)
+{
+    SurfaceUniforms edges = values;
+    std::copy(drawnLook.edgeColor, drawnLook.edgeColor + 4, edges.color);
+    use(UniformColor | FlatLight, edges);
+    glLineWidth(drawnLook.edgeWidth);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    passes.faces(PartShow::Opaque, drawnLook.style != SceneStyle::Wire && !slices());
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    if (slices() && drawnLook.section.caps) {
+        useUncut(UniformColor | FlatLight, edges);
+        passes.pieces(caps.outlines(), caps.outlineRanges(), GL_LINES, PartShow::Opaque);
+    }
+    glLineWidth(1);
+}
+
+// Also of transparent parts, whose layers then lie over them.
+void SceneView::Impl::drawSurfaceLines(ScenePasses& passes, const SurfaceUniforms& values)
+{
+    const SceneLines& lines = drawnLook.lines;
+    const struct
+    {
+        bool shown;
+        SurfaceLineKind kind;
+        const float* color;
+    } rows[] = {{lines.feature, FeatureLines, lines.featureColor},
+                {lines.free, FreeLines, lines.freeColor},
+                {lines.branching, BranchingLines, lines.branchingColor}};
+    glLineWidth(lines.width);
+    for (const auto& row : rows) {
+        if (!row.shown) {
+            continue;
+        }
+        SurfaceUniforms colored = values;
+        std::copy(row.color, row.color + 4, colored.color);
+        use(UniformColor | FlatLight, colored);
+        passes.pieces(surfaceLines.buffer(), surfaceLines.ranges(row.kind), GL_LINES, PartShow::Opaque);
+        passes.pieces(surfaceLines.buffer(), surfaceLines.ranges(row.kind), GL_LINES, PartShow::Transparent);
+    }
+    glLineWidth(1);
+}
+
+// Beams and springs. Lines have no sides: they show their colour as it is.
+void SceneView::Impl::drawLines(ScenePasses& passes, SurfaceUniforms values)
+{
+    values.ambient = 1;
+    values.diffuse[0] = values.diffuse[1] = 0;
+    use(pieceFeatures(), values);
+    glLineWidth(drawnLook.lineWidth);
+    glDepthRange(0, nearerDepth);
+    passes.lines(PartShow::Opaque);
+    glDepthRange(0, 1);
+    glLineWidth(1);
+}
+
+// What draws the layers together knows no cutting plane.
+void SceneView::Impl::drawTransparent(ScenePasses& passes, const SurfaceUniforms& values)
+{
+    const auto drawOpaque = [&] {
+        use(UniformColor | FlatLight, values);
+        passes.faces(PartShow::Opaque, !slices());
+        drawCaps(passes, PartShow::Opaque, UniformColor | FlatLight, values);
+        glDisable(GL_CLIP_DISTANCE0);
+    };
+    const auto drawLayers = [&] {
+        use(faceFeatures() | Layers, values);
+        state.bindVertexColors();
+        passes.faces(PartShow::Transparent, false);
+        SceneState::unbindVertexColors();
+        drawCaps(passes, PartShow::Transparent, pieceFeatures() | Layers, values);
+        use(pieceFeatures() | Layers, values);
+        passes.lines(PartShow::Transparent);
+        SurfaceUniforms ghost = values;
+        std::copy(drawnLook.ghostColor, drawnLook.ghostColor + 4, ghost.color);
+        use(UniformColor | FlatLight | Layers, ghost);
+        passes.faces(PartShow::Ghost, false);
+        passes.lines(PartShow::Ghost);
+        glDisable(GL_CLIP_DISTANCE0);
+    };
+    layers.draw(camera.viewport, drawOpaque, drawLayers);
+}
+
+} // namespace kvo

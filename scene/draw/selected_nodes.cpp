@@ -1,0 +1,78 @@
+// Selected nodes as points in the selection colour.
+#include <vector>
+
+#include "caeenv.h"
+#include "scene_view_impl.h"
+#include "section.h"
+
+namespace kvo {
+
+namespace {
+
+// Gathers the selected ones among nodes that can be seen.
+class NodePoints
+{
+public:
+    // plane: null where nothing is sliced.
+    NodePoints(const double slicingPlane[4], const double sceneOrigin[3]) : plane(slicingPlane), origin(sceneOrigin) {}
+
+    // there: per node, 0 where it is not; may be empty.
+    void gather(const char* flags, const float* values, unsigned int count, const std::vector<char>& there)
+    {
+        for (unsigned int k = 0; flags && values && k < count; ++k) {
+            const float* at = values + 3 * std::size_t(k);
+            if (flags[k] == SELECTED_CHAR && (there.empty() || there[k]) && kept(at)) {
+                for (int axis = 0; axis < 3; ++axis) {
+                    points.push_back(static_cast<float>(at[axis] - origin[axis]));
+                }
+            }
+        }
+    }
+    const std::vector<float>& found() const { return points; }
+
+private:
+    bool kept(const float* p) const
+    {
+        return !plane || plane[0] * p[0] + plane[1] * p[1] + plane[2] * p[2] + plane[3] >= 0;
+    }
+
+    const double* const plane;
+    const double* const origin;
+    std::vector<float> points;
+};
+
+} // namespace
+
+// With the matrices of the scene's geometry. Where whole elements are away, so are nodes that no other element has.
+void SceneView::Impl::drawSelectedNodes()
+{
+    NodePoints points(slices() ? drawnLook.section.plane : nullptr, geometry.origin());
+    for (unsigned int k = 0; k < env.numParts; ++k) {
+        const PartInfoStr& part = env.partsInfoList[k];
+        if ((part.partFlag & PART_NODES_SELECTED) && !(part.partFlag & PART_HIDDEN)) {
+            const std::vector<char> there = key.withoutRemoved && part.partNodes.selectedNodes
+                                                ? nodesInUse(part, k < gone.size() ? gone[k] : ElementMask())
+                                                : std::vector<char>();
+            points.gather(part.partNodes.selectedNodes, part.partNodes.nodeValues, part.partNodes.numNodes, there);
+        }
+    }
+    if (env.compFlag & NODE_LIST_SELECTED) {
+        points.gather(env.selectedNodes, env.nodeValues, env.numNodes, {});
+    }
+    if (points.found().empty()) {
+        return;
+    }
+    glUseProgram(0);
+    glDisable(GL_LIGHTING);
+    glPointSize(drawnLook.nodeSize);
+    glColor4fv(env.colorBlue);
+    glDepthRange(0, nearerDepth * nearerDepth); // before lines
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, points.found().data());
+    glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(points.found().size() / 3));
+    glDisableClientState(GL_VERTEX_ARRAY);
+    glDepthRange(0, 1);
+    ++stats.drawCalls;
+}
+
+} // namespace kvo

@@ -1,0 +1,314 @@
+// Archive files.
+#include "deck_outcome.h"
+
+#include "ansys/cdb_lines.h"
+#include "ansys/cdb_reader.h"
+
+namespace {
+
+class Cdb : public DeckOutcomeTest
+{
+protected:
+    kvo::Mesh readCdb(const std::string& text) { return read("/PREP7\n" + text + "FINISH\n", "deck.cdb"); }
+};
+
+std::string columns(const std::vector<std::int64_t>& values, std::size_t width = 9)
+{
+    std::string text;
+    for (const std::int64_t value : values) {
+        const std::string digits = std::to_string(value);
+        text += std::string(width - digits.size(), ' ') + digits;
+    }
+    return text + "\n";
+}
+
+// Nodes 1 to count at (id, 0, 0).
+std::string nodes(int count)
+{
+    std::string text = "NBLOCK,6,SOLID,100," + std::to_string(count) + "\n(3i9,6e21.13e3)\n";
+    for (int id = 1; id <= count; ++id) {
+        text += columns({id, 0, 0}).substr(0, 27) + " " + std::to_string(id) + ".0\n";
+    }
+    return text + "N,R5.3,LOC,       -1,\n";
+}
+
+struct Attributes
+{
+    std::int64_t material = 1;
+    std::int64_t type = 1;
+    std::int64_t real = 1;
+    std::int64_t section = 1;
+};
+
+std::string element(std::int64_t id, const Attributes& a, const std::vector<std::int64_t>& nodes)
+{
+    std::vector<std::int64_t> first = {
+        a.material, a.type, a.real, a.section, 0, 0, 0, 0, static_cast<std::int64_t>(nodes.size()), 0, id};
+    const std::size_t here = std::min<std::size_t>(nodes.size(), 8);
+    first.insert(first.end(), nodes.begin(), nodes.begin() + static_cast<std::ptrdiff_t>(here));
+    std::string text = columns(first);
+    if (nodes.size() > here) {
+        text += columns({nodes.begin() + static_cast<std::ptrdiff_t>(here), nodes.end()});
+    }
+    return text;
+}
+
+std::string block(const std::string& elements)
+{
+    return "EBLOCK,19,SOLID,100\n(19i9)\n" + elements + "       -1\n";
+}
+
+Ids idsOf(const kvo::MeshSet& set)
+{
+    Ids ids;
+    set.ids.forEach([&](std::int64_t id) { ids.push_back(id); });
+    return ids;
+}
+
+} // namespace
+
+TEST_F(Cdb, WidthsComeFromTheFormatLine)
+{
+    const kvo::Mesh mesh =
+        readCdb("ET,1,SHELL181\nNBLOCK,6,SOLID\n(3i8,6e16.9)\n"
+                "       1       0       0 -6.01747084    -0.250000000    -0.260074407    \n"
+                "       2       0       0                 0.500000000\n"
+                "       3\n"
+                "N,R5.3,LOC,     -1,\n"
+                "NBLOCK,3\n(1i10,3e21.13e3)\n"
+                "1000000004 1.0000000000000E+000-2.0000000000000E+000 3.0000000000000E-001\n"
+                "-1\n"
+                "EBLOCK,19,SOLID\n(19i10)\n" +
+                columns({1, 1, 1, 1, 0, 0, 0, 0, 4, 0, 7, 1, 2, 3, 1000000004}, 10) + "        -1\n");
+    EXPECT_EQ(pointOf(mesh, 1), (Point{-6.01747084, -0.25, -0.260074407}));
+    EXPECT_EQ(pointOf(mesh, 2), (Point{0, 0.5, 0})) << "trailing zeros are left out";
+    EXPECT_EQ(pointOf(mesh, 3), (Point{0, 0, 0}));
+    EXPECT_EQ(pointOf(mesh, 1000000004), (Point{1, -2, 0.3}));
+    EXPECT_EQ(nodesOf(mesh, 7), (Ids{1, 2, 3, 1000000004}));
+}
+
+TEST_F(Cdb, FormatsOfBlocks)
+{
+    kvo::CdbFormat format;
+    ASSERT_TRUE(kvo::parseCdbFormat("(2i8,6g16.9) ", format));
+    EXPECT_EQ(format.integers, 2u);
+    EXPECT_EQ(format.integerWidth, 8u);
+    EXPECT_EQ(format.others, 6u);
+    EXPECT_EQ(format.otherWidth, 16u);
+    ASSERT_TRUE(kvo::parseCdbFormat("(I10)", format));
+    EXPECT_EQ(format.integers, 1u);
+    for (const char* text : {"", "()", "(i)", "3i9,6e21", "(3i9,e)", "(9999999i9)", "(3i0)", "(,)"}) {
+        EXPECT_FALSE(kvo::parseCdbFormat(text, format)) << text;
+    }
+}
+
+TEST_F(Cdb, RepeatedNodesMakeOtherShapes)
+{
+    const kvo::Mesh mesh = readCdb(
+        "ET,1,186\nET,2,185\nET,3,281\nET,4,187\n" + nodes(20) +
+        block(element(1, {}, {1, 2, 3, 3, 5, 5, 5, 5, 9, 10, 3, 12, 5, 5, 5, 5, 17, 18, 19, 19}) +
+              element(2, {}, {1, 2, 3, 4, 5, 5, 5, 5, 9, 10, 11, 12, 5, 5, 5, 5, 17, 18, 19, 20}) +
+              element(3, {}, {1, 2, 3, 3, 5, 6, 7, 7, 0, 0, 3, 0, 0, 0, 7, 0, 0, 0, 0, 19}) +
+              element(4, {1, 2}, {1, 2, 3, 4, 5, 6, 7, 8}) + element(5, {1, 3}, {1, 2, 3, 3, 9, 10, 3, 12}) +
+              element(6, {1, 3}, {1, 2, 3, 4, 9, 10, 11, 12}) + element(7, {1, 4}, {1, 2, 3, 5, 9, 10, 11, 12, 13})));
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3, 5}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, 3, 4, 5}));
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2, 3, 5, 6, 7})) << "mid-side nodes may be missing";
+    EXPECT_EQ(nodesOf(mesh, 4), (Ids{1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(nodesOf(mesh, 5), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(mesh, 6), (Ids{1, 2, 3, 4}));
+    EXPECT_EQ(nodesOf(mesh, 7), (Ids{1, 2, 3, 5}));
+}
+
+TEST_F(Cdb, TrianglesOfSixNodesAreToldByTheirOption)
+{
+    const std::string elements = block(element(1, {1, 1}, {1, 2, 3, 4, 5, 6}) + element(2, {1, 2}, {1, 2, 3, 4, 5, 6}));
+    const kvo::Mesh mesh = readCdb("ET,1,PLANE183\nKEYOPT,1,1,1\nET,2,PLANE183\n" + nodes(6) + elements);
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, 3, 4}));
+}
+
+TEST_F(Cdb, BeamsHaveTheirThirdNodeBehindTheOthers)
+{
+    const kvo::Mesh mesh =
+        readCdb("ET,1,188\nET,2,BEAM189\nET,3,LINK180\n" + nodes(5) +
+                block(element(1, {1, 1}, {1, 2, 5}) + element(2, {1, 1}, {2, 3}) + element(3, {1, 2}, {1, 3, 2, 5}) +
+                      element(4, {1, 2}, {1, 3, 2}) + element(5, {1, 3}, {3, 4})));
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 5}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{2, 3, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 3, 5}));
+    EXPECT_EQ(nodesOf(mesh, 4), (Ids{1, 3, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 5), (Ids{3, 4, kvo::noNode}));
+}
+
+TEST_F(Cdb, SpringsMassesAndContacts)
+{
+    const kvo::Mesh mesh =
+        readCdb("ET,1,14\nET,2,COMBIN39\nET,3,40\nET,4,21\nET,5,174\nET,6,154\nR,7,1000.,0.5\n" + nodes(4) +
+                block(element(1, {1, 1, 7}, {1, 2}) + element(2, {1, 2, 8}, {1}) + element(3, {1, 3, 9}, {3, 4}) +
+                      element(4, {1, 4, 9}, {3}) + element(5, {1, 5}, {1, 2, 3, 4}) + element(6, {1, 6}, {1, 2, 3, 4}) +
+                      element(7, {1, 77}, {1, 2})));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 1}));
+    EXPECT_EQ(partOf(mesh, 1).data.stiffness, 1000.0);
+    EXPECT_EQ(partOf(mesh, 1).data.damping, 0.5);
+    EXPECT_EQ(partOf(mesh, 1).id, 7) << "that of its real constants";
+    EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "MASS21"), 1u);
+    EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "CONTA174"), 1u);
+    EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "type 77 without ET"), 1u);
+    ASSERT_EQ(mesh.files[0].undrawn.size(), 4u);
+    EXPECT_EQ(mesh.files[0].undrawn[0].nodes, Ids{3});
+}
+
+TEST_F(Cdb, PartsAreTypeRealMaterialAndSection)
+{
+    const kvo::Mesh mesh =
+        readCdb("ET,1,181\nET,2,188\nSECTYPE,4,SHELL,,Skin Top\nSECBLOCK,2\n 0.5, 1, 0.0, 3\n 0.25,1,90.,3\n"
+                "SECTYPE,5,BEAM,RECT,\nSECDATA, 2.0, 3.0,\n"
+                "RLBLOCK,2,9,12,7\n(2i8,6g16.9)\n(7g16.9)\n"
+                "       8       8             1.5             0.0             0.0             0.0"
+                "             0.0             0.0\n"
+                "             9.0            10.0\n"
+                "       9       1             2.5\n" +
+                nodes(4) +
+                block(element(1, {1, 1, 1, 4}, {1, 2, 3, 4}) + element(2, {2, 1, 1, 4}, {1, 2, 3, 4}) +
+                      element(3, {1, 1, 8, 0}, {1, 2, 3, 4}) + element(4, {1, 2, 1, 5}, {1, 2}) +
+                      element(5, {1, 1, 9, 0}, {1, 2, 3, 4})));
+    ASSERT_EQ(mesh.parts.size(), 5u);
+    EXPECT_EQ(partOf(mesh, 1).name, "Skin Top");
+    EXPECT_EQ(partOf(mesh, 1).id, 4);
+    EXPECT_EQ(partOf(mesh, 1).data.thickness, 0.75);
+    EXPECT_EQ(partOf(mesh, 2).id, 0) << "the writer gives it one: another part has 4";
+    EXPECT_EQ(partOf(mesh, 2).materialId, 2);
+    EXPECT_EQ(partOf(mesh, 3).name, "SHELL181 type 1 real 8 mat 1 sec 0");
+    EXPECT_EQ(partOf(mesh, 3).data.thickness, 1.5);
+    EXPECT_EQ(partOf(mesh, 5).data.thickness, 2.5);
+    EXPECT_EQ(partOf(mesh, 4).data.shape, "RECT");
+    EXPECT_EQ(partOf(mesh, 4).data.sizes, (std::vector<double>{2, 3}));
+}
+
+TEST_F(Cdb, TypesFromABlock)
+{
+    const kvo::Mesh mesh = readCdb("ETBLOCK,        1,        1\n(2i9,19a9)\n" + columns({3, 185, 0, 0, 2}) +
+                                   "       -1\n" + nodes(8) + block(element(1, {1, 3}, {1, 2, 3, 4, 5, 6, 7, 8})));
+    EXPECT_EQ(nodesOf(mesh, 1).size(), 8u);
+    EXPECT_EQ(mesh.types[0].name, "SOLID185");
+}
+
+TEST_F(Cdb, ComponentsHaveRanges)
+{
+    const kvo::Mesh mesh = readCdb(
+        "ET,1,181\n" + nodes(9) + block(element(1, {}, {1, 2, 3, 4}) + element(2, {}, {1, 2, 3, 4})) +
+        "CMBLOCK,N_BASE  ,NODE,       5  ! users node component definition\n(4i10)\n" + columns({1, -3, 5, 7}, 10) +
+        columns({-9}, 10) + "CMBLOCK,ALL_ELEMENTS,ELEM,       2\n(8i10)\n" + columns({1, -2}, 10));
+    ASSERT_EQ(mesh.sets.size(), 2u);
+    EXPECT_EQ(mesh.sets[0].name, "N_BASE");
+    EXPECT_EQ(idsOf(mesh.sets[0]), (Ids{1, 2, 3, 5, 7, 8, 9}));
+    EXPECT_EQ(mesh.sets[1].of, kvo::MeshSet::Of::Elements);
+    EXPECT_EQ(idsOf(mesh.sets[1]), (Ids{1, 2}));
+}
+
+TEST_F(Cdb, ElementsWithoutBlocks)
+{
+    const kvo::Mesh mesh =
+        readCdb("et,1,solid185\nET,2,SHELL181\nN,1,1.,2.,3.\nN,R5.3,LOC,2,0,0,4.,5.,6.\nN,R5.3,ANG,2,0,0,9.,9.,9.\n"
+                "N,3,1.\nN,4,2.\nN,5,3.\nN,6,4.\nN,7,5.\nN,8,6.\n"
+                "TYPE,1\nMAT,3\nREAL,4\nSECNUM,5\nE,1,2,3,4,5,6,7,8\n"
+                "TYPE,2\nEN,9,1,2,3,4\nE,5,6,7,7\n"
+                "EN,R5.5,ATTR,8,1,1,1,1,0,20,0,0\nEN,R5.5,NODE,8,7,6,5,4,3,2,1\n");
+    EXPECT_EQ(pointOf(mesh, 2), (Point{4, 5, 6}));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 9, 10, 20}));
+    EXPECT_EQ(nodesOf(mesh, 10), (Ids{5, 6, 7}));
+    EXPECT_EQ(nodesOf(mesh, 20), (Ids{8, 7, 6, 5, 4, 3, 2, 1}));
+    EXPECT_EQ(partOf(mesh, 1).propertyId, 5);
+    // A block without SOLID: id, section, real, material, system, nodes.
+    const kvo::Mesh plain = readCdb("ET,4,181\n" + nodes(4) + "TYPE,4\nEBLOCK,10\n(15i9)\n" +
+                                    columns({7, 1, 2, 3, 0, 1, 2, 3, 4}) + "       -1\n");
+    EXPECT_EQ(nodesOf(plain, 7), (Ids{1, 2, 3, 4}));
+    EXPECT_EQ(partOf(plain, 7).materialId, 3);
+}
+
+TEST_F(Cdb, CommandsMayLackTheirFields)
+{
+    const kvo::Mesh mesh =
+        readCdb("ET,1,181\nR\nRMORE\nET\nKEYOPT\nSECTYPE\nSECDATA\nN\nTYPE\nEN\nE\nEMORE\nEN,R5.5\n" + nodes(4) +
+                "EN,R5.5,ATTR\nEN,R5.5,NODE\n" + block(element(1, {}, {1, 2, 3, 4})));
+    EXPECT_EQ(elementIds(mesh), Ids{1});
+}
+
+TEST_F(Cdb, WhatIsNotReadIsCounted)
+{
+    const kvo::Mesh mesh =
+        readCdb("/TITLE,Board\n/UNITS,MPA\nMPDATA,EX,1,1,5.\nMPDATA,NUXY,1,1,.3\nSFE,1\n! a comment, too\n" + nodes(1));
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "MPDATA"), 2u);
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "SFE"), 1u);
+    EXPECT_EQ(log.lists().size(), 1u);
+    EXPECT_EQ(mesh.facts[0].second, "Board");
+    EXPECT_EQ(mesh.facts[1].second, "MPA");
+}
+
+TEST_F(Cdb, CommandsMayStandInLinesOfGeometry)
+{
+    const auto padded = [](std::string text, const char* end) {
+        return text + std::string(72 - text.size(), ' ') + end + "\n";
+    };
+    const kvo::Mesh mesh = readCdb(padded("/TITLE,Board", "S      1") + padded("1H,,1H;,5HANSYS", "G      1") +
+                                   padded("ET,1,181", "S      2") + nodes(4) + block(element(1, {}, {1, 2, 3, 4})));
+    EXPECT_EQ(mesh.facts[0].second, "Board");
+    EXPECT_EQ(elementIds(mesh), Ids{1});
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "lines of IGES geometry"), 1u);
+}
+
+TEST_F(Cdb, FilesAreKnownByTheirBlocks)
+{
+    const struct
+    {
+        const char* text;
+        bool own;
+    } rows[] = {{"/COM,ANSYS RELEASE\n", true},
+                {"! x\n/prep7\n", true},
+                {"ET,1,181\nNBLOCK,6,SOLID\n", true},
+                {"*NODE\n1,0,0,0\n", false},
+                {"GRID,1\nNBLOCKS\n", false}};
+    for (const auto& row : rows) {
+        const kvo::MappedFile file(write("deck", row.text));
+        EXPECT_EQ(kvo::looksLikeCdb(file), row.own) << row.text;
+    }
+}
+
+TEST_F(Cdb, CountsOfBlocksAreChecked)
+{
+    const std::string begin = "ET,1,181\n" + nodes(4);
+    const std::string one = columns({1, 1, 1, 1, 0, 0, 0, 0, 4, 0, 7, 1, 2, 3, 4});
+    readCdb(begin + "EBLOCK,19,SOLID,7,2\n(19i9)\n" + one + "       -1\n");
+    EXPECT_EQ(log.warningCount("blocks with another count than they say"), 1u);
+    // All elements, but no end of the block.
+    EXPECT_EQ(read("/PREP7\n" + begin + "EBLOCK,19,SOLID,7,1\n(19i9)\n" + one, "deck.cdb").elementCount(), 1u);
+    EXPECT_EQ(log.warningCount("blocks without an end"), 1u);
+    EXPECT_TRUE(contains(readError("/PREP7\n" + begin + "EBLOCK,19,SOLID,7,2\n(19i9)\n" + one, "deck.cdb"),
+                         "cut off inside the EBLOCK of line 10"));
+}
+
+TEST_F(Cdb, DamageIsSaid)
+{
+    const std::string deck =
+        "/PREP7\nET,1,181\n" + nodes(4) + block(element(1, {}, {1, 2, 3, 4}) + element(2, {}, {1, 2, 3, 4}));
+    expectComplaintsWhenCutOff(deck, "deck.cdb");
+    EXPECT_TRUE(
+        contains(readError("/PREP7\nNBLOCK,6,SOLID\nnone\n", "deck.cdb"), "deck.cdb:3: behind NBLOCK a format"));
+    EXPECT_TRUE(contains(readError("/PREP7\nNBLOCK,6,SOLID\n(3i9,6e21.13e3)\n  1x\n", "deck.cdb"), "deck.cdb:4: "));
+    EXPECT_TRUE(contains(readError("/PREP7\nNBLOCK,6,SOLID\n(1i9,6e21.13e3)\n        1 1.e9999\n", "deck.cdb"),
+                         "deck.cdb:4: "));
+    EXPECT_TRUE(contains(
+        readError("/PREP7\n" + nodes(1) + block(element(1, {}, {1, 2, 3}).replace(71, 10, " 999999999")), "deck.cdb"),
+        "deck.cdb:"));
+    EXPECT_TRUE(contains(readError("/PREP7\n" + nodes(1) + "CMBLOCK,A,NODE,2000000000\n(8i10)\n", "deck.cdb"),
+                         "deck.cdb:7: cut off"));
+    EXPECT_TRUE(contains(readError("/PREP7\nRLBLOCK,2000000000,1,1,7\n(2i8,6g16.9)\n(7g16.9)\n", "deck.cdb"),
+                         "deck.cdb:4: cut off"));
+    EXPECT_TRUE(contains(readError("/PREP7\nCMBLOCK,A,NODE,2\n(8i10)\n" + columns({9, -3}, 10), "deck.cdb"),
+                         "deck.cdb:4: component A"));
+    readCdb("ET,1,181\n" + nodes(3) + block(element(1, {}, {1, 2, 99}) + element(2, {}, {1, 2})));
+    EXPECT_EQ(log.warningCount(kvo::warnMissingNode), 1u);
+    EXPECT_EQ(log.warningCount("elements with too few nodes"), 1u);
+}
