@@ -1,8 +1,8 @@
 // What a frame costs: the drawing library's own, and SceneView's, on the same model in the same run.
 //
 //   bench_frames [--benchmark_...]
-// Rows: SHAPE/PATH/N for N elements, SHAPE quads or hexahedra; quads also zoomed in 20 times; parts/N for N parts of 100
-// quadrilaterals against one part of as many. Then the ratios. Exit code 0.
+// Rows: SHAPE/PATH/N for N elements, SHAPE quads or hexahedra; quads also zoomed in 20 times; parts/N for N parts of
+// 100 quadrilaterals against one part of as many. Then the ratios. Exit code 0.
 #include <GL/gl.h>
 #include <benchmark/benchmark.h>
 
@@ -88,41 +88,50 @@ void benchShape(bool solids, std::size_t elements, float zoom, int iterations)
     const std::string name = std::string(solids ? "hexahedra" : "quads") + (zoom > 1 ? "-zoomed" : "");
     for (const char* path : {"contract", "scene"}) {
         const std::string row = name + "/" + path + "/" + std::to_string(elements);
-        benchmark::RegisterBenchmark(row.c_str(), [=](benchmark::State& state) {
-            BenchModel model(oneModel(solids, elements), WIDTH, HEIGHT, GL_SMOOTH, device);
-            if (zoom > 1)
-                zoomIn(model.environment(), zoom);
-            if (std::string(path) == "contract") {
-                measure(state, row, [&] { contractFrame(model); });
-                return;
-            }
-            kvo::SceneView view(model.environment());
-            state.counters["first_ms"] = millisecondsOf([&] {
-                view.draw();
-                glFinish();
-            });
-            measure(state, row, [&] {
-                view.draw();
-                glFinish();
-            });
-            state.counters["buffer_bytes_per_element"] = double(view.bufferBytes()) / double(elements);
-            state.counters["calls"] = double(view.lastFrame().drawCalls);
-        })->UseManualTime()->Iterations(iterations)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(row.c_str(),
+                                     [=](benchmark::State& state) {
+                                         BenchModel model(oneModel(solids, elements), WIDTH, HEIGHT, GL_SMOOTH, device);
+                                         if (zoom > 1)
+                                             zoomIn(model.environment(), zoom);
+                                         if (std::string(path) == "contract") {
+                                             measure(state, row, [&] { contractFrame(model); });
+                                             return;
+                                         }
+                                         kvo::SceneView view(model.environment());
+                                         state.counters["first_ms"] = millisecondsOf([&] {
+                                             view.draw();
+                                             glFinish();
+                                         });
+                                         measure(state, row, [&] {
+                                             view.draw();
+                                             glFinish();
+                                         });
+                                         state.counters["buffer_bytes_per_element"] =
+                                             double(view.bufferBytes()) / double(elements);
+                                         state.counters["calls"] = double(view.lastFrame().drawCalls);
+                                     })
+            ->UseManualTime()
+            ->Iterations(iterations)
+            ->Unit(benchmark::kMillisecond);
     }
 }
 
 void benchParts(std::size_t parts, std::size_t elements)
 {
     const std::string row = "parts/" + std::to_string(parts);
-    benchmark::RegisterBenchmark(row.c_str(), [=](benchmark::State& state) {
-        BenchModel model(manyParts(parts, elements), WIDTH, HEIGHT, GL_SMOOTH, device);
-        kvo::SceneView view(model.environment());
-        measure(state, row, [&] {
-            view.draw();
-            glFinish();
-        });
-        state.counters["calls"] = double(view.lastFrame().drawCalls);
-    })->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(row.c_str(),
+                                 [=](benchmark::State& state) {
+                                     BenchModel model(manyParts(parts, elements), WIDTH, HEIGHT, GL_SMOOTH, device);
+                                     kvo::SceneView view(model.environment());
+                                     measure(state, row, [&] {
+                                         view.draw();
+                                         glFinish();
+                                     });
+                                     state.counters["calls"] = double(view.lastFrame().drawCalls);
+                                 })
+        ->UseManualTime()
+        ->Iterations(10)
+        ->Unit(benchmark::kMillisecond);
 }
 
 // All elements of a part change their selection between two frames; what the second costs more than one without.
@@ -130,32 +139,37 @@ void benchSelection(std::size_t elements)
 {
     for (const bool changing : {false, true}) {
         const std::string row = std::string("selection/") + (changing ? "changed" : "same");
-        benchmark::RegisterBenchmark(row.c_str(), [=](benchmark::State& state) {
-            BenchModel model(oneModel(false, elements), 64, 64, GL_SMOOTH, device);
-            CAEEnv& env = model.environment();
-            env.createElementSelectedList();
-            PartInfoStr& part = env.partsInfoList[0];
-            part.partFlag |= PART_ELEMENTS_SELECTED;
-            kvo::SceneView view(env);
-            bool on = false;
-            measure(state, row, [&] {
-                view.draw();
-                glFinish();
-            });
-            // Only what is picked up counts, so the characters are changed outside the measured time.
-            double least = 1e9;
-            for (int k = 0; k < 10; ++k) {
-                on = !on;
-                if (changing)
-                    std::fill_n(part.partElements.selectedList, elements, on ? '1' : '0');
-                least = std::min(least, millisecondsOf([&] {
-                                     view.draw();
-                                     glFinish();
-                                 }));
-            }
-            fastest[row] = least;
-            state.counters["frame_ms"] = least;
-        })->UseManualTime()->Iterations(3)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(row.c_str(),
+                                     [=](benchmark::State& state) {
+                                         BenchModel model(oneModel(false, elements), 64, 64, GL_SMOOTH, device);
+                                         CAEEnv& env = model.environment();
+                                         env.createElementSelectedList();
+                                         PartInfoStr& part = env.partsInfoList[0];
+                                         part.partFlag |= PART_ELEMENTS_SELECTED;
+                                         kvo::SceneView view(env);
+                                         bool on = false;
+                                         measure(state, row, [&] {
+                                             view.draw();
+                                             glFinish();
+                                         });
+                                         // Only what is picked up counts, so the characters are changed outside the
+                                         // measured time.
+                                         double least = 1e9;
+                                         for (int k = 0; k < 10; ++k) {
+                                             on = !on;
+                                             if (changing)
+                                                 std::fill_n(part.partElements.selectedList, elements, on ? '1' : '0');
+                                             least = std::min(least, millisecondsOf([&] {
+                                                                  view.draw();
+                                                                  glFinish();
+                                                              }));
+                                         }
+                                         fastest[row] = least;
+                                         state.counters["frame_ms"] = least;
+                                     })
+            ->UseManualTime()
+            ->Iterations(3)
+            ->Unit(benchmark::kMillisecond);
     }
 }
 

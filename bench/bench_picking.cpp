@@ -20,6 +20,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "bench_model.h"
 #include "boundbox.h"
 #include "caeenv.h"
 #include "headless_context.h"
@@ -33,38 +34,6 @@
 namespace {
 
 constexpr int WIDTH = 1280, HEIGHT = 960;
-
-template <class T> T* copied(const std::vector<T>& values)
-{
-    T* array = new T[values.size()];
-    std::copy(values.begin(), values.end(), array);
-    return array;
-}
-
-// The mesh as the reader delivers it: arrays made with new[], corners as positions.
-PartInfoStr partOf(const GeneratedMesh& mesh)
-{
-    PartInfoStr part = {};
-    part.partDrawType = mesh.drawType;
-    part.partFlag = PART_SHOWN;
-    std::fill_n(part.partColor, 4, 1.0f);
-    part.partNodes.numNodes = static_cast<unsigned int>(mesh.nodeIds.size());
-    part.partNodes.idList = copied(mesh.nodeIds);
-    part.partNodes.nodeValues = copied(mesh.xyz);
-    part.partElements.numElements = static_cast<unsigned int>(mesh.corners.size());
-    part.partElements.nodesPerElement = mesh.stride;
-    part.partElements.elmIndices = copied(mesh.corners);
-    for (std::size_t k = 0; k < mesh.corners.size(); ++k)
-        part.partElements.elmIndices[k] -= mesh.nodeIds[0];
-    for (int axis = 0; axis < 3; ++axis) {
-        part.partExtents[2 * axis] = part.partExtents[2 * axis + 1] = mesh.xyz[static_cast<std::size_t>(axis)];
-        for (std::size_t k = static_cast<std::size_t>(axis); k < mesh.xyz.size(); k += 3) {
-            part.partExtents[2 * axis] = std::min(part.partExtents[2 * axis], mesh.xyz[k]);
-            part.partExtents[2 * axis + 1] = std::max(part.partExtents[2 * axis + 1], mesh.xyz[k]);
-        }
-    }
-    return part;
-}
 
 // A model of one part in a context of its own, one frame drawn. Nothing is printed while it lives.
 class Scene

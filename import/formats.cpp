@@ -65,7 +65,7 @@ const std::vector<DeckFormat>& deckFormats()
          "shells, solids, beams, rods, springs; one part per physical property; groups, units", looksLikeUnv, readUnv},
 #endif
 #ifdef KVO_FORMAT_KEYWORD
-        {"keyword", "LS-DYNA keyword", ".k .key .dyn",
+        {"keyword", "Keyword", ".k .key .dyn",
          "shells, solids, beams, discrete elements; one part per *PART; sets, includes, transformed includes",
          looksLikeKeyword, readKeyword},
 #endif

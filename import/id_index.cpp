@@ -21,12 +21,7 @@ IdIndex::IdIndex(const std::vector<std::int64_t>& ids)
     const auto range = std::minmax_element(ids.begin(), ids.end());
     low = *range.first;
     high = *range.second;
-    const std::uint64_t span = static_cast<std::uint64_t>(high) - static_cast<std::uint64_t>(low);
-    if (span < tableSlack * ids.size() + smallTable) {
-        table.assign(span + 1, none);
-        for (std::size_t k = 0; k < ids.size(); ++k) {
-            table[static_cast<std::uint64_t>(ids[k] - low)] = static_cast<std::uint32_t>(k);
-        }
+    if (makePages(ids)) {
         return;
     }
     sorted.reserve(ids.size());
@@ -34,6 +29,36 @@ IdIndex::IdIndex(const std::vector<std::int64_t>& ids)
         sorted.emplace_back(ids[k], static_cast<std::uint32_t>(k));
     }
     std::sort(sorted.begin(), sorted.end());
+}
+
+// False where the ids are too scattered for it.
+bool IdIndex::makePages(const std::vector<std::int64_t>& ids)
+{
+    const std::uint64_t most = tableSlack * ids.size() + smallTable;
+    const std::uint64_t span = static_cast<std::uint64_t>(high) - static_cast<std::uint64_t>(low);
+    if (span / pageSize >= most) {
+        return false;
+    }
+    pages.assign(span / pageSize + 1, 0);
+    const auto offsetOf = [&](std::int64_t id) {
+        return static_cast<std::uint64_t>(id) - static_cast<std::uint64_t>(low);
+    };
+    std::uint32_t used = 1;
+    for (const std::int64_t id : ids) {
+        std::uint32_t& page = pages[offsetOf(id) / pageSize];
+        used += page == 0;
+        page = page == 0 ? used - 1 : page;
+    }
+    if (used * pageSize > most + pageSize) {
+        pages = {};
+        return false;
+    }
+    table.assign(used * pageSize, none);
+    for (std::size_t k = 0; k < ids.size(); ++k) {
+        const std::uint64_t offset = offsetOf(ids[k]);
+        table[pages[offset / pageSize] * pageSize + offset % pageSize] = static_cast<std::uint32_t>(k);
+    }
+    return true;
 }
 
 std::uint32_t IdIndex::findSorted(std::int64_t id) const

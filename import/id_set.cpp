@@ -14,6 +14,13 @@ std::uint64_t lengthOf(const IdRange& range)
            1;
 }
 
+// Unsigned, since a range may be longer than half of all numbers.
+std::int64_t memberOf(const IdRange& range, std::uint64_t k)
+{
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(range.first) +
+                                     k * static_cast<std::uint64_t>(range.step));
+}
+
 bool holds(const IdRange& range, std::int64_t id)
 {
     const std::uint64_t offset = static_cast<std::uint64_t>(id) - static_cast<std::uint64_t>(range.first);
@@ -65,8 +72,7 @@ std::uint64_t IdSet::keepKnown(const std::vector<std::int64_t>& known)
                 kept.push_back(*at);
             }
         }
-        const std::int64_t ends[] = {range.first,
-                                     range.first + static_cast<std::int64_t>(lengthOf(range) - 1) * range.step};
+        const std::int64_t ends[] = {range.first, memberOf(range, lengthOf(range) - 1)};
         for (const std::int64_t end : ends) {
             if (!isKnown(known, end)) {
                 unknown.push_back(end);
@@ -98,7 +104,7 @@ void IdSet::forEach(const std::function<void(std::int64_t)>& visit) const
     for (const IdRange& range : ranges) {
         const std::uint64_t count = lengthOf(range);
         for (std::uint64_t k = 0; k < count; ++k) {
-            visit(range.first + static_cast<std::int64_t>(k) * range.step);
+            visit(memberOf(range, k));
         }
     }
 }

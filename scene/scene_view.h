@@ -111,9 +111,9 @@ struct SceneLook
     int fontHeight = 13; // its nominal height, pixels
     SceneLabels labels;
     bool legend = true;        // of a colouring by category or value
-    bool axes = true;                        // the model's axes in the lower left corner of pictures that are not tiny
-    bool frameOverlays = true;               // rubber band and marker of an operation; with SceneLight::Contract, or
-                                             // without axes, also the environment's own triad at the model's origin
+    bool axes = true;          // the model's axes in the lower left corner of pictures that are not tiny
+    bool frameOverlays = true; // rubber band and marker of an operation; with SceneLight::Contract, or
+                               // without axes, also the environment's own triad at the model's origin
     bool moving = false;       // the view is being turned: see frameBudget
     float frameBudget = 0;     // milliseconds; a moving view draws a coarser surface when exact frames take
                                // longer. 0: always exact. At rest (moving is false) always exact.

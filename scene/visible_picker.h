@@ -4,11 +4,12 @@
 //   kvo::VisiblePicker picker(view);
 //   picker.pick(kvo::PickType::Element, kvo::PickRegion::click(x, y));
 //
-// One rule: the frame is drawn once more with the elements' numbers in place of colours, for the pixels whose middle lies
-// in the region, with the last frame's matrices, hidden parts and cutting plane. An element is hit when one of these
-// pixels shows it, a part when one of its elements is. A node is hit when it lies in the region and the pixel that it
-// falls on, or one beside that, shows an element of its part that has it, at a depth that can be the node's. So what is hidden, cut off, covered or seen from
-// behind on a closed surface is never hit. Transparent parts are hit like others, ghosts never.
+// One rule: the frame is drawn once more with the elements' numbers in place of colours, for the pixels whose middle
+// lies in the region, with the last frame's matrices, hidden parts and cutting plane. An element is hit when one of
+// these pixels shows it, a part when one of its elements is. A node is hit when it lies in the region and the pixel
+// that it falls on, or one beside that, shows an element of its part that has it, at a depth that can be the node's. So
+// what is hidden, cut off, covered or seen from behind on a closed surface is never hit. Transparent parts are hit like
+// others, ghosts never.
 #ifndef KVO_SCENE_VISIBLE_PICKER_H
 #define KVO_SCENE_VISIBLE_PICKER_H
 
@@ -32,8 +33,8 @@ public:
     VisiblePicker(const VisiblePicker&) = delete;
     VisiblePicker& operator=(const VisiblePicker&) = delete;
 
-    // By depth, the nearest first, equal depths by part and number. Nothing before the first frame. What lies outside the
-    // viewport is not in the region; a click smaller than a pixel takes the pixel that it is in.
+    // By depth, the nearest first, equal depths by part and number. Nothing before the first frame. What lies outside
+    // the viewport is not in the region; a click smaller than a pixel takes the pixel that it is in.
     std::vector<SceneHit> pick(PickType type, const PickRegion& region);
     std::optional<SceneHit> nearest(PickType type, const PickRegion& region);
 

@@ -2,8 +2,8 @@
 //
 //   xvfb-run bench_against_vtk [elements, 1000000]
 //
-// Frames at 1280 x 800; the way from each side's own file to the first picture and the resident memory that it leaves, in
-// processes of their own; a rectangle of 200 x 120 pixels, everything in it. Prints milliseconds and ratios.
+// Frames at 1280 x 800; the way from each side's own file to the first picture and the resident memory that it leaves,
+// in processes of their own; a rectangle of 200 x 120 pixels, everything in it. Prints milliseconds and ratios.
 #include <EGL/egl.h>
 #include <GL/gl.h>
 
@@ -57,8 +57,8 @@ GeneratedMesh meshOf(bool solids, std::size_t elements)
 
 void report(const char* what, double scene, double vtk, bool sceneAbove = true)
 {
-    std::printf("%-44s scene %9.2f  VTK %9.2f  %s %.2f\n", what, scene, vtk,
-                sceneAbove ? "scene / VTK" : "VTK / scene", sceneAbove ? scene / vtk : vtk / scene);
+    std::printf("%-44s scene %9.2f  VTK %9.2f  %s %.2f\n", what, scene, vtk, sceneAbove ? "scene / VTK" : "VTK / scene",
+                sceneAbove ? scene / vtk : vtk / scene);
     std::fflush(stdout);
 }
 
@@ -89,14 +89,14 @@ void compareFrames(bool solids, std::size_t elements)
             view.draw(); // brings this side's buffers back into the caches
             glFinish();
             frames[0] = std::min(frames[0], millisecondsOf([&] {
-                view.draw();
-                glFinish();
-            }));
+                                     view.draw();
+                                     glFinish();
+                                 }));
             const kvo::PickView pickView = kvo::viewOf(*model.environment().getMTransformPtr());
             const auto region = kvo::PickRegion::rectangle(540, 340, 740, 460);
             picks[0] = std::min(picks[0], millisecondsOf([&] {
-                hits[0] = picker.pick(kvo::PickType::Element, region, pickView).size();
-            }));
+                                    hits[0] = picker.pick(kvo::PickType::Element, region, pickView).size();
+                                }));
             releaseScene();
             vtk.draw();
             frames[1] = std::min(frames[1], millisecondsOf([&] { vtk.draw(); }));
@@ -159,8 +159,8 @@ void measureApart(bool scene, const std::string& folder, double& ms, double& mem
 {
     ms = memory = 1e9;
     for (int round = 0; round < 3; ++round) {
-        const std::string command = std::string("/proc/") + std::to_string(getpid()) + "/exe --first " +
-                                    (scene ? "scene " : "vtk ") + folder;
+        const std::string command =
+            std::string("/proc/") + std::to_string(getpid()) + "/exe --first " + (scene ? "scene " : "vtk ") + folder;
         std::FILE* pipe = popen(command.c_str(), "r");
         double t = 1e9, m = 1e9;
         if (!pipe || std::fscanf(pipe, "%lf %lf", &t, &m) != 2) {

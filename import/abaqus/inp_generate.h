@@ -16,7 +16,7 @@ class InpGenerator
 public:
     // The types are those of the mesh that is being read. More nodes and elements than most are a slip of the pen, not
     // a mesh: a card that makes more of them, together with those before it, throws.
-    InpGenerator(const std::vector<ElementType>& types, ImportLog& log, std::int64_t most = 50000000)
+    InpGenerator(const std::vector<ElementType>& types, ImportLog& log, std::int64_t most = 10000000)
         : types(types), log(log), most(most)
     {
     }

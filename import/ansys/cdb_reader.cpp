@@ -2,6 +2,7 @@
 #include "cdb_reader.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "cdb_attribute_commands.h"
 #include "cdb_attributes.h"
@@ -241,6 +242,9 @@ void CdbReader::element(const CdbCommand& command)
         return unblockedElement(command);
     }
     finishElement();
+    if (!numbered && highest == std::numeric_limits<std::int64_t>::max()) {
+        throw ImportError(deck.lines.place(), "E: there is no number above " + std::to_string(highest));
+    }
     open = state;
     open.id = numbered ? command.integer(0) : highest + 1;
     highest = std::max(highest, open.id);

@@ -17,8 +17,8 @@ ViewVolume::ViewVolume(const double modelview[16], const double projection[16])
     }
 }
 
-// By middle and half sizes. For the plane x <= w, the largest value of w - x over the box must not be negative; a little
-// more is let through, since vertices are transformed in single precision.
+// By middle and half sizes. For the plane x <= w, the largest value of w - x over the box must not be negative; a
+// little more is let through, since vertices are transformed in single precision.
 bool ViewVolume::mayShow(const float low[3], const float high[3]) const
 {
     double middle[4], reach[4][3];

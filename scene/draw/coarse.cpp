@@ -60,8 +60,8 @@ private:
             slot = (slot + 1) & (table.size() - 1);
         }
         Entry& entry = table[slot];
-        const bool better = entry.vertex == none || (mesh.vertices[entry.vertex].element == none &&
-                                                     mesh.vertices[vertex].element != none);
+        const bool better = entry.vertex == none ||
+                            (mesh.vertices[entry.vertex].element == none && mesh.vertices[vertex].element != none);
         if (better) {
             entry = {cell, vertex};
         }

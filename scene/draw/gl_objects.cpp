@@ -147,8 +147,8 @@ GlFramebuffer::GlFramebuffer(int width, int height, const std::vector<GLenum>& c
     for (std::size_t k = 0; k < colors.size(); ++k) {
         const bool integer = colorFormats[k] == GL_R32UI;
         glBindTexture(GL_TEXTURE_2D, colors[k]);
-        glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(colorFormats[k]), w, h, 0,
-                     integer ? GL_RED_INTEGER : GL_RGBA, integer ? GL_UNSIGNED_INT : GL_FLOAT, nullptr);
+        glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(colorFormats[k]), w, h, 0, integer ? GL_RED_INTEGER : GL_RGBA,
+                     integer ? GL_UNSIGNED_INT : GL_FLOAT, nullptr);
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
         glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
         attachments.push_back(static_cast<GLenum>(GL_COLOR_ATTACHMENT0 + k));

@@ -30,8 +30,8 @@ void restoreMatrices()
 
 } // namespace
 
-// Part of the viewport is drawn as a picture of its own whose viewport is shifted: every pixel gets the same fragments as
-// in the frame.
+// Part of the viewport is drawn as a picture of its own whose viewport is shifted: every pixel gets the same fragments
+// as in the frame.
 NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
 {
     NumberPicture out;

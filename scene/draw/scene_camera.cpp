@@ -46,7 +46,9 @@ void setContractLights(SurfaceUniforms& uniforms)
 // The common length of the columns, if they have one and stand on each other; else 0.
 double commonScale(const double m[16])
 {
-    const auto dot = [m](int a, int b) { return m[4 * a] * m[4 * b] + m[4 * a + 1] * m[4 * b + 1] + m[4 * a + 2] * m[4 * b + 2]; };
+    const auto dot = [m](int a, int b) {
+        return m[4 * a] * m[4 * b] + m[4 * a + 1] * m[4 * b + 1] + m[4 * a + 2] * m[4 * b + 2];
+    };
     const double square = (dot(0, 0) + dot(1, 1) + dot(2, 2)) / 3;
     for (int a = 0; a < 3; ++a) {
         if (std::fabs(dot(a, a) - square) > 1e-4 * square || std::fabs(dot(a, (a + 1) % 3)) > 1e-4 * square) {

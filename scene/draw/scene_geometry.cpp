@@ -35,7 +35,8 @@ void bindSurfaceVertices(const GlBuffer& buffer)
     glNormalPointer(GL_SHORT, stride, bufferOffset(offsetof(SurfaceVertex, normal)));
     glEnableVertexAttribArray(elementAttribute);
     glEnableVertexAttribArray(partAttribute);
-    glVertexAttribIPointer(elementAttribute, 1, GL_UNSIGNED_INT, stride, bufferOffset(offsetof(SurfaceVertex, element)));
+    glVertexAttribIPointer(elementAttribute, 1, GL_UNSIGNED_INT, stride,
+                           bufferOffset(offsetof(SurfaceVertex, element)));
     glVertexAttribIPointer(partAttribute, 1, GL_UNSIGNED_INT, stride, bufferOffset(offsetof(SurfaceVertex, part)));
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }

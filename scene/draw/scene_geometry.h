@@ -21,8 +21,8 @@ void bindSurfaceVertices(const GlBuffer& buffer);
 class SceneGeometry
 {
 public:
-    // Reads all parts and fills the buffers. absent: per part, elements that are not there; may be shorter than the list
-    // of parts. The environment's records may be changed or freed afterwards.
+    // Reads all parts and fills the buffers. absent: per part, elements that are not there; may be shorter than the
+    // list of parts. The environment's records may be changed or freed afterwards.
     void build(CAEEnv& env, const NormalChoice& choice, const std::vector<ElementMask>& absent);
 
     std::size_t partCount() const { return firstElements.size() - 1; }

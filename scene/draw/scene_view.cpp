@@ -212,8 +212,9 @@ void SceneView::Impl::drawTexts()
     }
 }
 
-// The environment draws its triad with every overlay. It stands at the origin with its y arm turned round, so it is seen
-// only where a frame is to look like the environment's own, or where an operation has an overlay of its own to show.
+// The environment draws its triad with every overlay. It stands at the origin with its y arm turned round, so it is
+// seen only where a frame is to look like the environment's own, or where an operation has an overlay of its own to
+// show.
 bool SceneView::Impl::showsOverlays() const
 {
     const int operation = env.mTrans->mTransType;

@@ -39,8 +39,8 @@ void TransparentLayers::draw(const int viewport[4], const std::function<void()>&
         const KeepFramebuffer keep;
         if (!target || target->width() != viewport[2] || target->height() != viewport[3]) {
             target.reset();
-            target = std::make_unique<GlFramebuffer>(viewport[2], viewport[3],
-                                                     std::vector<GLenum>{GL_RGBA16F, GL_RGBA16F});
+            target =
+                std::make_unique<GlFramebuffer>(viewport[2], viewport[3], std::vector<GLenum>{GL_RGBA16F, GL_RGBA16F});
         }
         target->bind();
         glViewport(0, 0, viewport[2], viewport[3]);

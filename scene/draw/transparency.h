@@ -1,8 +1,8 @@
 // Transparent layers whose order does not matter.
 //
-// Weighted blended transparency (McGuire and Bavoil, Journal of Computer Graphics Techniques 2(2), 2013): a first target
-// sums the layers' colours with weights that fall with depth, a second one multiplies what they let through. Both sums
-// and products are the same in any order.
+// Weighted blended transparency (McGuire and Bavoil, Journal of Computer Graphics Techniques 2(2), 2013): a first
+// target sums the layers' colours with weights that fall with depth, a second one multiplies what they let through.
+// Both sums and products are the same in any order.
 #ifndef KVO_SCENE_TRANSPARENCY_H
 #define KVO_SCENE_TRANSPARENCY_H
 

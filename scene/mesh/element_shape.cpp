@@ -130,7 +130,8 @@ ElementShape shapeOf(const PartInfoStr& part, std::uint32_t element)
 namespace {
 
 // Of a shape whose slots are all different.
-void setFace(const unsigned int* slots, const FaceRow& row, unsigned int corners, unsigned int number, ElementFace& face)
+void setFace(const unsigned int* slots, const FaceRow& row, unsigned int corners, unsigned int number,
+             ElementFace& face)
 {
     for (unsigned int k = 0; k < 3; ++k) {
         face.nodes[k] = slots[row.slots[k]];

@@ -1,4 +1,5 @@
-// What a part's elements look like: their shapes and faces as node indices of the part, whatever slots a record repeats.
+// What a part's elements look like: their shapes and faces as node indices of the part, whatever slots a record
+// repeats.
 //
 // A solid of eight slots is told by the slots that it repeats (partstr.h): slots 4 = 5 (counted from 1) a tetrahedron,
 // else the faces of the hexahedron with repeated corners left out, which gives wedges, pyramids and every other

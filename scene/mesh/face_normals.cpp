@@ -51,8 +51,8 @@ struct CornersOfNodes
 
 PackedNormal packNormal(const float vector[3])
 {
-    const double length = std::sqrt(double(vector[0]) * vector[0] + double(vector[1]) * vector[1] +
-                                    double(vector[2]) * vector[2]);
+    const double length =
+        std::sqrt(double(vector[0]) * vector[0] + double(vector[1]) * vector[1] + double(vector[2]) * vector[2]);
     if (!(length > 0) || !std::isfinite(length)) {
         return {0, 0, 32767};
     }

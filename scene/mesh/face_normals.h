@@ -18,7 +18,8 @@ struct PackedNormal
     bool operator==(const PackedNormal& o) const { return x == o.x && y == o.y && z == o.z; }
 };
 
-// Length does not matter; no direction (zero, not a number) becomes +z, so that nothing drawn has a normal that is none.
+// Length does not matter; no direction (zero, not a number) becomes +z, so that nothing drawn has a normal that is
+// none.
 PackedNormal packNormal(const float vector[3]);
 
 // What gives the normals.

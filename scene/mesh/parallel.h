@@ -10,9 +10,9 @@ namespace kvo {
 // Cores that parallelFor uses, at least 1.
 unsigned int workerCount();
 
-// Calls body(begin, end) for pieces of [0, count) of at least `grain` items each, on all cores, and returns when all are
-// done. Pieces are disjoint and cover the range; their number and order are not fixed. Small counts run on the calling
-// thread. body must not throw.
+// Calls body(begin, end) for pieces of [0, count) of at least `grain` items each, on all cores, and returns when all
+// are done. Pieces are disjoint and cover the range; their number and order are not fixed. Small counts run on the
+// calling thread. body must not throw.
 void parallelFor(std::size_t count, std::size_t grain, const std::function<void(std::size_t, std::size_t)>& body);
 
 } // namespace kvo

@@ -205,7 +205,8 @@ void addPosition(const PartInfoStr& part, std::uint32_t node, double sum[3])
     }
 }
 
-// Positive where the face's right-handed normal leads away from the element's centre: six times the volume between them.
+// Positive where the face's right-handed normal leads away from the element's centre: six times the volume between
+// them.
 double outwardness(const PartInfoStr& part, const ElementFace& face, const double center[3])
 {
     double middle[3] = {0, 0, 0}, areaVector[3] = {0, 0, 0};

@@ -24,13 +24,13 @@ typedef std::vector<char> ElementMask;
 struct PartSurface
 {
     std::vector<SurfaceFace> faces; // by element, then face number
-    // The faces enclose the elements and turn their right-handed normal outward, so that faces seen from behind need not
-    // be drawn. False for shells, and for solids with elements so flat that outward cannot be told.
+    // The faces enclose the elements and turn their right-handed normal outward, so that faces seen from behind need
+    // not be drawn. False for shells, and for solids with elements so flat that outward cannot be told.
     bool closed = false;
 };
 
-// Shells keep their winding; faces of solids are turned outward. The diagonal from the second to the fourth corner, along
-// which a quadrilateral is drawn as two triangles, is the record's. Runs on all cores; O(elements).
+// Shells keep their winding; faces of solids are turned outward. The diagonal from the second to the fourth corner,
+// along which a quadrilateral is drawn as two triangles, is the record's. Runs on all cores; O(elements).
 PartSurface findSurface(const PartInfoStr& part, const ElementMask& absent = {});
 
 } // namespace kvo

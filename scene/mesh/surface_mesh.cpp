@@ -154,8 +154,8 @@ private:
 std::uint32_t& ChunkBuilder::slotOf(std::uint32_t node, PackedNormal normal)
 {
     std::size_t slot = (node * 0x9E3779B1u) & (table.size() - 1);
-    while (table[slot] != none && (nodeOf[table[slot]] != node ||
-                                   (normals.smooth() && !(chunk->vertices[table[slot]].normal == normal)))) {
+    while (table[slot] != none &&
+           (nodeOf[table[slot]] != node || (normals.smooth() && !(chunk->vertices[table[slot]].normal == normal)))) {
         slot = (slot + 1) & (table.size() - 1);
     }
     return table[slot];

@@ -21,7 +21,7 @@ constexpr unsigned int keyBits = 22;
 // flat and long boxes get cells as near to cubes as round ones.
 struct CurveGrid
 {
-    explicit CurveGrid(const Box& bounds);
+    explicit CurveGrid(const FloatBox& bounds);
     std::uint32_t cellOf(const float* point) const;
 
     float low[3];
@@ -30,7 +30,7 @@ struct CurveGrid
     std::vector<std::uint32_t> bits[3]; // per axis and byte value of a cell number: its bits, spread to their places
 };
 
-CurveGrid::CurveGrid(const Box& bounds)
+CurveGrid::CurveGrid(const FloatBox& bounds)
 {
     double side[3];
     unsigned int count[3] = {0, 0, 0};
@@ -86,7 +86,7 @@ std::uint32_t firstNodeOf(const PartInfoStr& part, PickType type, std::uint32_t 
     return node < part.partNodes.numNodes ? node : noCorner;
 }
 
-void addEntity(const PartInfoStr& part, PickType type, std::uint32_t entity, Box& box)
+void addEntity(const PartInfoStr& part, PickType type, std::uint32_t entity, FloatBox& box)
 {
     if (type == PickType::Node) {
         box.add(positionOf(part, entity));
@@ -118,13 +118,13 @@ void prefetch(const PartInfoStr& part, PickType type, std::uint32_t entity)
 
 } // namespace
 
-Box boxOfNodes(const PartInfoStr& part)
+FloatBox boxOfNodes(const PartInfoStr& part)
 {
-    Box whole;
+    FloatBox whole;
     whole.clear();
     std::mutex mutex;
     parallelFor(part.partNodes.numNodes, 2 * grain, [&](std::size_t begin, std::size_t end) {
-        Box piece;
+        FloatBox piece;
         piece.clear();
         for (std::size_t node = begin; node < end; ++node) {
             piece.add(positionOf(part, static_cast<std::uint32_t>(node)));
@@ -135,7 +135,7 @@ Box boxOfNodes(const PartInfoStr& part)
     return whole;
 }
 
-BlockIndex::BlockIndex(const PartInfoStr& part, PickType type, const Box& bounds)
+BlockIndex::BlockIndex(const PartInfoStr& part, PickType type, const FloatBox& bounds)
 {
     const CurveGrid grid(bounds);
     std::vector<KeyedNumber> items(entityCountOf(part, type));
@@ -155,7 +155,7 @@ BlockIndex::BlockIndex(const PartInfoStr& part, PickType type, const Box& bounds
 void BlockIndex::buildBoxes(const PartInfoStr& part, PickType type)
 {
     levels.emplace_back((order.size() + blockSize - 1) / blockSize);
-    std::vector<Box>& blocks = levels.back();
+    std::vector<FloatBox>& blocks = levels.back();
     parallelFor(blocks.size(), grain / blockSize, [&](std::size_t begin, std::size_t end) {
         for (std::size_t block = begin; block < end; ++block) {
             blocks[block].clear();
@@ -167,8 +167,8 @@ void BlockIndex::buildBoxes(const PartInfoStr& part, PickType type)
         }
     });
     while (levels.back().size() > 1) {
-        const std::vector<Box>& below = levels.back();
-        std::vector<Box> above((below.size() + boxesPerBox - 1) / boxesPerBox);
+        const std::vector<FloatBox>& below = levels.back();
+        std::vector<FloatBox> above((below.size() + boxesPerBox - 1) / boxesPerBox);
         for (std::size_t k = 0; k < above.size(); ++k) {
             above[k].clear();
             const std::size_t last = std::min(below.size(), (k + 1) * boxesPerBox);
@@ -188,7 +188,7 @@ bool BlockIndex::find(const Test& test, std::size_t most, std::vector<std::uint3
 bool BlockIndex::descend(const Test& test, std::size_t level, std::size_t box, std::size_t most,
                          std::vector<std::uint32_t>& found) const
 {
-    const Box& bounds = levels[level][box];
+    const FloatBox& bounds = levels[level][box];
     if (bounds.empty() || test(bounds) == Overlap::Outside) {
         return true;
     }
@@ -210,8 +210,8 @@ bool BlockIndex::descend(const Test& test, std::size_t level, std::size_t box, s
 std::size_t BlockIndex::bytes() const
 {
     std::size_t sum = order.capacity() * sizeof(order[0]);
-    for (const std::vector<Box>& level : levels) {
-        sum += level.capacity() * sizeof(Box);
+    for (const std::vector<FloatBox>& level : levels) {
+        sum += level.capacity() * sizeof(FloatBox);
     }
     return sum;
 }

@@ -14,16 +14,16 @@
 namespace kvo {
 
 // Of all nodes of a part. On all cores.
-Box boxOfNodes(const PartInfoStr& part);
+FloatBox boxOfNodes(const PartInfoStr& part);
 
 class BlockIndex
 {
 public:
     // Of the elements (or nodes) of a part whose nodes lie in `bounds`; on all cores. Elements of no form are in it and
     // in no box.
-    BlockIndex(const PartInfoStr& part, PickType type, const Box& bounds);
+    BlockIndex(const PartInfoStr& part, PickType type, const FloatBox& bounds);
 
-    typedef std::function<Overlap(const Box&)> Test;
+    typedef std::function<Overlap(const FloatBox&)> Test;
     // 0-based numbers of all entities in blocks that the test does not call Outside, in no order; false, with a part of
     // them, when there are more than `most`.
     bool find(const Test& test, std::size_t most, std::vector<std::uint32_t>& found) const;
@@ -36,7 +36,7 @@ private:
                  std::vector<std::uint32_t>& found) const;
 
     std::vector<std::uint32_t> order;
-    std::vector<std::vector<Box>> levels; // the first: blocks of `order`; then boxes of boxes, up to a single one
+    std::vector<std::vector<FloatBox>> levels; // the first: blocks of `order`; then boxes of boxes, up to a single one
 };
 
 } // namespace kvo

@@ -198,7 +198,7 @@ void PartCache::clear()
     *this = PartCache();
 }
 
-const Box& PartCache::boxOf(const PartInfoStr& part)
+const FloatBox& PartCache::boxOf(const PartInfoStr& part)
 {
     if (!boxKnown) {
         box = boxOfNodes(part);
@@ -224,7 +224,7 @@ std::size_t PartCache::bytes() const
 void searchPart(const PartInfoStr& part, std::uint32_t partNumber, PartCache& cache, PickType type,
                 const RegionTest& test, std::vector<RawHit>& hits)
 {
-    const Box& box = cache.boxOf(part);
+    const FloatBox& box = cache.boxOf(part);
     const Overlap whole = box.empty() ? Overlap::Outside : test.overlap(box);
     if (whole == Overlap::Outside) {
         return;
@@ -232,7 +232,7 @@ void searchPart(const PartInfoStr& part, std::uint32_t partNumber, PartCache& ca
     HitCollector collector(partNumber, type == PickType::Part);
     const std::uint32_t count = entityCountOf(part, type);
     std::vector<std::uint32_t> candidates;
-    const auto overlap = [&test](const Box& block) { return test.overlap(block); };
+    const auto overlap = [&test](const FloatBox& block) { return test.overlap(block); };
     if (whole == Overlap::Partly && count > fewEntities &&
         cache.indexOf(part, type).find(overlap, count / shareByIndex, candidates)) {
         searchCandidates(part, type, test, candidates, collector);

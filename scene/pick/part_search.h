@@ -27,7 +27,7 @@ struct PartCache
     void follow(const PartInfoStr& part);
     void clear();
 
-    const Box& boxOf(const PartInfoStr& part);
+    const FloatBox& boxOf(const PartInfoStr& part);
     const BlockIndex& indexOf(const PartInfoStr& part, PickType type);
     std::size_t bytes() const;
 
@@ -37,7 +37,7 @@ private:
     const void* arrays[3] = {nullptr, nullptr, nullptr};
     std::uint32_t sizes[4] = {0, 0, 0, 0};
     bool boxKnown = false;
-    Box box = {};
+    FloatBox box = {};
     std::unique_ptr<BlockIndex> elements;
     std::unique_ptr<BlockIndex> nodes;
 };

@@ -107,13 +107,13 @@ bool cut(const Polygon& from, unsigned int plane, Polygon& to)
 
 } // namespace
 
-void Box::clear()
+void FloatBox::clear()
 {
     std::fill_n(low, 3, std::numeric_limits<float>::infinity());
     std::fill_n(high, 3, -std::numeric_limits<float>::infinity());
 }
 
-void Box::add(const Box& box)
+void FloatBox::add(const FloatBox& box)
 {
     for (int axis = 0; axis < 3; ++axis) {
         low[axis] = box.low[axis] < low[axis] ? box.low[axis] : low[axis];
@@ -132,7 +132,7 @@ PickVolume::PickVolume(const PickRegion& region, const PickView& view)
     affine = matrix[3] == 0 && matrix[7] == 0 && matrix[11] == 0 && matrix[15] == 1;
 }
 
-Overlap PickVolume::overlap(const Box& box) const
+Overlap PickVolume::overlap(const FloatBox& box) const
 {
     // Four roundings a sum and one comparison, with room to spare.
     constexpr double rounding = 16.0 / (1 << 24);

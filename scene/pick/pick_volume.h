@@ -31,7 +31,7 @@ enum class Overlap : std::uint8_t
 };
 
 // Bounds of coordinates. Empty until something is added.
-struct Box
+struct FloatBox
 {
     float low[3];
     float high[3];
@@ -45,7 +45,7 @@ struct Box
             high[axis] = point[axis] > high[axis] ? point[axis] : high[axis];
         }
     }
-    void add(const Box& box);
+    void add(const FloatBox& box);
     bool empty() const { return !(low[0] <= high[0] && low[1] <= high[1] && low[2] <= high[2]); }
 };
 
@@ -65,7 +65,7 @@ struct PickVolume
 
     // Where a box lies. Outside and Inside are certain for every point of the box as transform() places it; the
     // rounding of single precision is allowed for.
-    Overlap overlap(const Box& box) const;
+    Overlap overlap(const FloatBox& box) const;
 
     float matrix[16]; // model to clip coordinates
     bool affine;      // w is 1 for every point

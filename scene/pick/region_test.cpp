@@ -94,7 +94,7 @@ RegionTest::RegionTest(const PickRegion& wanted, const PickView& view)
     invert(space.matrix, inverse);
 }
 
-Overlap RegionTest::overlap(const Box& box) const
+Overlap RegionTest::overlap(const FloatBox& box) const
 {
     const Overlap found = space.overlap(box);
     if (!outline || found == Overlap::Outside || !space.affine) {

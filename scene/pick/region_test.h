@@ -23,7 +23,7 @@ public:
     const PickVolume& volume() const { return space; }
     bool isPolygon() const { return outline.has_value(); }
 
-    Overlap overlap(const Box& box) const;
+    Overlap overlap(const FloatBox& box) const;
 
     // A node, or what an element consists of. form must be pickFormOf(part, element).
     void addNode(const PartInfoStr& part, std::uint32_t node, DepthMinimum& found) const;

@@ -69,6 +69,9 @@ TEST_F(HostileDecks, IdsAtTheEndsOfTheirRange)
     EXPECT_EQ(ids.ranges.size(), 2u);
     EXPECT_EQ(ids.keepKnown({lowest, 5, highest}), 1u);
     EXPECT_EQ(ids.size(), 2u);
+    ids.ranges = {{lowest, highest - 1, 3}, {lowest, 3, 1}};
+    EXPECT_EQ(ids.keepKnown({lowest + 3, 2, 5}), 3u) << "the first and the last ones";
+    EXPECT_EQ(ids.size(), 2u);
 }
 
 TEST_F(HostileDecks, ASetThatIsARunOfWhatIsKnownStaysARun)
@@ -135,9 +138,15 @@ TEST_F(HostileDecks, PointsOfTransformationsHaveNumbersThatFit)
     EXPECT_EQ(log.warningCount("steps of transformations that are not applied"), 1u);
 }
 
+TEST_F(HostileDecks, NoElementComesBehindTheHighestNumber)
+{
+    EXPECT_EQ(readError("/PREP7\nET,1,185\nN,1,0,0,0\nEN,9223372036854775807,1,1,1,1\nE,1,1,1,1\n", "deck.cdb"),
+              "deck.cdb:5: E: there is no number above 9223372036854775807");
+}
+
 TEST_F(HostileDecks, FacesThatAreInManyGroups)
 {
-    constexpr std::size_t count = 20000;
+    constexpr std::size_t count = 3000;
     std::string deck = "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\ng";
     for (std::size_t k = 0; k < count; ++k) {
         deck += " a" + std::to_string(k);

@@ -3,6 +3,7 @@
 
 #include <cfloat>
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "id_index.h"
@@ -262,6 +263,36 @@ TEST_F(DeckLinesTest, ProgressEndsAtTheTotal)
     EXPECT_EQ(done, total);
     EXPECT_EQ(total, 5000000u + 12u);
     EXPECT_GE(calls, 3);
+}
+
+TEST(IdIndex, GroupsOfIdsFarApart)
+{
+    std::vector<std::int64_t> ids;
+    for (const std::int64_t first : {9000000, 1, 5000001, 5002049}) {
+        for (std::int64_t k = 0; k < 2000; ++k) {
+            ids.push_back(first + k);
+        }
+    }
+    ids.push_back(7);
+    const kvo::IdIndex index(ids);
+    for (std::size_t k = 0; k + 1 < ids.size(); ++k) {
+        ASSERT_EQ(index.find(ids[k]), ids[k] == 7 ? 8000u : k);
+    }
+    for (const std::int64_t id : {-1, 0, 2001, 5000000, 5002001, 5002048, 5004049, 8999999, 9002000}) {
+        EXPECT_EQ(index.find(id), kvo::IdIndex::none) << id;
+    }
+}
+
+TEST(IdIndex, IdsAtTheEndsOfTheirRange)
+{
+    const std::int64_t low = std::numeric_limits<std::int64_t>::min();
+    const std::int64_t high = std::numeric_limits<std::int64_t>::max();
+    const kvo::IdIndex index({low, high, 0});
+    EXPECT_EQ(index.find(low), 0u);
+    EXPECT_EQ(index.find(high), 1u);
+    EXPECT_EQ(index.find(0), 2u);
+    EXPECT_EQ(index.find(1), kvo::IdIndex::none);
+    EXPECT_EQ(kvo::IdIndex({high - 1, high}).find(high), 1u);
 }
 
 TEST(IdIndex, CloseAndScatteredIds)

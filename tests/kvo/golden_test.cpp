@@ -112,14 +112,9 @@ TEST_P(GoldenSession, EveryVisibleLineMatters)
 {
     // Without one of these the text, the picture or both are others.
     const kvo::Picture reference = kvo::readPng(referenceFile(name()));
-    std::vector<std::string> lines = {"GLOBAL_ROTATION 320 240 430 205\nPICK part",
-                                      "HIDE 1-2\n",
-                                      "SCALE_INCR\n",
-                                      "HIGHLIGHT 2\n",
-                                      "CLEAR parts\n",
-                                      "SELECT elements 1:100001-100400\n",
-                                      "SHOW all\n",
-                                      "MODE fill\n"};
+    std::vector<std::string> lines = {
+        "GLOBAL_ROTATION 320 240 430 205\nPICK part", "HIDE 1-2\n", "SCALE_INCR\n", "HIGHLIGHT 2\n", "CLEAR parts\n",
+        "SELECT elements 1:100001-100400\n",          "SHOW all\n", "MODE fill\n"};
     if (GetParam()) { // the scene's bracket differs in its fillets only, and shows the rib's other side
         lines.push_back("SHADE flat\n");
         lines.push_back("SELECT nodes 3:8701-8999\n");

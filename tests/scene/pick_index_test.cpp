@@ -12,7 +12,7 @@
 #include "radix_sort.h"
 #include "region_test.h"
 
-using kvo::Box;
+using kvo::FloatBox;
 using kvo::Overlap;
 using kvo::PickRegion;
 using kvo::PickType;
@@ -30,9 +30,9 @@ kvo::PickView randomView(Dice& dice)
     return view;
 }
 
-Box randomBox(Dice& dice)
+FloatBox randomBox(Dice& dice)
 {
-    Box box;
+    FloatBox box;
     box.clear();
     const double size = std::pow(10, dice.between(-2, 3));
     float middle[3];
@@ -65,7 +65,7 @@ TEST(PickVolumes, overlapOfBoxesIsNeverWrong)
         const PickRegion region = PickRegion::click(dice.between(0, 400), dice.between(0, 300), dice.between(1, 400));
         const kvo::PickVolume volume(region, randomView(dice));
         for (int k = 0; k < 50; ++k) {
-            const Box box = randomBox(dice);
+            const FloatBox box = randomBox(dice);
             const Overlap overlap = volume.overlap(box);
             if (overlap == Overlap::Partly)
                 continue;
@@ -100,10 +100,10 @@ TEST(PickVolumes, depthsAreRecordedIn32Bits)
 
 TEST(Boxes, growByPointsAndBoxesAndSkipWhatIsNoNumber)
 {
-    Box box;
+    FloatBox box;
     box.clear();
     EXPECT_TRUE(box.empty());
-    Box other;
+    FloatBox other;
     other.clear();
     box.add(other);
     EXPECT_TRUE(box.empty());
@@ -150,7 +150,7 @@ TEST(BlockIndex, findsEverythingThatABoxMayHold)
         const PickRegion region = PickRegion::click(dice.between(0, 400), dice.between(0, 300), 12);
         const kvo::RegionTest test(region, topView(400, 300));
         std::vector<std::uint32_t> found;
-        ASSERT_TRUE(index.find([&](const Box& box) { return test.overlap(box); }, count, found));
+        ASSERT_TRUE(index.find([&](const FloatBox& box) { return test.overlap(box); }, count, found));
         EXPECT_LT(found.size(), count / 20) << "most of it is not looked at";
         const std::set<std::uint32_t> unique(found.begin(), found.end());
         EXPECT_EQ(unique.size(), found.size());
@@ -161,7 +161,7 @@ TEST(BlockIndex, findsEverythingThatABoxMayHold)
         }
     }
     std::vector<std::uint32_t> some;
-    EXPECT_FALSE(index.find([](const Box&) { return Overlap::Inside; }, 100, some));
+    EXPECT_FALSE(index.find([](const FloatBox&) { return Overlap::Inside; }, 100, some));
     EXPECT_LT(some.size(), 200u);
     releasePart(part);
 }
@@ -179,7 +179,7 @@ TEST(BlockIndex, standsAnyCoordinates)
     for (PartInfoStr& part : parts) {
         const kvo::BlockIndex index(part, PickType::Node, kvo::boxOfNodes(part));
         std::vector<std::uint32_t> found;
-        EXPECT_TRUE(index.find([](const Box&) { return Overlap::Partly; }, 100, found));
+        EXPECT_TRUE(index.find([](const FloatBox&) { return Overlap::Partly; }, 100, found));
         EXPECT_LE(found.size(), part.partNodes.numNodes);
         releasePart(part);
     }

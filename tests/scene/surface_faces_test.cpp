@@ -180,8 +180,8 @@ TEST(FaceNormals, ShellsWoundEitherWayLookSmooth)
 {
     // Two quadrilaterals with a bend of 20 degrees, the second wound the other way.
     const float c = 0.9397f, s = 0.3420f;
-    PartInfoStr part = makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1 + c, 0, s, 1 + c, 1, s},
-                                {0, 1, 2, 3, 1, 2, 5, 4});
+    PartInfoStr part =
+        makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1 + c, 0, s, 1 + c, 1, s}, {0, 1, 2, 3, 1, 2, 5, 4});
     const PartSurface surface = findSurface(part);
     const FaceNormals normals(part, surface, {NormalSource::Geometry, true, 30});
     const PackedNormal first = normals.at(0, 1), second = normals.at(1, 0); // both at node 1
