@@ -105,6 +105,13 @@ const Deck decks[] = {
      "         57          5         57         57          0          0          0          0          1          0   "
      "     950       3001\n"
      "         -1\nFINISH\n"},
+    {"kinds.vtk", noThirdNode | noDiscrete,
+     "# vtk DataFile Version 3.0\nkinds\nASCII\nDATASET UNSTRUCTURED_GRID\nPOINTS 15 double\n0 0 0\n1 0 0\n1 1 0\n"
+     "0 1 0\n0 0 1\n1 0 1\n1 1 1\n0 1 1\n0.5 0.5 2\n2 0 0\n2 0 1\n3 0 0\n0 0 -1\n5 0 0\n0 0 -3\nCELLS 8 42\n"
+     "8 0 1 2 3 4 5 6 7\n5 4 5 6 7 8\n6 1 9 2 5 10 6\n4 9 11 2 10\n4 0 1 2 3\n3 1 9 2\n2 0 12\n2 12 14\n"
+     "CELL_TYPES 8\n12\n14\n13\n10\n9\n5\n3\n3\nCELL_DATA 8\nFIELD ids 2\nGlobalElementId 1 8 int\n"
+     "701 702 703 704 501 502 801 970\nBlockId 1 8 int\n88 88 88 88 77 77 99 66\nPOINT_DATA 15\nFIELD ids 1\n"
+     "GlobalNodeId 1 15 int\n1001 1007 1013 1019 2001 2007 2013 2019 3001 3007 3013 4001 5001 9001 2147483647\n"},
     {"kinds.unv", noPyramid,
      "    -1\n  2411\n      1001         1         1        11\n"
      "   0.0000000000000000E+00   0.0000000000000000E+00   0.0000000000000000E+00\n"
