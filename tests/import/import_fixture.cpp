@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 
 #include "modelinfo.h"
@@ -192,4 +193,26 @@ std::string someNodes(int count)
         text += std::to_string(id) + ", " + std::to_string(id) + ", " + std::to_string(id * id) + ", 0\n";
     }
     return text;
+}
+
+std::map<std::string, std::uint64_t> typeCounts(const kvo::Mesh& mesh)
+{
+    std::map<std::string, std::uint64_t> counts;
+    for (const kvo::MeshFile& file : mesh.files) {
+        for (const kvo::ElementBlock& block : file.blocks) {
+            for (const std::uint32_t part : block.part) {
+                if (part != kvo::noPart) {
+                    ++counts[mesh.types[block.type].name];
+                }
+            }
+        }
+    }
+    return counts;
+}
+
+std::filesystem::path dataFolder()
+{
+    const char* named = std::getenv("KVO_TEST_DATA");
+    return named ? std::filesystem::path(named)
+                 : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
 }

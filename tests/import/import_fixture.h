@@ -61,6 +61,12 @@ Point pointOf(const kvo::Mesh& mesh, std::int64_t node, std::size_t file = 0);
 const kvo::MeshPart& partOf(const kvo::Mesh& mesh, std::int64_t element, std::size_t file = 0);
 std::vector<std::string> partNames(const kvo::Mesh& mesh);
 
+// Elements that are not dropped, by the name of their type.
+std::map<std::string, std::uint64_t> typeCounts(const kvo::Mesh& mesh);
+
+// Where real decks may be: KVO_TEST_DATA names the folder, else "shared/data" next to the project's.
+std::filesystem::path dataFolder();
+
 // "1, x, y, z" lines of nodes 1 to count at (id, id squared, 0).
 std::string someNodes(int count);
 

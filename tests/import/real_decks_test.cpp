@@ -6,34 +6,12 @@
 
 namespace {
 
-std::filesystem::path dataFolder()
-{
-    const char* named = std::getenv("KVO_TEST_DATA");
-    return named ? std::filesystem::path(named)
-                 : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
-}
-
 struct RealDeck
 {
     const char* file;
     std::uint64_t nodes;
     std::map<std::string, std::uint64_t> types;
 };
-
-std::map<std::string, std::uint64_t> typeCounts(const kvo::Mesh& mesh)
-{
-    std::map<std::string, std::uint64_t> counts;
-    for (const kvo::MeshFile& file : mesh.files) {
-        for (const kvo::ElementBlock& block : file.blocks) {
-            for (const std::uint32_t part : block.part) {
-                if (part != kvo::noPart) {
-                    ++counts[mesh.types[block.type].name];
-                }
-            }
-        }
-    }
-    return counts;
-}
 
 class RealDecks : public ImportTest, public testing::WithParamInterface<RealDeck>
 {

@@ -6,13 +6,6 @@
 
 namespace {
 
-std::filesystem::path dataFolder()
-{
-    const char* named = std::getenv("KVO_TEST_DATA");
-    return named ? std::filesystem::path(named)
-                 : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
-}
-
 struct RealMesh
 {
     const char* file;
@@ -20,21 +13,6 @@ struct RealMesh
     std::map<std::string, std::uint64_t> types;
     std::uint64_t undrawn;
 };
-
-std::map<std::string, std::uint64_t> typeCounts(const kvo::Mesh& mesh)
-{
-    std::map<std::string, std::uint64_t> counts;
-    for (const kvo::MeshFile& file : mesh.files) {
-        for (const kvo::ElementBlock& block : file.blocks) {
-            for (const std::uint32_t part : block.part) {
-                if (part != kvo::noPart) {
-                    ++counts[mesh.types[block.type].name];
-                }
-            }
-        }
-    }
-    return counts;
-}
 
 std::uint64_t undrawnCount(const kvo::Mesh& mesh)
 {

@@ -6,13 +6,6 @@
 
 namespace {
 
-std::filesystem::path dataFolder()
-{
-    const char* named = std::getenv("KVO_TEST_DATA");
-    return named ? std::filesystem::path(named)
-                 : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
-}
-
 using Counts = std::map<std::string, std::uint64_t>;
 
 struct SolverDeck
@@ -22,19 +15,6 @@ struct SolverDeck
     Counts types;
     Counts undrawn;
 };
-
-Counts typeCounts(const kvo::Mesh& mesh)
-{
-    Counts counts;
-    for (const kvo::ElementBlock& block : mesh.files.at(0).blocks) {
-        for (const std::uint32_t part : block.part) {
-            if (part != kvo::noPart) {
-                ++counts[mesh.types[block.type].name];
-            }
-        }
-    }
-    return counts;
-}
 
 Counts undrawnCounts(const kvo::Mesh& mesh)
 {
