@@ -76,7 +76,7 @@ inline std::size_t fileNamed(const kvo::Mesh& mesh, const std::string& name)
 }
 
 // Elements by the names of their types.
-inline std::map<std::string, std::uint64_t> typeCounts(const kvo::Mesh& mesh)
+inline std::map<std::string, std::uint64_t> drawnAndUndrawnCounts(const kvo::Mesh& mesh)
 {
     std::map<std::string, std::uint64_t> counts;
     for (const kvo::MeshFile& file : mesh.files) {
