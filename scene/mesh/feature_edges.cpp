@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "bucket_sort.h"
 #include "face_normals.h"
 #include "parallel.h"
 
@@ -82,29 +83,10 @@ template <class Visit> void EdgeFinder::visitSides(std::size_t begin, std::size_
 void EdgeFinder::fillBuckets()
 {
     const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), faces.size() / grain));
-    std::vector<std::size_t> places(pieces * buckets, 0);
-    const auto eachPiece = [&](auto&& work) {
-        parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
-            for (std::size_t piece = begin; piece < end; ++piece) {
-                visitSides(piece * faces.size() / pieces, (piece + 1) * faces.size() / pieces,
-                           [&](std::size_t bucket, std::uint32_t ref) { work(places[piece * buckets + bucket], ref); });
-            }
-        });
+    const auto visitPiece = [&](std::size_t piece, const auto& put) {
+        visitSides(piece * faces.size() / pieces, (piece + 1) * faces.size() / pieces, put);
     };
-    eachPiece([](std::size_t& count, std::uint32_t) { ++count; });
-    bucketStarts.assign(buckets + 1, 0);
-    std::size_t total = 0;
-    for (std::size_t bucket = 0; bucket < buckets; ++bucket) {
-        bucketStarts[bucket] = total;
-        for (std::size_t piece = 0; piece < pieces; ++piece) {
-            const std::size_t count = places[piece * buckets + bucket];
-            places[piece * buckets + bucket] = total;
-            total += count;
-        }
-    }
-    bucketStarts[buckets] = total;
-    refs.resize(total);
-    eachPiece([this](std::size_t& at, std::uint32_t ref) { refs[at++] = ref; });
+    sortIntoBuckets(pieces, buckets, visitPiece, bucketStarts, refs);
 }
 
 // Faces of one winding run along their common edge in opposite directions; else one is seen from its other side.

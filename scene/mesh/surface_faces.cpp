@@ -6,6 +6,7 @@
 #include <atomic>
 #include <memory>
 
+#include "bucket_sort.h"
 #include "mantypes.h"
 #include "parallel.h"
 
@@ -122,36 +123,15 @@ template <class Visit> void SolidSurface::visitFaces(std::size_t begin, std::siz
     }
 }
 
-// A counting sort by bucket: pieces of the elements count into rows of their own, then write without locks.
 void SolidSurface::fillBuckets()
 {
     const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
     const auto pieceBegin = [&](std::size_t piece) { return piece * elements / pieces; };
-    std::vector<std::size_t> counts(pieces * buckets, 0);
-    const auto eachPiece = [&](auto&& work) {
-        parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
-            for (std::size_t piece = begin; piece < end; ++piece) {
-                std::size_t* row = &counts[piece * buckets];
-                visitFaces(pieceBegin(piece), pieceBegin(piece + 1), [&](std::uint32_t ref, const ElementFace& face) {
-                    work(row[bucketOf(smallestNode(face))], ref);
-                });
-            }
-        });
+    const auto visitPiece = [&](std::size_t piece, const auto& put) {
+        visitFaces(pieceBegin(piece), pieceBegin(piece + 1),
+                   [&](std::uint32_t ref, const ElementFace& face) { put(bucketOf(smallestNode(face)), ref); });
     };
-    eachPiece([](std::size_t& count, std::uint32_t) { ++count; });
-    bucketStarts.assign(buckets + 1, 0);
-    std::size_t total = 0;
-    for (std::size_t bucket = 0; bucket < buckets; ++bucket) {
-        bucketStarts[bucket] = total;
-        for (std::size_t piece = 0; piece < pieces; ++piece) {
-            const std::size_t count = counts[piece * buckets + bucket];
-            counts[piece * buckets + bucket] = total;
-            total += count;
-        }
-    }
-    bucketStarts[buckets] = total;
-    refs.resize(total);
-    eachPiece([this](std::size_t& at, std::uint32_t ref) { refs[at++] = ref; });
+    sortIntoBuckets(pieces, buckets, visitPiece, bucketStarts, refs);
 }
 
 void SolidSurface::matchBucket(std::size_t bucket)

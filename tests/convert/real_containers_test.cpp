@@ -1,5 +1,5 @@
-// Files from real programs, where they are at hand (KVO_DATA_DIR, else ../shared/data beside the source tree): the
-// counts that their collection states.
+// Files from real programs, where they are at hand: KVO_TEST_DATA names their folder, else a folder "shared/data" next to
+// the project's. The counts are those that their collection states.
 #include <cstdlib>
 
 #include "convert_fixture.h"
@@ -31,7 +31,7 @@ class RealContainers : public ContainerTest
 protected:
     void SetUp() override
     {
-        const char* named = std::getenv("KVO_DATA_DIR");
+        const char* named = std::getenv("KVO_TEST_DATA");
         data = named ? named : KVO_SOURCE_DIR "/../shared/data";
         if (!std::filesystem::exists(data / "exodus")) {
             GTEST_SKIP() << data << " is not there";
