@@ -6,7 +6,9 @@
 #include <cfloat>
 #include <cmath>
 #include <filesystem>
+#include <new>
 #include <set>
+#include <utility>
 
 #include "model_origin.h"
 #include "model_slots.h"
@@ -32,8 +34,14 @@ struct Piece
     std::vector<unsigned int> slots;
 };
 
-// pieces[file][part * familyCount + family]; those without elements stay empty.
+// The pieces of each file, ordered by part and family. A deck may have as many files and parts as instances: the table
+// has room for what is there, not for every part in every file.
 using PieceTable = std::vector<std::vector<Piece>>;
+
+std::size_t pieceSlot(std::uint32_t part, Family family)
+{
+    return std::size_t(part) * familyCount + static_cast<std::size_t>(family);
+}
 
 std::string sourceName(const Mesh& mesh)
 {
@@ -52,37 +60,47 @@ unsigned int modelId(const Mesh& mesh, std::int64_t id, const char* what, std::i
 
 // --- parts ---
 
+// Adds the file's elements to counts, which has one entry a pieceSlot(); the result is the slots that have any, sorted.
+std::vector<std::size_t> countSlots(const Mesh& mesh, const MeshFile& file, std::vector<std::uint64_t>& counts)
+{
+    std::vector<std::size_t> used;
+    for (const ElementBlock& block : file.blocks) {
+        const Family family = mesh.types[block.type].family;
+        for (const std::uint32_t part : block.part) {
+            if (part != noPart && counts[pieceSlot(part, family)]++ == 0) {
+                used.push_back(pieceSlot(part, family));
+            }
+        }
+    }
+    std::sort(used.begin(), used.end());
+    return used;
+}
+
 PieceTable countPieces(const Mesh& mesh)
 {
-    PieceTable table(mesh.files.size(), std::vector<Piece>(mesh.parts.size() * familyCount));
+    PieceTable table(mesh.files.size());
+    std::vector<std::uint64_t> counts(mesh.parts.size() * familyCount);
     for (std::size_t f = 0; f < mesh.files.size(); ++f) {
-        for (const ElementBlock& block : mesh.files[f].blocks) {
-            const Family family = mesh.types[block.type].family;
-            for (const std::uint32_t part : block.part) {
-                if (part != noPart) {
-                    Piece& piece = table[f][std::size_t(part) * familyCount + static_cast<std::size_t>(family)];
-                    piece.part = part;
-                    piece.family = family;
-                    ++piece.count;
-                }
-            }
+        for (const std::size_t slot : countSlots(mesh, mesh.files[f], counts)) {
+            Piece piece;
+            piece.part = static_cast<std::uint32_t>(slot / familyCount);
+            piece.family = static_cast<Family>(slot % familyCount);
+            piece.count = std::exchange(counts[slot], 0);
+            table[f].push_back(std::move(piece));
         }
     }
     return table;
 }
 
-std::vector<Piece*> piecesOfPart(PieceTable& table, std::size_t part)
+std::vector<std::vector<Piece*>> piecesByPart(const Mesh& mesh, PieceTable& table)
 {
-    std::vector<Piece*> pieces;
+    std::vector<std::vector<Piece*>> parts(mesh.parts.size());
     for (std::vector<Piece>& file : table) {
-        for (std::size_t family = 0; family < familyCount; ++family) {
-            Piece& piece = file[part * familyCount + family];
-            if (piece.count > 0) {
-                pieces.push_back(&piece);
-            }
+        for (Piece& piece : file) {
+            parts[piece.part].push_back(&piece);
         }
     }
-    return pieces;
+    return parts;
 }
 
 std::string quotedPart(const MeshPart& part)
@@ -121,8 +139,9 @@ void numberPieces(const Mesh& mesh, PieceTable& table, ImportLog& log)
 {
     std::int64_t highest = highestPartId(mesh);
     const std::vector<std::int64_t> ids = partIds(mesh, highest, log);
-    for (std::size_t p = 0; p < mesh.parts.size(); ++p) {
-        std::vector<Piece*> pieces = piecesOfPart(table, p);
+    std::vector<std::vector<Piece*>> parts = piecesByPart(mesh, table);
+    for (std::size_t p = 0; p < parts.size(); ++p) {
+        std::vector<Piece*>& pieces = parts[p];
         std::stable_sort(pieces.begin(), pieces.end(),
                          [](const Piece* a, const Piece* b) { return a->count > b->count; });
         for (Piece* piece : pieces) {
@@ -153,10 +172,11 @@ ModelPart partOf(const Mesh& mesh, const Piece& piece)
 
 // --- elements ---
 
-void addElements(const Mesh& mesh, const ElementBlock& block, std::vector<Piece>& pieces)
+// pieceAt: the position in pieces of each pieceSlot() that the file has.
+void addElements(const Mesh& mesh, const ElementBlock& block, const std::vector<std::uint32_t>& pieceAt,
+                 std::vector<Piece>& pieces)
 {
     const ElementType& type = mesh.types[block.type];
-    const std::size_t family = static_cast<std::size_t>(type.family);
     const std::size_t entries = static_cast<std::size_t>(type.slots());
     const std::size_t stride = static_cast<std::size_t>(modelStride(type.family));
     unsigned int slots[maxModelSlots];
@@ -164,7 +184,7 @@ void addElements(const Mesh& mesh, const ElementBlock& block, std::vector<Piece>
         if (block.part[e] == noPart) {
             continue;
         }
-        Piece& piece = pieces[std::size_t(block.part[e]) * familyCount + family];
+        Piece& piece = pieces[pieceAt[pieceSlot(block.part[e], type.family)]];
         if (block.ids[e] < 1 || block.ids[e] > maxModelId) {
             throw ImportError(mesh.placeOf(block, e), "element id " + std::to_string(block.ids[e]) +
                                                           " cannot be kept: a model's ids are 1 to " +
@@ -176,20 +196,22 @@ void addElements(const Mesh& mesh, const ElementBlock& block, std::vector<Piece>
     }
 }
 
-void writeParts(const Mesh& mesh, const MeshFile& file, std::vector<Piece>& pieces, ModelWriter& writer)
+// pieceAt is scratch with one entry a pieceSlot().
+void writeParts(const Mesh& mesh, const MeshFile& file, std::vector<std::uint32_t>& pieceAt, std::vector<Piece>& pieces,
+                ModelWriter& writer)
 {
-    for (Piece& piece : pieces) {
+    for (std::size_t k = 0; k < pieces.size(); ++k) {
+        Piece& piece = pieces[k];
+        pieceAt[pieceSlot(piece.part, piece.family)] = static_cast<std::uint32_t>(k);
         piece.ids.reserve(piece.count);
         piece.slots.reserve(piece.count * static_cast<std::size_t>(modelStride(piece.family)));
     }
     for (const ElementBlock& block : file.blocks) {
-        addElements(mesh, block, pieces);
+        addElements(mesh, block, pieceAt, pieces);
     }
     for (Piece& piece : pieces) {
-        if (piece.count > 0) {
-            writer.addPart(partOf(mesh, piece), piece.ids.size(), piece.ids.data(), piece.slots.data(),
-                           NodeReference::ByIndex);
-        }
+        writer.addPart(partOf(mesh, piece), piece.ids.size(), piece.ids.data(), piece.slots.data(),
+                       NodeReference::ByIndex);
         piece.ids = {};
         piece.slots = {};
     }
@@ -254,9 +276,7 @@ SideData sideData(const PieceTable& table, std::vector<std::string> names, const
     side.origin = origin;
     for (std::size_t f = 0; f < table.size(); ++f) {
         for (const Piece& piece : table[f]) {
-            if (piece.count > 0) {
-                side.parts.push_back({piece.id, static_cast<std::uint32_t>(f), piece.part, piece.family});
-            }
+            side.parts.push_back({piece.id, static_cast<std::uint32_t>(f), piece.part, piece.family});
         }
     }
     return side;
@@ -270,12 +290,13 @@ void writeModel(const Mesh& mesh, const std::string& folder, const std::string& 
     ModelWriter writer(folder, name);
     const std::vector<std::string> names = fileNames(mesh, name);
     writer.setDeck(sideFileText(mesh, sideData(table, names, origin)));
+    std::vector<std::uint32_t> pieceAt(mesh.parts.size() * familyCount);
     for (std::size_t f = 0; f < mesh.files.size(); ++f) {
         if (mesh.files.size() > 1) {
             writer.beginFile(names[f]);
         }
         writeNodes(mesh, mesh.files[f], origin, writer);
-        writeParts(mesh, mesh.files[f], table[f], writer);
+        writeParts(mesh, mesh.files[f], pieceAt, table[f], writer);
     }
     std::string error;
     if (!writer.write(&error)) {
@@ -302,7 +323,11 @@ void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLo
     if (mesh.elementCount() == 0) {
         log.warn("nothing to draw", {sourceName(mesh), 0}, "no element of the deck can be drawn");
     }
-    writeModel(mesh, folder, name, chooseOrigin(mesh, options.shiftOrigin, log), log);
+    try {
+        writeModel(mesh, folder, name, chooseOrigin(mesh, options.shiftOrigin, log), log);
+    } catch (const std::bad_alloc&) {
+        throw ImportError({sourceName(mesh), 0}, "its model needs more memory than there is");
+    }
 }
 
 } // namespace kvo

@@ -2,6 +2,7 @@
 #include "side_file.h"
 
 #include <map>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -68,29 +69,28 @@ Json sectionJson(const MeshPart& part)
 
 using TypeElements = std::map<std::uint32_t, IdSet>; // by index into Mesh::types
 
-// table[file][part * familyCount + family]
-std::vector<std::vector<TypeElements>> elementsByType(const Mesh& mesh)
+// The parts of one file: by part and family, those that the file has.
+using PartTypes = std::map<std::pair<std::uint32_t, Family>, TypeElements>;
+
+PartTypes typesOfParts(const Mesh& mesh, const MeshFile& file)
 {
-    std::vector<std::vector<TypeElements>> table(mesh.files.size());
-    for (std::size_t f = 0; f < mesh.files.size(); ++f) {
-        table[f].resize(mesh.parts.size() * familyCount);
-        for (const ElementBlock& block : mesh.files[f].blocks) {
-            const std::size_t family = static_cast<std::size_t>(mesh.types[block.type].family);
-            std::uint32_t part = noPart;
-            IdSet* set = nullptr;
-            for (std::size_t e = 0; e < block.size(); ++e) {
-                if (block.part[e] == noPart) {
-                    continue;
-                }
-                if (block.part[e] != part) {
-                    part = block.part[e];
-                    set = &table[f][std::size_t(part) * familyCount + family][block.type];
-                }
-                set->add(block.ids[e]);
+    PartTypes parts;
+    for (const ElementBlock& block : file.blocks) {
+        const Family family = mesh.types[block.type].family;
+        std::uint32_t part = noPart;
+        IdSet* set = nullptr;
+        for (std::size_t e = 0; e < block.size(); ++e) {
+            if (block.part[e] == noPart) {
+                continue;
             }
+            if (block.part[e] != part) {
+                part = block.part[e];
+                set = &parts[{part, family}][block.type];
+            }
+            set->add(block.ids[e]);
         }
     }
-    return table;
+    return parts;
 }
 
 // Which elements have which type is said where there is a choice.
@@ -109,15 +109,17 @@ Json typesJson(const Mesh& mesh, const TypeElements& types)
 
 Json partsJson(const Mesh& mesh, const SideData& model)
 {
-    const auto types = elementsByType(mesh);
+    std::vector<PartTypes> types;
+    for (const MeshFile& file : mesh.files) {
+        types.push_back(typesOfParts(mesh, file));
+    }
     Json list = Json::array();
     for (const SidePart& part : model.parts) {
         const MeshPart& source = mesh.parts[part.source];
-        const std::size_t cell = std::size_t(part.source) * familyCount + static_cast<std::size_t>(part.family);
         Json object = {{"id", part.id}, {"source_id", source.id}};
         putFile(object, model, part.file);
         object["section"] = sectionJson(source);
-        object["types"] = typesJson(mesh, types[part.file][cell]);
+        object["types"] = typesJson(mesh, types[part.file].at({part.source, part.family}));
         list.push_back(std::move(object));
     }
     return list;

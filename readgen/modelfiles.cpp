@@ -55,11 +55,8 @@ public:
             block.size -= static_cast<std::size_t>(written);
         }
     }
-    // Onto the disk: the renaming that follows must not get there first.
     void finish()
     {
-        if (::fdatasync(number) != 0 && errno != EINVAL)
-            fail("written");
         const int closing = number;
         number = -1;
         if (::close(closing) != 0)

@@ -89,6 +89,24 @@ bool exchange(const std::string& a, const std::string& b)
 
 bool renamed(const std::string& from, const std::string& to) { return ::rename(from.c_str(), to.c_str()) == 0; }
 
+// Up to so many files are waited for one by one. A disk takes milliseconds for each, so that models of thousands of
+// files wait once, for all that their file system has to write.
+constexpr std::size_t MANY_FILES = 64;
+
+// What cannot be synchronised, as on some network file systems, says EINVAL.
+void syncPath(const std::string& path, int (*call)(int))
+{
+    const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (number < 0)
+        failedCall(path, "cannot be written");
+    const bool done = call(number) == 0 || errno == EINVAL;
+    const int reason = errno;
+    ::close(number);
+    errno = reason;
+    if (!done)
+        failedCall(path, "cannot be written");
+}
+
 // Best effort: the renaming is then on the disk as well.
 void syncFolder(const std::string& path)
 {
@@ -144,6 +162,18 @@ void StagingFolder::makeParents(const std::string& path)
             failedCall(folder, "cannot be created");
         madeFolders.push_back(folder);
     }
+}
+
+void StagingFolder::sync() const
+{
+    std::vector<std::string> files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(staging))
+        if (entry.is_regular_file())
+            files.push_back(entry.path().string());
+    if (files.size() > MANY_FILES)
+        return syncPath(staging, ::syncfs);
+    for (const std::string& file : files)
+        syncPath(file, ::fdatasync);
 }
 
 void StagingFolder::moveOne(const std::string& name)

@@ -64,6 +64,7 @@ void writeModel(ModelData& model)
     prepareModel(model);
     StagingFolder staging(model.dirName);
     writeModelFiles(model, staging.path());
+    staging.sync();
     staging.moveInto(outermostFolders(model));
 }
 

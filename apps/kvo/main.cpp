@@ -69,6 +69,8 @@ int main(int argc, char** argv)
         return std::cout ? status : fail("standard output cannot be written", kvo::exitFailure);
     } catch (const kvo::UsageError& error) {
         return fail(error.what(), kvo::exitUsage);
+    } catch (const std::bad_alloc&) {
+        return fail("this needs more memory than there is", kvo::exitFailure);
     } catch (const std::exception& error) {
         return fail(error.what(), kvo::exitFailure);
     }

@@ -188,6 +188,29 @@ TEST_F(Model, InstancesAreFilesOfTheModelWithTheirOwnIds)
     EXPECT_EQ(model.parts.at(0).extents[4], 0.0f);
 }
 
+// A table of every part in every file would take a gigabyte for 2,000 instances.
+TEST_F(Model, EachOfManyInstancesHasItsOwnParts)
+{
+    const int instances = 70;
+    std::string deck = "*PART, NAME=P\n" + someNodes(3) +
+                       "*ELEMENT, TYPE=S3, ELSET=E\n1, 1, 2, 3\n*ELEMENT, TYPE=T3D2, ELSET=E\n2, 1, 2\n*END PART\n"
+                       "*ASSEMBLY, NAME=A\n";
+    for (int k = 1; k <= instances; ++k) {
+        deck += "*INSTANCE, NAME=I" + std::to_string(k) + ", PART=P\n0, 0, " + std::to_string(k) + "\n*END INSTANCE\n";
+    }
+    kvo::writeModelDirectory(read(deck + "*END ASSEMBLY\n"), path("model"), log);
+    const ModelInfo model = info();
+    ASSERT_EQ(model.files.size(), std::size_t(instances));
+    ASSERT_EQ(model.parts.size(), std::size_t(2 * instances));
+    std::set<unsigned int> ids;
+    for (const ModelPartInfo& part : model.parts) {
+        EXPECT_EQ(part.numElements, 1u);
+        EXPECT_EQ(part.extents[4], float(part.fileIndex + 1)) << "z of the instance";
+        ids.insert(part.part.id);
+    }
+    EXPECT_EQ(ids.size(), model.parts.size());
+}
+
 TEST_F(Model, ALargeMeshGoesThroughSeveralBlocks)
 {
     // More elements than one block takes, ids descending.
