@@ -3,8 +3,8 @@
 //   bench_load [elements of each kind, 1000000] [Google Benchmark's options]
 //
 // The bound is reading every byte of the files and writing as many bytes as the part records hold, once each, to fresh
-// memory. Every measurement runs in a process of its own, started afresh, with the files in the page cache. Each load is
-// checked against the generator's mesh. Exit code 1 when a ratio misses its target or a load is wrong.
+// memory. Every measurement runs in a process of its own, started afresh, with the files in the page cache. Each load
+// is checked against the generator's mesh. Exit code 1 when a ratio misses its target or a load is wrong.
 #include <benchmark/benchmark.h>
 
 #include <fcntl.h>
@@ -43,7 +43,8 @@ constexpr unsigned int FIRST_SHELL = 5000001; // ids of a second range, as decks
 
 } // namespace
 
-// --- Counting the heap -------------------------------------------------------------------------------------------------
+// --- Counting the heap
+// -------------------------------------------------------------------------------------------------
 
 namespace heap {
 
@@ -52,7 +53,10 @@ std::atomic<std::size_t> now{0};
 std::atomic<std::size_t> peak{0};
 
 // With the allocator's own word in front of each piece.
-std::size_t sizeOf(void* piece) { return malloc_usable_size(piece) + sizeof(std::size_t); }
+std::size_t sizeOf(void* piece)
+{
+    return malloc_usable_size(piece) + sizeof(std::size_t);
+}
 
 void* take(std::size_t size)
 {
@@ -77,16 +81,35 @@ void release(void* piece)
 
 } // namespace heap
 
-void* operator new(std::size_t size) { return heap::take(size); }
-void* operator new[](std::size_t size) { return heap::take(size); }
-void operator delete(void* piece) noexcept { heap::release(piece); }
-void operator delete[](void* piece) noexcept { heap::release(piece); }
-void operator delete(void* piece, std::size_t) noexcept { heap::release(piece); }
-void operator delete[](void* piece, std::size_t) noexcept { heap::release(piece); }
+void* operator new(std::size_t size)
+{
+    return heap::take(size);
+}
+void* operator new[](std::size_t size)
+{
+    return heap::take(size);
+}
+void operator delete(void* piece) noexcept
+{
+    heap::release(piece);
+}
+void operator delete[](void* piece) noexcept
+{
+    heap::release(piece);
+}
+void operator delete(void* piece, std::size_t) noexcept
+{
+    heap::release(piece);
+}
+void operator delete[](void* piece, std::size_t) noexcept
+{
+    heap::release(piece);
+}
 
 namespace {
 
-// --- Loading -----------------------------------------------------------------------------------------------------------
+// --- Loading
+// -----------------------------------------------------------------------------------------------------------
 
 struct Loaded
 {
@@ -132,7 +155,8 @@ PartSizes sizesOf(std::size_t numNodes, std::size_t numElements, unsigned int st
     return {4 * numNodes, 12 * numNodes, 4 * numElements * stride, mapNodeSize() * numElements};
 }
 
-// --- Verification ------------------------------------------------------------------------------------------------------
+// --- Verification
+// ------------------------------------------------------------------------------------------------------
 
 [[noreturn]] void wrong(const char* what)
 {
@@ -165,8 +189,14 @@ void verifyPart(const PartInfoStr& part, const GeneratedMesh& mesh)
     }
 }
 
-GeneratedMesh solidsOf(std::size_t count) { return generateHexahedra(count, FIRST_SOLID, FIRST_SOLID); }
-GeneratedMesh shellsOf(std::size_t count) { return generateQuadrilaterals(count, FIRST_SHELL, FIRST_SHELL); }
+GeneratedMesh solidsOf(std::size_t count)
+{
+    return generateHexahedra(count, FIRST_SOLID, FIRST_SOLID);
+}
+GeneratedMesh shellsOf(std::size_t count)
+{
+    return generateQuadrilaterals(count, FIRST_SHELL, FIRST_SHELL);
+}
 
 void verify(const Loaded& model, std::size_t count)
 {
@@ -176,7 +206,8 @@ void verify(const Loaded& model, std::size_t count)
     verifyPart(model.parts[1], shellsOf(count));
 }
 
-// --- The bound ---------------------------------------------------------------------------------------------------------
+// --- The bound
+// ---------------------------------------------------------------------------------------------------------
 
 std::uint64_t readEveryByte(const std::filesystem::path& path)
 {
@@ -208,7 +239,8 @@ void readAndWriteOnce(const std::string& dir, const std::vector<PartSizes>& part
             writeFresh(size, kept);
 }
 
-// --- One measurement, in a process of its own --------------------------------------------------------------------------
+// --- One measurement, in a process of its own
+// --------------------------------------------------------------------------
 
 std::size_t statusValue(const char* field)
 {
@@ -295,8 +327,8 @@ std::vector<double> runMeasurement(const std::string& what, const std::string& d
     char self[4096] = {};
     if (::readlink("/proc/self/exe", self, sizeof self - 1) < 0)
         std::exit(1);
-    std::string command = std::string("'") + self + "' --measure " + what + " '" + dir + "' " +
-                          std::to_string(meshes.count);
+    std::string command =
+        std::string("'") + self + "' --measure " + what + " '" + dir + "' " + std::to_string(meshes.count);
     for (const PartSizes& s : meshes.sizes)
         for (std::size_t size : {s.idList, s.nodeValues, s.elmIndices, s.mapNodes})
             command += " " + std::to_string(size);
@@ -312,7 +344,8 @@ std::vector<double> runMeasurement(const std::string& what, const std::string& d
     return values;
 }
 
-// --- Report ------------------------------------------------------------------------------------------------------------
+// --- Report
+// ------------------------------------------------------------------------------------------------------------
 
 // Keeps the medians beside the usual table.
 class MedianReporter : public benchmark::ConsoleReporter

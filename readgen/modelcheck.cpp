@@ -14,7 +14,10 @@ namespace {
 constexpr std::size_t LONGEST_FILE_NAME = 255;
 constexpr std::size_t LONGEST_TEXT = 65535;
 
-[[noreturn]] void cannotWrite(const std::string& what) { throw CannotWrite(what); }
+[[noreturn]] void cannotWrite(const std::string& what)
+{
+    throw CannotWrite(what);
+}
 
 std::string inFile(const ModelData& model, const FileData& file)
 {
@@ -26,7 +29,8 @@ std::string inPart(const ModelData& model, const FileData& file, const PartData&
     return inFile(model, file) + "part " + std::to_string(part.part.id) + ": ";
 }
 
-// --- Names -------------------------------------------------------------------------------------------------------------
+// --- Names
+// -------------------------------------------------------------------------------------------------------------
 
 bool isReserved(const std::string& component)
 {
@@ -65,7 +69,8 @@ void checkNames(const ModelData& model)
     }
 }
 
-// --- Nodes -------------------------------------------------------------------------------------------------------------
+// --- Nodes
+// -------------------------------------------------------------------------------------------------------------
 
 void sortNodes(FileData& file)
 {
@@ -118,7 +123,8 @@ ModelNodes prepareAllNodes(ModelData& model)
     return nodes;
 }
 
-// --- Parts -------------------------------------------------------------------------------------------------------------
+// --- Parts
+// -------------------------------------------------------------------------------------------------------------
 
 void checkPartHead(const std::string& where, const PartData& data)
 {
@@ -159,8 +165,9 @@ void checkPartIds(const ModelData& model)
 // Resolves all references, which finds the nodes that the part uses.
 Box prepareElements(const std::string& where, const ModelNodes& nodes, std::size_t ownFile, PartData& data)
 {
-    const PartReferences refs = {data.refs.data(),  data.refs.size(), data.part.stride,
-                                 data.byIndex,      thirdSlotMayBeEmpty(data.part.drawType), ownFile};
+    const PartReferences refs = {
+        data.refs.data(), data.refs.size(), data.part.stride, data.byIndex, thirdSlotMayBeEmpty(data.part.drawType),
+        ownFile};
     std::vector<std::uint32_t> positions(refs.count);
     const std::size_t done = resolveReferences(nodes, refs, positions.data());
     if (done < refs.count)

@@ -17,7 +17,10 @@ void badFile(const std::string& path, std::uint64_t offset, const std::string& w
     throw BadFile(path + ": offset " + std::to_string(offset) + ": " + what);
 }
 
-void report(const std::string& line) { std::fprintf(stderr, "kvoread: %s\n", line.c_str()); }
+void report(const std::string& line)
+{
+    std::fprintf(stderr, "kvoread: %s\n", line.c_str());
+}
 
 bool fileExists(const std::string& path)
 {
@@ -25,7 +28,8 @@ bool fileExists(const std::string& path)
     return ::stat(path.c_str(), &info) == 0;
 }
 
-// --- Mapping -----------------------------------------------------------------------------------------------------------
+// --- Mapping
+// -----------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -70,7 +74,8 @@ MappedFile::~MappedFile()
         ::munmap(const_cast<char*>(bytes), size);
 }
 
-// --- Header and payload ------------------------------------------------------------------------------------------------
+// --- Header and payload
+// ------------------------------------------------------------------------------------------------
 
 ModelFile::ModelFile(const std::string& path, const char* magic) : MappedFile(path)
 {
@@ -108,7 +113,8 @@ void ModelFile::checkPayload() const
         badFile(path, sizeof(FileHeader), "the contents do not match their checksum");
 }
 
-// --- Nodes -------------------------------------------------------------------------------------------------------------
+// --- Nodes
+// -------------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -131,10 +137,10 @@ NodeIdFile::NodeIdFile(const std::string& path) : file(path, NODE_IDS_MAGIC)
         const std::uint32_t id = ids()[k];
         if (id <= previous)
             badFile(path, sizeof(FileHeader) + std::uint64_t{k} * sizeof id,
-                    k == 0 ? "node id 0" : id == previous
-                                               ? "node id " + std::to_string(id) + " occurs twice"
-                                               : "node ids are not ascending: " + std::to_string(id) + " after " +
-                                                     std::to_string(previous));
+                    k == 0 ? "node id 0"
+                    : id == previous
+                        ? "node id " + std::to_string(id) + " occurs twice"
+                        : "node ids are not ascending: " + std::to_string(id) + " after " + std::to_string(previous));
         previous = id;
     }
 }
@@ -155,8 +161,8 @@ void NodeCoordFile::checkPartner(const std::string& folder) const
                 std::to_string(file.header().count) + " nodes, but " + std::to_string(ids.header().count) + " in " +
                     NODE_IDS_FILE);
     if (ids.header().payloadChecksum != file.header().partner)
-        badFile(file.path, offsetof(FileHeader, partner), std::string("was not written together with its ") +
-                                                              NODE_IDS_FILE);
+        badFile(file.path, offsetof(FileHeader, partner),
+                std::string("was not written together with its ") + NODE_IDS_FILE);
 }
 
 void NodeCoordFile::checkFinite() const

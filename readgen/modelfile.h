@@ -11,8 +11,8 @@
 
 namespace readgen {
 
-// What is wrong with a file: one line that names it, the offset and the fault. Thrown inside this library, caught at its
-// public operations.
+// What is wrong with a file: one line that names it, the offset and the fault. Thrown inside this library, caught at
+// its public operations.
 class BadFile : public std::runtime_error
 {
 public:
@@ -75,10 +75,7 @@ public:
     explicit PartTable(const std::string& folder);
 
     std::size_t size() const { return static_cast<std::size_t>(table.header().count); }
-    const PartRecord& record(std::size_t k) const
-    {
-        return reinterpret_cast<const PartRecord*>(table.payload())[k];
-    }
+    const PartRecord& record(std::size_t k) const { return reinterpret_cast<const PartRecord*>(table.payload())[k]; }
     std::string name(std::size_t k) const;
     std::string propertyName(std::size_t k) const;
     std::string materialName(std::size_t k) const;

@@ -20,9 +20,13 @@ struct Block
     std::size_t size;
 };
 
-template <class T> Block blockOf(const std::vector<T>& values) { return {values.data(), values.size() * sizeof(T)}; }
+template <class T> Block blockOf(const std::vector<T>& values)
+{
+    return {values.data(), values.size() * sizeof(T)};
+}
 
-// --- Files -------------------------------------------------------------------------------------------------------------
+// --- Files
+// -------------------------------------------------------------------------------------------------------------
 
 // A new file that is closed without a word when something goes wrong, and with a check when it is finished.
 class NewFile
@@ -94,7 +98,8 @@ void writeFile(const std::string& path, const char* magic, std::uint64_t count, 
     file.finish();
 }
 
-// --- Nodes -------------------------------------------------------------------------------------------------------------
+// --- Nodes
+// -------------------------------------------------------------------------------------------------------------
 
 void writeNodes(const std::string& folder, const std::vector<std::uint32_t>& ids, const std::vector<float>& xyz)
 {
@@ -106,7 +111,8 @@ void writeNodes(const std::string& folder, const std::vector<std::uint32_t>& ids
     writeFile(folder + "/" + NODE_COORDS_FILE, NODE_COORDS_MAGIC, ids.size(), xyzSum, idSum, {xyzBlock});
 }
 
-// --- Parts -------------------------------------------------------------------------------------------------------------
+// --- Parts
+// -------------------------------------------------------------------------------------------------------------
 
 PartRecord headOf(const PartData& data, std::uint32_t ordinal)
 {
@@ -173,7 +179,8 @@ void writeParts(const std::string& folder, const std::vector<PartData>& parts, s
     writeFile(folder + "/" + ELEMENTS_FILE, ELEMENTS_MAGIC, files.numElements, 0, sum, files.blocks);
 }
 
-// --- The model's index -------------------------------------------------------------------------------------------------
+// --- The model's index
+// -------------------------------------------------------------------------------------------------
 
 void writeText(const std::string& path, const std::string& text)
 {

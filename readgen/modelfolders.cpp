@@ -87,7 +87,10 @@ bool exchange(const std::string& a, const std::string& b)
     return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
 }
 
-bool renamed(const std::string& from, const std::string& to) { return ::rename(from.c_str(), to.c_str()) == 0; }
+bool renamed(const std::string& from, const std::string& to)
+{
+    return ::rename(from.c_str(), to.c_str()) == 0;
+}
 
 // Up to so many files are waited for one by one. A disk takes milliseconds for each, so that models of thousands of
 // files wait once, for all that their file system has to write.

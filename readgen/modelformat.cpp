@@ -37,7 +37,10 @@ const Family* findFamily(unsigned int drawType)
 
 } // namespace
 
-std::uint64_t checksum(const void* data, std::size_t size) { return XXH3_64bits(data, size); }
+std::uint64_t checksum(const void* data, std::size_t size)
+{
+    return XXH3_64bits(data, size);
+}
 
 std::uint64_t headerChecksum(const FileHeader& header)
 {

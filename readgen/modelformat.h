@@ -84,10 +84,10 @@ std::uint64_t checksum(const void* data, std::size_t size); // XXH3, 64 bits
 std::uint64_t headerChecksum(const FileHeader& header);
 
 // Element families ("shell", ...) and what their strides may be.
-unsigned int drawTypeOf(const char* family);                     // 0 for an unknown one, any case
-const char* familyOf(unsigned int drawType);                     // "other" for an unknown one
-bool strideFits(unsigned int drawType, unsigned int stride);     // false also for 0 and absurd ones
-bool thirdSlotMayBeEmpty(unsigned int drawType);                 // beams and discretes
+unsigned int drawTypeOf(const char* family);                 // 0 for an unknown one, any case
+const char* familyOf(unsigned int drawType);                 // "other" for an unknown one
+bool strideFits(unsigned int drawType, unsigned int stride); // false also for 0 and absurd ones
+bool thirdSlotMayBeEmpty(unsigned int drawType);             // beams and discretes
 
 // Colour number `ordinal` of the palette as RGBA.
 void paletteColor(unsigned int ordinal, float* color);

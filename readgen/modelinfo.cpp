@@ -126,4 +126,7 @@ bool readModelInfo(const std::string& dirName, const std::string& modelName, Mod
     }
 }
 
-const char* partFamilyName(unsigned int drawType) { return familyOf(drawType); }
+const char* partFamilyName(unsigned int drawType)
+{
+    return familyOf(drawType);
+}

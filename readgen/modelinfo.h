@@ -25,9 +25,9 @@ struct KVO_EXPORT ModelInfo
     std::vector<ModelPartInfo> parts;         // in the order in which loading delivers them
 };
 
-// Reads part_start, the part tables and the headers of the node files of dirName/modelName. False on failure, with *error
-// (may be null) naming the file, the offset and what is wrong; *info is then empty. Element blocks and coordinates are
-// not read, so damage inside them shows only when the model is loaded.
+// Reads part_start, the part tables and the headers of the node files of dirName/modelName. False on failure, with
+// *error (may be null) naming the file, the offset and what is wrong; *info is then empty. Element blocks and
+// coordinates are not read, so damage inside them shows only when the model is loaded.
 KVO_EXPORT bool readModelInfo(const std::string& dirName, const std::string& modelName, ModelInfo* info,
                               std::string* error);
 

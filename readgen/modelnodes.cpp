@@ -14,7 +14,8 @@ constexpr unsigned int IDS_PER_BUCKET = 4;
 
 } // namespace
 
-// --- RankedBits --------------------------------------------------------------------------------------------------------
+// --- RankedBits
+// --------------------------------------------------------------------------------------------------------
 
 #define B2(n) n, n + 1, n + 1, n + 2
 #define B4(n) B2(n), B2(n + 1), B2(n + 1), B2(n + 2)
@@ -34,7 +35,8 @@ void RankedBits::finish()
     }
 }
 
-// --- IdIndex -----------------------------------------------------------------------------------------------------------
+// --- IdIndex
+// -----------------------------------------------------------------------------------------------------------
 
 IdIndex::IdIndex(const std::uint32_t* idList, std::uint32_t count)
     : ids(idList), firstId(count ? idList[0] : 1), range(count ? idList[count - 1] - idList[0] : 0),
@@ -73,7 +75,8 @@ std::uint32_t IdIndex::findInBucket(std::uint32_t id, std::uint32_t distance) co
     return hit != end && *hit == id ? static_cast<std::uint32_t>(hit - ids) : NOT_FOUND;
 }
 
-// --- ModelNodes --------------------------------------------------------------------------------------------------------
+// --- ModelNodes
+// --------------------------------------------------------------------------------------------------------
 
 void ModelNodes::addFile(const std::uint32_t* ids, const float* xyz, std::uint32_t count)
 {
@@ -103,12 +106,13 @@ std::uint32_t ModelNodes::find(std::uint32_t id) const
     return position;
 }
 
-// --- References --------------------------------------------------------------------------------------------------------
+// --- References
+// --------------------------------------------------------------------------------------------------------
 
 namespace {
 
-template <class Find> std::size_t resolveEach(const PartReferences& part, std::uint32_t noNodeToo, Find find,
-                                              std::uint32_t* positions)
+template <class Find>
+std::size_t resolveEach(const PartReferences& part, std::uint32_t noNodeToo, Find find, std::uint32_t* positions)
 {
     unsigned int slot = 0;
     for (std::size_t k = 0; k < part.count; ++k) {
@@ -144,7 +148,8 @@ std::size_t resolveReferences(const ModelNodes& nodes, const PartReferences& par
     return resolveEach(part, 0, find, positions);
 }
 
-// --- UsedNodes ---------------------------------------------------------------------------------------------------------
+// --- UsedNodes
+// ---------------------------------------------------------------------------------------------------------
 
 UsedNodes::UsedNodes(const std::uint32_t* positions, std::size_t count)
 {
@@ -182,7 +187,8 @@ std::uint32_t UsedNodes::rankInList(std::uint32_t position) const
     return static_cast<std::uint32_t>(std::lower_bound(sorted.begin(), sorted.end(), position) - sorted.begin());
 }
 
-// --- Box ---------------------------------------------------------------------------------------------------------------
+// --- Box
+// ---------------------------------------------------------------------------------------------------------------
 
 Box::Box()
 {

@@ -1,5 +1,5 @@
-// The nodes of all files of a model seen as one list, and the choice of those that a part uses. A "position" is an index
-// in that list: file 0's nodes, then file 1's, and so on. Private to readgen/.
+// The nodes of all files of a model seen as one list, and the choice of those that a part uses. A "position" is an
+// index in that list: file 0's nodes, then file 1's, and so on. Private to readgen/.
 #ifndef MODELNODES_H
 #define MODELNODES_H
 
@@ -15,7 +15,10 @@ namespace readgen {
 
 // "No such node": as positions go, negative when read as a signed number.
 constexpr std::uint32_t NOT_FOUND = 0x80000000u;
-inline bool isPosition(std::uint32_t value) { return value < NOT_FOUND; }
+inline bool isPosition(std::uint32_t value)
+{
+    return value < NOT_FOUND;
+}
 
 // A set of small numbers that tells how many of its members are below one of them. 5/8 byte per number.
 class RankedBits
@@ -134,12 +137,12 @@ struct PartReferences
     std::size_t ownFile;
 };
 
-// Turns references into positions (0xFFFFFFFF where a slot is empty). Returns the number of references turned: less than
-// all when the one at that place names no node.
+// Turns references into positions (0xFFFFFFFF where a slot is empty). Returns the number of references turned: less
+// than all when the one at that place names no node.
 std::size_t resolveReferences(const ModelNodes& nodes, const PartReferences& part, std::uint32_t* positions);
 
-// The distinct positions among some, ascending: a table of bits over their range, or a sorted list when they are too few
-// for that.
+// The distinct positions among some, ascending: a table of bits over their range, or a sorted list when they are too
+// few for that.
 class UsedNodes
 {
 public:

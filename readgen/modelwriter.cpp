@@ -78,7 +78,10 @@ ModelWriter::ModelWriter(const std::string& dirName, const std::string& modelNam
 
 ModelWriter::~ModelWriter() = default;
 
-void ModelWriter::beginFile(const std::string& fileName) { impl->startFile(fileName); }
+void ModelWriter::beginFile(const std::string& fileName)
+{
+    impl->startFile(fileName);
+}
 
 void ModelWriter::addNodes(std::size_t count, const unsigned int* ids, const float* xyz)
 {
@@ -102,7 +105,10 @@ void ModelWriter::addPart(const ModelPart& part, std::size_t numElements, const 
         data.refs.assign(nodeRefs, nodeRefs + numElements * part.stride);
 }
 
-void ModelWriter::setDeck(const std::string& text) { impl->model.deckText = text; }
+void ModelWriter::setDeck(const std::string& text)
+{
+    impl->model.deckText = text;
+}
 
 bool ModelWriter::write(std::string* error)
 {

@@ -27,7 +27,10 @@ double encodeGamma(double linear)
     return v <= 0.0031308 ? 12.92 * v : 1.055 * std::pow(v, 1 / 2.4) - 0.055;
 }
 
-double cube(double v) { return v * v * v; }
+double cube(double v)
+{
+    return v * v * v;
+}
 
 } // namespace
 

@@ -26,7 +26,8 @@ void releaseArrays(PartInfoStr& part)
 
 } // namespace
 
-// --- PartBatch ---------------------------------------------------------------------------------------------------------
+// --- PartBatch
+// ---------------------------------------------------------------------------------------------------------
 
 PartBatch::~PartBatch()
 {
@@ -41,13 +42,14 @@ void PartBatch::appendTo(unsigned int* numParts, PartInfoStr** parts)
     if (*parts)
         std::copy(*parts, *parts + before, grown);
     std::copy(records.begin(), records.end(), grown + before);
-    delete[] *parts;
+    delete[] * parts;
     *parts = grown;
     *numParts = static_cast<unsigned int>(before + records.size());
     records.clear();
 }
 
-// --- Nodes -------------------------------------------------------------------------------------------------------------
+// --- Nodes
+// -------------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -109,7 +111,8 @@ void makePartNodes(const ModelNodes& all, std::size_t length, PartInfoStr& part)
     }
 }
 
-// --- Elements ----------------------------------------------------------------------------------------------------------
+// --- Elements
+// ----------------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -123,9 +126,8 @@ void fillSorted(const std::uint32_t* ids, std::uint32_t count, UIUIMap& map)
 {
     std::vector<std::uint32_t> order(count);
     std::iota(order.begin(), order.end(), 0u);
-    std::sort(order.begin(), order.end(), [ids](std::uint32_t a, std::uint32_t b) {
-        return ids[a] != ids[b] ? ids[a] < ids[b] : a < b;
-    });
+    std::sort(order.begin(), order.end(),
+              [ids](std::uint32_t a, std::uint32_t b) { return ids[a] != ids[b] ? ids[a] < ids[b] : a < b; });
     for (std::uint32_t k : order)
         map.emplace_hint(map.end(), ids[k], k);
 }
@@ -158,8 +160,12 @@ void fillNodesAndIndices(const PartTable& table, std::size_t k, const ModelNodes
 {
     const PartRecord& r = table.record(k);
     const bool byIndex = r.flags & PART_REFS_BY_INDEX;
-    const PartReferences refs = {table.nodeReferences(k), static_cast<std::size_t>(r.numElements) * r.stride,
-                                 r.stride, byIndex, thirdSlotMayBeEmpty(r.drawType), ownFile};
+    const PartReferences refs = {table.nodeReferences(k),
+                                 static_cast<std::size_t>(r.numElements) * r.stride,
+                                 r.stride,
+                                 byIndex,
+                                 thirdSlotMayBeEmpty(r.drawType),
+                                 ownFile};
     part.partElements.elmIndices = new unsigned int[refs.count];
     const std::size_t done = resolveReferences(nodes, refs, part.partElements.elmIndices);
     if (done < refs.count)
@@ -210,7 +216,8 @@ void buildParts(const PartTable& table, const std::vector<std::size_t>& chosen, 
     });
 }
 
-// --- Tasks -------------------------------------------------------------------------------------------------------------
+// --- Tasks
+// -------------------------------------------------------------------------------------------------------------
 
 namespace {
 

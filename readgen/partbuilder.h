@@ -30,8 +30,8 @@ private:
     std::vector<PartInfoStr> records;
 };
 
-// Replaces the positions in part.partElements.elmIndices (length of them) by indices into the part's own nodes, which it
-// makes: sorted ids, coordinates, extents. Negative entries stay.
+// Replaces the positions in part.partElements.elmIndices (length of them) by indices into the part's own nodes, which
+// it makes: sorted ids, coordinates, extents. Negative entries stay.
 void makePartNodes(const ModelNodes& nodes, std::size_t length, PartInfoStr& part);
 
 // Fills the records of the chosen parts of a table: chosen[k] -> batch[k]. ownFile: the table's file among the nodes'.

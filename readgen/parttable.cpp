@@ -50,7 +50,8 @@ void PartTable::checkRecord(std::size_t k) const
         badFile(table.path, offsetOf(k, offsetof(PartRecord, flags)), part + "unknown flags");
 }
 
-// Texts and element blocks must follow each other without gap or overlap and fill their areas: then none can lie outside.
+// Texts and element blocks must follow each other without gap or overlap and fill their areas: then none can lie
+// outside.
 void PartTable::checkRecords() const
 {
     std::uint64_t text = 0;
@@ -93,7 +94,10 @@ std::string PartTable::text(std::size_t k, std::uint64_t skip, std::uint32_t len
     return std::string(table.payload() + size() * sizeof(PartRecord) + record(k).textOffset + skip, length);
 }
 
-std::string PartTable::name(std::size_t k) const { return text(k, 0, record(k).nameLength); }
+std::string PartTable::name(std::size_t k) const
+{
+    return text(k, 0, record(k).nameLength);
+}
 
 std::string PartTable::propertyName(std::size_t k) const
 {

@@ -15,15 +15,18 @@ using namespace readgen;
 
 namespace {
 
-// Without further files there is nothing to look into but the selected one. Null vectors mean more: the selected readers
-// were made here and are owned.
+// Without further files there is nothing to look into but the selected one. Null vectors mean more: the selected
+// readers were made here and are owned.
 std::vector<ReadIDS*> noOtherIds;
 std::vector<ReadNodes*> noOtherNodes;
 
 // The entry of uniqIndices that counts the colours given out by randomColor.
 constexpr unsigned int COLOR_COUNT = 0;
 
-bool ownsReaders(const ReadElements& reader) { return reader.m_ReadIDVect == nullptr; }
+bool ownsReaders(const ReadElements& reader)
+{
+    return reader.m_ReadIDVect == nullptr;
+}
 
 void releaseOwnReaders(ReadElements& reader)
 {
@@ -45,7 +48,8 @@ void loadOwnReaders(ReadElements& reader)
         reader.readNodes->getValues();
 }
 
-// --- Nodes of the whole model ------------------------------------------------------------------------------------------
+// --- Nodes of the whole model
+// ------------------------------------------------------------------------------------------
 
 // A file whose two node files do not both load counts as one without nodes.
 void addFile(ModelNodes& all, const ReadIDS* ids, const ReadNodes* nodes)
@@ -71,7 +75,8 @@ std::size_t collectNodes(ReadElements& reader, ModelNodes* all)
     return own;
 }
 
-// --- Parts -------------------------------------------------------------------------------------------------------------
+// --- Parts
+// -------------------------------------------------------------------------------------------------------------
 
 template <class Wanted> std::vector<std::size_t> chooseParts(const PartTable& table, Wanted wanted)
 {
@@ -90,8 +95,7 @@ int countElements(const PartTable& table, const std::vector<std::size_t>& chosen
     return static_cast<int>(std::min<std::uint64_t>(count, INT_MAX));
 }
 
-template <class Wanted>
-int readParts(ReadElements& reader, Wanted wanted, unsigned int* numParts, PartInfoStr** parts)
+template <class Wanted> int readParts(ReadElements& reader, Wanted wanted, unsigned int* numParts, PartInfoStr** parts)
 {
     const std::string folder = folderOf(reader.dirName, reader.modelName);
     return countOrReport(folder, [&] {
@@ -115,7 +119,8 @@ int readParts(ReadElements& reader, Wanted wanted, unsigned int* numParts, PartI
 
 } // namespace
 
-// --- Construction ------------------------------------------------------------------------------------------------------
+// --- Construction
+// ------------------------------------------------------------------------------------------------------
 
 ReadElements::ReadElements(UIUIMap* map, std::vector<ReadIDS*>* ids, std::vector<ReadNodes*>* nodes)
     : dirName(nullptr), modelName(nullptr), fileIndex(0), readIDS(nullptr), readNodes(nullptr), pidMap(map),
@@ -150,11 +155,13 @@ void ReadElements::setValues(const char* dir, const char* file, int index, ReadI
     readNodes = nodes;
 }
 
-// --- Reading -----------------------------------------------------------------------------------------------------------
+// --- Reading
+// -----------------------------------------------------------------------------------------------------------
 
 int ReadElements::getAll(unsigned int* numParts, PartInfoStr** parts)
 {
-    return readParts(*this, [](const PartTable&, std::size_t) { return true; }, numParts, parts);
+    return readParts(
+        *this, [](const PartTable&, std::size_t) { return true; }, numParts, parts);
 }
 
 int ReadElements::getPartsByID(std::vector<unsigned int>* pid_list, unsigned int* numParts, PartInfoStr** parts)
@@ -173,9 +180,15 @@ int ReadElements::get(const char* partName, unsigned int* numParts, PartInfoStr*
     return readParts(*this, named, numParts, parts);
 }
 
-void ReadElements::randomColor(float* color) { paletteColor(uniqIndices[COLOR_COUNT]++, color); }
+void ReadElements::randomColor(float* color)
+{
+    paletteColor(uniqIndices[COLOR_COUNT]++, color);
+}
 
-int ReadElements::getPartType(const char* family) { return static_cast<int>(family ? drawTypeOf(family) : 0); }
+int ReadElements::getPartType(const char* family)
+{
+    return static_cast<int>(family ? drawTypeOf(family) : 0);
+}
 
 void ReadElements::fillNodeDetails(unsigned int numIndices, PartInfoPtr part)
 {
@@ -191,14 +204,18 @@ void ReadElements::fillNodeDetails(unsigned int numIndices, PartInfoPtr part)
     makePartNodes(nodes, numIndices, *part);
 }
 
-// --- Segments ----------------------------------------------------------------------------------------------------------
+// --- Segments
+// ----------------------------------------------------------------------------------------------------------
 
 namespace {
 
 constexpr unsigned int SHELL_STRIDE = 4;
 
 // Node ids per face, 0 when the list makes no faces.
-std::size_t idsPerFace(std::size_t length) { return length % 4 == 0 ? (length ? 4 : 0) : length % 3 == 0 ? 3 : 0; }
+std::size_t idsPerFace(std::size_t length)
+{
+    return length % 4 == 0 ? (length ? 4 : 0) : length % 3 == 0 ? 3 : 0;
+}
 
 // The ids of all faces, four each: a triangle repeats its third.
 std::vector<std::uint32_t> faceCorners(const std::vector<unsigned int>& ids, std::size_t perFace)

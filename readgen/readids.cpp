@@ -10,7 +10,10 @@ using namespace readgen;
 
 ReadIDS::ReadIDS() : dirName(nullptr), modelName(nullptr), numIDs(0), idList(nullptr) {}
 
-ReadIDS::ReadIDS(const char* dir, const char* file) : ReadIDS() { set(dir, file); }
+ReadIDS::ReadIDS(const char* dir, const char* file) : ReadIDS()
+{
+    set(dir, file);
+}
 
 ReadIDS::~ReadIDS()
 {

@@ -63,11 +63,20 @@ void ReadNodes::set(const char* dir, const char* file)
     replaceNames(*this, dir, file);
 }
 
-float* ReadNodes::getValuesPtr() { return nodeValues; }
+float* ReadNodes::getValuesPtr()
+{
+    return nodeValues;
+}
 
-char* ReadNodes::getSelectedPtr() { return selectedNodes; }
+char* ReadNodes::getSelectedPtr()
+{
+    return selectedNodes;
+}
 
-int ReadNodes::getNumNodes() { return static_cast<int>(numNodes); }
+int ReadNodes::getNumNodes()
+{
+    return static_cast<int>(numNodes);
+}
 
 int ReadNodes::getValues()
 {
@@ -97,4 +106,7 @@ void ReadNodes::addNode(float* xyz, unsigned int index)
     numNodes = std::max<std::size_t>(numNodes, std::size_t{index} + 1);
 }
 
-void ReadNodes::addNode(float* xyz) { addNode(xyz, static_cast<unsigned int>(numNodes)); }
+void ReadNodes::addNode(float* xyz)
+{
+    addNode(xyz, static_cast<unsigned int>(numNodes));
+}

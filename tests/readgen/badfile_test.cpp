@@ -141,7 +141,8 @@ TEST_P(BadFile, ofAnotherVersion)
     EXPECT_EQ(report.numParts, 0u);
 }
 
-// --- What is not an error ----------------------------------------------------------------------------------------------
+// --- What is not an error
+// ----------------------------------------------------------------------------------------------
 
 TEST(MissingNodes, ofAFileWithoutNodesAreNoError)
 {
@@ -162,11 +163,11 @@ TEST(MissingNodes, ofAMissingFolderAreReported)
     writeTinyModel(folder.path);
     for (const char* file : FILES)
         fs::remove(folder.path + "/tiny/" + file);
-    writeBytes(folder.path + "/tiny/part_start",
-               readBytes(folder.path + "/tiny/part_start").substr(0, 24) + std::string("\2\0\0\0\1\0\0\0a\1\0\0\0b", 14));
+    writeBytes(folder.path + "/tiny/part_start", readBytes(folder.path + "/tiny/part_start").substr(0, 24) +
+                                                     std::string("\2\0\0\0\1\0\0\0a\1\0\0\0b", 14));
     const LoadReport report = loadAndReport(folder.path, "tiny");
     EXPECT_EQ(report.numParts, 0u);
     ASSERT_EQ(report.lines.size(), 4u); // ids and parts of both files
-    EXPECT_EQ(report.lines[0], "kvoread: " + folder.path +
-                                   "/a/node_ids: offset 0: cannot be opened: No such file or directory");
+    EXPECT_EQ(report.lines[0],
+              "kvoread: " + folder.path + "/a/node_ids: offset 0: cannot be opened: No such file or directory");
 }

@@ -61,7 +61,8 @@ TEST_F(BadModel, sealedWithoutChangeLoads)
     EXPECT_TRUE(report.lines.empty());
 }
 
-// --- Headers -----------------------------------------------------------------------------------------------------------
+// --- Headers
+// -----------------------------------------------------------------------------------------------------------
 
 TEST_F(BadModel, wrongHeaderSize)
 {
@@ -78,7 +79,8 @@ TEST_F(BadModel, reservedFieldInUse)
 TEST_F(BadModel, payloadSizeBeyondTheFile)
 {
     coordHeader().payloadSize = HUGE_COUNT;
-    EXPECT_EQ(problem(), "node_coords: offset 24: announces 18446744073709551600 bytes after the header, the file has 144");
+    EXPECT_EQ(problem(),
+              "node_coords: offset 24: announces 18446744073709551600 bytes after the header, the file has 144");
 }
 
 TEST_F(BadModel, wrongHeaderChecksum)
@@ -90,13 +92,15 @@ TEST_F(BadModel, wrongHeaderChecksum)
               "kvoread: " + folder.path + "/tiny/node_ids: offset 56: the header does not match its checksum");
 }
 
-// --- Nodes -------------------------------------------------------------------------------------------------------------
+// --- Nodes
+// -------------------------------------------------------------------------------------------------------------
 
 TEST_F(BadModel, nodeCountThatDoesNotFit)
 {
     for (std::uint64_t count : {std::uint64_t{0}, std::uint64_t{11}, std::uint64_t{13}, HUGE_COUNT, HUGE_COUNT / 4}) {
         idHeader().count = count;
-        EXPECT_EQ(problem(), "node_ids: offset 16: a count of " + std::to_string(count) + " does not fit 48 bytes of 4 each");
+        EXPECT_EQ(problem(),
+                  "node_ids: offset 16: a count of " + std::to_string(count) + " does not fit 48 bytes of 4 each");
     }
 }
 
@@ -165,7 +169,8 @@ TEST_F(BadModel, moreNodesThanAFileMayHave)
                                    "/tiny/node_ids: offset 16: 2147483648 nodes are more than one file may have");
 }
 
-// --- Part table --------------------------------------------------------------------------------------------------------
+// --- Part table
+// --------------------------------------------------------------------------------------------------------
 
 TEST_F(BadModel, partCountThatDoesNotFit)
 {
@@ -183,7 +188,8 @@ TEST_F(BadModel, partCountTooSmall)
 TEST_F(BadModel, strideZero)
 {
     edited->record(1).stride = 0;
-    EXPECT_EQ(problem(), "parts: offset " + std::to_string(64 + 136 + 8) + ": part 20: a stride of 0 does not fit draw type 41");
+    EXPECT_EQ(problem(),
+              "parts: offset " + std::to_string(64 + 136 + 8) + ": part 20: a stride of 0 does not fit draw type 41");
 }
 
 TEST_F(BadModel, strideOfAnotherFamily)
@@ -203,8 +209,8 @@ TEST_F(BadModel, moreElementsThanAPartMayHave)
 {
     for (std::uint64_t count : {std::uint64_t{0x20000000}, HUGE_COUNT}) {
         edited->record(0).numElements = count;
-        EXPECT_EQ(problem(), "parts: offset 128: part 10: " + std::to_string(count) +
-                                 " elements are more than one part may have");
+        EXPECT_EQ(problem(),
+                  "parts: offset 128: part 10: " + std::to_string(count) + " elements are more than one part may have");
     }
 }
 
@@ -267,7 +273,8 @@ TEST_F(BadModel, partIdTwice)
     EXPECT_EQ(problem(), "parts: offset 64: part id 10 occurs twice");
 }
 
-// --- Elements ----------------------------------------------------------------------------------------------------------
+// --- Elements
+// ----------------------------------------------------------------------------------------------------------
 
 TEST_F(BadModel, elementIdTwice)
 {

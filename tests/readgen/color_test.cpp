@@ -45,7 +45,10 @@ void writeManyParts(const std::string& dir)
 
 } // namespace
 
-TEST(Palette, givesTheSameColorsInTheSameOrder) { EXPECT_EQ(firstColors(50), firstColors(50)); }
+TEST(Palette, givesTheSameColorsInTheSameOrder)
+{
+    EXPECT_EQ(firstColors(50), firstColors(50));
+}
 
 TEST(Palette, staysInRangeAndOpaque)
 {

@@ -63,7 +63,9 @@ TEST(ModelInfo, keepsAllThatAPartCanSay)
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
     addNodes(writer, {1, 2, 3});
-    ModelPart part = makePart(4000000000u, SHELL, 4, "Blech \xC3\xA4u\xC3\x9F" "en");
+    ModelPart part = makePart(4000000000u, SHELL, 4,
+                              "Blech \xC3\xA4u\xC3\x9F"
+                              "en");
     part.hasColor = true;
     part.color[1] = 0.5f;
     part.propertyId = 12;

@@ -147,7 +147,8 @@ TEST(Loading, ofReferencesByIndex)
     EXPECT_EQ(cornersOf(model.part(2), 3), (Ids{7, 3, 3})); // index 0 is a node
 }
 
-// --- Several files -----------------------------------------------------------------------------------------------------
+// --- Several files
+// -----------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -238,7 +239,8 @@ TEST(LoadingFiles, thatNumberTheirNodesAlikeKeepsThemApart)
     EXPECT_EQ(model.part(2).partExtents[1], 11);
 }
 
-// --- Some parts only ---------------------------------------------------------------------------------------------------
+// --- Some parts only
+// ---------------------------------------------------------------------------------------------------
 
 TEST(LoadingByIds, givesTheListedPartsInTheModelsOrder)
 {
@@ -363,7 +365,8 @@ TEST(Loading, withThreadsGivesEveryElementOfALargeModel)
     }
 }
 
-// --- Smaller members ---------------------------------------------------------------------------------------------------
+// --- Smaller members
+// ---------------------------------------------------------------------------------------------------
 
 TEST(PartType, isTheDrawTypeOfAFamilyName)
 {

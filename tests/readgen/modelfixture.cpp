@@ -14,7 +14,8 @@
 namespace fs = std::filesystem;
 using namespace readgen;
 
-// --- Folders and files -------------------------------------------------------------------------------------------------
+// --- Folders and files
+// -------------------------------------------------------------------------------------------------
 
 TempFolder::TempFolder()
 {
@@ -52,13 +53,15 @@ std::vector<std::string> listTree(const std::string& folder)
     return names;
 }
 
-// --- Writing -----------------------------------------------------------------------------------------------------------
+// --- Writing
+// -----------------------------------------------------------------------------------------------------------
 
 std::vector<float> coordinatesOf(const Ids& nodeIds)
 {
     std::vector<float> xyz;
     for (unsigned int id : nodeIds)
-        xyz.insert(xyz.end(), {0.5f * static_cast<float>(id), static_cast<float>(id % 7) - 3, -2.0f * static_cast<float>(id % 5)});
+        xyz.insert(xyz.end(),
+                   {0.5f * static_cast<float>(id), static_cast<float>(id % 7) - 3, -2.0f * static_cast<float>(id % 5)});
     return xyz;
 }
 
@@ -103,7 +106,8 @@ void writeTinyModel(const std::string& dir, const std::string& name)
     writeOrFail(writer);
 }
 
-// --- Loading -----------------------------------------------------------------------------------------------------------
+// --- Loading
+// -----------------------------------------------------------------------------------------------------------
 
 std::vector<std::string> filesOf(const std::string& dir, const std::string& modelName)
 {
@@ -194,7 +198,8 @@ LoadReport loadAndReport(const std::string& dir, const std::string& name)
     return {model.idCounts[0], model.nodeCounts[0], model.elementCounts[0], model.numParts, splitLines(errors.all())};
 }
 
-// --- Editing -----------------------------------------------------------------------------------------------------------
+// --- Editing
+// -----------------------------------------------------------------------------------------------------------
 
 EditedFolder::EditedFolder(const std::string& path)
     : folder(path), nodeIds(readBytes(path + "/node_ids")), nodeCoords(readBytes(path + "/node_coords")),

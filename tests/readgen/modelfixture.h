@@ -1,5 +1,5 @@
-// What the tests of the model-reading library share: a folder of their own, a tiny model with one element of every kind,
-// loading as the environment does it, and files changed on purpose.
+// What the tests of the model-reading library share: a folder of their own, a tiny model with one element of every
+// kind, loading as the environment does it, and files changed on purpose.
 #ifndef MODELFIXTURE_H
 #define MODELFIXTURE_H
 
@@ -88,7 +88,10 @@ struct EditedFolder
     explicit EditedFolder(const std::string& folder);
 
     readgen::FileHeader& header(std::string& file) { return *reinterpret_cast<readgen::FileHeader*>(&file[0]); }
-    template <class T> T* payload(std::string& file) { return reinterpret_cast<T*>(&file[sizeof(readgen::FileHeader)]); }
+    template <class T> T* payload(std::string& file)
+    {
+        return reinterpret_cast<T*>(&file[sizeof(readgen::FileHeader)]);
+    }
     readgen::PartRecord& record(std::size_t k) { return payload<readgen::PartRecord>(parts)[k]; }
 
     // Makes every checksum and partner fit what the files now hold; sizes and counts stay as they are.

@@ -68,20 +68,59 @@ void expectDistinctAscending(const Ids& positions)
 
 } // namespace
 
-TEST(IdIndex, findsContiguousIds) { expectPlainAnswers(everyNth(17, 1000, 1)); }
-TEST(IdIndex, findsDenseIds) { expectPlainAnswers(everyNth(1, 1000, 3)); }
-TEST(IdIndex, findsSparseIds) { expectPlainAnswers(everyNth(7, 1000, 4000000)); }
-TEST(IdIndex, findsIdsOfTheWholeRange) { expectPlainAnswers({1, 2, 3, 1000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE}); }
-TEST(IdIndex, findsClusteredIds) { expectPlainAnswers(clusters()); }
-TEST(IdIndex, findsASingleId) { expectPlainAnswers({4000000000u}); }
-TEST(IdIndex, findsNothingInAnEmptyList) { expectPlainAnswers({}); }
+TEST(IdIndex, findsContiguousIds)
+{
+    expectPlainAnswers(everyNth(17, 1000, 1));
+}
+TEST(IdIndex, findsDenseIds)
+{
+    expectPlainAnswers(everyNth(1, 1000, 3));
+}
+TEST(IdIndex, findsSparseIds)
+{
+    expectPlainAnswers(everyNth(7, 1000, 4000000));
+}
+TEST(IdIndex, findsIdsOfTheWholeRange)
+{
+    expectPlainAnswers({1, 2, 3, 1000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE});
+}
+TEST(IdIndex, findsClusteredIds)
+{
+    expectPlainAnswers(clusters());
+}
+TEST(IdIndex, findsASingleId)
+{
+    expectPlainAnswers({4000000000u});
+}
+TEST(IdIndex, findsNothingInAnEmptyList)
+{
+    expectPlainAnswers({});
+}
 
-TEST(UsedNodes, ofACrowdedRange) { expectDistinctAscending({5, 9, 5, 6, 7, 100, 9, 8}); }
-TEST(UsedNodes, ofAWideRange) { expectDistinctAscending({2000000000u, 3, 1000000, 3, 2000000000u, 4}); }
-TEST(UsedNodes, passesOverEmptySlots) { expectDistinctAscending({4, NO_NODE, 5, NOT_FOUND, 4}); }
-TEST(UsedNodes, ofEmptySlotsOnly) { expectDistinctAscending({NO_NODE, NO_NODE}); }
-TEST(UsedNodes, ofNothing) { expectDistinctAscending({}); }
-TEST(UsedNodes, ofPositionZero) { expectDistinctAscending({0}); }
+TEST(UsedNodes, ofACrowdedRange)
+{
+    expectDistinctAscending({5, 9, 5, 6, 7, 100, 9, 8});
+}
+TEST(UsedNodes, ofAWideRange)
+{
+    expectDistinctAscending({2000000000u, 3, 1000000, 3, 2000000000u, 4});
+}
+TEST(UsedNodes, passesOverEmptySlots)
+{
+    expectDistinctAscending({4, NO_NODE, 5, NOT_FOUND, 4});
+}
+TEST(UsedNodes, ofEmptySlotsOnly)
+{
+    expectDistinctAscending({NO_NODE, NO_NODE});
+}
+TEST(UsedNodes, ofNothing)
+{
+    expectDistinctAscending({});
+}
+TEST(UsedNodes, ofPositionZero)
+{
+    expectDistinctAscending({0});
+}
 
 TEST(ModelNodes, findsInTheFirstFileThatHasTheId)
 {

@@ -9,8 +9,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::vector<std::string> TINY_TREE = {"tiny/",           "tiny/elements",   "tiny/node_coords",
-                                            "tiny/node_ids",   "tiny/part_start", "tiny/parts"};
+const std::vector<std::string> TINY_TREE = {"tiny/",         "tiny/elements",   "tiny/node_coords",
+                                            "tiny/node_ids", "tiny/part_start", "tiny/parts"};
 
 std::vector<float> extentsOf(const std::string& partStart)
 {
@@ -124,7 +124,8 @@ TEST(Writer, acceptsAFileNameOf255Bytes)
     EXPECT_EQ(filesOf(folder.path, "m")[1], std::string(255, 'f'));
 }
 
-// --- Replacing ---------------------------------------------------------------------------------------------------------
+// --- Replacing
+// ---------------------------------------------------------------------------------------------------------
 
 TEST(WriterReplaces, anOlderModelWhole)
 {

@@ -13,8 +13,9 @@
 
 namespace fs = std::filesystem;
 
-// --- A disk that fails on demand ---------------------------------------------------------------------------------------
-// Definitions in the program win over the system's, also for the library.
+// --- A disk that fails on demand
+// --------------------------------------------------------------------------------------- Definitions in the program
+// win over the system's, also for the library.
 
 namespace disk {
 
@@ -22,7 +23,10 @@ int syncsUntilFull = -1;      // the call that fails; -1: none
 int renamesUntilFailure = -1; // likewise
 bool canExchange = true;
 
-bool countDown(int& calls) { return calls >= 0 && calls-- == 0; }
+bool countDown(int& calls)
+{
+    return calls >= 0 && calls-- == 0;
+}
 
 } // namespace disk
 
@@ -35,7 +39,8 @@ extern "C" KVO_EXPORT int fdatasync(int file)
     return static_cast<int>(syscall(SYS_fdatasync, file));
 }
 
-extern "C" KVO_EXPORT int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned int flags) noexcept
+extern "C" KVO_EXPORT int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                                    unsigned int flags) noexcept
 {
     if (!disk::canExchange) {
         errno = EINVAL;
@@ -114,7 +119,8 @@ struct FailingDisk : testing::Test
 
 } // namespace
 
-// --- Models that are wrong ---------------------------------------------------------------------------------------------
+// --- Models that are wrong
+// ---------------------------------------------------------------------------------------------
 
 TEST(WriterRefuses, aPartIdTwice)
 {
@@ -152,11 +158,13 @@ TEST(WriterRefuses, aCoordinateThatIsNoNumber)
 
 TEST(WriterRefuses, stridesThatDoNotFitTheDrawType)
 {
-    const unsigned int pairs[][2] = {{SHELL, 3}, {SHELL, 8}, {SOLID, 4}, {SOLID, 6}, {BEAM, 2}, {DISCRETE, 4}, {77, 0}, {77, 65}};
+    const unsigned int pairs[][2] = {{SHELL, 3}, {SHELL, 8},    {SOLID, 4}, {SOLID, 6},
+                                     {BEAM, 2},  {DISCRETE, 4}, {77, 0},    {77, 65}};
     for (const auto& pair : pairs) {
         Spoiled model;
         model.part(makePart(5, pair[0], pair[1]), {1}, Ids(100, 1));
-        const std::string expected = "part 5: a stride of " + std::to_string(pair[1]) + " does not fit draw type " + std::to_string(pair[0]);
+        const std::string expected =
+            "part 5: a stride of " + std::to_string(pair[1]) + " does not fit draw type " + std::to_string(pair[0]);
         EXPECT_EQ(model.error().substr(0, expected.size()), expected);
     }
 }
@@ -284,7 +292,8 @@ TEST(WriterRefuses, withoutAPlaceForTheError)
     EXPECT_FALSE(writer.write(nullptr));
 }
 
-// --- Disks that fail ---------------------------------------------------------------------------------------------------
+// --- Disks that fail
+// ---------------------------------------------------------------------------------------------------
 
 TEST_F(FailingDisk, fullAtEveryFileLeavesNothing)
 {
