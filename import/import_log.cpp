@@ -23,7 +23,7 @@ void ImportLog::warn(const std::string& kind, const Place& place, const std::str
     Warnings& warnings = kindOf(kind);
     ++warnings.count;
     if (warnings.lines.size() < maxPerKind) {
-        warnings.lines.push_back(place.file.empty() ? text : place.text() + ": " + text);
+        warnings.lines.push_back(printable(place.file.empty() ? text : place.text() + ": " + text));
     }
 }
 

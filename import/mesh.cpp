@@ -63,11 +63,11 @@ void MeshFile::addUndrawn(const std::string& type, std::int64_t id, const std::i
     list->nodes.insert(list->nodes.end(), nodes, nodes + count);
 }
 
-void MeshFile::orient(std::int64_t element, const std::array<double, 3>& vector)
+void MeshFile::orient(std::int64_t element, const std::array<double, 3>& vector, int family)
 {
-    const auto known = orientationIndex.emplace(vector, orientations.size());
+    const auto known = orientationIndex.emplace(std::make_pair(vector, family), orientations.size());
     if (known.second) {
-        orientations.push_back({vector, {}});
+        orientations.push_back({vector, {}, family});
     }
     orientations[known.first->second].elements.add(element);
 }

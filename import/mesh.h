@@ -90,8 +90,11 @@ struct UndrawnElements
 // The elements whose orientation is a vector instead of a third node.
 struct Orientation
 {
+    static constexpr int anyFamily = -1;
+
     std::array<double, 3> vector; // global
     IdSet elements;
+    int family = anyFamily; // a Family where element ids are unique in their family only
 };
 
 // One set of nodes with ids of its own: a whole deck, or one instance of it, whose ids may repeat those of another.
@@ -114,10 +117,10 @@ struct MeshFile
     void addUndrawn(const std::string& type, std::int64_t id, const std::int64_t* nodes, std::size_t count);
     // A beam's third node is for a node of the deck. A vector makes no node, whose id nobody could look up in the deck:
     // it is kept here.
-    void orient(std::int64_t element, const std::array<double, 3>& vector);
+    void orient(std::int64_t element, const std::array<double, 3>& vector, int family = Orientation::anyFamily);
 
 private:
-    std::map<std::array<double, 3>, std::size_t> orientationIndex;
+    std::map<std::pair<std::array<double, 3>, int>, std::size_t> orientationIndex;
     std::vector<std::size_t> lastBlock; // of a type, plus 1; elements of two types may alternate
 };
 

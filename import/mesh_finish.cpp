@@ -6,6 +6,7 @@
 #include <numeric>
 #include <set>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "id_index.h"
 
@@ -90,42 +91,62 @@ std::vector<std::int64_t> elementIds(const Mesh& mesh, const MeshFile& file, con
     return ids;
 }
 
-// The ids that occur more than once among these, and how often they do beyond the first time.
-std::unordered_map<std::int64_t, std::uint32_t> repeatedIds(std::vector<std::int64_t> ids)
+// The ids that occur more than once among these.
+std::unordered_set<std::int64_t> repeatedIds(std::vector<std::int64_t> ids)
 {
-    std::unordered_map<std::int64_t, std::uint32_t> repeated;
+    std::unordered_set<std::int64_t> repeated;
     if (ascending(ids)) {
         return repeated;
     }
     std::sort(ids.begin(), ids.end());
     for (std::size_t k = 1; k < ids.size(); ++k) {
         if (ids[k] == ids[k - 1]) {
-            ++repeated[ids[k]];
+            repeated.insert(ids[k]);
         }
     }
     return repeated;
 }
 
+// One of several elements of an id.
+struct Definition
+{
+    ElementBlock* block;
+    std::size_t element;
+};
+
+// Blocks are in the order in which their types first occur, so that within a file the lines decide.
+bool isEarlier(const Definition& a, const Definition& b)
+{
+    return a.block->sourceFile == b.block->sourceFile && a.block->line[a.element] < b.block->line[b.element];
+}
+
 // Of the elements of the wanted types, whose ids are one numbering.
 void dropEarlierDefinitions(const Mesh& mesh, MeshFile& file, const TypeFilter& wanted, ImportLog& log)
 {
-    auto repeated = repeatedIds(elementIds(mesh, file, wanted));
+    const std::unordered_set<std::int64_t> repeated = repeatedIds(elementIds(mesh, file, wanted));
     if (repeated.empty()) {
         return;
     }
-    // In deck order: every definition but the last goes.
+    std::unordered_map<std::int64_t, Definition> last;
     for (ElementBlock& block : file.blocks) {
         if (!wanted(mesh.types[block.type])) {
             continue;
         }
         for (std::size_t e = 0; e < block.size(); ++e) {
-            const auto found = repeated.find(block.ids[e]);
-            if (found != repeated.end() && found->second > 0 && block.part[e] != noPart) {
-                --found->second;
-                block.part[e] = noPart;
-                log.warn(warnElementTwice, mesh.placeOf(block, e),
-                         "element " + std::to_string(block.ids[e]) + " is defined again later; that definition holds");
+            if (block.part[e] == noPart || repeated.count(block.ids[e]) == 0) {
+                continue;
             }
+            Definition earlier = {&block, e};
+            const auto known = last.emplace(block.ids[e], earlier);
+            if (known.second) {
+                continue;
+            }
+            if (!isEarlier(earlier, known.first->second)) {
+                std::swap(earlier, known.first->second);
+            }
+            earlier.block->part[earlier.element] = noPart;
+            log.warn(warnElementTwice, mesh.placeOf(*earlier.block, earlier.element),
+                     "element " + std::to_string(block.ids[e]) + " is defined again later; that definition holds");
         }
     }
 }

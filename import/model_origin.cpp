@@ -12,19 +12,41 @@ namespace {
 
 constexpr double floatSteps = 8388608.0; // 2^23: a float's resolution
 
-// The shortest edge, of those along the corners in their order, that has a length; squared.
+// Corners at the ends of edges, two digits each.
+const char* edgesOf(Shape shape)
+{
+    switch (shape) {
+    case Shape::Line:
+        return "01";
+    case Shape::Triangle:
+        return "011220";
+    case Shape::Quad:
+        return "01122330";
+    case Shape::Tetra:
+        return "011220031323";
+    case Shape::Pyramid:
+        return "0112233004142434";
+    case Shape::Wedge:
+        return "011220344553031425";
+    case Shape::Hexa:
+        break;
+    }
+    return "011223304556677404152637";
+}
+
+// The shortest edge that has a length; squared.
 double shortestEdgeSquared(const Mesh& mesh, const MeshFile& file)
 {
     double shortest = std::numeric_limits<double>::infinity();
     for (const ElementBlock& block : file.blocks) {
         const ElementType& type = mesh.types[block.type];
-        const std::size_t corners = static_cast<std::size_t>(cornerCount(type.shape));
+        const char* edges = edgesOf(type.shape);
         const std::size_t entries = static_cast<std::size_t>(type.slots());
         for (std::size_t e = 0; e < block.size(); ++e) {
             const std::int64_t* nodes = &block.nodes[e * entries];
-            for (std::size_t k = 1; k < corners && block.part[e] != noPart; ++k) {
-                const double* a = &file.xyz[3 * static_cast<std::size_t>(nodes[k - 1])];
-                const double* b = &file.xyz[3 * static_cast<std::size_t>(nodes[k])];
+            for (const char* edge = edges; *edge && block.part[e] != noPart; edge += 2) {
+                const double* a = &file.xyz[3 * static_cast<std::size_t>(nodes[edge[0] - '0'])];
+                const double* b = &file.xyz[3 * static_cast<std::size_t>(nodes[edge[1] - '0'])];
                 const double squared =
                     (a[0] - b[0]) * (a[0] - b[0]) + (a[1] - b[1]) * (a[1] - b[1]) + (a[2] - b[2]) * (a[2] - b[2]);
                 shortest = squared > 0.0 ? std::min(shortest, squared) : shortest;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace kvo {
 
@@ -17,13 +18,24 @@ struct Place
     std::string text() const { return line == 0 ? file : file + ":" + std::to_string(line); }
 };
 
+// Messages quote what stands in a deck, which may be anything: control characters, which a terminal would obey, become
+// question marks.
+inline std::string printable(std::string text)
+{
+    for (char& c : text) {
+        const bool plain = static_cast<unsigned char>(c) >= 32 && c != 127;
+        c = plain || c == '\n' || c == '\t' ? c : '?';
+    }
+    return text;
+}
+
 // A deck that cannot be imported. what() is "FILE:LINE: message".
 class ImportError : public std::runtime_error
 {
 public:
     ImportError(Place where, const std::string& message)
-        : std::runtime_error(where.file.empty() ? message : where.text() + ": " + message), place(std::move(where)),
-          message(message)
+        : std::runtime_error(printable(where.file.empty() ? message : where.text() + ": " + message)),
+          place(std::move(where)), message(printable(message))
     {
     }
 

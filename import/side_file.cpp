@@ -155,6 +155,9 @@ Json orientationsJson(const Mesh& mesh, const SideData& model)
     for (std::size_t f = 0; f < mesh.files.size(); ++f) {
         for (const Orientation& row : mesh.files[f].orientations) {
             Json object = {{"vector", row.vector}};
+            if (row.family != Orientation::anyFamily) {
+                object["kind"] = familyName(static_cast<Family>(row.family));
+            }
             putFile(object, model, f);
             object["elements"] = idsJson(row.elements);
             list.push_back(std::move(object));

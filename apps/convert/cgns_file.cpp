@@ -4,7 +4,6 @@
 #include <cgnslib.h>
 
 #include <algorithm>
-#include <cstring>
 
 #include "container_elements.h"
 #include "place.h"
@@ -24,7 +23,8 @@ struct LocationRow
 
 using On = CgnsCondition::On;
 
-// Faces of structured zones without a direction are told by the direction in which their range is flat.
+// Faces of structured zones without a direction, and edges of flat ones, are told by the direction in which they lie in
+// one plane.
 const LocationRow locations[] = {
     {CGNS_ENUMV(Vertex), On::Nodes, On::Nodes},          {CGNS_ENUMV(FaceCenter), On::Unknown, On::Elements},
     {CGNS_ENUMV(EdgeCenter), On::Unknown, On::Elements}, {CGNS_ENUMV(CellCenter), On::Unknown, On::Elements},
@@ -42,22 +42,63 @@ On placeOf(CGNS_ENUMT(GridLocation_t) location, bool structured)
     return On::Unknown;
 }
 
-On flatDirection(const std::array<CgnsCondition::Point, 2>& range, int dimensions)
+// The direction in which all faces lie in one plane. Thin zones and single faces are flat in several: then the one in
+// which the indices along the plane count cells, and the plane is the zone's boundary.
+On flatDirection(const std::vector<std::array<CgnsCondition::Point, 2>>& ranges, const Lattice& lattice)
 {
     const On faces[] = {On::FacesI, On::FacesJ, On::FacesK};
-    for (std::size_t d = 0; d < static_cast<std::size_t>(dimensions); ++d) {
-        if (range[0][d] == range[1][d]) {
-            return faces[d];
+    const std::size_t dimensions = static_cast<std::size_t>(lattice.dimensions);
+    CgnsCondition::Point first = ranges.front()[0], last = ranges.front()[1];
+    for (const auto& range : ranges) {
+        for (std::size_t d = 0; d < dimensions; ++d) {
+            first[d] = std::min(first[d], range[0][d]);
+            last[d] = std::max(last[d], range[1][d]);
         }
     }
-    return On::Unknown;
+    On best = On::Unknown;
+    int bestFit = -1;
+    for (std::size_t d = 0; d < dimensions; ++d) {
+        bool cells = true;
+        for (std::size_t e = 0; e < dimensions; ++e) {
+            cells = cells && (e == d || last[e] < lattice.nodes[e]);
+        }
+        const bool boundary = first[d] == 1 || first[d] == lattice.nodes[d];
+        const int fit = (cells ? 2 : 0) + (boundary ? 1 : 0);
+        if (first[d] == last[d] && fit > bestFit) {
+            best = faces[d];
+            bestFit = fit;
+        }
+    }
+    return best;
+}
+
+// Which array is for which direction: X, Y and Z have theirs, others get those that are free. "": none.
+std::array<std::string, 3> byDirection(const std::vector<std::string>& arrays, int space)
+{
+    const std::string axes[] = {"CoordinateX", "CoordinateY", "CoordinateZ"};
+    std::array<std::string, 3> result;
+    for (const bool known : {true, false}) {
+        for (const std::string& array : arrays) {
+            const std::size_t axis = static_cast<std::size_t>(std::find(axes, axes + 3, array) - axes);
+            std::size_t d = axis < 3 ? axis : 0;
+            while (axis == 3 && d < 3 && !result[d].empty()) {
+                ++d;
+            }
+            if ((axis < 3) == known && (known || static_cast<int>(d) < space)) {
+                result[d] = array;
+            }
+        }
+    }
+    return result;
 }
 
 } // namespace
 
 CgnsFile::CgnsFile(const std::string& path) : name(path)
 {
-    check(cg_open(path.c_str(), CG_MODE_READ, &id), "cannot be opened");
+    if (cg_open(path.c_str(), CG_MODE_READ, &id) != CG_OK) { // damaged, or newer than the library
+        fail(std::string("cannot be opened: ") + cg_get_error());
+    }
 }
 
 CgnsFile::~CgnsFile()
@@ -82,6 +123,7 @@ std::vector<CgnsZone> CgnsFile::zones() const
         check(cg_nzones(id, base, &count), "the number of its zones");
         for (int zone = 1; zone <= count; ++zone) {
             result.push_back(zoneAt(base, baseName, dimensions, zone));
+            result.back().spaceDimensions = space;
         }
     }
     return result;
@@ -124,32 +166,41 @@ std::string CgnsFile::familyHere() const
 
 std::vector<double> CgnsFile::coordinates(const CgnsZone& zone, std::vector<std::string>& names) const
 {
-    const std::size_t count = static_cast<std::size_t>(zone.nodes);
-    std::vector<double> xyz(3 * count, 0.0);
+    std::vector<double> xyz(3 * static_cast<std::size_t>(zone.nodes), 0.0);
     int arrays = 0;
     check(cg_ncoords(id, zone.base, zone.zone, &arrays), "the coordinates of zone \"" + zone.name + "\"");
+    for (int k = 1; k <= arrays; ++k) {
+        char array[longestPath] = {};
+        CGNS_ENUMT(DataType_t) type = CGNS_ENUMV(DataTypeNull);
+        check(cg_coord_info(id, zone.base, zone.zone, k, &type, array), "coordinates");
+        names.push_back(array);
+    }
+    const std::array<std::string, 3> chosen = byDirection(names, zone.spaceDimensions);
+    names.clear();
+    for (std::size_t d = 0; d < 3; ++d) {
+        if (!chosen[d].empty()) {
+            readCoordinate(zone, chosen[d], &xyz[d]);
+            names.push_back(chosen[d]);
+        }
+    }
+    return xyz;
+}
+
+void CgnsFile::readCoordinate(const CgnsZone& zone, const std::string& array, double* every3rd) const
+{
     cgsize_t first[3] = {1, 1, 1}, last[3] = {1, 1, 1};
     for (std::size_t d = 0; d < 3; ++d) {
         last[d] = static_cast<cgsize_t>(zone.lattice.nodes[d]);
     }
-    for (int k = 1; k <= std::min(arrays, 3); ++k) {
-        char array[longestPath] = {};
-        CGNS_ENUMT(DataType_t) type = CGNS_ENUMV(DataTypeNull);
-        check(cg_coord_info(id, zone.base, zone.zone, k, &type, array), "coordinates");
-        std::vector<double> values(count);
-        if (count > 0) {
-            check(cg_coord_read(id, zone.base, zone.zone, array, CGNS_ENUMV(RealDouble), first, last, values.data()),
-                  std::string(array) + " of zone \"" + zone.name + "\"");
-        }
-        const char direction = std::strncmp(array, "Coordinate", 10) == 0 ? array[10] : '\0';
-        const bool known = direction >= 'X' && direction <= 'Z' && array[11] == '\0';
-        const std::size_t d = known ? static_cast<std::size_t>(direction - 'X') : static_cast<std::size_t>(k - 1);
-        for (std::size_t n = 0; n < count; ++n) {
-            xyz[3 * n + d] = values[n];
-        }
-        names.push_back(array);
+    std::vector<double> values(static_cast<std::size_t>(zone.nodes));
+    if (values.empty()) {
+        return;
     }
-    return xyz;
+    check(cg_coord_read(id, zone.base, zone.zone, array.c_str(), CGNS_ENUMV(RealDouble), first, last, values.data()),
+          array + " of zone \"" + zone.name + "\"");
+    for (std::size_t n = 0; n < values.size(); ++n) {
+        every3rd[3 * n] = values[n];
+    }
 }
 
 // --- elements ---
@@ -300,8 +351,9 @@ CgnsCondition CgnsFile::conditionAt(const CgnsZone& zone, int position) const
     if (points == CGNS_ENUMV(ElementRange) || points == CGNS_ENUMV(ElementList)) {
         condition.on = On::Elements;
     }
-    if (zone.structured && location == CGNS_ENUMV(FaceCenter) && !condition.ranges.empty()) {
-        condition.on = flatDirection(condition.ranges.front(), zone.lattice.dimensions);
+    const bool edges = zone.lattice.dimensions == 2 && location == CGNS_ENUMV(EdgeCenter);
+    if (zone.structured && (edges || location == CGNS_ENUMV(FaceCenter)) && !condition.ranges.empty()) {
+        condition.on = flatDirection(condition.ranges, zone.lattice);
     }
     if (cg_goto(id, zone.base, "Zone_t", zone.zone, "ZoneBC_t", 1, "BC_t", position, "end") == CG_OK) {
         condition.family = familyHere();

@@ -20,7 +20,8 @@ struct CgnsZone
     std::string name;
     std::string family; // "" if it is in none
     bool structured = false;
-    Lattice lattice; // of a structured one
+    Lattice lattice;         // of a structured one
+    int spaceDimensions = 3; // how many coordinates a node has
     std::int64_t nodes = 0;
 };
 
@@ -73,7 +74,7 @@ public:
     CgnsFile& operator=(const CgnsFile&) = delete;
 
     std::vector<CgnsZone> zones() const;
-    // 3 per node. names gets the names of the arrays that they are from.
+    // 3 per node. names gets the names of the arrays that they are from, at most one per direction.
     std::vector<double> coordinates(const CgnsZone& zone, std::vector<std::string>& names) const;
     std::vector<CgnsSection> sections(const CgnsZone& zone) const; // none of structured zones
     std::vector<CgnsCondition> conditions(const CgnsZone& zone) const;
@@ -81,6 +82,8 @@ public:
 
 private:
     CgnsZone zoneAt(int base, const std::string& baseName, int dimensions, int zone) const;
+    // To the first of every three values.
+    void readCoordinate(const CgnsZone& zone, const std::string& array, double* every3rd) const;
     CgnsSection sectionAt(const CgnsZone& zone, int position) const;
     void readMixed(const CgnsZone& zone, int position, std::size_t count, std::size_t size, CgnsSection& section) const;
     void readPolygons(const CgnsZone& zone, int position, std::size_t count, std::size_t size,

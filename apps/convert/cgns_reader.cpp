@@ -95,9 +95,8 @@ void addElement(ZoneTarget& target, const std::string& type, std::uint32_t part,
     target.log.count(listElementsNotDrawn, type, 1, target.place());
 }
 
-void addPolygons(ZoneTarget& target, const CgnsSection& section, std::uint32_t part)
+void addPolygons(ZoneTarget& target, const CgnsSection& section, std::uint32_t part, PolygonElements& polygons)
 {
-    PolygonElements polygons(target.mesh, target.rows, target.log, target.fileIndex);
     for (std::size_t e = 0; e < section.count(); ++e) {
         std::vector<std::uint32_t> corners;
         for (std::int64_t k = section.starts[e]; k < section.starts[e + 1]; ++k) {
@@ -107,7 +106,6 @@ void addPolygons(ZoneTarget& target, const CgnsSection& section, std::uint32_t p
         }
         polygons.add(section.typeOf(e), section.first + static_cast<std::int64_t>(e), part, 0, corners);
     }
-    polygons.finish();
 }
 
 void addPolyhedra(ZoneTarget& target, const CgnsSection& section)
@@ -127,40 +125,36 @@ void addFixed(ZoneTarget& target, const CgnsSection& section, std::uint32_t part
     }
 }
 
-// Polygons come last: what they are divided into has ids above all others.
+// What polygons are divided into has ids above those of all sections.
 void addSections(ZoneTarget& target, const std::vector<CgnsSection>& sections)
 {
-    for (const bool polygons : {false, true}) {
-        for (const CgnsSection& section : sections) {
-            const bool isPolygon = section.types[0] == "NGON_n";
-            if (isPolygon != polygons) {
-                continue;
-            }
-            if (section.types[0] == "NFACE_n") {
-                addPolyhedra(target, section);
-            } else if (isPolygon) {
-                addPolygons(target, section, addPart(target, section.name, "section"));
-            } else {
-                addFixed(target, section, addPart(target, section.name, "section"));
-            }
+    PolygonElements polygons(target.mesh, target.rows, target.log, target.fileIndex);
+    for (const CgnsSection& section : sections) {
+        if (section.types[0] == "NFACE_n") {
+            addPolyhedra(target, section);
+        } else if (section.types[0] == "NGON_n") {
+            addPolygons(target, section, addPart(target, section.name, "section"), polygons);
+        } else {
+            addFixed(target, section, addPart(target, section.name, "section"));
         }
     }
+    polygons.finish();
 }
 
 // --- sets ---
 
-// The nodes of a range in a structured zone; a range of faces reaches one node further along its face.
-void addLatticeNodes(const ZoneTarget& target, On on, std::array<CgnsCondition::Point, 2> range, Ids& ids)
+// The nodes of a range in a structured zone; a range of faces reaches one node further along its face. Returns false if
+// the range reaches out of the zone: of that only what is in it counts.
+bool addLatticeNodes(const Lattice& lattice, On on, std::array<CgnsCondition::Point, 2> range, Ids& ids)
 {
-    const Lattice& lattice = target.zone.lattice;
     const On faces[] = {On::FacesI, On::FacesJ, On::FacesK};
+    bool inside = true;
     for (std::size_t d = 0; d < 3; ++d) {
         const bool along = on != On::Nodes && on != faces[d] && static_cast<int>(d) < lattice.dimensions;
-        range[1][d] += along ? 1 : 0;
-        if (range[0][d] < 1 || range[1][d] > lattice.nodes[d]) {
-            throw ImportError(target.place(),
-                              "damaged: a boundary condition reaches out of zone \"" + target.zone.name + "\"");
-        }
+        const std::int64_t beyond = lattice.nodes[d] + (along ? 0 : 1);
+        inside = inside && range[0][d] >= 1 && range[1][d] < beyond;
+        range[0][d] = std::max<std::int64_t>(range[0][d], 1);
+        range[1][d] = std::min(range[1][d], beyond - 1) + (along ? 1 : 0);
     }
     for (std::int64_t k = range[0][2]; k <= range[1][2]; ++k) {
         for (std::int64_t j = range[0][1]; j <= range[1][1]; ++j) {
@@ -169,6 +163,7 @@ void addLatticeNodes(const ZoneTarget& target, On on, std::array<CgnsCondition::
             }
         }
     }
+    return inside;
 }
 
 // Sets of a zone by kind and name. A boundary condition and its family may have one name.
@@ -182,6 +177,21 @@ void addTo(SetTable& sets, MeshSet::Of of, const std::string& name, const IdSet&
     }
 }
 
+IdSet latticeNodes(ZoneTarget& target, const CgnsCondition& condition)
+{
+    Ids nodes;
+    bool inside = true;
+    for (const auto& range : condition.ranges) {
+        inside = addLatticeNodes(target.zone.lattice, condition.on, range, nodes) && inside;
+    }
+    if (!inside) {
+        target.log.warn(warnSetMember, target.place(),
+                        "boundary condition \"" + condition.name + "\" reaches out of zone \"" + target.zone.name +
+                            "\": only what is in it is kept");
+    }
+    return idSetOf(std::move(nodes));
+}
+
 void addCondition(ZoneTarget& target, const CgnsCondition& condition, SetTable& sets)
 {
     if (condition.on == On::Unknown || (target.zone.structured && condition.on == On::Elements)) {
@@ -191,11 +201,7 @@ void addCondition(ZoneTarget& target, const CgnsCondition& condition, SetTable& 
     }
     IdSet ids;
     if (target.zone.structured) {
-        Ids nodes;
-        for (const auto& range : condition.ranges) {
-            addLatticeNodes(target, condition.on, range, nodes);
-        }
-        ids = idSetOf(nodes);
+        ids = latticeNodes(target, condition);
     } else {
         for (const auto& range : condition.ranges) {
             ids.addRange(range[0][0], range[1][0]);

@@ -33,7 +33,8 @@ struct Exodus
     Mesh& mesh;
     MeshRows& rows;
     ImportLog& log;
-    Ids elementIds; // by position
+    PolygonElements polygons; // of all blocks
+    Ids elementIds;           // by position
     std::size_t nextElement = 0;
 
     std::size_t dimensions() const { return file.length("num_dim"); }
@@ -84,6 +85,9 @@ void readNodes(Exodus& exodus)
     if (dimensions < 1 || dimensions > 3) {
         throw ImportError({file.path(), 0}, "damaged: a mesh of " + std::to_string(dimensions) + " dimensions");
     }
+    if (count == 0) {
+        throw ImportError({file.path(), 0}, "has no nodes");
+    }
     checkPlausible(file.path(), count, 4, true);
     MeshFile& to = exodus.mesh.files.emplace_back();
     to.nodeIds = idMap(file, "node_num_map", count, "nodes", exodus.log);
@@ -97,7 +101,8 @@ std::string typeName(const std::string& written, std::size_t nodes)
 {
     const std::string name = upperCase(written.empty() ? "UNNAMED" : written);
     const bool counted = std::isdigit(static_cast<unsigned char>(name.back())) != 0;
-    return counted || startsWithIgnoringCase(name, "NSIDED") ? name : name + std::to_string(nodes);
+    const bool countsDiffer = startsWithIgnoringCase(name, "NSIDED") || nodes == 0;
+    return counted || countsDiffer ? name : name + std::to_string(nodes);
 }
 
 bool agree(const std::vector<double>& table, std::size_t columns, std::size_t column)
@@ -147,7 +152,6 @@ void addPolygons(Exodus& exodus, const Block& block, const Ids& ids)
     MeshFile& to = exodus.mesh.files.front();
     const Ids counts = exodus.file.integers("ebepecnt" + block.number, block.elements);
     const Ids nodes = exodus.file.integers("connect" + block.number, block.nodesEach);
-    PolygonElements polygons(exodus.mesh, exodus.rows, exodus.log);
     std::size_t next = 0;
     for (std::size_t e = 0; e < block.elements; ++e) {
         if (counts[e] < 0 || static_cast<std::size_t>(counts[e]) > nodes.size() - next) {
@@ -158,9 +162,17 @@ void addPolygons(Exodus& exodus, const Block& block, const Ids& ids)
             nodeIdAt(exodus.mesh, to, nodes[next]);
             corners.push_back(static_cast<std::uint32_t>(nodes[next] - 1));
         }
-        polygons.add(block.type, ids[e], block.part, 0, corners);
+        exodus.polygons.add(block.type, ids[e], block.part, 0, corners);
     }
-    polygons.finish();
+}
+
+// Polyhedra name faces instead of nodes, and blocks may be without either: their elements are kept by their ids.
+void addWithoutNodes(Exodus& exodus, const Block& block, const Ids& ids)
+{
+    for (const std::int64_t id : ids) {
+        exodus.mesh.files.front().addUndrawn(block.type, id, nullptr, 0);
+    }
+    exodus.log.count(listElementsNotDrawn, block.type, block.elements, {exodus.file.path(), 0});
 }
 
 void addElements(Exodus& exodus, const Block& block, const ElementKind& kind, const Ids& ids)
@@ -168,7 +180,7 @@ void addElements(Exodus& exodus, const Block& block, const ElementKind& kind, co
     MeshFile& to = exodus.mesh.files.front();
     const std::string connect = "connect" + block.number;
     if (block.nodesEach == 0 || !exodus.file.hasVariable(connect)) {
-        exodus.log.count(listElementsNotDrawn, block.type, block.elements, {exodus.file.path(), 0});
+        addWithoutNodes(exodus, block, ids);
         return;
     }
     const Ids nodes = exodus.file.integers(connect, block.elements * block.nodesEach);
@@ -186,15 +198,24 @@ void addElements(Exodus& exodus, const Block& block, const ElementKind& kind, co
     }
 }
 
+// It stands with the list of nodes, or of faces.
+std::string writtenType(const NetcdfFile& file, const std::string& number)
+{
+    for (const char* const list : {"connect", "facconn"}) {
+        if (file.hasVariable(list + number)) {
+            return file.text(list + number, "elem_type");
+        }
+    }
+    return {};
+}
+
 Block blockAt(Exodus& exodus, std::size_t index, std::int64_t id, const std::string& name)
 {
     Block block;
     block.number = std::to_string(index + 1);
     block.elements = exodus.file.length("num_el_in_blk" + block.number);
     block.nodesEach = exodus.file.length("num_nod_per_el" + block.number);
-    const std::string connect = "connect" + block.number;
-    const std::string written = exodus.file.hasVariable(connect) ? exodus.file.text(connect, "elem_type") : "";
-    block.type = typeName(written, block.nodesEach);
+    block.type = typeName(writtenType(exodus.file, block.number), block.nodesEach);
     block.part = static_cast<std::uint32_t>(exodus.mesh.parts.size());
     MeshPart& part = exodus.mesh.parts.emplace_back();
     part.id = id;
@@ -344,9 +365,10 @@ Mesh readExodus(const std::string& path, ImportLog& log)
     if (!title.empty()) {
         mesh.facts.push_back({"title", title});
     }
-    Exodus exodus{file, mesh, rows, log, {}};
+    Exodus exodus{file, mesh, rows, log, PolygonElements(mesh, rows, log), {}};
     readNodes(exodus);
     readBlocks(exodus);
+    exodus.polygons.finish();
     for (const SetRow& row : setRows) {
         readSets(exodus, row);
     }

@@ -24,8 +24,9 @@ struct MedTarget
     ImportLog& log;
     std::size_t fileIndex;
     std::vector<MedFamily> families;
-    std::map<std::int64_t, std::uint32_t> parts; // by number of family
-    std::map<std::int64_t, Ids> members[2];      // by number of family: nodes, elements
+    std::map<std::int64_t, std::uint32_t> parts;         // by number of family
+    std::map<std::int64_t, Ids> nodes;                   // likewise
+    std::map<int, std::map<std::int64_t, Ids>> elements; // by what a set of them is for, see setKind(), and by family
 
     MeshFile& file() { return mesh.files[fileIndex]; }
     Place place() const { return {mesh.sourceFiles.front(), 0}; }
@@ -159,37 +160,32 @@ std::uint32_t partOf(MedTarget& target, std::int64_t number)
     return index;
 }
 
-void addGroupSet(MedTarget& target, const std::string& group, MeshSet::Of of, const Ids& ids)
+// Where shells, solids and bars share numbers, a set is for one of these.
+int setKind(const MedTarget& target, const MedElements& elements)
 {
-    if (ids.empty()) {
-        return;
-    }
-    MeshSet set;
-    set.of = of;
-    set.name = group;
-    set.file = static_cast<std::uint32_t>(target.fileIndex);
-    set.ids = idSetOf(ids);
-    target.mesh.sets.push_back(std::move(set));
+    const int family = familyOf(elements);
+    return target.mesh.idsPerFamily && family < familyCount ? family : MeshSet::anyFamily;
 }
 
 // A group has the members of all its families.
-void addGroups(MedTarget& target)
+void addGroups(MedTarget& target, MeshSet::Of of, int kind, const std::map<std::int64_t, Ids>& members)
 {
-    const MeshSet::Of kinds[] = {MeshSet::Of::Nodes, MeshSet::Of::Elements};
-    for (std::size_t k = 0; k < 2; ++k) {
-        std::map<std::string, Ids> groups;
-        for (const MedFamily& family : target.families) {
-            const auto members = target.members[k].find(family.number);
-            for (const std::string& group : family.groups) {
-                if (members != target.members[k].end()) {
-                    Ids& ids = groups[group];
-                    ids.insert(ids.end(), members->second.begin(), members->second.end());
-                }
-            }
+    std::map<std::string, Ids> groups;
+    for (const MedFamily& family : target.families) {
+        const auto found = members.find(family.number);
+        for (const std::string& group : found == members.end() ? std::vector<std::string>() : family.groups) {
+            Ids& ids = groups[group];
+            ids.insert(ids.end(), found->second.begin(), found->second.end());
         }
-        for (const auto& group : groups) {
-            addGroupSet(target, group.first, kinds[k], group.second);
-        }
+    }
+    for (const auto& group : groups) {
+        MeshSet set;
+        set.of = of;
+        set.family = kind;
+        set.name = group.first;
+        set.file = static_cast<std::uint32_t>(target.fileIndex);
+        set.ids = idSetOf(group.second);
+        target.mesh.sets.push_back(std::move(set));
     }
 }
 
@@ -201,9 +197,8 @@ std::int64_t familyAt(const Ids& families, std::size_t position)
 }
 
 // The corners of a polygon of second order are the first half of its nodes.
-void addPolygons(MedTarget& target, const MedElements& elements)
+void addPolygons(MedTarget& target, const MedElements& elements, PolygonElements& polygons)
 {
-    PolygonElements polygons(target.mesh, target.rows, target.log, target.fileIndex);
     for (std::size_t e = 0; e < elements.count; ++e) {
         const std::int64_t start = elements.starts[e];
         const std::int64_t nodes = elements.starts[e + 1] - start;
@@ -215,7 +210,6 @@ void addPolygons(MedTarget& target, const MedElements& elements)
         }
         polygons.add(elements.type, elements.numbers[e], partOf(target, familyAt(elements.families, e)), 0, corners);
     }
-    polygons.finish();
 }
 
 // MED counts a solid's bottom clockwise as seen from its top.
@@ -234,14 +228,15 @@ void addDrawn(MedTarget& target, const MedElements& elements, const ElementKind&
     }
 }
 
-void addElements(MedTarget& target, const MedElements& elements, bool medOrder)
+void addElements(MedTarget& target, const MedElements& elements, bool medOrder, PolygonElements& polygons)
 {
+    std::map<std::int64_t, Ids>& members = target.elements[setKind(target, elements)];
     for (std::size_t e = 0; e < elements.count; ++e) {
-        target.members[1][familyAt(elements.families, e)].push_back(elements.numbers[e]);
+        members[familyAt(elements.families, e)].push_back(elements.numbers[e]);
     }
     const ElementKind kind = elementKind(elements.type, elements.nodesEach);
     if (elements.nodesEach == 0) {
-        addPolygons(target, elements);
+        addPolygons(target, elements, polygons);
         return;
     }
     if (kind.drawn) {
@@ -264,7 +259,7 @@ void readNodes(const MedFile& file, const MedMesh& from, MedTarget& target)
     to.nodeIds = nodeIds(target, file.nodeNumbers(from), to.xyz.size() / 3);
     const Ids families = file.nodeFamilies(from);
     for (std::size_t k = 0; k < families.size(); ++k) {
-        target.members[0][families[k]].push_back(to.nodeIds[k]);
+        target.nodes[families[k]].push_back(to.nodeIds[k]);
     }
     if (!from.cartesian) {
         target.log.warn("coordinates that are not x, y, z", target.place(),
@@ -277,13 +272,18 @@ void readMesh(const MedFile& file, const MedMesh& from, MedTarget& target)
     readNodes(file, from, target);
     std::vector<MedElements> all = file.elements(from);
     settleNumbers(target, all);
+    PolygonElements polygons(target.mesh, target.rows, target.log, target.fileIndex);
     for (const MedElements& elements : all) {
-        addElements(target, elements, !from.structured);
+        addElements(target, elements, !from.structured, polygons);
     }
+    polygons.finish();
     if (const std::uint64_t count = file.descendingElements(from)) {
         target.log.count(listDataNotRead, "elements given by their faces", count, target.place());
     }
-    addGroups(target);
+    addGroups(target, MeshSet::Of::Nodes, MeshSet::anyFamily, target.nodes);
+    for (const auto& kind : target.elements) {
+        addGroups(target, MeshSet::Of::Elements, kind.first, kind.second);
+    }
 }
 
 void turnSolids(Mesh& mesh, const std::vector<MedMesh>& meshes, ImportLog& log)
@@ -317,7 +317,7 @@ Mesh readMed(const std::string& path, ImportLog& log)
     }
     for (const MedMesh& from : meshes) {
         mesh.files.emplace_back().name = from.name;
-        MedTarget target{mesh, rows, log, mesh.files.size() - 1, file.families(from), {}, {}};
+        MedTarget target{mesh, rows, log, mesh.files.size() - 1, file.families(from), {}, {}, {}};
         readMesh(file, from, target);
     }
     finishMesh(mesh, log);

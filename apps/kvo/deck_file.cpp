@@ -99,30 +99,51 @@ std::string undrawnTable(const Json& deck)
     return titled("not drawn", {{"type"}, {"count", true}}, rows);
 }
 
-std::string originText(const Json& deck)
-{
-    const Json& origin = deck.at("origin");
-    if (origin == Json::array({0.0, 0.0, 0.0}))
-        return "";
-    return "\norigin moved to " + shortNumber(origin.at(0)) + ", " + shortNumber(origin.at(1)) + ", " +
-           shortNumber(origin.at(2)) + "\n";
-}
-
-} // namespace
-
-Json readDeckFile(const ModelSource& source)
+// Null without the file. Of its members those that are wanted.
+Json parseDeckFile(const ModelSource& source, const Json::parser_callback_t& wanted)
 {
     std::ifstream file(source.dirName() + "/" + source.modelName() + "/deck.json");
     if (!file)
         return nullptr;
     try {
-        Json deck = Json::parse(file);
+        Json deck = Json::parse(file, wanted);
         if (deck.at("version").get<int>() != knownVersion)
             throw ProgramError(source.shownName() + "/deck.json", "is of a version that is not known");
         return deck;
     } catch (const Json::exception& error) {
         throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
     }
+}
+
+} // namespace
+
+Json readDeckFile(const ModelSource& source)
+{
+    return parseDeckFile(source, nullptr);
+}
+
+std::array<double, 3> readOrigin(const ModelSource& source)
+{
+    // Lists of elements can be long.
+    const auto wanted = [](int depth, Json::parse_event_t event, Json& parsed) {
+        return depth != 1 || event != Json::parse_event_t::key || parsed == "version" || parsed == "origin";
+    };
+    const Json deck = parseDeckFile(source, wanted);
+    try {
+        return deck.is_null() ? std::array<double, 3>{} : deck.at("origin").get<std::array<double, 3>>();
+    } catch (const Json::exception& error) {
+        throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
+    }
+}
+
+std::string formatOrigin(const std::array<double, 3>& origin)
+{
+    if (origin == std::array<double, 3>{})
+        return "";
+    char text[120];
+    std::snprintf(text, sizeof text, "coordinates are the deck's less (%.12g, %.12g, %.12g)\n", origin[0], origin[1],
+                  origin[2]);
+    return text;
 }
 
 std::string formatDeckFile(const Json& deck)
@@ -133,8 +154,8 @@ std::string formatDeckFile(const Json& deck)
         std::string facts;
         for (const auto& fact : deck.at("facts").items())
             facts += fact.key() + ": " + fact.value().get<std::string>() + "\n";
-        return "\ndeck: " + textOf(deck, "format") + "\n" + facts + originText(deck) + setsTable(deck) +
-               partsTable(deck) + undrawnTable(deck);
+        return "\ndeck: " + textOf(deck, "format") + "\n" + facts + setsTable(deck) + partsTable(deck) +
+               undrawnTable(deck);
     } catch (const Json::exception& error) {
         throw ProgramError("deck.json", std::string("is damaged: ") + error.what());
     }

@@ -2,6 +2,7 @@
 #ifndef KVO_DECK_FILE_H
 #define KVO_DECK_FILE_H
 
+#include <array>
 #include <string>
 
 #include "json.h"
@@ -12,6 +13,12 @@ namespace kvo {
 // Its content; null for a model directory without it, which need not come from a deck. Throws ProgramError for one that
 // is damaged.
 Json readDeckFile(const ModelSource& source);
+
+// What was taken off all coordinates of the deck (kvo import --shift-origin); zeros mostly. Throws as readDeckFile
+// does.
+std::array<double, 3> readOrigin(const ModelSource& source);
+// What a user has to add to the model's coordinates, in one line with its end; "" for zeros.
+std::string formatOrigin(const std::array<double, 3>& origin);
 
 // Tables of sets, of what parts are made of, and of what is not drawn; what there is nothing of is left out.
 std::string formatDeckFile(const Json& deck);

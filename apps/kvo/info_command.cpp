@@ -23,7 +23,8 @@ namespace {
 const char* const manual = R"(
 TABLE
   One line a part: its id, name, kind (shell, solid, beam, discrete), elements, the nodes that they use and
-  the extents; then the totals. Nodes that several parts use count once in the total.
+  the extents; then the totals. Nodes that several parts use count once in the total. The last line says what
+  kvo import --shift-origin took off the deck's coordinates, if anything.
 
 SETS (--sets)
   What the deck has beyond the parts: its sets of nodes, elements and parts, the sections and element types of
@@ -37,6 +38,7 @@ JSON (--json)
               "property": {"id", "name"}, "material": {"id", "name"}}],
    "deck": {"format", "sources", "origin", "facts", "parts", "sets", "orientations", "undrawn"}}
   deck is the model directory's deck.json, null without one; ids in it are numbers, or [first, last(, step)].
+  Its origin was taken off all coordinates, so that extents with it added are the deck's.
   Keys keep their names; a part without property or material has null there. New keys may be added.
 )";
 
@@ -146,7 +148,8 @@ void printTable(const ModelSource& source, const std::vector<PartLine>& lines)
     for (const auto& entry : totals.elementsByKind)
         std::cout << "  " << entry.first << ": " << counted(entry.second, "element") << "\n";
     std::cout << "extents: x " << range(info.extents, 0) << ", y " << range(info.extents, 1) << ", z "
-              << range(info.extents, 2) << "\n";
+              << range(info.extents, 2) << "\n"
+              << formatOrigin(readOrigin(source));
 }
 
 std::vector<PartLine> partLines(CAEEnv& env, const ModelSource& source)

@@ -6,6 +6,7 @@
 
 #include "caeenv.h"
 #include "commands.h"
+#include "deck_file.h"
 #include "drawing_options.h"
 #include "json.h"
 #include "model_session.h"
@@ -49,13 +50,16 @@ WHAT IS FOUND
 RESULT
   One line a hit: the part's id, name and number (its position in the model), the deck's own id of the
   element or node, coordinates, and the depth, from 0 (nearest) to 1. Coordinates are a node's own, the mean
-  of an element's corners, the middle of a part's extents. Nothing hit is no error.
+  of an element's corners, the middle of a part's extents. Of a model that kvo import --shift-origin has
+  moved a last line says what to add for the deck's coordinates. Nothing hit is no error.
 
 JSON (--json)
-  {"model", "type", "size": [w, h], "through", "region": {"left", "top", "width", "height"[, "polygon"]},
+  {"model", "type", "size": [w, h], "through", "origin": [x, y, z],
+   "region": {"left", "top", "width", "height"[, "polygon"]},
    "hits": [{"part": id, "part_name", "part_number", "element" or "node": id, its "number" in the part,
              "at": [x, y, z], "depth", "pixel": [x, y], "point": [x, y, z]}]}
-  pixel and point are where it was hit, in the picture and on the model; --contract has neither. Keys keep
+  pixel and point are where it was hit, in the picture and on the model; --contract has neither. origin was
+  taken off the deck's coordinates: at and point with it added are the deck's; zeros mostly. Keys keep
   their names; new keys may be added.
 
 WITH --contract
@@ -149,11 +153,12 @@ std::string asJson(const std::vector<Picked>& hits, const PickOptions& options, 
                        {"type", options.type},
                        {"size", {settings.width, settings.height}},
                        {"through", options.through || options.scene.looks.contract},
+                       {"origin", readOrigin(source)},
                        {"region", regionJson(region)},
                        {"hits", list}});
 }
 
-std::string asTable(const std::vector<Picked>& hits, const PickOptions& options)
+std::string asTable(const std::vector<Picked>& hits, const PickOptions& options, const ModelSource& source)
 {
     if (hits.empty())
         return "nothing is there\n";
@@ -174,7 +179,7 @@ std::string asTable(const std::vector<Picked>& hits, const PickOptions& options)
         row.push_back(formatDepth(picked.hit.depth));
         rows.push_back(row);
     }
-    return formatTable(columns, rows);
+    return formatTable(columns, rows) + formatOrigin(readOrigin(source));
 }
 
 void pick(const PickOptions& options)
@@ -196,7 +201,7 @@ void pick(const PickOptions& options)
     const std::vector<Picked> hits =
         describeHits(session.env(), session.labels(), static_cast<unsigned int>(place.code),
                      pickHits(session, session.picker(), place));
-    session.print(options.json ? asJson(hits, options, region, source, settings) : asTable(hits, options));
+    session.print(options.json ? asJson(hits, options, region, source, settings) : asTable(hits, options, source));
 }
 
 } // namespace

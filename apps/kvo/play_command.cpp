@@ -1,9 +1,11 @@
 // kvo play: a session, played.
+#include <iostream>
 #include <memory>
 
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "deck_file.h"
 #include "drawing_options.h"
 #include "model_session.h"
 #include "model_source.h"
@@ -62,6 +64,9 @@ void play(const PlayOptions& options)
         throw UsageError(options.session + ": the session has no MODEL line, so the command line must name a model");
     const ModelSource source(options.model.empty() ? played.modelPath() : options.model);
     warnOfLeftOut(source);
+    const std::string moved = formatOrigin(readOrigin(source));
+    if (!moved.empty())
+        std::cerr << "kvo: note: " << moved;
     ModelSession session(source, settings);
     applyLooks(session.env(), looks);
     session.drawFrame();

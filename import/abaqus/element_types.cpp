@@ -17,7 +17,8 @@ constexpr Family discrete = Family::Discrete;
 // Second-order elements list their corners first, so a row needs no more than the shape. Lines are the exception: they
 // list end, middle, end.
 const InpElementType types[] = {
-    // Solids: stress, heat, acoustic, fluid, electromagnetic, Eulerian, coupled; continuum shells; cohesive layers.
+    // Solids: stress, heat, acoustic, fluid, electromagnetic, Eulerian, coupled; continuum shells; cohesive layers and
+    // gaskets; sectors of cylinders, whose middle sections come last.
     {"C3D4", solid, Shape::Tetra, 4, 4, 1},
     {"C3D5", solid, Shape::Pyramid, 5, 5, 1},
     {"C3D6", solid, Shape::Wedge, 6, 6, 1},
@@ -64,6 +65,14 @@ const InpElementType types[] = {
     {"CSS8", solid, Shape::Hexa, 8, 8, 1},
     {"COH3D6", solid, Shape::Wedge, 6, 6, 1},
     {"COH3D8", solid, Shape::Hexa, 8, 8, 1},
+    {"GK3D6", solid, Shape::Wedge, 6, 6, 1},
+    {"GK3D8", solid, Shape::Hexa, 8, 8, 1},
+    {"GK3D12", solid, Shape::Wedge, 12, 12, 1},
+    {"GK3D18", solid, Shape::Hexa, 18, 18, 1},
+    {"CCL9", solid, Shape::Wedge, 9, 9, 1},
+    {"CCL12", solid, Shape::Hexa, 12, 12, 1},
+    {"CCL18", solid, Shape::Wedge, 18, 18, 1},
+    {"CCL24", solid, Shape::Hexa, 24, 24, 1},
     // Shells, membranes, surfaces, rigid faces.
     {"S3", shell, Shape::Triangle, 3, 3, 1},
     {"S4", shell, Shape::Quad, 4, 4, 1},
@@ -87,6 +96,10 @@ const InpElementType types[] = {
     {"SFM3D4", shell, Shape::Quad, 4, 4, 1},
     {"SFM3D6", shell, Shape::Triangle, 6, 6, 1},
     {"SFM3D8", shell, Shape::Quad, 8, 8, 1},
+    {"MCL6", shell, Shape::Quad, 6, 6, 1},
+    {"MCL9", shell, Shape::Quad, 9, 9, 1},
+    {"SFMCL6", shell, Shape::Quad, 6, 6, 1},
+    {"SFMCL9", shell, Shape::Quad, 9, 9, 1},
     {"R3D3", shell, Shape::Triangle, 3, 3, 1},
     {"R3D4", shell, Shape::Quad, 4, 4, 1},
     {"F3D3", shell, Shape::Triangle, 3, 3, 1}, // hydrostatic fluid face; F3D4 is taken by the fluid tetrahedron
@@ -131,6 +144,16 @@ const InpElementType types[] = {
     {"ACAX8", shell, Shape::Quad, 8, 8, 1},
     {"COH2D4", shell, Shape::Quad, 4, 4, 1},
     {"COHAX4", shell, Shape::Quad, 4, 4, 1},
+    {"GKPS4", shell, Shape::Quad, 4, 4, 1},
+    {"GKPE4", shell, Shape::Quad, 4, 4, 1},
+    {"GKAX4", shell, Shape::Quad, 4, 4, 1},
+    {"CINPE4", shell, Shape::Quad, 4, 4, 1},
+    {"CINPS4", shell, Shape::Quad, 4, 4, 1},
+    {"CINAX4", shell, Shape::Quad, 4, 4, 1},
+    {"DCC2D4", shell, Shape::Quad, 4, 4, 1},
+    {"DCCAX4", shell, Shape::Quad, 4, 4, 1},
+    {"WARP2D4", shell, Shape::Quad, 4, 4, 1},
+    {"WARP2D3", shell, Shape::Triangle, 3, 3, 1},
     // Beams, pipes, elbows, frames, trusses; shells, membranes and rigid surfaces of plane models, seen from the edge.
     {"B21", beam, Shape::Line, 2, 2, 1},
     {"B22", beam, Shape::Line, 3, 3, 2},
@@ -152,6 +175,8 @@ const InpElementType types[] = {
     {"T3D3", beam, Shape::Line, 3, 3, 2},
     {"DC1D2", beam, Shape::Line, 2, 2, 1},
     {"DC1D3", beam, Shape::Line, 3, 3, 2},
+    {"DCC1D2", beam, Shape::Line, 2, 2, 1},
+    {"DCCAX2", beam, Shape::Line, 2, 2, 1},
     {"AC1D2", beam, Shape::Line, 2, 2, 1},
     {"AC1D3", beam, Shape::Line, 3, 3, 2},
     {"RB2D2", beam, Shape::Line, 2, 2, 1},
@@ -189,7 +214,8 @@ struct UndrawnType
 };
 
 const UndrawnType undrawn[] = {
-    {"MASS", 1}, {"ROTARYI", 1}, {"HEATCAP", 1}, {"DCOUP2D", 1}, {"DCOUP3D", 1}, {"PC3D", 1}, {"D", 3},
+    {"MASS", 1}, {"ROTARYI", 1}, {"HEATCAP", 1}, {"DCOUP2D", 1}, {"DCOUP3D", 1}, {"PC3D", 1},
+    {"PD3D", 1}, {"D", 3},       {"GK3D4L", 4},  {"GK3D6L", 6},  {"GK3D4LN", 4}, {"GK3D6LN", 6},
 };
 
 // Formulation letters only: no digit may follow what the row names.
@@ -212,7 +238,7 @@ bool matches(std::string_view name, const char* row)
 const InpElementType* findInpElementType(std::string_view name)
 {
     for (const InpElementType& type : types) {
-        if (matches(name, type.name)) {
+        if (matches(name, type.name) && undrawnNodeCount(name) == 0) {
             return &type;
         }
     }

@@ -2,9 +2,12 @@
 #include "inp_assemble.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
 #include <set>
 
 #include "id_index.h"
+#include "inp_sets.h"
 #include "keyword_line.h"
 #include "mesh_finish.h"
 
@@ -146,6 +149,11 @@ public:
                 node = node <= foreignNodeId(0) ? ids[static_cast<std::size_t>(foreignNodeId(0) - node)] : node;
             }
         }
+        for (UndrawnElements& undrawn : assembly.mesh.undrawn) {
+            for (std::int64_t& node : undrawn.nodes) {
+                node = node <= foreignNodeId(0) ? ids[static_cast<std::size_t>(foreignNodeId(0) - node)] : node;
+            }
+        }
         if (renumbered > 0) {
             log.note(std::to_string(renumbered) + " nodes of instances that the assembly's elements name got new ids, "
                                                   "since theirs repeat");
@@ -209,6 +217,12 @@ public:
         }
         count = ids.size();
         index = IdIndex(ids);
+        const bool ascending = std::adjacent_find(ids.begin(), ids.end(), std::greater_equal<>()) == ids.end();
+        for (std::size_t k = 0; !ascending && k < ids.size(); ++k) {
+            if (index.find(ids[k]) != k) {
+                repeated.emplace(ids[k], k);
+            }
+        }
     }
 
     void assign(const IdRange& range, std::uint32_t part)
@@ -220,16 +234,27 @@ public:
             return;
         }
         for (std::uint64_t k = 0; k <= steps; ++k) {
-            const std::uint32_t position = index.find(range.first + static_cast<std::int64_t>(k) * range.step);
+            const std::int64_t id = range.first + static_cast<std::int64_t>(k) * range.step;
+            const std::uint32_t position = index.find(id);
             if (position != IdIndex::none) {
-                const auto after = std::upper_bound(starts.begin(), starts.end(), std::size_t(position));
-                const std::size_t block = static_cast<std::size_t>(after - starts.begin()) - 1;
-                mesh.blocks[block].part[position - starts[block]] = part;
+                assignAt(position, part);
+            }
+            const auto others =
+                repeated.empty() ? std::make_pair(repeated.end(), repeated.end()) : repeated.equal_range(id);
+            for (auto other = others.first; other != others.second; ++other) {
+                assignAt(other->second, part);
             }
         }
     }
 
 private:
+    void assignAt(std::size_t position, std::uint32_t part)
+    {
+        const auto after = std::upper_bound(starts.begin(), starts.end(), position);
+        const std::size_t block = static_cast<std::size_t>(after - starts.begin()) - 1;
+        mesh.blocks[block].part[position - starts[block]] = part;
+    }
+
     // For a range that is wider than there are elements.
     void assignByScan(const IdRange& range, std::uint32_t part)
     {
@@ -247,6 +272,7 @@ private:
     std::vector<std::size_t> starts; // of the blocks, counted over all elements
     std::size_t count = 0;
     IdIndex index;
+    std::multimap<std::int64_t, std::size_t> repeated; // further elements of an id: which one holds is settled later
 };
 
 // The ids of materials, numbered as sections name them.
@@ -296,6 +322,26 @@ void addDirections(InpScope& scope, const Mesh& mesh, std::uint32_t firstSection
     }
 }
 
+// The number of a solid section is the area of lines and the thickness of plane elements; to solids it means nothing.
+void settleSolidData(const InpScope& scope, std::uint32_t first, Mesh& mesh)
+{
+    std::vector<std::array<bool, familyCount>> families(scope.sections.size());
+    for (const ElementBlock& block : scope.mesh.blocks) {
+        for (const std::uint32_t part : block.part) {
+            if (part - first < families.size()) {
+                families[part - first][static_cast<std::size_t>(mesh.types[block.type].family)] = true;
+            }
+        }
+    }
+    for (std::size_t k = 0; k < families.size(); ++k) {
+        SectionData& data = mesh.parts[first + k].data;
+        if (scope.sections[k].kind == "solid section" && !families[k][static_cast<std::size_t>(Family::Beam)]) {
+            data.thickness = families[k][static_cast<std::size_t>(Family::Shell)] ? data.area : 0.0;
+            data.area = 0.0;
+        }
+    }
+}
+
 void addSectionParts(InpScope& scope, const std::string& prefix, Mesh& mesh, Materials& materials, ImportLog& log)
 {
     const std::uint32_t first = static_cast<std::uint32_t>(mesh.parts.size());
@@ -327,56 +373,7 @@ void addSectionParts(InpScope& scope, const std::string& prefix, Mesh& mesh, Mat
                      [&](const IdRange& range) { elements.assign(range, part); });
     }
     addDirections(scope, mesh, first);
-}
-
-// --- sets ---
-
-void addSets(const InpSets& sets, MeshSet::Of of, std::uint32_t file, Mesh& mesh)
-{
-    for (const auto& entry : sets) {
-        MeshSet& set = mesh.sets.emplace_back();
-        set.name = entry.second.name;
-        set.of = of;
-        set.file = file;
-        forEachRange(sets, entry.first,
-                     [&](const IdRange& range) { set.ids.addRange(range.first, range.last, range.step); });
-    }
-}
-
-// files: of the scopes, an index into mesh.files; MeshSet::wholeMesh for scopes without a file.
-void addAllSets(const std::vector<InpScope>& scopes, const std::vector<std::uint32_t>& files, Mesh& mesh)
-{
-    const auto fileOf = [&](std::size_t k) { return mesh.files.size() < 2 ? MeshSet::wholeMesh : files[k]; };
-    for (std::size_t k = 0; k < scopes.size(); ++k) {
-        const InpScope& scope = scopes[k];
-        if (files[k] != MeshSet::wholeMesh) {
-            addSets(scope.nodeSets, MeshSet::Of::Nodes, fileOf(k), mesh);
-            addSets(scope.elementSets, MeshSet::Of::Elements, fileOf(k), mesh);
-        }
-        for (const auto& foreign : scope.foreignSets) {
-            const auto owner = std::find_if(scopes.begin(), scopes.end(),
-                                            [&](const InpScope& s) { return nameKey(s.name) == foreign.first; });
-            const std::size_t index = static_cast<std::size_t>(owner - scopes.begin());
-            if (owner != scopes.end() && files[index] != MeshSet::wholeMesh) {
-                addSets(foreign.second.nodes, MeshSet::Of::Nodes, fileOf(index), mesh);
-                addSets(foreign.second.elements, MeshSet::Of::Elements, fileOf(index), mesh);
-            }
-        }
-    }
-}
-
-// Names that sets list and that are no sets. Names with a dot are those of instances.
-void checkSets(const InpSets& sets, ImportLog& log)
-{
-    for (const auto& entry : sets) {
-        const InpSet& set = entry.second;
-        for (const std::string& member : set.members) {
-            if (sets.count(member) == 0 && member.find('.') == std::string::npos) {
-                log.warn("sets that refer to unknown sets", set.place,
-                         "set \"" + set.name + "\" refers to set \"" + member + "\", which does not exist");
-            }
-        }
-    }
+    settleSolidData(scope, first, mesh);
 }
 
 } // namespace
@@ -390,6 +387,8 @@ Mesh assembleInp(InpModel& model, ImportLog& log)
     scopes.push_back(std::move(model.assembly));
     const auto filled = std::count_if(scopes.begin(), scopes.end(), [](const InpScope& s) { return !s.empty(); });
 
+    InpSetTable sets(scopes, log);
+    sets.check();
     Mesh mesh;
     mesh.sourceFiles = std::move(model.sourceFiles);
     mesh.types = std::move(model.types);
@@ -398,8 +397,6 @@ Mesh assembleInp(InpModel& model, ImportLog& log)
     mesh.files.reserve(scopes.size());
     for (InpScope& scope : scopes) {
         const bool alone = filled < 2 || scope.name.empty();
-        checkSets(scope.elementSets, log);
-        checkSets(scope.nodeSets, log);
         addSectionParts(scope, alone ? std::string() : scope.name + ".", mesh, materials, log);
         files.push_back(scope.empty() ? MeshSet::wholeMesh : static_cast<std::uint32_t>(mesh.files.size()));
         if (!scope.empty()) {
@@ -407,7 +404,7 @@ Mesh assembleInp(InpModel& model, ImportLog& log)
             mesh.files.push_back(std::move(scope.mesh));
         }
     }
-    addAllSets(scopes, files, mesh);
+    sets.add(files, mesh);
     finishMesh(mesh, log);
     for (std::size_t k = 0; k < mesh.parts.size(); ++k) {
         mesh.parts[k].id = static_cast<std::int64_t>(k) + 1;

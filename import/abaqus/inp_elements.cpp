@@ -42,17 +42,18 @@ void InpElementReader::begin(InpScope& newScope, bool instancesAllowed, const Ke
     element.most = 1 + row.maxNodes + (row.family == Family::Beam);
 }
 
-// "PLATE-1.12" names node 12 of an instance.
-std::int64_t InpElementReader::foreignNode(const std::string& text)
+// "PLATE-1.12" names node 12 of an instance. False if the text is nothing like that.
+bool InpElementReader::foreignNode(const std::string& text, std::int64_t& entry)
 {
     const std::size_t dot = text.rfind('.');
     std::int64_t id = 0;
     if (!mayNameInstances || dot == std::string::npos || dot == 0 ||
         !parseInteger(std::string_view(text).substr(dot + 1), id) || id <= 0 || id > maxInpId) {
-        throw ImportError(deck.place(), "node id expected, found \"" + text + "\"");
+        return false;
     }
     scope->foreignNodes.push_back({nameKey(std::string_view(text).substr(0, dot)), id});
-    return foreignNodeId(scope->foreignNodes.size() - 1);
+    entry = foreignNodeId(scope->foreignNodes.size() - 1);
+    return true;
 }
 
 // The next entry of an element's data line. False behind the last one.
@@ -66,7 +67,9 @@ bool InpElementReader::nextEntry(CommaFields& fields, std::int64_t& entry)
         if (element.count == 0) {
             throw ImportError(deck.place(), "element id expected, found \"" + text + "\"");
         }
-        entry = element.row ? foreignNode(text) : 0;
+        if (!foreignNode(text, entry) && element.row) {
+            throw ImportError(deck.place(), "node id expected, found \"" + text + "\"");
+        }
     } else if (entry < 0 || entry > maxInpId) {
         throw ImportError(deck.place(), "id " + std::to_string(entry) + " is out of range");
     }

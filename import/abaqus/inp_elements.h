@@ -62,7 +62,7 @@ private:
     };
 
     bool nextEntry(CommaFields& fields, std::int64_t& entry);
-    std::int64_t foreignNode(const std::string& text);
+    bool foreignNode(const std::string& text, std::int64_t& entry);
     void add();
     void store(std::int64_t id);
     void endLast();

@@ -179,7 +179,8 @@ bool continuesKeyword(const std::string& keyword, std::string_view more)
     }
     const std::string key = parseKeywordLine(keyword, {}).key;
     const KeywordLine flags = parseKeywordLine("*X," + std::string(more), {});
-    return (key != "NSET" && key != "ELSET") || flags.has("GENERATE") || flags.has("INTERNAL") || flags.has("UNSORTED");
+    return (key != "NSET" && key != "ELSET" && key != "NFILL") || flags.has("GENERATE") || flags.has("INTERNAL") ||
+           flags.has("UNSORTED") || flags.has("TWOSTEP");
 }
 
 // A keyword line that ends with a comma goes on in the next one, unless that one looks like data.
@@ -361,6 +362,10 @@ void InpReader::beginNset(const KeywordLine& line)
 {
     if (line.value("NSET").empty()) {
         throw ImportError(line.place, "*NSET without NSET=");
+    }
+    if (line.has("ELSET")) {
+        // The nodes of elements: those inside of edges and faces are not kept, so that the set would not be the deck's.
+        log.count(listKeywordsNotRead, line.name + ", ELSET", 1, line.place);
     }
     InpSets* foreign = line.has("INSTANCE") ? &scope->foreignSets[nameKey(line.value("INSTANCE"))].nodes : nullptr;
     beginSet(line, foreign ? namedSet(*foreign, line.value("NSET")) : scope->nodeSet(line.value("NSET")));

@@ -43,7 +43,9 @@ struct InpSection
     std::string elset; // as written
     std::string material;
     Place place;
-    bool layered = false; // its data lines are layers
+    bool layered = false;   // its data lines are layers
+    bool nonlinear = false; // they are a table of forces
+    bool varies = false;    // its thickness is given node by node or element by element
     SectionData data;
     bool hasDirection = false;
     Vec3 direction = {0, 0, 0}; // n1 of beams

@@ -1,7 +1,7 @@
 // Data lines of section cards.
 #include "inp_sections.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "text/fields.h"
 
@@ -32,9 +32,12 @@ double firstOf(const std::vector<double>& values)
     return values.empty() ? 0.0 : values[0];
 }
 
+// Without a material a general section's lines are its stiffnesses; a thickness that is given elsewhere makes the one
+// here of no account.
 void shellData(const std::vector<double>& values, int index, InpSection& section)
 {
-    if (index == 0) {
+    const bool stiffnesses = section.kind == "shell general section" && section.material.empty();
+    if (index == 0 && !stiffnesses && !section.varies) {
         section.data.thickness = firstOf(values);
     }
 }
@@ -45,8 +48,8 @@ void layerData(const std::vector<double>& values, int, InpSection& section)
     section.data.thickness += firstOf(values);
 }
 
-// Of solids the area of bars and trusses, or the thickness of plane elements: which one only the elements know, and
-// both are one number.
+// The area of bars and trusses, or the thickness of plane elements: only the elements know, see settleSolidData() in
+// inp_assemble.cpp.
 void solidData(const std::vector<double>& values, int index, InpSection& section)
 {
     if (index == 0) {
@@ -54,15 +57,28 @@ void solidData(const std::vector<double>& values, int index, InpSection& section
     }
 }
 
-// Line 1: the sizes of the cross-section, of a general one its area first; line 2: the direction n1.
+// In which line the direction n1 stands; -1: in none.
+int directionLine(const InpSection& section)
+{
+    const std::string& shape = section.data.shape;
+    if (shape == "ARBITRARY" && !section.data.sizes.empty()) {
+        return static_cast<int>(std::min(std::max(section.data.sizes[0], 1.0), 1e6)); // a line a segment comes before
+    }
+    if (shape == "ELBOW") {
+        return -1; // a point where the tangents meet
+    }
+    return shape == "MESHED" ? 0 : 1;
+}
+
+// Line 1: the sizes of the cross-section, of a general one its area first; then the direction n1.
 void beamData(const std::vector<double>& values, int index, InpSection& section)
 {
     const std::string& shape = section.data.shape;
     if (index == 0 && (shape.empty() || shape == "GENERAL" || shape == "NONLINEAR GENERAL")) {
         section.data.area = firstOf(values);
-    } else if (index == 0) {
+    } else if (index == 0 && shape != "MESHED") {
         section.data.sizes = values;
-    } else if (index == 1 && !values.empty()) {
+    } else if (index == directionLine(section) && !values.empty()) {
         section.hasDirection = true;
         for (std::size_t k = 0; k < 3; ++k) {
             section.direction[k] = k < values.size() ? values[k] : 0.0;
@@ -70,17 +86,17 @@ void beamData(const std::vector<double>& values, int index, InpSection& section)
     }
 }
 
-// Line 1: degrees of freedom, or empty; line 2: the value first.
+// Line 1: degrees of freedom, or empty; line 2: the value first, where it is no table of forces.
 void springData(const std::vector<double>& values, int index, InpSection& section)
 {
-    if (index == 1) {
+    if (index == 1 && !section.nonlinear) {
         section.data.stiffness = firstOf(values);
     }
 }
 
 void dashpotData(const std::vector<double>& values, int index, InpSection& section)
 {
-    if (index == 1) {
+    if (index == 1 && !section.nonlinear) {
         section.data.damping = firstOf(values);
     }
 }
@@ -108,6 +124,8 @@ void InpSectionReader::begin(InpScope& scope, const char* kind, const KeywordLin
     section->material = card.value("MATERIAL");
     section->place = card.place;
     section->layered = card.has("COMPOSITE");
+    section->nonlinear = card.has("NONLINEAR");
+    section->varies = card.has("NODALTHICKNESS") || card.has("SHELLTHICKNESS") || card.has("MEMBRANETHICKNESS");
     section->data.shape = upperCase(card.value("SECTION"));
 }
 

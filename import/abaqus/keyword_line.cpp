@@ -1,6 +1,8 @@
 // Taking keyword lines apart.
 #include "keyword_line.h"
 
+#include <algorithm>
+
 #include "text/fields.h"
 
 namespace kvo {
@@ -103,7 +105,9 @@ KeywordLine parseKeywordLine(std::string_view text, Place place)
 
 std::string nameKey(std::string_view name)
 {
-    return upperCase(trimmed(name));
+    std::string key = upperCase(trimmed(name));
+    key.erase(std::remove(key.begin(), key.end(), '"'), key.end());
+    return key;
 }
 
 } // namespace kvo

@@ -33,7 +33,8 @@ struct KeywordLine
 // text begins with the star; continuation lines have been joined.
 KeywordLine parseKeywordLine(std::string_view text, Place place);
 
-// Names of sets, parts and materials do not care about case.
+// Names of sets, parts and materials do not care about case, nor about quotation marks around them or their pieces
+// ("Left Plate".12).
 std::string nameKey(std::string_view name);
 
 } // namespace kvo

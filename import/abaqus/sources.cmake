@@ -6,4 +6,5 @@ kvo_deck_format(ABAQUS
   inp_reader.cpp
   inp_scope.cpp
   inp_sections.cpp
+  inp_sets.cpp
   keyword_line.cpp)

@@ -19,7 +19,7 @@ const CdbAttributeCommands::Row CdbAttributeCommands::table[] = {
 bool CdbAttributeCommands::read(const CdbCommand& command)
 {
     for (const Row& row : table) {
-        if (command.name == row.name) {
+        if (isCommand(command.name, row.name)) {
             (this->*row.read)(command);
             return true;
         }
@@ -30,6 +30,7 @@ bool CdbAttributeCommands::read(const CdbCommand& command)
 void CdbAttributeCommands::typeIs(const CdbCommand& command)
 {
     attributes.defineType(command.integer(0), command.text(1));
+    attributes.setFirstOption(command.integer(0), command.integer(2));
 }
 
 // Number of the type, number of the library's element, options.

@@ -29,6 +29,13 @@ void CdbAttributes::defineType(std::int64_t number, const std::string& name)
     type.name = cdbTypeName(known, name);
     type.layout = cdbLayout(known, name);
     type.rows.fill(noPart);
+    type.defined = true;
+}
+
+bool CdbAttributes::hasType(std::int64_t number) const
+{
+    const auto known = types.find(number);
+    return known != types.end() && known->second.defined;
 }
 
 void CdbAttributes::setFirstOption(std::int64_t number, std::int64_t value)

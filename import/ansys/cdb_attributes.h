@@ -19,6 +19,7 @@ struct CdbType
 {
     std::string name; // "SOLID185"
     CdbLayout layout = CdbLayout::Undrawn;
+    bool defined = false;  // not only referred to
     bool sixNodes = false; // PLANE183 with the option of a triangle
     // Index into the mesh's types by Shape, noPart until it is used.
     std::array<std::uint32_t, 7> rows = {noPart, noPart, noPart, noPart, noPart, noPart, noPart};
@@ -51,6 +52,7 @@ public:
     void defineType(std::int64_t number, const std::string& name);
     // KEYOPT(1) of a type.
     void setFirstOption(std::int64_t number, std::int64_t value);
+    bool hasType(std::int64_t number) const;
     CdbType& type(std::int64_t number);
 
     // first: position of the first value, from 0.

@@ -22,13 +22,14 @@ struct Type
 const std::vector<Type>& types()
 {
     static const std::vector<Type> table = {
-        {"LINK", L::Line, {1, 8, 10, 31, 32, 33, 34, 68, 160, 167, 180}},
+        {"LINK", L::Line, {1, 8, 10, 31, 32, 33, 34, 68, 180}},
+        {"LINK", L::BeamThird, {160, 167}},
         {"LINK", L::Spring, {11}},
         {"BEAM", L::Line, {3, 23, 54}},
         {"BEAM", L::BeamThird, {4, 24, 44, 161, 188}},
         {"BEAM", L::BeamMid, {189}},
-        {"PIPE", L::Line, {16, 17, 18, 20, 59, 60}},
-        {"PIPE", L::BeamThird, {288}},
+        {"PIPE", L::Line, {17, 20, 59}},
+        {"PIPE", L::BeamThird, {16, 18, 60, 288}},
         {"PIPE", L::BeamMid, {289}},
         {"ELBOW", L::BeamMid, {290}},
         {"CABLE", L::Line, {280}},

@@ -32,6 +32,16 @@ CdbCommand CdbCommand::without(std::size_t first) const
     return {name, {begin, fields.end()}, place};
 }
 
+bool isCdbText(std::string_view line)
+{
+    for (const char* name : {"/TITLE", "/COM", "C***"}) {
+        if (startsWithIgnoringCase(line, name)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 CdbCommand parseCdbCommand(std::string_view line, Place place)
 {
     CdbCommand command;
@@ -39,12 +49,21 @@ CdbCommand parseCdbCommand(std::string_view line, Place place)
     line = line.substr(0, line.find('!'));
     std::size_t comma = std::min(line.find(','), line.size());
     command.name = upperCase(trimmed(line.substr(0, comma)));
+    if (command.name.compare(0, 4, "C***") == 0) {
+        command.name.resize(4);
+    }
     while (comma < line.size()) {
         line.remove_prefix(comma + 1);
         comma = std::min(line.find(','), line.size());
         command.fields.emplace_back(trimmed(line.substr(0, comma)));
     }
     return command;
+}
+
+bool isCommand(std::string_view word, std::string_view command)
+{
+    constexpr std::size_t enough = 4;
+    return word == command || (word.size() >= enough && word == command.substr(0, word.size()));
 }
 
 bool parseCdbFormat(std::string_view line, CdbFormat& format)

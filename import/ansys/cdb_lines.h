@@ -26,8 +26,14 @@ struct CdbCommand
     CdbCommand without(std::size_t first) const;
 };
 
-// Without the comment behind a "!".
+// A line of words: a title or a comment, in which no sign but "!" means anything.
+bool isCdbText(std::string_view line);
+
+// Without the comment behind a "!". What begins with C*** is the command C***.
 CdbCommand parseCdbCommand(std::string_view line, Place place);
+
+// Is the upper-case word this command? Four letters are enough of a name.
+bool isCommand(std::string_view word, std::string_view command);
 
 // "(3i9,6e21.13e3)": so many integers, then so many reals (or texts), and their widths.
 struct CdbFormat

@@ -7,9 +7,11 @@
 #include "cdb_attribute_commands.h"
 #include "cdb_attributes.h"
 #include "cdb_deck.h"
+#include "cdb_parameters.h"
 #include "mesh_finish.h"
 #include "text/columns.h"
 #include "text/fields.h"
+#include "text/numbers.h"
 
 namespace kvo {
 
@@ -27,6 +29,12 @@ char geometrySection(std::string_view line)
     }
     const char letter = line[sectionColumn];
     return letter == 'S' || letter == 'G' || letter == 'D' || letter == 'P' || letter == 'T' ? letter : '\0';
+}
+
+// "N,R5.3,LOC,...", "EN,R5.5,ATTR,...", in newer files "N,UNBL,LOC,...".
+bool isUnblocked(const CdbCommand& command)
+{
+    return startsWithIgnoringCase(command.text(0), "R5") || equalsIgnoringCase(command.text(0), "UNBL");
 }
 
 class CdbReader
@@ -49,7 +57,9 @@ private:
     };
     static const Row table[];
 
-    void command(std::string_view line);
+    void line(std::string_view columns);
+    void command(std::string_view text);
+    bool acceptNumbers(const CdbCommand& command, std::size_t first);
 
     void nodeBlock(const CdbCommand& command);
     void node(const CdbCommand& command);
@@ -76,14 +86,16 @@ private:
     MeshRows rows;
     CdbAttributes attributes;
     CdbAttributeCommands attributeCommands;
-    std::int64_t system = 0; // active coordinate system
-    CdbElement state;        // what TYPE, REAL, MAT and SECNUM said last
-    CdbElement open;         // the element whose nodes come together
+    CdbParameters parameters;
+    std::int64_t system = 0;            // active coordinate system
+    CdbElement state = {0, 1, 1, 1, 1}; // what TYPE, REAL, MAT and SECNUM said last
+    CdbElement open;                    // the element whose nodes come together
     std::vector<std::int64_t> entries;
     std::size_t wanted = 0; // nodes of an unblocked element
     bool hasOpen = false;
     std::uint32_t openLine = 0;
     std::int64_t highest = 0; // element id
+    std::int64_t highestNode = 0;
     bool nodesBegun = false;
 };
 
@@ -94,7 +106,7 @@ const CdbReader::Row CdbReader::table[] = {
     {"EN", &CdbReader::element},          {"EMORE", &CdbReader::moreNodes}, {"CMBLOCK", &CdbReader::componentBlock},
     {"/TITLE", &CdbReader::title},        {"/UNITS", &CdbReader::units},    {"/COM", &CdbReader::nothing},
     {"/PREP7", &CdbReader::nothing},      {"/NOPR", &CdbReader::nothing},   {"/GO", &CdbReader::nothing},
-    {"FINISH", &CdbReader::nothing},
+    {"FINISH", &CdbReader::nothing},      {"C***", &CdbReader::nothing},
 };
 
 // --- nodes ---
@@ -119,16 +131,23 @@ void CdbReader::nodeBlock(const CdbCommand& command)
         if (!scanRealColumns(line.substr(behind), format.otherWidth, x, 3)) {
             deck.refuse("node " + std::to_string(id) + " has a coordinate that is no number");
         }
+        highestNode = std::max(highestNode, id);
         mesh.files[0].addNode(id, x[0], x[1], x[2]);
     }
 }
 
-// "N,5,1.,2.,3." and "N,R5.3,LOC,5,0,0,1.,2.,3.".
+// "N,5,1.,2.,3." and "N,R5.3,LOC,5,0,0,1.,2.,3.". Without a number it is the next one.
 void CdbReader::node(const CdbCommand& command)
 {
-    const bool unblocked = startsWithIgnoringCase(command.text(0), "R5");
+    const bool unblocked = isUnblocked(command);
     if (unblocked && (!equalsIgnoringCase(command.text(1), "LOC") || command.integer(2) <= 0)) {
         return;
+    }
+    if (!acceptNumbers(command, unblocked ? 2 : 0)) {
+        return;
+    }
+    if (command.text(0).empty() && highestNode == std::numeric_limits<std::int64_t>::max()) {
+        throw ImportError(command.place, "N: there is no number above " + std::to_string(highestNode));
     }
     if (!unblocked && system != 0) {
         log.warn("nodes in local systems", command.place,
@@ -136,7 +155,8 @@ void CdbReader::node(const CdbCommand& command)
                      ", which is taken for the global one");
     }
     const std::size_t first = unblocked ? 5 : 1;
-    const std::int64_t id = command.integer(unblocked ? 2 : 0);
+    const std::int64_t id = command.text(0).empty() ? highestNode + 1 : command.integer(unblocked ? 2 : 0);
+    highestNode = std::max(highestNode, id);
     mesh.files[0].addNode(id, command.real(first), command.real(first + 1), command.real(first + 2));
     nodesBegun = true;
 }
@@ -150,6 +170,7 @@ void CdbReader::systemIs(const CdbCommand& command)
 
 void CdbReader::elementBlock(const CdbCommand& command)
 {
+    finishElement();
     const CdbFormat format = deck.blockFormat(command);
     const bool solid = equalsIgnoringCase(command.text(1), "SOLID");
     if (solid && format.integers < 11) {
@@ -209,13 +230,14 @@ void CdbReader::solidElement(std::string_view line, const CdbFormat& format, con
     emit();
 }
 
-// id, section, real, mat, system, nodes; the type is what the command TYPE said.
+// id, type or section, real, mat, system, nodes. Programs that write these blocks for contacts put the type's number
+// there; where there is no such type it is what the command TYPE said.
 void CdbReader::plainElement(std::string_view line, const CdbFormat& format)
 {
     constexpr std::size_t headColumns = 5;
     std::int64_t values[CdbDeck::maxColumns] = {};
     deck.integers(line, format.integerWidth, values, format.integers);
-    open = {values[0], state.type, values[2], values[3], values[1]};
+    open = {values[0], attributes.hasType(values[1]) ? values[1] : state.type, values[2], values[3], values[1]};
     for (std::size_t k = headColumns; k < format.integers; ++k) {
         entries.push_back(values[k]);
     }
@@ -238,10 +260,13 @@ void CdbReader::current(const CdbCommand& command)
 void CdbReader::element(const CdbCommand& command)
 {
     const bool numbered = command.name == "EN";
-    if (numbered && startsWithIgnoringCase(command.text(0), "R5")) {
+    if (numbered && isUnblocked(command)) {
         return unblockedElement(command);
     }
     finishElement();
+    if (!acceptNumbers(command, 0)) {
+        return;
+    }
     if (!numbered && highest == std::numeric_limits<std::int64_t>::max()) {
         throw ImportError(deck.lines.place(), "E: there is no number above " + std::to_string(highest));
     }
@@ -256,7 +281,10 @@ void CdbReader::element(const CdbCommand& command)
 
 void CdbReader::moreNodes(const CdbCommand& command)
 {
-    for (std::size_t k = 0; k < command.fields.size() && hasOpen; ++k) {
+    if (!hasOpen || !acceptNumbers(command, 0)) {
+        return;
+    }
+    for (std::size_t k = 0; k < command.fields.size(); ++k) {
         entries.push_back(command.integer(k));
     }
 }
@@ -266,6 +294,9 @@ void CdbReader::unblockedElement(const CdbCommand& command)
 {
     if (equalsIgnoringCase(command.text(1), "ATTR")) {
         finishElement();
+        if (command.integer(2) < 0) { // the end of them
+            return;
+        }
         open = {command.integer(8), command.integer(4), command.integer(5), command.integer(3), command.integer(6)};
         wanted = static_cast<std::size_t>(std::clamp<std::int64_t>(command.integer(2), 0, 1000));
         openLine = deck.lines.lineNumber();
@@ -325,6 +356,7 @@ void CdbReader::componentBlock(const CdbCommand& command)
     MeshSet set;
     set.name = command.text(0);
     const bool nodes = startsWithIgnoringCase(command.text(1), "NODE");
+    const bool elements = startsWithIgnoringCase(command.text(1), "ELEM");
     set.of = nodes ? MeshSet::Of::Nodes : MeshSet::Of::Elements;
     std::int64_t previous = 0;
     for (std::int64_t left = command.integer(2); left > 0;) {
@@ -345,7 +377,11 @@ void CdbReader::componentBlock(const CdbCommand& command)
         }
         left -= static_cast<std::int64_t>(here);
     }
-    mesh.sets.push_back(std::move(set));
+    if (nodes || elements) {
+        mesh.sets.push_back(std::move(set));
+    } else {
+        log.count(listKeywordsNotRead, "CMBLOCK of " + upperCase(command.text(1).substr(0, 8)), 1, command.place);
+    }
 }
 
 // --- the rest ---
@@ -362,34 +398,69 @@ void CdbReader::units(const CdbCommand& command)
     mesh.facts.emplace_back("units", command.text(0));
 }
 
-void CdbReader::command(std::string_view line)
+// Words and formulas in place of numbers, which only the program that runs the deck could work out.
+bool CdbReader::acceptNumbers(const CdbCommand& command, std::size_t first)
 {
-    switch (geometrySection(line)) {
+    for (std::size_t k = first; k < command.fields.size(); ++k) {
+        double value = 0.0;
+        if (!command.fields[k].empty() && !parseReal(command.fields[k], value)) {
+            log.warn("fields that are no numbers", command.place,
+                     command.name + ": \"" + command.fields[k].substr(0, 40) + "\" is no number; the line is not read");
+            return false;
+        }
+    }
+    return true;
+}
+
+void CdbReader::line(std::string_view columns)
+{
+    switch (geometrySection(columns)) {
     case '\0':
         break;
     case 'S':
-        line = line.substr(0, sectionColumn);
+        columns = columns.substr(0, sectionColumn);
         break;
     default:
         log.count(listKeywordsNotRead, "lines of IGES geometry", 1, deck.lines.place());
         return;
     }
-    const CdbCommand parsed = parseCdbCommand(line, deck.lines.place());
+    const std::string_view text = trimmed(columns);
+    if (isCdbText(text)) {
+        return command(text);
+    }
+    // A dollar sign parts the commands of one line.
+    std::string_view rest = text.substr(0, text.find('!'));
+    for (std::size_t stop = rest.find('$'); stop != std::string_view::npos; stop = rest.find('$')) {
+        command(rest.substr(0, stop));
+        rest.remove_prefix(stop + 1);
+    }
+    command(rest);
+}
+
+void CdbReader::command(std::string_view text)
+{
+    CdbCommand parsed = parseCdbCommand(text, deck.lines.place());
+    if (parameters.read(parsed)) {
+        return;
+    }
+    parameters.resolve(parsed);
     for (const Row& row : table) {
-        if (parsed.name == row.name) {
+        if (isCommand(parsed.name, row.name)) {
             return (this->*row.read)(parsed);
         }
     }
     if (!parsed.name.empty() && !attributeCommands.read(parsed)) {
-        log.count(listKeywordsNotRead, parsed.name.substr(0, 20), 1, parsed.place);
+        const bool assignment = parsed.name.find('=') != std::string::npos;
+        log.count(listKeywordsNotRead, assignment ? "values of parameters" : parsed.name.substr(0, 20), 1,
+                  parsed.place);
     }
 }
 
 Mesh CdbReader::read()
 {
-    std::string_view line;
-    while (deck.lines.next(line)) {
-        command(line);
+    std::string_view text;
+    while (deck.lines.next(text)) {
+        line(text);
     }
     finishElement();
     if (!nodesBegun) {

@@ -4,4 +4,5 @@ kvo_deck_format(ANSYS
   cdb_deck.cpp
   cdb_elements.cpp
   cdb_lines.cpp
+  cdb_parameters.cpp
   cdb_reader.cpp)

@@ -391,7 +391,7 @@ bool looksLikeMsh(const MappedFile& file)
     if (first == "$MeshFormat" || first == "$NOD") {
         return true;
     }
-    return first == "$Comments" && head.find("\n$MeshFormat") != std::string_view::npos;
+    return (first == "$Comments" || first == "$PhysicalNames") && head.find("\n$MeshFormat") != std::string_view::npos;
 }
 
 Mesh readMsh(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)

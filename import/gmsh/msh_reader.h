@@ -20,7 +20,7 @@ extern const char* const warnMshType;
 // Summary list: second copies of an element, which versions 1 and 2 write for each further group that it is in.
 extern const char* const listMshCopies;
 
-// The first section is $MeshFormat, or $NOD of version 1, or comments before them.
+// The first section is $MeshFormat, or $NOD of version 1, or comments or names before them.
 bool looksLikeMsh(const MappedFile& file);
 
 // The finished mesh. Throws ImportError.

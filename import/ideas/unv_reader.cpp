@@ -19,11 +19,13 @@ constexpr std::size_t fieldsOfLine = 8;
 constexpr std::size_t width = 10; // of integers
 using Fields = std::array<std::int64_t, fieldsOfLine>;
 
-// "    -1": begins and ends a dataset.
-bool isDelimiter(std::string_view line)
+std::size_t countWords(std::string_view line)
 {
-    // Nearly every line ends this at once.
-    return line.size() >= 2 && (line.size() < 6 || line[4] == '-' || line[0] == '-') && trimmed(line) == "-1";
+    std::size_t words = 0;
+    for (std::size_t k = 0; k < line.size(); ++k) {
+        words += !isBlank(line[k]) && (k == 0 || isBlank(line[k - 1]));
+    }
+    return words;
 }
 
 class UnvReader
@@ -46,6 +48,7 @@ private:
     };
     static const Dataset datasets[];
 
+    bool isDelimiter(std::string_view line) const;
     bool nextLine(std::string_view& line);
     std::string_view needLine(const char* what);
     Fields integers(std::string_view line, std::size_t count = fieldsOfLine);
@@ -74,6 +77,8 @@ private:
     MeshRows rows;
     int current = 0; // number of the dataset
     int variant = 0;
+    bool binary = false;
+    std::size_t delimiterAt = 4;       // blanks in front of the -1 that the dataset began with
     std::uint32_t elementLine = 0;     // of the head of the current element
     std::vector<std::int64_t> entries; // nodes of the current element
 };
@@ -90,6 +95,14 @@ const UnvReader::Dataset UnvReader::datasets[] = {
 };
 
 // --- lines ---
+
+// "    -1" ends a dataset; so does a line like the one that it began with. Any other -1 is a value.
+bool UnvReader::isDelimiter(std::string_view line) const
+{
+    const auto dashAt = [&](std::size_t place) { return line.size() > place && line[place] == '-'; };
+    // Nearly every line ends this at once.
+    return (line.size() < 6 || dashAt(4) || dashAt(0) || dashAt(delimiterAt)) && trimmed(line) == "-1";
+}
 
 // False at the end of the dataset.
 bool UnvReader::nextLine(std::string_view& line)
@@ -217,18 +230,29 @@ void UnvReader::element(const Fields& head)
     }
 }
 
-// Some writers leave the line with the orientation node out: it has three numbers, that of the nodes has count.
+// Some writers leave the line with the orientation node out: it has three numbers or, in older datasets, five; that of
+// the nodes has count. Where both have three the next line tells: it has the nodes, or is the head of an element.
 std::int64_t UnvReader::orientationNode(std::size_t count, std::string_view& line)
 {
-    std::string_view filled = line;
-    while (!filled.empty() && isBlank(filled.back())) {
-        filled.remove_suffix(1);
-    }
-    if (count == 2 && filled.size() <= 2 * width && filled.size() > width) {
+    const std::size_t words = countWords(line);
+    if (count == 2 && (words == 2 || (words == 1 && trimmed(line).size() > width))) {
         return noNode;
     }
     const std::int64_t node = integers(line, 1)[0];
-    line = count > 0 ? needLine("nodes") : std::string_view();
+    if (count == 0) {
+        line = {};
+        return node > 0 ? node : noNode;
+    }
+    std::string_view next;
+    const bool more = nextLine(next);
+    if (count == 3 && words == 3 && (!more || countWords(next) > count)) {
+        deck.putBack();
+        return noNode;
+    }
+    if (!more) {
+        throw ImportError(deck.place(), "dataset " + std::to_string(current) + " ends where nodes should be");
+    }
+    line = next;
     return node > 0 ? node : noNode;
 }
 
@@ -302,7 +326,8 @@ void UnvReader::groups()
     while (nextLine(line)) {
         // The count stands in the last of seven fields or, in later datasets, of eight.
         const Fields head = integers(line);
-        const bool eight = trimmed(line.substr(std::min(line.size(), (fieldsOfLine - 1) * width))).size() > 0;
+        const bool eight = countWords(line) == fieldsOfLine ||
+                           trimmed(line.substr(std::min(line.size(), (fieldsOfLine - 1) * width))).size() > 0;
         const std::int64_t count = head[eight ? 7 : 6];
         MeshSet nodeSet;
         nodeSet.of = MeshSet::Of::Nodes;
@@ -375,8 +400,13 @@ void UnvReader::header()
 
 void UnvReader::skip()
 {
+    // Bytes may stand right in front of what ends them.
+    constexpr std::string_view end = "    -1";
     std::string_view line;
     while (nextLine(line)) {
+        if (binary && line.size() > end.size() && line.substr(line.size() - end.size()) == end) {
+            return;
+        }
     }
 }
 
@@ -390,7 +420,7 @@ void UnvReader::dataset(std::string_view number)
         throw ImportError(place, "\"" + std::string(number.substr(0, 40)) + "\" is no number of a dataset");
     }
     current = static_cast<int>(value);
-    const bool binary = p < end && (*p == 'b' || *p == 'B');
+    binary = p < end && (*p == 'b' || *p == 'B');
     for (const Dataset& known : datasets) {
         if (known.number == current && !binary) {
             variant = known.variant;
@@ -408,10 +438,11 @@ Mesh UnvReader::read()
         if (trimmed(line).empty()) {
             continue;
         }
-        if (!isDelimiter(line)) {
+        if (trimmed(line) != "-1") {
             throw ImportError(deck.place(), "a dataset should begin here with -1, not \"" +
                                                 std::string(trimmed(line).substr(0, 40)) + "\"");
         }
+        delimiterAt = line.find('-');
         if (!deck.next(line)) {
             throw ImportError(deck.place(), "cut off at the beginning of a dataset");
         }

@@ -5,6 +5,13 @@
 
 namespace kvo {
 
+namespace {
+
+constexpr int defaultPoints = 2; // of integration through a shell
+constexpr int anglesOfLine = 8;
+
+} // namespace
+
 bool KeyDefinitions::begin(int kind)
 {
     current = static_cast<Kind>(kind);
@@ -64,7 +71,7 @@ void KeyDefinitions::line(std::string_view text)
 void KeyDefinitions::end()
 {
     const bool isPart = current == Part || current == CompositePart;
-    if (isPart && at == 1) {
+    if (isPart && at == 1 && !title.empty()) {
         context.log.warn(warnCutCards, context.keyword.place, "*" + context.keyword.name + " ends behind its title");
     }
 }
@@ -170,7 +177,8 @@ void KeyDefinitions::sectionHead(KeyFields& fields)
     if (!context.accept(fields) || sectionId == 0) {
         return;
     }
-    angleCards = layered && points > 0 && points < 10000 ? (static_cast<int>(points) + 7) / 8 : 0;
+    const int layers = points == 0 ? defaultPoints : points > 0 && points < 10000 ? static_cast<int>(points) : 0;
+    angleCards = layered ? (layers + anglesOfLine - 1) / anglesOfLine : 0;
     oneOnly = oneOnly || form > 100; // a formulation of the user's has lines of its own
     section = &sections[sectionId];
     *section = {context.keyword.base, {}};

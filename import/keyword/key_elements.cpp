@@ -2,6 +2,7 @@
 #include "key_elements.h"
 
 #include <algorithm>
+#include <map>
 
 #include "degenerate.h"
 #include "text/columns.h"
@@ -48,7 +49,7 @@ KeyElements::KeyElements(KeyContext& context) : KeyCards(context)
 bool KeyElements::begin(int kind)
 {
     current = static_cast<Class>(kind);
-    nodeCards = extraCards = extraCardsOfEightNodes = 0;
+    nodeCards = extraCards = extraCardsOfMidNodes = 0;
     orientationAt = -1;
     oneElement = false;
     collapse = true;
@@ -99,7 +100,7 @@ bool KeyElements::shellOptions()
     const bool beta = keyword.takeOption("BETA");
     const bool direction = keyword.takeOption("MCID");
     extraCards = thickness || beta || direction;
-    extraCardsOfEightNodes = extraCards;
+    extraCardsOfMidNodes = extraCards;
     extraCards += keyword.takeOption("OFFSET");
     extraCards += keyword.takeOption("DOF");
     oneElement = keyword.takeOption("COMPOSITE");
@@ -292,8 +293,8 @@ void KeyElements::shell(std::string_view text)
     setHead(values);
     std::int64_t* n = values + 2;
     const std::size_t filled = lastFilled(n, 8);
-    if (filled == 8) {
-        extraLeft += extraCardsOfEightNodes;
+    if (filled > 4) {
+        extraLeft += extraCardsOfMidNodes;
     }
     if (filled == 6) { // three corners, then the middles of the sides
         n[3] = 0;
@@ -317,15 +318,21 @@ void KeyElements::beam(std::string_view text)
     emit(Family::Beam, Shape::Line, n, 3);
 }
 
+// Three numbers that blanks part are these three: programs do not agree on the width of the columns.
 void KeyElements::orientationCard(std::string_view text)
 {
-    KeyFields fields = context.fields(text);
     Vec3 vector;
-    for (double& component : vector) {
-        component = fields.real(8);
+    if (!scanRealWords(text, vector.data(), vector.size())) {
+        KeyFields fields = context.fields(text);
+        for (double& component : vector) {
+            component = fields.real(8);
+        }
+        if (!context.accept(fields)) {
+            return;
+        }
     }
-    if (context.accept(fields) && vector != Vec3{0.0, 0.0, 0.0}) {
-        oriented.push_back({head.id, vector});
+    if (vector != Vec3{0.0, 0.0, 0.0}) {
+        oriented.push_back({head.id, Family::Beam, vector});
     }
 }
 
@@ -343,7 +350,7 @@ void KeyElements::discrete(std::string_view text)
     n[1] = n[1] == 0 ? n[0] : n[1];
     n[0] = n[0] == 0 ? n[1] : n[0];
     if (values[4] != 0) {
-        named.push_back({head.id, context.lines.shifted(values[4], KeyOffsets::Define)});
+        named.push_back({head.id, context.lines.shifted(values[4], KeyOffsets::Define), headPlace()});
     }
     emit(Family::Discrete, Shape::Line, n, 2);
 }
@@ -374,10 +381,18 @@ void KeyElements::belt(std::string_view text)
 
 void KeyElements::resolveVectors()
 {
+    std::map<std::int64_t, Vec3> vectors;
+    for (const DefinedVector& row : defined) {
+        vectors[row.id] = row.vector;
+    }
     for (const NamedVector& row : named) {
         const auto found = vectors.find(row.vector);
-        if (found != vectors.end()) {
-            oriented.push_back({row.element, found->second});
+        if (found == vectors.end()) {
+            context.log.warn("vectors that do not exist", row.place,
+                             "ELEMENT_DISCRETE " + std::to_string(row.element) + ": vector " +
+                                 std::to_string(row.vector) + " does not exist");
+        } else if (found->second != Vec3{0.0, 0.0, 0.0}) {
+            oriented.push_back({row.element, Family::Discrete, found->second});
         }
     }
 }

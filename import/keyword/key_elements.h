@@ -3,7 +3,6 @@
 #define KVO_IMPORT_KEYWORD_KEY_ELEMENTS_H
 
 #include <array>
-#include <map>
 #include <vector>
 
 #include "key_cards.h"
@@ -36,17 +35,24 @@ public:
     struct Oriented
     {
         std::int64_t element;
+        Family family;
         Vec3 vector;
     };
     std::vector<Oriented> oriented;
 
-    // *DEFINE_SD_ORIENTATION: discrete elements name a vector by id.
-    void defineVector(std::int64_t id, const Vec3& vector) { vectors[id] = vector; }
+    // *DEFINE_SD_ORIENTATION: discrete elements name a vector by id. A transformed include turns its own, too.
+    struct DefinedVector
+    {
+        std::int64_t id;
+        Vec3 vector;
+    };
+    std::vector<DefinedVector> defined;
     // At the end of the deck, when all vectors are known: the discrete elements that have one join the others.
     struct NamedVector
     {
         std::int64_t element;
         std::int64_t vector;
+        Place place;
     };
     void resolveVectors();
 
@@ -88,7 +94,7 @@ private:
     Shape cornerShape = Shape::Hexa;
     bool collapse = true; // solids of 8 nodes
     int extraCards = 0;   // lines behind every element
-    int extraCardsOfEightNodes = 0;
+    int extraCardsOfMidNodes = 0;
     int orientationAt = -1;  // which of the extra lines has the vector
     bool oneElement = false; // lines until the next keyword belong to one element
     // Where in an element the reading is.
@@ -101,7 +107,6 @@ private:
     std::size_t nodesRead = 0;
 
     std::array<std::array<std::uint32_t, 7>, classCount> types; // indices into the mesh's types, by Shape
-    std::map<std::int64_t, Vec3> vectors;
     std::vector<NamedVector> named;
 };
 

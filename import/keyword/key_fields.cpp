@@ -99,4 +99,17 @@ bool scanNodeColumns(std::string_view line, KeyWidths widths, std::int64_t& id, 
            scanRealColumns(line.substr(idWidth), width, xyz, 3);
 }
 
+bool scanRealWords(std::string_view line, double* values, std::size_t count)
+{
+    line = trimmed(line);
+    for (std::size_t k = 0; k < count; ++k) {
+        const std::size_t stop = std::min(line.find_first_of(" \t"), line.size());
+        if (stop == 0 || !parseReal(line.substr(0, stop), values[k])) {
+            return false;
+        }
+        line = trimmed(line.substr(stop));
+    }
+    return line.empty();
+}
+
 } // namespace kvo

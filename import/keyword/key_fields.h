@@ -58,6 +58,9 @@ private:
 // The quick way for the line of a node: its id and three coordinates. False for any other line.
 bool scanNodeColumns(std::string_view line, KeyWidths widths, std::int64_t& id, double* xyz);
 
+// Exactly count numbers with blanks between them and nothing else. False for any other line.
+bool scanRealWords(std::string_view line, double* values, std::size_t count);
+
 } // namespace kvo
 
 #endif

@@ -15,7 +15,7 @@ bool KeyIncludes::begin(int kind)
 {
     current = static_cast<Kind>(kind);
     at = 0;
-    nameGoesOn = false;
+    nameGoesOn = anyOpened = false;
     include = {};
     context.keyword.takeOption("RELATIVE"); // of folders: both ways are tried
     return context.keyword.options.empty();
@@ -48,8 +48,6 @@ void KeyIncludes::line(std::string_view text)
         return;
     case Transformed:
         return transformLine(text);
-    case Done:
-        return;
     }
 }
 
@@ -83,7 +81,6 @@ void KeyIncludes::transformLine(std::string_view text)
     }
     context.refuseBad(fields);
     if (at == transformLines) {
-        current = Done;
         open();
     }
 }
@@ -93,6 +90,8 @@ void KeyIncludes::open()
     // The keyword's own width of columns is no business of the file.
     const KeyInclude what = std::move(include);
     include = {};
+    at = 0;
+    anyOpened = true;
     context.lines.include(what);
 }
 
@@ -102,7 +101,6 @@ bool KeyIncludes::openBeforeKeyword()
     if (current != Transformed || include.name.empty()) {
         return false;
     }
-    current = Done;
     context.lines.putBack();
     open();
     return true;
@@ -110,7 +108,8 @@ bool KeyIncludes::openBeforeKeyword()
 
 void KeyIncludes::end()
 {
-    if (current == Transformed || (nameGoesOn && !include.name.empty())) {
+    const bool open = !include.name.empty() && (current == Transformed || nameGoesOn);
+    if (open || (current == Transformed && !anyOpened)) {
         context.log.warn(warnCutCards, context.keyword.place,
                          "*" + context.keyword.name + " is not whole: no file is read");
     }

@@ -13,8 +13,7 @@ public:
     {
         Files, // a name a line
         Transformed,
-        Folders, // to look for included files in
-        Done
+        Folders // to look for included files in
     };
 
     using KeyCards::KeyCards;
@@ -26,7 +25,11 @@ public:
     // gives the line back. True if it did.
     bool openBeforeKeyword();
     // An included file was read: what the including file's card goes on as.
-    void resume(Kind kind) { begin(kind); }
+    void resume(Kind kind)
+    {
+        begin(kind);
+        anyOpened = true;
+    }
     Kind now() const { return current; }
 
 private:
@@ -38,6 +41,7 @@ private:
     Kind current = Files;
     int at = 0;              // lines of *INCLUDE_TRANSFORM behind its file name
     bool nameGoesOn = false; // its last line ended with " +"
+    bool anyOpened = false;  // by the current keyword
     KeyInclude include;
 };
 

@@ -206,9 +206,22 @@ bool KeyParameters::define(std::string_view name, double value, bool replace)
     return known.second || replace;
 }
 
+void KeyParameters::defineLocal(std::string_view name, double value)
+{
+    locals.back()[upperCase(trimmed(name))] = value;
+}
+
 bool KeyParameters::find(std::string_view name, double& value) const
 {
-    const auto known = values.find(upperCase(trimmed(name)));
+    const std::string key = upperCase(trimmed(name));
+    for (auto scope = locals.rbegin(); scope != locals.rend(); ++scope) {
+        const auto known = scope->find(key);
+        if (known != scope->end()) {
+            value = known->second;
+            return true;
+        }
+    }
+    const auto known = values.find(key);
     if (known == values.end()) {
         return false;
     }

@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kvo {
 
@@ -14,6 +15,12 @@ public:
     // Names do not care about case. A name that is known keeps its value unless replace is set; then the result is
     // false.
     bool define(std::string_view name, double value, bool replace);
+
+    // The same for the current file and those that it includes; always replaces.
+    void defineLocal(std::string_view name, double value);
+    // An included file begins, or ends and takes its local names with it.
+    void enterFile() { locals.emplace_back(); }
+    void leaveFile() { locals.pop_back(); }
 
     // "&name" or "-&name". False if field is no reference or the name is not known.
     bool resolve(std::string_view field, double& value) const;
@@ -25,7 +32,10 @@ public:
     bool find(std::string_view name, double& value) const;
 
 private:
-    std::map<std::string, double> values; // by upper-case name
+    using Values = std::map<std::string, double>; // by upper-case name
+
+    Values values;
+    std::vector<Values> locals = std::vector<Values>(1); // of the open files, innermost last
 };
 
 } // namespace kvo

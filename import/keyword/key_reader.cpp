@@ -1,6 +1,7 @@
 // Reading of keyword decks: which keyword is whose.
 #include "key_reader.h"
 
+#include <cmath>
 #include <map>
 
 #include "key_cards.h"
@@ -64,27 +65,51 @@ public:
 
     void line(std::string_view text) override
     {
+        if (current == Expressions) {
+            return expressionLine(text);
+        }
         KeyFields fields = context.fields(text);
         if (current == Duplication) {
             const std::int64_t rule = fields.integer(10);
             lastHolds = context.accept(fields) && (rule == 2 || rule == 4);
-        } else if (current == Expressions) {
-            const std::string_view name = fields.text(10);
-            const std::size_t behind = name.empty() ? text.size() : name.data() + name.size() - text.data();
-            std::string_view expression = text.substr(std::min(behind, text.size()));
-            expression.remove_prefix(!expression.empty() && expression.front() == ',');
-            define(name, expression);
         } else {
             while (fields.anyLeft()) {
                 const std::string_view name = fields.text(10);
-                define(name, fields.text(10));
+                define(name, fields.text(10), context.lines.place());
             }
         }
     }
 
+    void end() override { defineExpression(); }
+
 private:
+    // Name and expression, in columns or behind a comma; commas further on belong to functions. A line without a name
+    // goes on with the expression of the line before.
+    void expressionLine(std::string_view text)
+    {
+        const std::size_t width = static_cast<std::size_t>(context.keyword.widths.of(10));
+        const std::size_t comma = text.find(',');
+        const bool free = comma <= width;
+        const std::string name(trimmed(text.substr(0, free ? comma : width)));
+        const std::string_view behind = text.substr(std::min(free ? comma + 1 : width, text.size()));
+        if (name.empty() && !openName.empty()) {
+            openText += behind;
+            return;
+        }
+        defineExpression();
+        openName = name;
+        openText = behind;
+        openPlace = context.lines.place();
+    }
+
+    void defineExpression()
+    {
+        define(openName, openText, openPlace);
+        openName.clear();
+    }
+
     // name begins with the letter of its type. Texts are not needed.
-    void define(std::string_view name, std::string_view text)
+    void define(std::string_view name, std::string_view text, const Place& place)
     {
         const char type = name.empty() ? ' ' : upperCase(name.substr(0, 1)).front();
         if (type == 'C' || type == ' ') {
@@ -93,11 +118,16 @@ private:
         const std::string_view bare = trimmed(name.substr(1));
         double value = 0.0;
         if ((type != 'R' && type != 'I') || !context.parameters.evaluate(text, value)) {
-            context.log.warn(warnBadField, context.lines.place(),
+            context.log.warn(warnBadField, place,
                              "parameter \"" + std::string(name) + "\" has no value: \"" +
                                  std::string(trimmed(text).substr(0, 40)) + "\"");
-        } else if (!context.parameters.define(bare, value, lastHolds || local)) {
-            context.log.warn("parameters defined more than once", context.lines.place(),
+            return;
+        }
+        value = type == 'I' ? std::trunc(value) : value;
+        if (local) {
+            context.parameters.defineLocal(bare, value);
+        } else if (!context.parameters.define(bare, value, lastHolds)) {
+            context.log.warn("parameters defined more than once", place,
                              "parameter " + std::string(bare) + " has a value already; that one holds");
         }
     }
@@ -105,6 +135,9 @@ private:
     Kind current = Values;
     bool lastHolds = false; // of definitions of one name
     bool local = false;
+    std::string openName; // of an expression that may go on in the next line
+    std::string openText;
+    Place openPlace;
 };
 
 // *KEYWORD, *TITLE, *END, and what else is no mesh but worth a word.
@@ -155,7 +188,9 @@ private:
             words += isBlank(c) ? "" : std::string(1, c);
         }
         KeyWidths& widths = context.lines.fileWidths();
-        widths.wide = widths.wide || words.find("LONG=Y") != std::string::npos;
+        // LONG=S is about what the solver writes, LONG=K about the deck alone, LONG=Y about both.
+        widths.wide =
+            widths.wide || words.find("LONG=Y") != std::string::npos || words.find("LONG=K") != std::string::npos;
         widths.ten = widths.ten || words.find("I10=Y") != std::string::npos;
     }
 
@@ -169,8 +204,8 @@ private:
         for (double& component : direction) {
             component = fields.real(10);
         }
-        if (context.accept(fields) && kind <= 1) {
-            elements.defineVector(id, direction);
+        if (context.accept(fields)) {
+            elements.defined.push_back({id, kind <= 1 ? direction : Vec3{0.0, 0.0, 0.0}});
         }
     }
 
@@ -203,6 +238,7 @@ private:
     {
         KeyInclude include;
         KeyTransforms::Range from;
+        KeyKeyword keyword;
         KeyIncludes::Kind after;
     };
 
@@ -213,7 +249,10 @@ private:
     void opened();
     void closed();
     void finish();
-    KeyTransforms::Range reached() const { return {mesh.files.front().nodeIds.size(), elements.oriented.size()}; }
+    KeyTransforms::Range reached() const
+    {
+        return {mesh.files.front().nodeIds.size(), elements.oriented.size(), elements.defined.size()};
+    }
 
     Mesh mesh;
     KeyParameters parameters;
@@ -329,18 +368,19 @@ void KeyReader::keyword(std::string_view line)
 
 void KeyReader::opened()
 {
-    frames.push_back({lines.currentInclude(), reached(), includes.now()});
+    parameters.enterFile();
+    frames.push_back({lines.currentInclude(), reached(), context.keyword, includes.now()});
     current = nullptr;
 }
 
 void KeyReader::closed()
 {
     endCards();
+    parameters.leaveFile();
     const Frame done = frames.back();
     frames.pop_back();
     transforms.closed(done.include, done.from, reached());
-    context.keyword = {};
-    context.keyword.name = "INCLUDE";
+    context.keyword = done.keyword;
     includes.resume(done.after);
     current = &includes;
 }
@@ -348,10 +388,10 @@ void KeyReader::closed()
 void KeyReader::finish()
 {
     mesh.sourceFiles = lines.files();
-    transforms.apply(elements.oriented);
+    transforms.apply(elements);
     elements.resolveVectors();
     for (const KeyElements::Oriented& row : elements.oriented) {
-        context.file().orient(row.element, row.vector);
+        context.file().orient(row.element, row.vector, static_cast<int>(row.family));
     }
     definitions.describeParts();
     sets.finish();
@@ -394,8 +434,16 @@ const char* const ownKeywords[] = {"*KEYWORD",   "*ELEMENT_", "*SECTION_",   "*M
                                    "*DATABASE_", "*DEFINE_",  "*INCLUDE_",   "*NODE_",    "*CONSTRAINED_", "*BOUNDARY_",
                                    "*LOAD_",     "*CONTACT_", "*PARAMETER_", "*INITIAL_", "*PART_"};
 
+// Other formats' lines of these words go on behind them.
+const char* const ownLines[] = {"*INCLUDE", "*TITLE", "*PART", "*END"};
+
 bool isOwnKeyword(std::string_view line)
 {
+    for (const char* keyword : ownLines) {
+        if (equalsIgnoringCase(trimmed(line), keyword)) {
+            return true;
+        }
+    }
     for (const char* keyword : ownKeywords) {
         if (startsWithIgnoringCase(line, keyword)) {
             return true;

@@ -143,6 +143,9 @@ bool KeyTransforms::rotation(const double* a, Transform& result) const
     Vec3 to = {a[3] + a[0], a[4] + a[1], a[5] + a[2]};
     double angle = a[6];
     const bool byPoints = a[3] == 0.0 && a[4] == 0.0 && a[5] == 0.0 && a[6] == 0.0;
+    if (byPoints && points.empty()) {
+        return true; // a direction through the origin, and no angle
+    }
     if (byPoints) {
         angle = a[2];
         if (!point(a[0], from) || !point(a[1], to)) {
@@ -179,7 +182,7 @@ void KeyTransforms::closed(const KeyInclude& include, const Range& from, const R
 }
 
 // Inner includes closed first, and come first here.
-void KeyTransforms::apply(std::vector<KeyElements::Oriented>& orientations)
+void KeyTransforms::apply(KeyElements& elements)
 {
     MeshFile& file = context.file();
     for (const Use& use : uses) {
@@ -202,7 +205,10 @@ void KeyTransforms::apply(std::vector<KeyElements::Oriented>& orientations)
         Transform turn = transform;
         turn.t = {0.0, 0.0, 0.0};
         for (std::size_t k = use.from.orientations; k < use.to.orientations; ++k) {
-            orientations[k].vector = turn.apply(orientations[k].vector);
+            elements.oriented[k].vector = turn.apply(elements.oriented[k].vector);
+        }
+        for (std::size_t k = use.from.vectors; k < use.to.vectors; ++k) {
+            elements.defined[k].vector = turn.apply(elements.defined[k].vector);
         }
     }
 }

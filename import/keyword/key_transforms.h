@@ -22,11 +22,12 @@ public:
     {
         std::size_t nodes = 0;
         std::size_t orientations = 0;
+        std::size_t vectors = 0; // of KeyElements::defined
     };
     void closed(const KeyInclude& include, const Range& from, const Range& to);
 
     // At the end of the deck: a transformation may stand behind the include that uses it.
-    void apply(std::vector<KeyElements::Oriented>& orientations);
+    void apply(KeyElements& elements);
 
 private:
     void step(const std::string& name, KeyFields& fields);

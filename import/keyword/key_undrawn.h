@@ -28,29 +28,37 @@ public:
         int setAt;        // the field that is a set of nodes; -1: there is none
         int extraCards;   // lines behind each
         bool nodePerLine; // the following lines begin with one more node each
+        int setsAt;       // the field that tells that these lines name sets of nodes instead; -1: there is none
     };
     static const std::vector<Row>& rows();
 
 private:
-    void entry(std::string_view text);
-    void keep(std::int64_t id, const std::vector<std::int64_t>& nodes);
-
-    struct BySet
+    // One definition. Those that name sets wait for the end of the deck.
+    struct Entry
     {
-        const char* type;
-        std::int64_t id;
-        std::int64_t set;
+        const char* type = nullptr;
+        std::int64_t id = 0;
+        std::vector<std::int64_t> nodes;
+        std::vector<std::int64_t> sets;
         Place place;
     };
 
+    void entryLine(std::string_view text);
+    void nodeLine(std::string_view text);
+    void extraLine(std::string_view text, int number);
+    void keep(Entry& entry);
+
     const Row* row = nullptr;
-    int extraCards = 0;
+    // What the keyword's options ask for.
+    int headings = 0;   // lines in front of each definition
+    int extraCards = 0; // lines behind each
+    int inertiaAt = -1; // which of those tells of one more
+    // Where in a definition the reading is.
+    int at = 0; // lines so far
     int extraLeft = 0;
-    bool oneOnly = false; // the keyword's options bring lines whose number is not known
-    bool first = true;
-    std::int64_t openId = 0; // of an entry that goes on in the next lines
-    std::vector<std::int64_t> openNodes;
-    std::vector<BySet> bySet;
+    bool bySets = false; // its further lines name sets
+    Entry open;          // goes on in the next lines; no type: there is none
+    std::vector<Entry> waiting;
 };
 
 } // namespace kvo

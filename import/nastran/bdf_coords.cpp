@@ -94,6 +94,11 @@ void BdfCoords::addGrid(const BdfCard& card)
     }
     mesh.addNode(id, card.real(2), card.real(3), card.real(4));
     systems.push_back({systemId(card, 1, notGiven), systemId(card, 5, notGiven)});
+    const std::int32_t position = systems.back().position;
+    if (position != basic && position != notGiven && position != lastUsed) {
+        firstUse.emplace(position, card.place());
+        lastUsed = position;
+    }
 }
 
 void BdfCoords::setDefaults(const BdfCard& card)
@@ -212,6 +217,20 @@ bool BdfCoords::toBasicPoint(std::int32_t id, Vec3& point)
     return system || id == basic;
 }
 
+void BdfCoords::warnUnknown(std::int32_t system, std::size_t node)
+{
+    const char* const kind = "unknown coordinate systems";
+    const auto use = firstUse.find(system);
+    if (use == firstUse.end() || !use->second.file.empty()) {
+        log.warn(kind, use == firstUse.end() ? Place{deck, 0} : use->second,
+                 "grid point " + std::to_string(mesh.nodeIds[node]) + " is given in system " + std::to_string(system) +
+                     ", which does not exist: taken as basic");
+        firstUse[system] = Place(); // said with its line; the system's other points are counted
+    } else {
+        log.warnMore(kind, 1);
+    }
+}
+
 void BdfCoords::placeNode(std::size_t node)
 {
     if (placed[node]) {
@@ -221,9 +240,7 @@ void BdfCoords::placeNode(std::size_t node)
     double* x = &mesh.xyz[3 * node];
     Vec3 point = {x[0], x[1], x[2]};
     if (!toBasicPoint(system, point)) {
-        log.warn("unknown coordinate systems", {deck, 0},
-                 "grid point " + std::to_string(mesh.nodeIds[node]) + " is given in system " + std::to_string(system) +
-                     ", which does not exist: taken as basic");
+        warnUnknown(system, node);
     }
     std::copy(point.begin(), point.end(), x);
     placed[node] = 1;

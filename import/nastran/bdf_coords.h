@@ -69,6 +69,7 @@ private:
     Vec3 gridPosition(std::int64_t grid, const System& asker, std::int32_t id);
     bool toBasicPoint(std::int32_t system, Vec3& point);
     void placeNode(std::size_t node);
+    void warnUnknown(std::int32_t system, std::size_t node);
     std::size_t nodeOf(std::int64_t grid);
 
     MeshFile& mesh;
@@ -79,6 +80,8 @@ private:
     std::map<std::int32_t, System> byId;
     std::vector<std::pair<std::int64_t, std::size_t>> sortedNodes; // built when first needed
     int depth = 0;                                                 // of systems that wait for each other
+    std::map<std::int32_t, Place> firstUse; // of a system by a grid point: the points' own lines are not kept
+    std::int32_t lastUsed = basic;
     std::int32_t defaultPosition = basic;
     std::int32_t defaultDisplacement = basic;
 };

@@ -98,6 +98,12 @@ BdfElements::OrientationEntry BdfElements::orientationOf(const BdfCard& card, in
     return entry;
 }
 
+BdfElements::Frame BdfElements::frameOf(const BdfCard& card)
+{
+    const std::string offt = card.text(7);
+    return offt.empty() ? Frame::Blank : offt[0] == 'B' ? Frame::Basic : Frame::OfEndA;
+}
+
 namespace {
 
 std::int64_t elementId(const BdfCard& card)
@@ -133,7 +139,9 @@ void BdfElements::add(const BdfElementRow& row, const BdfCard& card)
         return;
     }
     OrientationEntry orientation;
-    if (row.orientation >= 0) {
+    // A bush or gap that names a coordinate system (field 9) lies in it, whatever node or vector it names as well.
+    const bool hasSystem = row.family == Family::Discrete && !card.blank(7);
+    if (row.orientation >= 0 && !hasSystem) {
         orientation = orientationOf(card, row.orientation);
     }
     nodes[corners] = orientation.node;
@@ -145,9 +153,7 @@ void BdfElements::add(const BdfElementRow& row, const BdfCard& card)
     block.line.push_back(card.line);
     block.nodes.insert(block.nodes.end(), nodes, nodes + mesh.types[type].slots());
     if (orientation.isVector) {
-        // Field 9: what the offsets and the vector are in; the first letter tells of the vector.
-        const bool basic = row.base && card.text(7).substr(0, 1) == "B";
-        vectors.push_back({id, basic ? noNode : nodes[0], orientation.vector});
+        vectors.push_back({id, nodes[0], orientation.vector, row.base ? frameOf(card) : Frame::OfEndA, &row});
     }
     if (row.base) {
         noteBlanks(row, card, block, nodes[0], orientation);
@@ -161,7 +167,7 @@ void BdfElements::noteBlanks(const BdfElementRow& row, const BdfCard& card, Elem
     const bool property = card.blank(1);
     const bool direction = !orientation.isVector && orientation.node == noNode;
     if (property || direction) {
-        unfinished.push_back({&block, block.size() - 1, endA, property, direction, &row});
+        unfinished.push_back({&block, block.size() - 1, endA, property, direction, frameOf(card), &row});
     }
 }
 
@@ -184,24 +190,33 @@ void BdfElements::setDefaults(const BdfCard& card)
     Defaults& entry = defaults[card.key];
     entry.property = card.integer(1, noProperty);
     entry.orientation = orientationOf(card, 4);
+    entry.frame = frameOf(card);
+}
+
+// BAROR or BEAMOR if the deck has one, else null.
+const BdfElements::Defaults* BdfElements::defaultsOf(const BdfElementRow& row) const
+{
+    const auto found = row.base ? defaults.find(cardKey(row.base)) : defaults.end();
+    return found == defaults.end() ? nullptr : &found->second;
 }
 
 void BdfElements::applyDefaults()
 {
     for (const Unfinished& element : unfinished) {
-        const auto found = defaults.find(cardKey(element.row->base));
-        if (found == defaults.end()) {
+        const Defaults* given = defaultsOf(*element.row);
+        if (!given) {
             continue;
         }
         ElementBlock& block = *element.block;
-        const std::int64_t property = found->second.property;
+        const std::int64_t property = given->property;
         if (element.property && property != noProperty) {
             block.part[element.element] = rows.part(property);
             mesh.parts[block.part[element.element]].propertyId = property;
         }
-        const OrientationEntry& orientation = found->second.orientation;
+        const OrientationEntry& orientation = given->orientation;
         if (element.orientation && orientation.isVector) {
-            vectors.push_back({block.ids[element.element], element.endA, orientation.vector});
+            vectors.push_back(
+                {block.ids[element.element], element.endA, orientation.vector, element.frame, element.row});
         } else if (element.orientation) {
             block.nodes[3 * element.element + 2] = orientation.node;
         }
@@ -212,7 +227,10 @@ void BdfElements::applyDefaults()
 void BdfElements::applyVectors()
 {
     for (const VectorOfElement& row : vectors) {
-        mesh.files.front().orient(row.element, row.endA == noNode ? row.vector : coords.toBasic(row.endA, row.vector));
+        const Defaults* given = defaultsOf(*row.row);
+        const Frame frame = row.frame == Frame::Blank && given ? given->frame : row.frame;
+        mesh.files.front().orient(row.element,
+                                  frame == Frame::Basic ? row.vector : coords.toBasic(row.endA, row.vector));
     }
     vectors = {};
 }

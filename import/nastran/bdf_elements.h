@@ -56,6 +56,14 @@ public:
     MeshRows& meshRows() { return rows; }
 
 private:
+    // What a vector's components are in: OFFT's first letter.
+    enum class Frame
+    {
+        Blank, // what BAROR or BEAMOR say, else as OfEndA
+        OfEndA,
+        Basic
+    };
+
     // What an element's orientation fields say: a node, a vector, or nothing.
     struct OrientationEntry
     {
@@ -69,6 +77,7 @@ private:
     {
         std::int64_t property = 0;
         OrientationEntry orientation;
+        Frame frame = Frame::Blank;
     };
 
     // An element whose property or orientation a default may give.
@@ -79,6 +88,7 @@ private:
         std::int64_t endA;
         bool property;    // was blank
         bool orientation; // was blank
+        Frame frame;
         const BdfElementRow* row;
     };
 
@@ -86,11 +96,15 @@ private:
     struct VectorOfElement
     {
         std::int64_t element;
-        std::int64_t endA; // whose displacement system the vector is in; noNode: the basic one
+        std::int64_t endA; // whose displacement system the vector is in, unless it is in the basic one
         Vec3 vector;
+        Frame frame;
+        const BdfElementRow* row;
     };
 
     static OrientationEntry orientationOf(const BdfCard& card, int field);
+    static Frame frameOf(const BdfCard& card);
+    const Defaults* defaultsOf(const BdfElementRow& row) const;
     std::uint32_t typeOf(const BdfElementRow& row);
     std::uint32_t partOf(const BdfElementRow& row, const BdfCard& card, std::int64_t id);
     void noteBlanks(const BdfElementRow& row, const BdfCard& card, ElementBlock& block, std::int64_t endA,

@@ -25,9 +25,10 @@ bool isLetter(char c)
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-bool hasComma(std::string_view text)
+// Free fields have their first comma near the beginning; further on it is part of a remark behind fixed fields.
+bool hasFreeFields(std::string_view text)
 {
-    return std::memchr(text.data(), ',', text.size()) != nullptr;
+    return text.substr(0, std::min(nameWidth + 2, text.size())).find(',') != std::string_view::npos;
 }
 
 // Comment and trailing blanks taken off.
@@ -41,6 +42,26 @@ std::string_view stripped(std::string_view text)
         text.remove_suffix(1);
     }
     return text;
+}
+
+// Where a comment begins behind the unquoted name of a file.
+std::size_t commentStart(std::string_view text)
+{
+    std::size_t at = text.find('$');
+    while (at != std::string_view::npos && at > 0 && !isBlank(text[at - 1])) {
+        at = text.find('$', at + 1);
+    }
+    return std::min(at, text.size());
+}
+
+// "GRID 5 0 1. 0.": free fields may be parted by blanks, too. Fixed ones have nothing but the name in the name's field.
+bool hasBlanksForCommas(std::string_view text)
+{
+    const std::string_view name = text.substr(0, std::min(text.find_first_of(" \t"), text.size()));
+    const std::string_view rest = text.substr(name.size());
+    const std::size_t next = std::min(rest.find_first_not_of(' '), rest.size());
+    return !name.empty() && isLetter(name[0]) && next < rest.size() && rest[next] != '\t' && rest[next] != '*' &&
+           name.size() + next < nameWidth;
 }
 
 bool isContinuation(std::string_view text)
@@ -140,7 +161,7 @@ bool BdfLines::controlLine(std::string_view text)
         return false;
     }
     bool large = false;
-    const bool fields = hasComma(text) || text.size() > nameWidth;
+    const bool fields = hasFreeFields(text) || text.size() > nameWidth;
     inBulk = fields && !isContinuation(text) && isMeshCard(cardKeyOf(text, large));
     return inBulk;
 }
@@ -163,11 +184,12 @@ void BdfLines::include(std::string_view text)
             name += trimmed(more);
         }
         name = name.substr(1, name.find(quote, 1) - 1);
+    } else {
+        name = trimmed(std::string_view(name).substr(0, commentStart(name))); // $ may be in a name, " $" is a comment
     }
     if (name.empty()) {
         throw ImportError(where, "INCLUDE without a file name");
     }
-    std::replace(name.begin(), name.end(), '\\', '/');
     deck.include(name);
 }
 
@@ -289,6 +311,7 @@ bool BdfLines::next(BdfCard& card)
     card.file = line.file;
     card.line = line.number;
     card.fields.clear();
+    lineEnd = 0;
     expanded.clear();
     addFields(line.text, large, card);
     while (nextBulkLine(pending)) {
@@ -305,11 +328,16 @@ bool BdfLines::next(BdfCard& card)
 
 void BdfLines::addFields(std::string_view text, bool large, BdfCard& card)
 {
-    // Large lines come in pairs; a second half that is left out is blank.
+    // Large lines come in pairs; a second half that is left out is blank. A line with nothing behind its first field
+    // counts like any other.
     const std::size_t whole = large ? fieldsPerLine / 2 : fieldsPerLine;
-    card.fields.resize((card.fields.size() + whole - 1) / whole * whole);
-    if (hasComma(text)) {
+    const std::size_t start = (std::max(lineEnd, card.fields.size()) + whole - 1) / whole * whole;
+    lineEnd = start + whole;
+    card.fields.resize(start);
+    if (hasFreeFields(text)) {
         addFreeFields(text, large, card);
+    } else if (hasBlanksForCommas(text)) {
+        addWords(text, card);
     } else {
         addFixedFields(text, large, card);
     }
@@ -334,6 +362,19 @@ void BdfLines::addFreeFields(std::string_view text, bool large, BdfCard& card)
     }
     if (card.fields.size() - before == most + 1) {
         card.fields.pop_back();
+    }
+}
+
+// The words behind the card's name.
+void BdfLines::addWords(std::string_view text, BdfCard& card)
+{
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const std::size_t end = std::min(text.find_first_of(" \t", at), text.size());
+        if (end > at && at > 0) {
+            card.fields.push_back(text.substr(at, end - at));
+        }
+        at = end + 1;
     }
 }
 

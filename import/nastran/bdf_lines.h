@@ -4,6 +4,7 @@
 //   GRID*                  5                              1.  large: columns of 16 after the name
 //   *                     0.             -1.                  ... and its second half
 //   GRID,5,,1.,0.,-1.                                         free: commas
+//   GRID 5 0 1. 0. -1.                                        ... or blanks, which then follow the name at once
 //
 // A card goes on in lines whose name column is blank or begins with + or *; each line is of the width that it shows
 // itself. Which label a continuation has is of no account: it belongs to the card above it.
@@ -53,6 +54,7 @@ private:
     void include(std::string_view text);
     void addFields(std::string_view text, bool large, BdfCard& card);
     void addFreeFields(std::string_view text, bool large, BdfCard& card);
+    void addWords(std::string_view text, BdfCard& card);
     void addFixedFields(std::string_view text, bool large, BdfCard& card);
     std::string_view expandTabs(std::string_view text, std::size_t width);
 
@@ -63,7 +65,8 @@ private:
     std::deque<std::string> expanded; // lines of the current card that had tabs
     Line pending;                     // read ahead
     bool hasPending = false;
-    bool inBulk = false; // before: file management, executive and case control
+    std::size_t lineEnd = 0; // the field behind the last line of the current card
+    bool inBulk = false;     // before: file management, executive and case control
     bool inEndedFile = false;
     std::uint32_t endedFile = 0; // ENDDATA was in it
 };

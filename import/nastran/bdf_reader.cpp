@@ -132,6 +132,11 @@ void BdfReader::set3(const BdfCard& card)
         return;
     }
     for (std::size_t k = 2; k < card.fields.size(); ++k) {
+        const std::string word = card.text(k);
+        if (word == "ALL" || word == "EXCEPT" || word == "BY") {
+            log.count(listKeywordsNotRead, "SET3 with " + word, 1, card.place());
+            return;
+        }
         const std::int64_t first = card.integer(k);
         if (card.text(k + 1) == "THRU") {
             const std::int64_t last = card.integer(k + 2);

@@ -20,10 +20,10 @@ constexpr std::size_t headBytes = 65536;
 
 // Statements of the format, those that are read and all others.
 const char* const statements[] = {
-    "v",     "vt",       "vn",       "vp",         "f",         "l",      "p",     "o",    "g",    "s",
-    "mg",    "mtllib",   "usemtl",   "maplib",     "usemap",    "cstype", "deg",   "bmat", "step", "curv",
-    "curv2", "surf",     "parm",     "trim",       "hole",      "scrv",   "sp",    "end",  "con",  "bevel",
-    "lod",   "c_interp", "d_interp", "shadow_obj", "trace_obj", "ctech",  "stech", "call", "csh"};
+    "v",     "vt",    "vn",       "vp",       "f",          "fo",        "l",      "p",     "o",    "g",
+    "s",     "mg",    "mtllib",   "usemtl",   "maplib",     "usemap",    "cstype", "deg",   "bmat", "step",
+    "curv",  "curv2", "surf",     "parm",     "trim",       "hole",      "scrv",   "sp",    "end",  "con",
+    "bevel", "lod",   "c_interp", "d_interp", "shadow_obj", "trace_obj", "ctech",  "stech", "call", "csh"};
 
 bool isStatement(std::string_view word)
 {
@@ -103,8 +103,9 @@ private:
 };
 
 const ObjReader::Statement ObjReader::readers[] = {
-    {"v", &ObjReader::vertex}, {"f", &ObjReader::face},  {"l", &ObjReader::lineFigure},    {"p", &ObjReader::point},
-    {"o", &ObjReader::object}, {"g", &ObjReader::group}, {"usemtl", &ObjReader::material},
+    {"v", &ObjReader::vertex},     {"f", &ObjReader::face},          {"fo", &ObjReader::face}, // its old name
+    {"l", &ObjReader::lineFigure}, {"p", &ObjReader::point},         {"o", &ObjReader::object},
+    {"g", &ObjReader::group},      {"usemtl", &ObjReader::material},
 };
 
 // The next line that says something, with those that continue it.
@@ -205,11 +206,12 @@ std::uint32_t ObjReader::currentPart()
     return part;
 }
 
-// VERTEX[/TEXTURE[/NORMAL]] each; below 0 they count back from the last vertex so far.
+// VERTEX[/TEXTURE[/NORMAL]] each; below 0 they count back from the last vertex so far. A comment may follow.
 void ObjReader::figure(char kind, std::string_view rest)
 {
     const std::int64_t known = static_cast<std::int64_t>(mesh.files.front().nodeIds.size());
     std::size_t count = 0;
+    rest = rest.substr(0, rest.find('#'));
     for (std::string_view word = takeWord(rest); !word.empty(); word = takeWord(rest), ++count) {
         std::int64_t index = 0;
         const char* p = word.data();
@@ -284,7 +286,7 @@ Mesh ObjReader::read()
                                        [&](const Statement& statement) { return word == statement.name; });
         if (row != std::end(readers)) {
             (this->*row->read)(text);
-        } else if (isStatement(word)) {
+        } else if (isStatement(word) || isName(word)) {
             log.count(listKeywordsNotRead, std::string(word), 1, place);
         } else {
             throw ImportError(place, "not a statement of an OBJ file: \"" + std::string(word.substr(0, 40)) + "\"");

@@ -72,7 +72,8 @@ private:
     struct Figure
     {
         Kind kind;
-        std::int64_t part;
+        bool hasPart;
+        std::int64_t part; // if it has one
         std::uint32_t line;
         std::size_t end; // of its vertices in indices
     };
@@ -106,7 +107,7 @@ private:
     void addFigures();
     void addFigure(const Figure& figure, std::int64_t id, std::size_t begin);
     void addStrips(const Figure& figure, std::int64_t id, std::uint32_t part, std::size_t begin);
-    std::uint32_t partOf(std::int64_t value);
+    std::uint32_t partOf(const Figure& figure);
     bool hasVertices(const Figure& figure, std::int64_t id, std::size_t begin);
 
     Mesh mesh;
@@ -121,7 +122,7 @@ private:
     Place headerPlace; // of the header's line that is being read
     bool binary = false;
     bool bigEndian = false;
-    std::string partProperty; // empty: no property says the part
+    std::string partProperty; // that says the part of faces
 };
 
 // --- header ---
@@ -309,7 +310,7 @@ void PlyReader::readFigures(const Element& element, Kind kind, std::size_t list)
     listNotRead(element, {list, parts ? part : list});
     partProperty = parts ? element.properties[part].name : partProperty;
     for (std::int64_t k = 0; k < element.count; ++k) {
-        Figure figure = {kind, 0, 0, 0};
+        Figure figure = {kind, parts, 0, 0, 0};
         skipLeading();
         figure.line = input.line();
         for (std::size_t p = 0; p < element.properties.size(); ++p) {
@@ -355,7 +356,7 @@ void PlyReader::readEdges(const Element& element)
             }
         }
         indices.insert(indices.end(), {ends[0], ends[1]});
-        figures.push_back({Kind::Edge, 0, line, indices.size()});
+        figures.push_back({Kind::Edge, false, 0, line, indices.size()});
     }
 }
 
@@ -392,14 +393,19 @@ void PlyReader::readElement(const Element& element)
 
 // --- figures become elements ---
 
-std::uint32_t PlyReader::partOf(std::int64_t value)
+std::uint32_t PlyReader::partOf(const Figure& figure)
 {
-    if (partProperty.empty()) {
+    if (!figure.hasPart) {
         return rows.part(stem);
     }
+    const std::int64_t value = figure.part;
     const std::uint32_t part = rows.part(value);
     if (mesh.parts[part].name.empty()) {
         mesh.parts[part].name = partProperty + " " + std::to_string(value);
+        if (value == 0) {
+            log.note("part \"" + mesh.parts[part].name +
+                     "\" has the id 0, which cannot be kept: it gets one above the highest");
+        }
     }
     return part;
 }
@@ -437,7 +443,7 @@ void PlyReader::addStrips(const Figure& figure, std::int64_t id, std::uint32_t p
 
 void PlyReader::addFigure(const Figure& figure, std::int64_t id, std::size_t begin)
 {
-    const std::uint32_t part = partOf(figure.part);
+    const std::uint32_t part = partOf(figure);
     if (figure.kind == Kind::Strip) {
         addStrips(figure, id, part, begin);
         return;

@@ -47,11 +47,23 @@ bool fitsBinary(const MappedFile& file)
     return file.size() >= headerBytes && file.size() == headerBytes + facetBytes * binaryFacets(file);
 }
 
+std::string_view headOf(const MappedFile& file)
+{
+    return {file.begin(), std::min<std::size_t>(file.size(), 4096)};
+}
+
 bool beginsWithSolid(const MappedFile& file)
 {
-    const std::string_view text(file.begin(), std::min<std::size_t>(file.size(), 4096));
+    const std::string_view text = headOf(file);
     return startsWithIgnoringCase(trimmed(text.substr(std::min(text.find_first_not_of(" \t\r\n"), text.size()))),
                                   "solid");
+}
+
+// Many binary files begin with "solid", too. Theirs is a length that fits, or, where something follows the facets or
+// the end is missing, zeros among the first numbers.
+bool isBinary(const MappedFile& file)
+{
+    return fitsBinary(file) || !beginsWithSolid(file) || headOf(file).find('\0') != std::string_view::npos;
 }
 
 // Finds the node of a vertex: an open hash table of node positions, keyed by the coordinates' bits.
@@ -215,7 +227,7 @@ class AsciiStl
 {
 public:
     AsciiStl(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)
-        : stem(stemOf(file->path())), stl(file->path(), log), lines(std::move(file), std::move(progress))
+        : log(log), stem(stemOf(file->path())), stl(file->path(), log), lines(std::move(file), std::move(progress))
     {
     }
 
@@ -259,7 +271,11 @@ private:
         } else if (startsWithIgnoringCase(line, "endsolid") || startsWithIgnoringCase(line, "end solid")) {
             expect(insideSolid && !insideFacet, "endsolid");
             insideSolid = false;
-        } else if (!startsWithIgnoringCase(line, "outer") && !startsWithIgnoringCase(line, "endloop")) {
+        } else if (startsWithIgnoringCase(line, "outer") || startsWithIgnoringCase(line, "endloop")) {
+            return;
+        } else if (const std::string_view word = line.substr(0, line.find_first_of(" \t")); isName(word)) {
+            log.count(listKeywordsNotRead, std::string(word), 1, lines.place());
+        } else {
             throw ImportError(lines.place(), "not a statement of an STL: \"" + std::string(line.substr(0, 40)) + "\"");
         }
     }
@@ -291,6 +307,7 @@ private:
         }
     }
 
+    ImportLog& log;
     std::string stem;
     StlMesh stl;
     DeckLines lines;
@@ -311,15 +328,13 @@ bool looksLikeStl(const MappedFile& file)
     if (!beginsWithSolid(file)) {
         return false;
     }
-    const std::string_view text(file.begin(), std::min<std::size_t>(file.size(), 4096));
-    const std::string upper = upperCase(text);
-    return upper.find("FACET") != std::string::npos || upper.find("ENDSOLID") != std::string::npos;
+    const std::string upper = upperCase(headOf(file));
+    return isBinary(file) || upper.find("FACET") != std::string::npos || upper.find("ENDSOLID") != std::string::npos;
 }
 
 Mesh readStl(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)
 {
-    // The length decides: many binary files begin with "solid" too.
-    if (fitsBinary(*file) || !beginsWithSolid(*file)) {
+    if (isBinary(*file)) {
         return readBinary(*file, log, progress);
     }
     return AsciiStl(std::move(file), log, std::move(progress)).read();

@@ -1,6 +1,7 @@
 // Line splitting and includes.
 #include "deck_lines.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 
@@ -18,6 +19,13 @@ bool sameFile(const std::string& a, const std::string& b)
 {
     std::error_code ignored;
     return a == b || fs::equivalent(a, b, ignored);
+}
+
+// Decks that were written under Windows name files with backslashes.
+std::string withSlashes(std::string name)
+{
+    std::replace(name.begin(), name.end(), '\\', '/');
+    return name;
 }
 
 // Pipes and devices are no files to include: some never end.
@@ -95,16 +103,18 @@ void DeckLines::putBack()
 
 std::string DeckLines::find(const std::string& name) const
 {
-    const fs::path wanted(name);
     const fs::path top = fs::path(paths.front()).parent_path();
-    std::vector<fs::path> candidates = {fs::path(paths[lastFile]).parent_path() / wanted, top / wanted, wanted};
+    std::vector<fs::path> folders = {fs::path(paths[lastFile]).parent_path(), top, fs::path()};
     for (const std::string& folder : searchFolders) {
-        candidates.push_back(top / folder / wanted);
-        candidates.push_back(fs::path(folder) / wanted);
+        folders.push_back(top / folder);
+        folders.emplace_back(folder);
     }
-    for (const fs::path& candidate : candidates) {
-        if (isReadableFile(candidate)) {
-            return candidate.string();
+    for (const std::string& wanted : {name, withSlashes(name)}) {
+        for (const fs::path& folder : folders) {
+            const fs::path candidate = folder / wanted;
+            if (isReadableFile(candidate)) {
+                return candidate.string();
+            }
         }
     }
     throw ImportError(place(), "included file \"" + name + "\" not found");

@@ -30,8 +30,8 @@ public:
     void putBack();
 
     // Goes on with the named file and comes back afterwards. It is looked for as given if absolute, else next to the
-    // including file, next to the top file, and from the working folder. Throws ImportError for a file that is not
-    // there and for one that includes itself.
+    // including file, next to the top file, and from the working folder; backslashes part folders, too. Throws
+    // ImportError for a file that is not there and for one that includes itself.
     void include(const std::string& name);
 
     // One more folder to look for included files in, after all others. A relative one is taken from the top file's

@@ -1,6 +1,8 @@
 // Splitting of comma-separated lines.
 #include "fields.h"
 
+#include <algorithm>
+
 #include "numbers.h"
 
 namespace kvo {
@@ -23,6 +25,15 @@ std::string_view trimmed(std::string_view text)
         text.remove_suffix(1);
     }
     return text;
+}
+
+bool isName(std::string_view word)
+{
+    constexpr std::size_t longest = 40;
+    const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+    return !word.empty() && word.size() <= longest && letter(word[0]) &&
+           std::all_of(word.begin(), word.end(),
+                       [&](char c) { return letter(c) || (c >= '0' && c <= '9') || c == '_' || c == '-' || c == '.'; });
 }
 
 std::string upperCase(std::string_view text)

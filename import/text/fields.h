@@ -15,6 +15,10 @@ inline bool isBlank(char c)
 
 std::string_view trimmed(std::string_view text);
 
+// May this be the name of a statement: a letter, then letters, digits and "_-."? What else a line begins with is
+// damage.
+bool isName(std::string_view word);
+
 // ASCII upper case, whatever the locale.
 std::string upperCase(std::string_view text);
 bool equalsIgnoringCase(std::string_view a, std::string_view b);

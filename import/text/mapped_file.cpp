@@ -49,6 +49,7 @@ MappedFile::MappedFile(const std::string& path) : name(path)
     }
     if (!S_ISREG(info.st_mode)) {
         readAll(file.fd);
+        passMark();
         return;
     }
     length = static_cast<std::size_t>(info.st_size);
@@ -63,6 +64,13 @@ MappedFile::MappedFile(const std::string& path) : name(path)
     madvise(address, length, MADV_SEQUENTIAL);
     data = static_cast<const char*>(address);
     mapped = true;
+    passMark();
+}
+
+void MappedFile::passMark()
+{
+    static const char utf8[] = {'\xEF', '\xBB', '\xBF'};
+    mark = length >= sizeof utf8 && std::memcmp(data, utf8, sizeof utf8) == 0 ? sizeof utf8 : 0;
 }
 
 void MappedFile::readAll(int descriptor)

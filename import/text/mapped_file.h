@@ -1,4 +1,4 @@
-// A whole file as one read-only range of memory.
+// A whole file as one read-only range of memory. A mark of UTF-8 before a text ("byte order mark") is no part of it.
 #ifndef KVO_IMPORT_MAPPED_FILE_H
 #define KVO_IMPORT_MAPPED_FILE_H
 
@@ -18,16 +18,18 @@ public:
     MappedFile& operator=(const MappedFile&) = delete;
 
     const std::string& path() const { return name; }
-    const char* begin() const { return data; }
+    const char* begin() const { return data + mark; }
     const char* end() const { return data + length; }
-    std::size_t size() const { return length; }
+    std::size_t size() const { return length - mark; }
 
 private:
     void readAll(int descriptor);
+    void passMark();
 
     std::string name;
     const char* data = nullptr;
     std::size_t length = 0;
+    std::size_t mark = 0; // bytes of it
     bool mapped = false;
     std::vector<char> copy; // of what cannot be mapped
 };

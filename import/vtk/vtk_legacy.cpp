@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
+#include <iterator>
 
 #include "text/fields.h"
 #include "text/number_type.h"
@@ -46,6 +47,7 @@ private:
     void readPolys() { readPolygons(7); }
     void readStrips() { readPolygons(6); }
     void readPolygons(std::int64_t type);
+    void sortPolygons();
     void readCellLists(std::int64_t count, std::int64_t size);
     void readOffsets(std::int64_t count, std::int64_t size);
     std::vector<std::int64_t> readNamedIntegers(const char* name, std::int64_t count);
@@ -88,6 +90,7 @@ private:
     VtkPiece grid;
     bool binary = false;
     bool haveDataset = false;
+    bool polygons = false; // is it POLYDATA
     bool haveCells = false;
     enum class Data
     {
@@ -140,6 +143,7 @@ void VtkLegacy::readDataset()
                    "\" is not read; known are UNSTRUCTURED_GRID and POLYDATA");
     }
     haveDataset = true;
+    polygons = equalsIgnoringCase(kind, "POLYDATA");
 }
 
 // Names have their blanks and the like as %20.
@@ -315,6 +319,34 @@ void VtkLegacy::readPolygons(std::int64_t type)
     grid.types.resize(grid.ends.size(), type);
 }
 
+// Data of cells are for vertices, lines, polygons and strips one after the other, whichever of them the file has first.
+void VtkLegacy::sortPolygons()
+{
+    static const std::int64_t order[] = {2, 4, 7, 6};
+    const auto rank = [](std::int64_t type) { return std::find(std::begin(order), std::end(order), type); };
+    if (std::is_sorted(grid.types.begin(), grid.types.end(),
+                       [&](std::int64_t a, std::int64_t b) { return rank(a) < rank(b); })) {
+        return;
+    }
+    VtkPiece sorted;
+    for (const std::int64_t type : order) {
+        std::int64_t begin = 0;
+        for (std::size_t k = 0; k < grid.types.size(); begin = grid.ends[k], ++k) {
+            if (grid.types[k] == type) {
+                sorted.connectivity.insert(sorted.connectivity.end(), grid.connectivity.begin() + begin,
+                                           grid.connectivity.begin() + grid.ends[k]);
+                sorted.ends.push_back(static_cast<std::int64_t>(sorted.connectivity.size()));
+                sorted.types.push_back(type);
+                sorted.lines.push_back(grid.lines[k]);
+            }
+        }
+    }
+    grid.connectivity = std::move(sorted.connectivity);
+    grid.ends = std::move(sorted.ends);
+    grid.types = std::move(sorted.types);
+    grid.lines = std::move(sorted.lines);
+}
+
 // --- data ---
 
 void VtkLegacy::beginPointData()
@@ -377,21 +409,22 @@ void VtkLegacy::readArray(const std::string& name, const std::string& type, std:
     skipValues(type, components * count);
 }
 
-// NAME TYPE [COMPONENTS], then the line LOOKUP_TABLE NAME.
+// NAME TYPE [COMPONENTS], then the line LOOKUP_TABLE NAME, which some writers leave out.
 void VtkLegacy::readScalars()
 {
     const std::string array = name();
     const std::string type(input.word());
     std::int64_t components = 1;
-    std::string next(input.word());
-    if (!next.empty() && isTextDigit(next[0])) {
-        components = std::atoi(next.c_str());
-        next = input.word();
+    TokenInput ahead = input;
+    const std::string_view rest = ahead.lineText();
+    if (!rest.empty() && isTextDigit(rest[0])) {
+        components = std::atoi(std::string(input.word()).c_str());
     }
-    if (!equalsIgnoringCase(next, "LOOKUP_TABLE")) {
-        input.fail("SCALARS without LOOKUP_TABLE");
+    ahead = input;
+    if (equalsIgnoringCase(ahead.word(), "LOOKUP_TABLE")) {
+        ahead.word();
+        input = ahead;
     }
-    input.word();
     readArray(array, type, components, tuples, false);
 }
 
@@ -460,7 +493,7 @@ void VtkLegacy::readKeyword(const std::string& name)
 {
     for (const Keyword& keyword : keywords) {
         if (equalsIgnoringCase(name, keyword.name)) {
-            if (!haveDataset && name != "DATASET" && name != "FIELD") {
+            if (!haveDataset && !equalsIgnoringCase(name, "DATASET") && !equalsIgnoringCase(name, "FIELD")) {
                 input.fail(name + " before DATASET");
             }
             (this->*keyword.read)();
@@ -489,6 +522,9 @@ Mesh VtkLegacy::read()
     if (grid.types.size() != grid.ends.size()) {
         input.fail(std::to_string(grid.types.size()) + " cell types for " + std::to_string(grid.ends.size()) +
                    " cells");
+    }
+    if (polygons) {
+        sortPolygons();
     }
     grid.line = input.line();
     mesh.add(grid);

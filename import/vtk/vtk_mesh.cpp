@@ -162,6 +162,9 @@ std::uint32_t VtkMesh::partOf(const VtkPiece& piece, std::size_t cell, std::int6
         part.id = value;
         part.name = blocks ? piece.blockName + " " + std::to_string(value) : row ? row->name : "cells";
         part.section = blocks ? "block" : "cell type";
+        if (value == 0) {
+            log.note("part \"" + part.name + "\" has the id 0, which cannot be kept: it gets one above the highest");
+        }
     }
     lastValue = value;
     lastType = type;

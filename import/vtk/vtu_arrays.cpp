@@ -145,9 +145,10 @@ std::vector<char> readCompressed(ByteSource& source, const VtuArray& array, cons
         sizes.push_back(readHeader(source, array, encoding));
         packed += std::min(sizes.back(), source.left() + 1);
     }
+    // Writers name the size of a full block even where the only one is smaller, or where there is none.
     const std::uint64_t most = packed * bestCompression + slack;
-    if (packed > source.left() || blockBytes > most || lastBytes > blockBytes ||
-        (blocks > 0 && blockBytes > most / blocks)) {
+    const std::uint64_t full = blocks - (blocks > 0 && lastBytes != 0);
+    if (packed > source.left() || lastBytes > blockBytes || (full > 0 && blockBytes > most / full)) {
         fail(array, encoding, "the sizes of its blocks do not fit the file");
     }
     std::vector<char> bytes;

@@ -11,6 +11,7 @@
 #include <expat.h>
 
 #include "text/fields.h"
+#include "text/token_input.h"
 #include "vtk_mesh.h"
 #include "vtu_arrays.h"
 
@@ -67,10 +68,12 @@ public:
 private:
     static void XMLCALL onStart(void* self, const XML_Char* name, const XML_Char** attributes);
     static void XMLCALL onEnd(void* self, const XML_Char* name);
+    static void XMLCALL onComment(void* self, const XML_Char* text);
 
     void parse(const Progress& progress);
     void start(const std::string& name, const Attributes& attributes);
     void end(const std::string& name);
+    void passInArray();
     void startFile(const Attributes& attributes);
     void startPiece(const Attributes& attributes);
     void startArray(const Attributes& attributes, VtuArray& fresh) const;
@@ -85,6 +88,7 @@ private:
     XML_Parser parser = nullptr;
     std::vector<std::string> open; // elements, the innermost last
     VtuArray* array = nullptr;     // the one that is open
+    bool haveValues = false;       // of that one, with something else behind them
     bool stopped = false;          // before raw data
     std::exception_ptr error;      // must not fly through the parser
 };
@@ -101,6 +105,7 @@ VtuXml::VtuXml(const MappedFile& file, const Progress& progress) : file(file)
     }
     XML_SetUserData(parser, this);
     XML_SetElementHandler(parser, onStart, onEnd);
+    XML_SetCommentHandler(parser, onComment);
     parse(progress);
     if (dataset.empty()) {
         throw ImportError({file.path(), 1}, "the file has no <VTKFile>");
@@ -150,8 +155,34 @@ void VtuXml::onEnd(void* self, const XML_Char* name)
     }
 }
 
+void XMLCALL VtuXml::onComment(void* self, const XML_Char*)
+{
+    VtuXml& xml = *static_cast<VtuXml*>(self);
+    if (xml.array && !xml.stopped) {
+        xml.passInArray();
+    }
+}
+
+// A comment or an element inside an array, which says something about it: the values stand before all of them or
+// behind.
+void VtuXml::passInArray()
+{
+    const bool direct = open.back() == "DataArray" || open.back() == "Array";
+    const char* text = std::find_if_not(array->begin, tagBegin(), [](char c) { return endsToken(c); });
+    if (direct && !haveValues && text != tagBegin()) {
+        array->end = tagBegin();
+        haveValues = true;
+    }
+    if (!haveValues) {
+        array->begin = tagEnd();
+    }
+}
+
 void VtuXml::start(const std::string& name, const Attributes& attributes)
 {
+    if (array) {
+        passInArray();
+    }
     const std::string parent = open.empty() ? "" : open.back();
     open.push_back(name);
     if (name == "VTKFile") {
@@ -160,6 +191,7 @@ void VtuXml::start(const std::string& name, const Attributes& attributes)
         startPiece(attributes);
     } else if (name == "DataArray" || name == "Array") {
         array = &(parent == "FieldData" || pieces.empty() ? fields : pieces.back().arrays[parent]).emplace_back();
+        haveValues = false;
         startArray(attributes, *array);
     } else if ((name == "PointData" || name == "CellData") && !pieces.empty()) {
         pieces.back().globalIds[name] = attributes.text("GlobalIds");
@@ -174,12 +206,13 @@ void VtuXml::end(const std::string& name)
     if (!array) {
         return;
     }
-    if (name == "DataArray" || name == "Array") {
+    const bool whole = name == "DataArray" || name == "Array";
+    if (!whole && !haveValues) {
+        array->begin = tagEnd();
+    } else if (whole && !haveValues) {
         array->end = std::max(array->begin, tagBegin()); // both are one tag where the array is empty
-        array = nullptr;
-    } else {
-        array->begin = tagEnd(); // a remark inside; the values follow
     }
+    array = whole ? nullptr : array;
 }
 
 void VtuXml::startFile(const Attributes& attributes)
@@ -458,9 +491,6 @@ VtkPiece VtuReader::gridOf(const Piece& piece)
 bool looksLikeVtu(const MappedFile& file)
 {
     std::string_view head(file.begin(), std::min(file.size(), headBytes));
-    if (head.substr(0, 3) == "\xEF\xBB\xBF") {
-        head.remove_prefix(3);
-    }
     head.remove_prefix(std::min(head.find_first_not_of(" \t\r\n"), head.size()));
     return head.substr(0, 1) == "<" && head.find("<VTKFile") != std::string_view::npos;
 }

@@ -35,6 +35,7 @@ TEST_F(BdfCards, FieldsOfEveryWidth)
     expectNode("GRID*\t1\t\t1.5\t-2.\n*\t.25\n");
     expectNode("grid,1,,1.5D0,-2.0d+0,25.-2 $ a comment, with commas\n");
     expectNode("  GrId  1               1.5     -2.     .25     \r\n");
+    expectNode("GRID           1             1.5     -2.     .25                        a remark, with commas\n");
     expectNode("GRID           1             1.5     -2.     .25"); // no end of line
 }
 
@@ -192,4 +193,43 @@ TEST_F(BdfCards, AbsurdCountsCostNothing)
     EXPECT_EQ(mesh.sets.at(0).ids.size(), 3u);
     EXPECT_EQ(readError("BEGIN BULK\nSPOINT,9,THRU,8\n", "deck.bdf"),
               "deck.bdf:2: SPOINT: THRU expects a higher id behind it");
+}
+
+TEST_F(BdfCards, FieldsMayBePartedByBlanks)
+{
+    const kvo::Mesh mesh = readBdf("BEGIN BULK\nGRID 1 0 1.5 -2. .25\nGRID 2 0 1.\nGRID  3  0  0. 1. $ 5\n"
+                                   "CTRIA3 7 5 1 2 3\n");
+    EXPECT_EQ(pointOf(mesh, 1), (Point{1.5, -2, 0.25}));
+    EXPECT_EQ(nodesOf(mesh, 7), (Ids{1, 2, 3}));
+    EXPECT_EQ(partOf(mesh, 7).id, 5);
+    EXPECT_EQ(mesh.nodeCount(), 3u);
+    EXPECT_TRUE(log.warnings().empty());
+    expectNode("GRID *                 1                             1.5             -2.\n*                    .25\n");
+}
+
+TEST_F(BdfCards, ALineWithoutFieldsCountsAsOne)
+{
+    const kvo::Mesh mesh = readBdf(
+        "BEGIN BULK\nGRID,1\nGRID,2,,1.\nGRID,3,,1.,1.\nCTRIA3,7,5,1,2,3\nCBAR,8,6,1,2,3\n"
+        "PBARL*                 6               1                             BOX\n*\n"
+        "*                     1.              2.             .25              .5\n"
+        "PCOMP*                 5\n*A\n*A                     1             .25             45.             YES\n"
+        "*                      1              .5\n*                      1             .25\n");
+    EXPECT_EQ(partOf(mesh, 8).data.sizes, (std::vector<double>{1, 2, 0.25, 0.5}));
+    EXPECT_EQ(partOf(mesh, 7).data.thickness, 1.0);
+}
+
+TEST_F(BdfCards, ACommentMayStandBehindAnInclude)
+{
+    write("a$b.bdf", "GRID,1\nGRID,2,,1.\n");
+    write("c.bdf", "GRID,3,,0.,1.\n");
+    const kvo::Mesh mesh = readBdf("BEGIN BULK\nINCLUDE a$b.bdf $ nodes\ninclude 'c.bdf' $ more\nCTRIA3,7,5,1,2,3\n");
+    EXPECT_EQ(nodesOf(mesh, 7), (Ids{1, 2, 3}));
+}
+
+TEST_F(BdfCards, AMarkOfUtf8IsNoText)
+{
+    expectNode("GRID,1,,1.5,-2.,.25\n");
+    const kvo::Mesh mesh = readBdf("\xEF\xBB\xBF" + std::string(triangle));
+    EXPECT_EQ(nodesOf(mesh, 7), (Ids{1, 2, 3}));
 }

@@ -85,6 +85,26 @@ TEST_F(BdfMesh, GrdsetGivesTheSystemOfBlankFieldsOnly)
     expectNear(mesh, 2, {1, 0, 0});
 }
 
+TEST_F(BdfMesh, RoundSystemsByGridPoints)
+{
+    const kvo::Mesh mesh = readBdf("GRID,1\nGRID,2,,0.,0.,1.\nGRID,3,,1.,0.,0.\nCORD1C,1,1,2,3,2,2,1,3\n"
+                                   "CORD1S,3,1,2,3\nGRID,10,1,2.,90.,1.\nGRID,11,2,2.,90.,1.\nGRID,12,3,2.,90.,90.\n");
+    expectNear(mesh, 10, {0, 2, 1});
+    expectNear(mesh, 11, {0, -2, 0}); // its z axis points down, from 2 to 1
+    expectNear(mesh, 12, {0, 2, 0});
+}
+
+TEST_F(BdfMesh, AnUnknownSystemIsWarnedOfWithALine)
+{
+    const kvo::Mesh mesh = readBdf("GRID,1\nGRID,2,77,1.,2.,3.\nGRID,3,77,1.\nGRID,4,78,1.\n");
+    expectNear(mesh, 2, {1, 2, 3});
+    ASSERT_EQ(log.warningCount("unknown coordinate systems"), 3u);
+    const std::vector<std::string>& lines = log.warnings().at(0).lines;
+    ASSERT_EQ(lines.size(), 2u) << "one line a system";
+    EXPECT_TRUE(contains(lines[0], "deck.bdf:3: grid point 2 is given in system 77")) << lines[0];
+    EXPECT_TRUE(contains(lines[1], "deck.bdf:5: grid point 4 is given in system 78")) << lines[1];
+}
+
 TEST_F(BdfMesh, SystemsThatCannotBe)
 {
     EXPECT_EQ(readError("BEGIN BULK\nGRID,1,5\nCORD2R,5,6\n,1.\nCORD2R,6,5,0.,0.,0.,0.,0.,1.\n,1.\n", "deck.bdf"),
@@ -187,6 +207,34 @@ TEST_F(BdfMesh, VectorsAreInTheDisplacementSystemOfEndA)
     EXPECT_EQ(orientationOf(mesh, 7).vector, (Vector{-1, 0, 0})) << "round the z axis";
 }
 
+TEST_F(BdfMesh, NodesAndVectorsAreToldApart)
+{
+    const kvo::Mesh mesh = readBdf(grids(3) + "CBAR,1,7,1,2,3,,,GGG\nCBAR,2,7,1,2,0,1,0\nCBAR,3,7,1,2,3.\n"
+                                              "CBAR,4,7,1,2,3,0.,0.\nCBAR,5,7,1,2,,,1.\nCBAR,6,7,1,2,0\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
+    for (const int vector : {2, 3, 4, 5, 6}) {
+        EXPECT_EQ(nodesOf(mesh, vector), (Ids{1, 2, kvo::noNode})) << vector;
+    }
+    EXPECT_EQ(orientationOf(mesh, 2).vector, (Vector{0, 1, 0}));
+    EXPECT_EQ(orientationOf(mesh, 3).vector, (Vector{3, 0, 0}));
+    EXPECT_EQ(orientationOf(mesh, 4).vector, (Vector{3, 0, 0}));
+    EXPECT_EQ(orientationOf(mesh, 5).vector, (Vector{0, 0, 1}));
+    EXPECT_EQ(orientationOf(mesh, 6).elements.size(), 0u);
+}
+
+TEST_F(BdfMesh, BarorSaysWhatVectorsAreIn)
+{
+    const kvo::Mesh mesh = readBdf("CORD2R,5,0,0.,0.,0.,1.,0.,0.\n,0.,1.,0.\n" // z is global x, x is global y
+                                   "GRID,1,,0.,0.,0.,5\nGRID,2,,1.,0.,0.,5\nBAROR,,39,,,0.,0.,1.,BGG\n"
+                                   "CBAR,1,,1,2\nCBAR,2,,1,2,1.,0.,0.\nCBAR,3,,1,2,1.,0.,0.,GGG\n"
+                                   "CBAR,4,,1,2,,,,GGG\nCBEAM,5,,1,2,1.,0.,0.\n");
+    EXPECT_EQ(orientationOf(mesh, 1).vector, (Vector{0, 0, 1})) << "both from BAROR";
+    EXPECT_EQ(orientationOf(mesh, 2).vector, (Vector{1, 0, 0})) << "its own vector in BAROR's frame";
+    EXPECT_EQ(orientationOf(mesh, 3).vector, (Vector{0, 1, 0})) << "all its own";
+    EXPECT_EQ(orientationOf(mesh, 4).vector, (Vector{1, 0, 0})) << "BAROR's vector in its own frame";
+    EXPECT_EQ(orientationOf(mesh, 5).vector, (Vector{0, 1, 0})) << "BAROR is not for beams";
+}
+
 TEST_F(BdfMesh, BarorAndBeamorFillWhatIsBlank)
 {
     const kvo::Mesh mesh = readBdf(grids(4) + "CBAR,1,,1,2\nCBAR,2,7,1,2,4\nCBEAM,3,,1,2\nBAROR,,39,,,3\n"
@@ -242,6 +290,29 @@ TEST_F(BdfMesh, SpringsDampersAndBushes)
     const auto elements = roundTrip(mesh);
     EXPECT_EQ(elements.at(8).nodeIds, (std::vector<unsigned int>{1, 2, 3}));
     EXPECT_EQ(elements.at(1).nodeIds, (std::vector<unsigned int>{1, 2, 0xFFFFFFFF}));
+}
+
+TEST_F(BdfMesh, BushesAndGapsByNodeVectorOrSystem)
+{
+    const std::string system = "CORD2R,5,0,0.,0.,0.,1.,0.,0.\n,0.,1.,0.\nGRID,9,,7.,0.,0.,5\n";
+    const kvo::Mesh mesh = readBdf(grids(3) + system +
+                                   "CBUSH,1,7,9,2,1.,0.,0.\nCBUSH,2,7,1,2,3,,,0\nCBUSH,3,7,1,2,1.,0.,0.,5\n"
+                                   "CGAP,4,7,1,2,3\nCGAP,5,7,1,2,3,,,5\nCBUSH,6,7,1,2,3\n,.5,5\n");
+    EXPECT_EQ(orientationOf(mesh, 1).vector, (Vector{0, 1, 0})) << "in the displacement system of end A";
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, kvo::noNode})) << "a system overrides the node";
+    EXPECT_EQ(orientationOf(mesh, 3).elements.size(), 0u) << "and the vector";
+    EXPECT_EQ(nodesOf(mesh, 4), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(mesh, 5), (Ids{1, 2, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 6), (Ids{1, 2, 3})) << "a system of the damper's place is none of the bush";
+}
+
+TEST_F(BdfMesh, DampersBetweenScalarPointsAndGrids)
+{
+    const kvo::Mesh mesh = readBdf(grids(2) + "SPOINT,100\nCDAMP3,1,7,1,100\nCDAMP4,2,10.,2\nCBUSH2D,3,8,1,2,5,XY\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 1}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{2, 2}));
+    EXPECT_EQ(partOf(mesh, 2).data.damping, 10.0);
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2}));
 }
 
 TEST_F(BdfMesh, DifferentStiffnessesAreNoneOfThePart)
@@ -359,4 +430,14 @@ TEST_F(BdfMesh, Sets)
     EXPECT_EQ(mesh.sets[2].of, kvo::MeshSet::Of::Parts);
     EXPECT_EQ(mesh.sets[2].ids.size(), 1u);
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "SET3, POINT"), 1u);
+}
+
+TEST_F(BdfMesh, SetsThatTakeIdsBackAreListed)
+{
+    const kvo::Mesh mesh = readBdf(grids(9) + "CTRIA3,1,7,1,2,3\nSET3,5,GRID,1,THRU,6,EXCEPT,3\nSET3,6,ELEM,ALL\n"
+                                              "SET3,7,grid,1,2\n");
+    ASSERT_EQ(mesh.sets.size(), 1u);
+    EXPECT_EQ(mesh.sets[0].id, 7);
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "SET3 with EXCEPT"), 1u);
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "SET3 with ALL"), 1u);
 }

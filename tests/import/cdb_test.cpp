@@ -124,6 +124,8 @@ TEST_F(Cdb, TrianglesOfSixNodesAreToldByTheirOption)
 {
     const std::string elements = block(element(1, {1, 1}, {1, 2, 3, 4, 5, 6}) + element(2, {1, 2}, {1, 2, 3, 4, 5, 6}));
     const kvo::Mesh mesh = readCdb("ET,1,PLANE183\nKEYOPT,1,1,1\nET,2,PLANE183\n" + nodes(6) + elements);
+    EXPECT_EQ(nodesOf(readCdb("ET,1,PLANE183,1\nET,2,PLANE183,,,3\n" + nodes(6) + elements), 1), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(readCdb("ET,1,PLANE183,1\nET,2,PLANE183,,,3\n" + nodes(6) + elements), 2), (Ids{1, 2, 3, 4}));
     EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
     EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, 3, 4}));
 }
@@ -139,6 +141,10 @@ TEST_F(Cdb, BeamsHaveTheirThirdNodeBehindTheOthers)
     EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 3, 5}));
     EXPECT_EQ(nodesOf(mesh, 4), (Ids{1, 3, kvo::noNode}));
     EXPECT_EQ(nodesOf(mesh, 5), (Ids{3, 4, kvo::noNode}));
+    for (const char* type : {"BEAM4", "BEAM44", "PIPE16", "PIPE18", "PIPE60", "PIPE288", "LINK160"}) {
+        const kvo::Mesh one = readCdb(std::string("ET,1,") + type + "\n" + nodes(5) + block(element(1, {}, {1, 2, 5})));
+        EXPECT_EQ(nodesOf(one, 1), (Ids{1, 2, 5})) << type;
+    }
 }
 
 TEST_F(Cdb, SpringsMassesAndContacts)
@@ -197,11 +203,13 @@ TEST_F(Cdb, TypesFromABlock)
 
 TEST_F(Cdb, ComponentsHaveRanges)
 {
-    const kvo::Mesh mesh = readCdb(
-        "ET,1,181\n" + nodes(9) + block(element(1, {}, {1, 2, 3, 4}) + element(2, {}, {1, 2, 3, 4})) +
-        "CMBLOCK,N_BASE  ,NODE,       5  ! users node component definition\n(4i10)\n" + columns({1, -3, 5, 7}, 10) +
-        columns({-9}, 10) + "CMBLOCK,ALL_ELEMENTS,ELEM,       2\n(8i10)\n" + columns({1, -2}, 10));
+    const kvo::Mesh mesh =
+        readCdb("ET,1,181\n" + nodes(9) + block(element(1, {}, {1, 2, 3, 4}) + element(2, {}, {1, 2, 3, 4})) +
+                "CMBLOCK,N_BASE  ,NODE,       5  ! users node component definition\n(4i10)\n" +
+                columns({1, -3, 5, 7}, 10) + columns({-9}, 10) + "CMBLOCK,ALL_ELEMENTS,ELEM,       2\n(8i10)\n" +
+                columns({1, -2}, 10) + "CMBLOCK,CORNERS,KP,       2\n(8i10)\n" + columns({1, -2}, 10));
     ASSERT_EQ(mesh.sets.size(), 2u);
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "CMBLOCK of KP"), 1u);
     EXPECT_EQ(mesh.sets[0].name, "N_BASE");
     EXPECT_EQ(idsOf(mesh.sets[0]), (Ids{1, 2, 3, 5, 7, 8, 9}));
     EXPECT_EQ(mesh.sets[1].of, kvo::MeshSet::Of::Elements);
@@ -226,6 +234,85 @@ TEST_F(Cdb, ElementsWithoutBlocks)
                                     columns({7, 1, 2, 3, 0, 1, 2, 3, 4}) + "       -1\n");
     EXPECT_EQ(nodesOf(plain, 7), (Ids{1, 2, 3, 4}));
     EXPECT_EQ(partOf(plain, 7).materialId, 3);
+}
+
+TEST_F(Cdb, ElementsOutsideBlocksMayStandInFrontOfOne)
+{
+    const kvo::Mesh mesh = readCdb("ET,1,14\nET,2,181\n" + nodes(4) + "TYPE,1\nREAL,5\nEN,77,1,2\n" +
+                                   block(element(1, {1, 2}, {1, 2, 3, 4})) + "E,3,4\n");
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 77, 78}));
+    EXPECT_EQ(nodesOf(mesh, 77), (Ids{1, 2}));
+    EXPECT_EQ(partOf(mesh, 77).id, 5);
+    EXPECT_EQ(nodesOf(mesh, 78), (Ids{3, 4}));
+    EXPECT_TRUE(log.warnings().empty());
+}
+
+TEST_F(Cdb, TypeAndTheOthersAreOneUntilTheyAreSet)
+{
+    const kvo::Mesh mesh = readCdb("ET,1,181\n" + nodes(4) + "E,1,2,3,4\nMAT,2\nE,4,3,2,1\n");
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2}));
+    EXPECT_EQ(partOf(mesh, 1).name, "SHELL181 type 1 real 1 mat 1 sec 1");
+    EXPECT_EQ(partOf(mesh, 2).materialId, 2);
+}
+
+TEST_F(Cdb, NewerFilesCallTheirUnblockedLinesOtherwise)
+{
+    const kvo::Mesh mesh = readCdb("ET,1,181\nN,UNBL,LOC,3,0,0,1.,2.,3.\nN,UNBL,ANG,3,0,0,9.\nN,UNBL,LOC,4,0,0,1.\n"
+                                   "N,R5.3,LOC,5,0,0,0.,1.\nN,UNBL,LOC,-1,\n"
+                                   "EN,UNBL,ATTR,3,1,1,1,1,0,8,0,0\nEN,UNBL,NODE,4,3,5\nEN,UNBL,ATTR,-1\n");
+    EXPECT_EQ(pointOf(mesh, 3), (Point{1, 2, 3}));
+    EXPECT_EQ(mesh.nodeCount(), 3u);
+    EXPECT_EQ(elementIds(mesh), Ids{8});
+    EXPECT_EQ(nodesOf(mesh, 8), (Ids{4, 3, 5}));
+    EXPECT_TRUE(log.warnings().empty());
+    EXPECT_TRUE(log.lists().empty());
+}
+
+TEST_F(Cdb, FourLettersOfACommandAreEnough)
+{
+    const kvo::Mesh mesh = readCdb("ET,1,183\nKEYO,1,1,1\nET,2,181\nSECT,3,SHELL,,Plate\nSECD,2.5\n" + nodes(8) +
+                                   "TYPE,1\nE,1,2,3,4,5,6\nTYPE,2\nSECN,3\nE,1,2,3,4\nFINI\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
+    EXPECT_EQ(partOf(mesh, 2).name, "Plate");
+    EXPECT_EQ(partOf(mesh, 2).data.thickness, 2.5);
+    EXPECT_TRUE(log.lists().empty());
+}
+
+TEST_F(Cdb, ADollarSignPartsCommands)
+{
+    const kvo::Mesh mesh = readCdb("/TITLE,cost in $, all\n/com, a $ N,9\nC*** and $ N,9\nET,1,181 $ N,1,0,0 $N,2,1\n"
+                                   "N,3,1,1 ! no $ N,9\nN,,0,1\nE,1,2,3,4\n");
+    EXPECT_EQ(mesh.files[0].nodeIds, (Ids{1, 2, 3, 4})) << "a node without a number has the next one";
+    EXPECT_EQ(pointOf(mesh, 4), (Point{0, 1, 0}));
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3, 4}));
+    EXPECT_EQ(mesh.facts[0].second, "cost in $");
+    EXPECT_TRUE(log.lists().empty());
+}
+
+TEST_F(Cdb, NamesMayStandForNumbers)
+{
+    const kvo::Mesh mesh = readCdb("*SET,tid,3\ncid = 4\nsame=CID\n*SET,_NAME,'text'\net,1,181\net,Tid,185\n"
+                                   "et,same,174\nthick=0.75\nr,tid,thick\n" +
+                                   nodes(8) + "L=7.5\nN,50,L\nN,51,2*L\nL=L/2\nN,52,L\nTYPE,1\nREAL,tid\nSECNUM,0\n" +
+                                   "E,1,2,3,4\nTYPE,tid\nE,1,2,3,4,5,6,7,8\nE,1,2,3,none,5,6,7,8\nEMORE,1\n");
+    EXPECT_EQ(pointOf(mesh, 50), (Point{7.5, 0, 0}));
+    EXPECT_EQ(mesh.nodeCount(), 9u) << "formulas are not worked out, and what needs them is not read";
+    EXPECT_EQ(log.warningCount("fields that are no numbers"), 3u);
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "values of parameters"), 1u);
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2}));
+    EXPECT_EQ(partOf(mesh, 1).data.thickness, 0.75);
+    EXPECT_EQ(mesh.types[1].name, "SOLID185");
+}
+
+TEST_F(Cdb, BlocksWithoutSolidNameTheirType)
+{
+    // As contacts are written: type, real constants and material have one number. TYPE is about what came before.
+    const kvo::Mesh mesh = readCdb("ET,1,181\nET,5,14\nET,6,181\nET,7,174\n" + nodes(4) + "TYPE,5\nEN,77,1,2\n" +
+                                   "EBLOCK,10,,,2\n(15i9)\n" + columns({8, 6, 6, 6, 0, 1, 2, 3, 4}) +
+                                   columns({9, 7, 7, 7, 0, 1, 2, 3, 4}) + "-1\n");
+    EXPECT_EQ(elementIds(mesh), (Ids{8, 77}));
+    EXPECT_EQ(nodesOf(mesh, 8), (Ids{1, 2, 3, 4}));
+    EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "CONTA174"), 1u);
 }
 
 TEST_F(Cdb, CommandsMayLackTheirFields)

@@ -34,6 +34,13 @@ TEST_F(Formats, FormatsAreKnownByContentThenBySuffix)
         {"a.txt", "PRODUCT, price\nGRIDS, 5\n", nullptr},
         {"a.dat", "1 2 3\n", "Nastran bulk data"}, // by its ending
         {"a", "\n", nullptr},
+        {"a", "$PhysicalNames\n0\n$EndPhysicalNames\n$MeshFormat\n2.2 0 8\n", "Gmsh"},
+        {"a.stl", "$Comments\n$EndComments\n$MeshFormat\n2.2 0 8\n", "Gmsh"},
+        {"a.bdf", "$MeshFormat\n2.2 0 8\n", "Gmsh"},
+        {"a.vtk", "<?xml version=\"1.0\"?>\n<VTKFile type=\"PolyData\">", "VTK XML"},
+        {"a.vtu", "# vtk DataFile Version 3.0\n", "VTK legacy"},
+        {"a.obj", "ply\r\nformat ascii 1.0\r\n", "PLY"},
+        {"a.ply", "v 0 0 0\nf 1 1 1\n", "Wavefront OBJ"},
     };
     for (const auto& row : rows) {
         const kvo::MappedFile file(write(row.name, row.text));
@@ -43,6 +50,26 @@ TEST_F(Formats, FormatsAreKnownByContentThenBySuffix)
     }
     EXPECT_TRUE(kvo::hasDeckSuffix("x/y.Inp"));
     EXPECT_FALSE(kvo::hasDeckSuffix("x.inp/y"));
+}
+
+TEST_F(Formats, AMarkOfUtf8BeforeATextIsNoPartOfIt)
+{
+    const std::string mark = "\xEF\xBB\xBF";
+    const struct
+    {
+        const char* text;
+        const char* format;
+    } rows[] = {
+        {"*NODE\n1\n*ELEMENT, TYPE=MASS\n1, 1\n", "Abaqus/CalculiX"},
+        {"GRID, 1\n", "Nastran bulk data"},
+        {"*KEYWORD\n*NODE\n1, 0, 0, 0\n", "Keyword"},
+        {"# x\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n", "Wavefront OBJ"},
+        {"solid\nfacet\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\nendsolid\n", "STL"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(read(mark + row.text, "a.txt").formatName, row.format);
+    }
+    EXPECT_EQ(readError(mark, "a.stl"), "a.stl: the file is empty");
 }
 
 TEST_F(Formats, FilesThatAreNoDecks)

@@ -89,16 +89,21 @@ TEST_F(InpElements, CornersOfEveryShape)
     const kvo::Family shell = kvo::Family::Shell;
     const kvo::Family solid = kvo::Family::Solid;
     const Row rows[] = {
-        {"S3", 3, shell, 3},      {"S3R", 3, shell, 3},     {"S4", 4, shell, 4},      {"S4R", 4, shell, 4},
-        {"S4R5", 4, shell, 4},    {"S6", 6, shell, 3},      {"S8", 8, shell, 4},      {"S8R", 8, shell, 4},
-        {"S8R5", 8, shell, 4},    {"S9R5", 9, shell, 4},    {"STRI3", 3, shell, 3},   {"STRI65", 6, shell, 3},
-        {"M3D4R", 4, shell, 4},   {"M3D9", 9, shell, 4},    {"CPS3", 3, shell, 3},    {"CPE8R", 8, shell, 4},
-        {"CAX6", 6, shell, 3},    {"CAX8R", 8, shell, 4},   {"SFM3D4R", 4, shell, 4}, {"DS4", 4, shell, 4},
-        {"R3D3", 3, shell, 3},    {"R3D4", 4, shell, 4},    {"C3D4", 4, solid, 4},    {"C3D5", 5, solid, 5},
-        {"C3D6", 6, solid, 6},    {"C3D8", 8, solid, 8},    {"C3D8I", 8, solid, 8},   {"C3D8RH", 8, solid, 8},
-        {"C3D10M", 10, solid, 4}, {"C3D13", 13, solid, 5},  {"C3D15", 15, solid, 6},  {"C3D20", 20, solid, 8},
-        {"C3D20R", 20, solid, 8}, {"C3D27", 27, solid, 8},  {"SC6R", 6, solid, 6},    {"SC8R", 8, solid, 8},
-        {"F3D8", 8, solid, 8},    {"DC3D10", 10, solid, 4}, {"DC3D20", 20, solid, 8}, {"COH3D8", 8, solid, 8},
+        {"S3", 3, shell, 3},      {"S3R", 3, shell, 3},     {"S4", 4, shell, 4},       {"S4R", 4, shell, 4},
+        {"S4R5", 4, shell, 4},    {"S6", 6, shell, 3},      {"S8", 8, shell, 4},       {"S8R", 8, shell, 4},
+        {"S8R5", 8, shell, 4},    {"S9R5", 9, shell, 4},    {"STRI3", 3, shell, 3},    {"STRI65", 6, shell, 3},
+        {"M3D4R", 4, shell, 4},   {"M3D9", 9, shell, 4},    {"CPS3", 3, shell, 3},     {"CPE8R", 8, shell, 4},
+        {"CAX6", 6, shell, 3},    {"CAX8R", 8, shell, 4},   {"SFM3D4R", 4, shell, 4},  {"DS4", 4, shell, 4},
+        {"R3D3", 3, shell, 3},    {"R3D4", 4, shell, 4},    {"C3D4", 4, solid, 4},     {"C3D5", 5, solid, 5},
+        {"C3D6", 6, solid, 6},    {"C3D8", 8, solid, 8},    {"C3D8I", 8, solid, 8},    {"C3D8RH", 8, solid, 8},
+        {"C3D10M", 10, solid, 4}, {"C3D13", 13, solid, 5},  {"C3D15", 15, solid, 6},   {"C3D20", 20, solid, 8},
+        {"C3D20R", 20, solid, 8}, {"C3D27", 27, solid, 8},  {"SC6R", 6, solid, 6},     {"SC8R", 8, solid, 8},
+        {"F3D8", 8, solid, 8},    {"DC3D10", 10, solid, 4}, {"DC3D20", 20, solid, 8},  {"COH3D8", 8, solid, 8},
+        {"GK3D6", 6, solid, 6},   {"GK3D8N", 8, solid, 8},  {"GK3D12M", 12, solid, 6}, {"GK3D18", 18, solid, 8},
+        {"CCL9", 9, solid, 6},    {"CCL12H", 12, solid, 8}, {"CCL18", 18, solid, 6},   {"CCL24R", 24, solid, 8},
+        {"MCL6", 6, shell, 4},    {"SFMCL9", 9, shell, 4},  {"GKPS4", 4, shell, 4},    {"CINPE4", 4, shell, 4},
+        {"WARP2D3", 3, shell, 3}, {"WARP2D4", 4, shell, 4}, {"DCC2D4D", 4, shell, 4},  {"C3D10HS", 10, solid, 4},
+        {"STRI65", 6, shell, 3},  {"C3D15V", 15, solid, 6}, {"S4RSW", 4, shell, 4},    {"CAX4RHT", 4, shell, 4},
     };
     for (const Row& row : rows) {
         const kvo::Mesh mesh = read(oneElement(row.type, row.nodes));
@@ -213,6 +218,18 @@ TEST_F(InpElements, TheLastDefinitionOfAnIdHolds)
     EXPECT_TRUE(contains(log.warnings()[0].lines[0], "deck.inp:12: element 1 ")) << log.warnings()[0].lines[0];
 }
 
+TEST_F(InpElements, TheLastDefinitionHoldsWhicheverTypeCameFirst)
+{
+    const kvo::Mesh mesh = read(someNodes(9) + "*ELEMENT, TYPE=S3, ELSET=E\n1, 1, 2, 3\n*ELEMENT, TYPE=S4\n"
+                                               "2, 1, 2, 3, 4\n*ELEMENT, TYPE=S3, ELSET=E\n2, 5, 6, 7\n"
+                                               "*SHELL SECTION, ELSET=E, MATERIAL=M\n1.\n");
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{5, 6, 7}));
+    EXPECT_EQ(partOf(mesh, 2).name, "E");
+    EXPECT_EQ(partOf(mesh, 2).materialName, "M");
+    ASSERT_EQ(log.warningCount(kvo::warnElementTwice), 1u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "deck.inp:14: element 2 ")) << log.warnings()[0].lines[0];
+}
+
 TEST_F(InpElements, WithoutTheirNodesAreLeftOutWithALine)
 {
     const kvo::Mesh mesh =
@@ -245,6 +262,27 @@ TEST_F(InpElements, IncludedDataBelongsToTheCardAround)
     EXPECT_EQ(mesh.files.at(0).nodeIds, (Ids{1, 2, 3, 4}));
     EXPECT_EQ(elementIds(mesh), (Ids{5, 6}));
     EXPECT_EQ(mesh.sourceFiles.size(), 4u);
+}
+
+TEST_F(InpElements, LineGasketsAreNoWedges)
+{
+    read(someNodes(6) + "*ELEMENT, TYPE=GK3D6LN\n1, 1, 2, 3, 4, 5, 6\n2, 1, 2, 3, 4, 5, 6\n");
+    EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "GK3D6LN"), 2u);
+}
+
+TEST_F(InpElements, IncludedFilesMayBeNamedAsUnderWindows)
+{
+    write("sub/mesh/nodes.txt", "*NODE\n1, 1\n2, 2\n3, 3\n");
+    write("sub/elements.txt", "5, 1, 2, 3\n");
+    const kvo::Mesh mesh =
+        read("*INCLUDE, INPUT=sub\\mesh\\nodes.txt\n*ELEMENT, TYPE=S3, INPUT=.\\sub\\elements.txt\n");
+    EXPECT_EQ(nodesOf(mesh, 5), (Ids{1, 2, 3}));
+}
+
+TEST_F(InpNodes, AMarkOfUtf8IsNoText)
+{
+    const kvo::Mesh mesh = read("\xEF\xBB\xBF*NODE\n1, 5., 6., 7.\n");
+    EXPECT_EQ(pointOf(mesh, 1), (Point{5, 6, 7}));
 }
 
 TEST_F(InpErrors, NameFileAndLine)

@@ -264,3 +264,10 @@ TEST_F(InpGenerate, BadInput)
     EXPECT_TRUE(contains(readError(n + "*ELEMENT, TYPE=S3\n1,1,2,3\n*ELGEN\n1, 100000, 1, 1, 100000, 1, 1\n"),
                          "deck.inp:8: *ELGEN would make too many elements"));
 }
+
+TEST_F(InpGenerate, ATrailingCommaDoesNotTakeTheNamesOfFilledSetsAway)
+{
+    const kvo::Mesh mesh = read("*NODE\n1, 0, 0\n21, 0, 2\n*NSET, NSET=A\n1\n*NSET, NSET=B\n21\n"
+                                "*NFILL, NSET=ALL,\nA, B, 2, 10\n");
+    EXPECT_EQ(pointOf(mesh, 11), (Point{0, 1, 0}));
+}

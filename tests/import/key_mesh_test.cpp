@@ -87,6 +87,16 @@ TEST_F(KeyMesh, LongFormatHasColumnsOfTwenty)
     EXPECT_EQ(pointOf(whole, 2), (Point{1.5, 2.5, 3.5}));
 }
 
+TEST_F(KeyMesh, TheLongFormatOfTheDeckHasTwoLetters)
+{
+    const std::string longNode =
+        "*NODE\n                   1                 1.5                 2.5                 3.5\n";
+    const std::string node = "*NODE\n       1             1.5             2.5             3.5\n";
+    EXPECT_EQ(pointOf(read("*KEYWORD LONG=K\n" + longNode + "*END\n", "deck.k"), 1), (Point{1.5, 2.5, 3.5}));
+    EXPECT_EQ(pointOf(read("*KEYWORD LONG=S\n" + node + "*END\n", "deck.k"), 1), (Point{1.5, 2.5, 3.5}))
+        << "what the solver writes is long then, not the deck";
+}
+
 TEST_F(KeyMesh, WideIdsHaveColumnsOfTen)
 {
     const std::string nodes =
@@ -187,6 +197,15 @@ TEST_F(KeyMesh, SecondOrderShellsKeepTheirCorners)
     EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, 3, 4}));
 }
 
+TEST_F(KeyMesh, MidSideNodesOfShellsAddALineOfThicknesses)
+{
+    const kvo::Mesh mesh = readKey(cube + std::string("*ELEMENT_SHELL_THICKNESS\n"
+                                                      "1,5,1,2,3,4,5,6\n 1.,1.,1.\n 1.,1.,1.\n"
+                                                      "2,5,1,2,3,4\n 1.,1.,1.\n"));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2}));
+    EXPECT_TRUE(log.warnings().empty());
+}
+
 TEST_F(KeyMesh, BeamsHaveAThirdNodeOrAVector)
 {
     const kvo::Mesh mesh = readKey(cube + std::string("*ELEMENT_BEAM\n"
@@ -207,6 +226,27 @@ TEST_F(KeyMesh, BeamsHaveAThirdNodeOrAVector)
     EXPECT_EQ(mesh.files[0].orientations[1].elements.ranges[0].first, 5);
 }
 
+TEST_F(KeyMesh, VectorsOfBeamsMayStandInColumnsOfAnyWidth)
+{
+    const kvo::Mesh mesh = readKey(cube + std::string("*ELEMENT_BEAM_ORIENTATION\n"
+                                                      "1,5,1,2\n       0.0       0.0       2.0\n"
+                                                      "2,5,2,3\n     0.0     3.0     0.0\n"
+                                                      "3,5,3,4\n                     4.0\n"
+                                                      "4,5,4,5\n    -1.5-123.456    -1.0\n"));
+    const std::array<double, 3> vectors[] = {{0, 0, 2}, {0, 3, 0}, {0, 0, 4}, {-1.5, -123.456, -1}};
+    ASSERT_EQ(mesh.files[0].orientations.size(), 4u);
+    for (std::size_t k = 0; k < 4; ++k) {
+        EXPECT_EQ(mesh.files[0].orientations[k].vector, vectors[k]);
+    }
+}
+
+TEST_F(KeyMesh, ASecondNodeOfZeroIsTheGround)
+{
+    const kvo::Mesh mesh = readKey(cube + std::string("*ELEMENT_DISCRETE\n       1       5       3       0\n2,5,4\n"));
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{3, 3}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{4, 4}));
+}
+
 TEST_F(KeyMesh, DiscreteElementsAndBelts)
 {
     const kvo::Mesh mesh = readKey(cube + std::string("*ELEMENT_DISCRETE\n"
@@ -223,6 +263,16 @@ TEST_F(KeyMesh, DiscreteElementsAndBelts)
     EXPECT_EQ(log.warningCount(kvo::warnTooFewNodes), 1u);
     ASSERT_EQ(mesh.files[0].orientations.size(), 1u);
     EXPECT_EQ(mesh.files[0].orientations[0].vector, (std::array<double, 3>{0, 1, 0}));
+}
+
+TEST_F(KeyMesh, VectorsOfABeamAndASpringOfOneIdAreToldApart)
+{
+    const kvo::Mesh mesh = readKey(cube + std::string("*ELEMENT_BEAM_ORIENTATION\n7,5,1,2\n 0.,0.,1.\n"
+                                                      "*ELEMENT_DISCRETE\n7,6,3,4,1\n"
+                                                      "*DEFINE_SD_ORIENTATION\n1,0,0.,0.,1.\n"));
+    ASSERT_EQ(mesh.files[0].orientations.size(), 2u);
+    EXPECT_EQ(mesh.files[0].orientations[0].family, static_cast<int>(kvo::Family::Beam));
+    EXPECT_EQ(mesh.files[0].orientations[1].family, static_cast<int>(kvo::Family::Discrete));
 }
 
 TEST_F(KeyMesh, IdsAreUniquePerClassOnly)
@@ -275,6 +325,32 @@ TEST_F(KeyMesh, MassesParticlesAndRigidBodiesAreKept)
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "ELEMENT_MASS"), 2u);
 }
 
+TEST_F(KeyMesh, RigidBodiesHaveTitlesAndLinesOfInertiaEach)
+{
+    const std::string inertia = "1.,2.,3.,4.\n1.,0.,0.,1.,0.,1.\n0.,0.,0.\n";
+    const std::string withSystem = "1.,2.,3.,4.,1\n1.,0.,0.,1.,0.,1.\n0.,0.,0.\n0.,0.,0.,1.,1.,0.\n";
+    const kvo::Mesh mesh =
+        readKey(cube + std::string("*CONSTRAINED_NODAL_RIGID_BODY_TITLE\nfirst\n11,0,21\nsecond\n12,0,21\n\n"
+                                   "*CONSTRAINED_NODAL_RIGID_BODY_SPC_INERTIA\n"
+                                   "13,0,21\n1.,0,0\n" +
+                                   withSystem + "14,0,21\n1.,0,0\n" + inertia + "15,0,22\n1.,0,0\n" + inertia +
+                                   "*CONSTRAINED_INTERPOLATION\n31,9,123456,0,1\n21,123\n22,123\n"
+                                   "*ELEMENT_MASS\n1,2,3.5\n\n2,3,1.\n\n"
+                                   "*SET_NODE_LIST\n21\n1,2,3\n*SET_NODE_LIST\n22\n7\n"));
+    std::map<std::string, Ids> nodes;
+    std::map<std::string, Ids> ids;
+    for (const kvo::UndrawnElements& list : mesh.files[0].undrawn) {
+        nodes[list.type] = list.nodes;
+        ids[list.type] = list.ids;
+    }
+    EXPECT_EQ(ids["CONSTRAINED_NODAL_RIGID_BODY"], (Ids{11, 12, 13, 14, 15}));
+    EXPECT_EQ(nodes["CONSTRAINED_NODAL_RIGID_BODY"], (Ids{1, 2, 3, 1, 2, 3, 1, 2, 3, 1, 2, 3, 7}));
+    EXPECT_EQ(ids["CONSTRAINED_INTERPOLATION"], Ids{31});
+    EXPECT_EQ(nodes["CONSTRAINED_INTERPOLATION"], (Ids{9, 1, 2, 3, 7})) << "its lines name sets of nodes";
+    EXPECT_EQ(ids["ELEMENT_MASS"], (Ids{1, 2})) << "blank lines are no masses";
+    EXPECT_TRUE(log.warnings().empty());
+}
+
 TEST_F(KeyMesh, ElementsWithTooFewNodesAreLeftOut)
 {
     const kvo::Mesh mesh = readKey(cube + std::string("*ELEMENT_SHELL\n1,1,1,2\n2,1,1,2,99\n"
@@ -304,9 +380,11 @@ TEST_F(KeyMesh, DecksAreKnownByTheirFirstKeywords)
     {
         const char* text;
         bool own;
-    } rows[] = {{"$ comment\n\n*keyword\n", true}, {"*NODE\n1,0,0,0\n*ELEMENT_SHELL\n", true},
-                {"*INCLUDE_TRANSFORM\n", true},    {"*NODE\n1,0,0,0\n*ELEMENT, TYPE=S4\n", false},
-                {"** comment\n*KEYWORD\n", false}, {"*Heading\n**\n*SET_\n", false},
+    } rows[] = {{"$ comment\n\n*keyword\n", true},  {"*NODE\n1,0,0,0\n*ELEMENT_SHELL\n", true},
+                {"*INCLUDE\nmesh.k\n", true},       {"*INCLUDE, INPUT=mesh.inp\n", false},
+                {"*NODE\n1,0,0,0\n*end\r\n", true}, {"*NODE\n1,0,0,0\n*END STEP\n", false},
+                {"*INCLUDE_TRANSFORM\n", true},     {"*NODE\n1,0,0,0\n*ELEMENT, TYPE=S4\n", false},
+                {"** comment\n*KEYWORD\n", false},  {"*Heading\n**\n*SET_\n", false},
                 {"words\n*KEYWORD\n", false}};
     for (const auto& row : rows) {
         const kvo::MappedFile file(write("deck", row.text));

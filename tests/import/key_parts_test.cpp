@@ -78,6 +78,19 @@ TEST_F(KeyParts, OptionsOfPartsAddLines)
     EXPECT_EQ(mesh.parts[2].materialId, 5);
 }
 
+TEST_F(KeyParts, BlankLinesAndPointsThatAreNotGiven)
+{
+    // Angles of layers without a number of points: two points. Behind the last part a blank line.
+    const kvo::Mesh mesh = readKey(shells + std::string("*PART\none\n        10         7\n\n"
+                                                        "*PART\ntwo\n        20         8\n\n"
+                                                        "*SECTION_SHELL\n"
+                                                        "7,2,1.0,0,0,0,1\n1.5,1.5\n0.,45.\n8,2\n2.5\n"));
+    EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"one", "two", "PART 30"}));
+    EXPECT_EQ(mesh.parts[0].data.thickness, 1.5);
+    EXPECT_EQ(mesh.parts[1].data.thickness, 2.5);
+    EXPECT_TRUE(log.warnings().empty());
+}
+
 TEST_F(KeyParts, BeamsAndSpringsHaveSectionData)
 {
     const kvo::Mesh mesh = readKey("*NODE\n1,0,0,0\n2,1,0,0\n"
@@ -149,12 +162,38 @@ TEST_F(KeyParts, ParametersStandForNumbers)
     EXPECT_TRUE(contains(readError("*KEYWORD\n*NODE\n1,&none\n*END\n", "deck.k"), "deck.k:3: *NODE: \"&none\""));
 }
 
+TEST_F(KeyParts, ExpressionsGoOnInTheNextLine)
+{
+    const kvo::Mesh mesh = readKey("*PARAMETER_EXPRESSION\n"
+                                   "R  len    2.0 * max(1.5,\n"
+                                   "            2.5) +\n"
+                                   "          1.0\n"
+                                   "I  half   7/2\n"
+                                   "*NODE\n1,&len,&half\n");
+    EXPECT_EQ(pointOf(mesh, 1), (Point{6, 3, 0}));
+    EXPECT_TRUE(log.warnings().empty());
+}
+
 TEST_F(KeyParts, TheFirstValueOfAParameterHoldsUnlessTheDeckSaysOtherwise)
 {
     const std::string twice = "*PARAMETER\nRa,1.\nRa,2.\n*NODE\n1,&a\n";
     EXPECT_EQ(pointOf(readKey(twice), 1), (Point{1, 0, 0}));
     EXPECT_EQ(log.warningCount("parameters defined more than once"), 1u);
     EXPECT_EQ(pointOf(readKey("*PARAMETER_DUPLICATION\n2\n" + twice), 1), (Point{2, 0, 0}));
+}
+
+TEST_F(KeyParts, LocalParametersEndWithTheirFile)
+{
+    write("inner.k", "*NODE\n3,&len\n");
+    write("local.k", "*PARAMETER_LOCAL\nRlen,1.\nRmine,7.\n*NODE\n1,&len,&mine\n*INCLUDE\ninner.k\n*NODE\n4,&len\n");
+    const std::string deck = "*PARAMETER\nRlen,5.\n*INCLUDE\nlocal.k\n*NODE\n2,&len\n";
+    const kvo::Mesh mesh = readKey(deck);
+    EXPECT_EQ(pointOf(mesh, 1), (Point{1, 7, 0}));
+    EXPECT_EQ(pointOf(mesh, 3), (Point{1, 0, 0})) << "files within see them";
+    EXPECT_EQ(pointOf(mesh, 4), (Point{1, 0, 0}));
+    EXPECT_EQ(pointOf(mesh, 2), (Point{5, 0, 0}));
+    EXPECT_TRUE(log.warnings().empty());
+    EXPECT_TRUE(contains(readError("*KEYWORD\n" + deck + "5,&mine\n*END\n", "deck.k"), "\"&mine\" is no number"));
 }
 
 TEST_F(KeyParts, ExpressionsFollowTheRulesOfArithmetic)
@@ -243,6 +282,18 @@ TEST_F(KeyParts, TransformedIncludesShiftIdsAndMoveNodes)
     }
 }
 
+TEST_F(KeyParts, TransformedIncludesTurnTheVectorsOfTheirSprings)
+{
+    write("spring.k", "*NODE\n1,1.\n2,2.\n*ELEMENT_DISCRETE\n1,1,1,2,5\n2,1,1,2,6\n"
+                      "*DEFINE_SD_ORIENTATION\n5,0,1.,0.,0.\n");
+    const kvo::Mesh mesh = readKey("*DEFINE_TRANSFORMATION\n1\nROTATE,0.,0.,1.,0.,0.,0.,90.\n"
+                                   "*INCLUDE_TRANSFORM\nspring.k\n10,10,10,10,10,10,10\n\n\n1\n");
+    ASSERT_EQ(mesh.files[0].orientations.size(), 1u);
+    EXPECT_NEAR(mesh.files[0].orientations[0].vector[0], 0.0, 1e-12);
+    EXPECT_NEAR(mesh.files[0].orientations[0].vector[1], 1.0, 1e-12);
+    EXPECT_EQ(log.warningCount("vectors that do not exist"), 1u) << "16, of spring 12";
+}
+
 TEST_F(KeyParts, TransformedIncludesNest)
 {
     write("inner.k", "*NODE\n1,1.,0.,0.\n");
@@ -253,6 +304,19 @@ TEST_F(KeyParts, TransformedIncludesNest)
     EXPECT_EQ(pointOf(mesh, 102), (Point{1, 5, 0}));
     EXPECT_EQ(pointOf(mesh, 103), (Point{1, 5, 0}));
     EXPECT_EQ(pointOf(mesh, 4), (Point{1, 0, 0}));
+}
+
+TEST_F(KeyParts, OneKeywordMayTransformSeveralFiles)
+{
+    write("n.k", "*NODE\n1,1.\n");
+    write("empty.k", "");
+    const kvo::Mesh mesh = read("*KEYWORD LONG=Y\n*INCLUDE_TRANSFORM\nempty.k\n                   5\n\n\n\n"
+                                "n.k\n                 100\n\n\n\nn.k\n                 200\n*END\n",
+                                "deck.k");
+    EXPECT_EQ(mesh.files[0].nodeIds, (Ids{101, 201}));
+    EXPECT_TRUE(log.warnings().empty());
+    EXPECT_TRUE(contains(complaint("*KEYWORD\n*INCLUDE_TRANSFORM\nn.k\n\n\n\n\nnone.k\n*END\n", "deck.k"),
+                         "included file \"none.k\" not found"));
 }
 
 TEST_F(KeyParts, StepsOfTransformations)
@@ -269,6 +333,7 @@ TEST_F(KeyParts, StepsOfTransformations)
          "POINT,6,4.,0.,0.\nPOS6P,1,2,3,4,5,6\n",
          {3, 1, 3}},
         {"SCALE,2.,3.\nTRANSL,1.\n", {3, 6, 3}},
+        {"ROTATE,0.,0.,1.,0.,0.,0.,0.\nTRANSL,1.\n", {2, 2, 3}}, // by no angle
     };
     for (const auto& row : rows) {
         const kvo::Mesh mesh = readKey(std::string("*DEFINE_TRANSFORMATION_TITLE\nt\n7\n") + row.steps +

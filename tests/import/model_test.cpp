@@ -278,3 +278,36 @@ TEST_F(Model, LossOfPrecisionIsNoted)
     roundTrip(read("*NODE\n1, 100\n2, 100.1\n3, 100, 1\n*ELEMENT, TYPE=S3\n1, 1, 2, 3\n"), "other");
     EXPECT_TRUE(log.notes().empty());
 }
+
+TEST_F(Model, LossOfPrecisionIsNotedForEveryEdge)
+{
+    // A column of that shape far away, all of whose edges are long but one.
+    const struct
+    {
+        const char* type;
+        int corners;
+        std::vector<std::pair<int, int>> edges;
+    } rows[] = {{"C3D8", 8, {{1, 4}, {1, 5}, {4, 8}, {3, 7}, {5, 8}}},
+                {"C3D6", 6, {{1, 3}, {1, 4}, {3, 6}, {4, 6}}},
+                {"C3D4", 4, {{1, 3}, {1, 4}, {2, 4}, {3, 4}}},
+                {"S4", 4, {{1, 4}}},
+                {"S3", 3, {{1, 3}}}};
+    for (const auto& row : rows) {
+        for (const auto& edge : row.edges) {
+            std::ostringstream deck;
+            deck.precision(12);
+            deck << "*NODE\n";
+            for (int k = 1; k <= row.corners; ++k) {
+                const int at = k == edge.second ? edge.first : k;
+                deck << k << ", " << 1e7 + 100 * at + (at != k ? .1 : 0) << ", " << at * at << ", 0\n";
+            }
+            deck << "*ELEMENT, TYPE=" << row.type << "\n1";
+            for (int k = 1; k <= row.corners; ++k) {
+                deck << ", " << k;
+            }
+            roundTrip(read(deck.str() + "\n"), "model");
+            const std::vector<std::string> notes = log.notes();
+            EXPECT_EQ(notes.size(), 1u) << row.type << " " << edge.first << "-" << edge.second;
+        }
+    }
+}

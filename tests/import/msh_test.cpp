@@ -267,6 +267,25 @@ std::string bytesOf41(bool swapped, int sizeBytes = 8)
     return out.plain("\n$EndElements\n").text;
 }
 
+// Two of its elements in version 4.0, behind nodes of a curve and a surface, before and behind sections that are not
+// read.
+std::string bytesOf40(bool swapped)
+{
+    Bytes out(swapped);
+    out.plain("$MeshFormat\n4.0 1 8\n").ints({1}).plain("\n$EndMeshFormat\n").plain(names).plain("$Entities\n");
+    out.longs({1, 1, 1, 0}).ints({4}).reals({0, 0, 0, 0, 0, 0}).longs({1}).ints({4});
+    out.ints({5}).reals({0, 0, 0, 1, 1, 1}).longs({0, 1}).ints({4});
+    out.ints({30}).reals({0, 0, 0, 1, 1, 1}).longs({2}).ints({7, -8}).longs({1}).ints({-5});
+    out.plain("\n$EndEntities\n$Nodes\n").longs({2, 5});
+    out.ints({5, 1, 1}).longs({2}).ints({11}).reals({0, 0, 0, .25}).ints({20}).reals({.5, .5, 1, .75});
+    out.ints({30, 2, 1}).longs({3}).ints({12}).reals({1, 0, 0, .1, .2}).ints({13}).reals({1, 1, 0, .1, .2});
+    out.ints({14}).reals({0, 1, 0, .1, .2}).plain("\n$EndNodes\n$Periodic\n").ints({1, 0, 4, 4}).longs({1});
+    out.ints({11, 12}).plain("\n$EndPeriodic\n$Elements\n").longs({2, 2});
+    out.ints({30, 2, 2}).longs({1}).ints({2, 11, 13, 14}).ints({5, 1, 1}).longs({1}).ints({9, 11, 20});
+    out.plain("\n$EndElements\n$GhostElements\n").longs({1}).ints({2, 1}).longs({1}).ints({2});
+    return out.plain("\n$EndGhostElements\n").text;
+}
+
 // The first three elements of it in version 2.2.
 std::string bytesOf22(bool swapped)
 {
@@ -295,6 +314,23 @@ TEST_F(Msh, Version41IsTheSameAsTextAndAsBytes)
         EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"Skin Top", "curve 5"}));
         EXPECT_EQ(idsOf(findSet(mesh, "physical surface 8", kvo::MeshSet::Of::Elements)), (Ids{1, 2}));
         EXPECT_EQ(idsOf(findSet(mesh, "hold here", kvo::MeshSet::Of::Nodes)), Ids{20});
+        EXPECT_TRUE(log.warnings().empty());
+    }
+}
+
+TEST_F(Msh, Version40AsBytesOfEitherOrder)
+{
+    for (const bool swapped : {false, true}) {
+        const kvo::Mesh mesh = readMsh(bytesOf40(swapped));
+        EXPECT_EQ(elementIds(mesh), (Ids{2, 9}));
+        EXPECT_EQ(nodesOf(mesh, 2), (Ids{11, 13, 14}));
+        EXPECT_EQ(nodesOf(mesh, 9), (Ids{11, 20, kvo::noNode}));
+        EXPECT_EQ(pointOf(mesh, 20), (Point{.5, .5, 1}));
+        EXPECT_EQ(pointOf(mesh, 14), (Point{0, 1, 0}));
+        EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"Skin Top", "curve 5"}));
+        EXPECT_EQ(idsOf(findSet(mesh, "physical surface 8", kvo::MeshSet::Of::Elements)), Ids{2});
+        EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "$Periodic"), 1u);
+        EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "$GhostElements"), 1u);
         EXPECT_TRUE(log.warnings().empty());
     }
 }

@@ -131,12 +131,14 @@ TEST_F(SideFile, KeepsOrientationsAndWhatIsNotDrawn)
     kvo::Mesh mesh = triangleAndBeam();
     mesh.files[0].orient(8, {0, 0, 1});
     mesh.files[0].orient(9, {0, 0, 1});
+    mesh.files[0].orient(8, {0, 0, 1}, static_cast<int>(kvo::Family::Discrete));
     const std::int64_t rigid[] = {1, 4, 3};
     mesh.files[0].addUndrawn("RBE2", 100, rigid, 3);
     mesh.files[0].addUndrawn("MASS", 101, rigid + 1, 1);
     mesh.files[0].addUndrawn("RBE2", 102, rigid, 2);
     const Json deck = written(mesh);
-    EXPECT_EQ(deck["orientations"], Json::parse(R"([{"vector": [0.0, 0.0, 1.0], "elements": [[8, 9]]}])"));
+    EXPECT_EQ(deck["orientations"], Json::parse(R"([{"vector": [0.0, 0.0, 1.0], "elements": [[8, 9]]},
+                              {"vector": [0.0, 0.0, 1.0], "kind": "discrete", "elements": [8]}])"));
     EXPECT_EQ(deck["undrawn"], Json::parse(R"([{"type": "RBE2", "count": 2, "elements": [[100, 1, 4, 3], [102, 1, 4]]},
                               {"type": "MASS", "count": 1, "elements": [[101, 4]]}])"));
 }

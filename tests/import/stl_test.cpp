@@ -78,6 +78,23 @@ TEST_F(Stl, BinaryThatBeginsWithSolid)
     EXPECT_EQ(mesh.elementCount(), 2u);
 }
 
+TEST_F(Stl, BinaryThatBeginsWithSolidAndHasNotTheLengthThatItShould)
+{
+    const std::string whole = binary("solid made by something", {lower, upper});
+    EXPECT_EQ(readStl(whole + "more").elementCount(), 2u);
+    EXPECT_EQ(log.warningCount("bytes behind the last facet"), 1u);
+    EXPECT_EQ(read(whole + "more", "noname").formatName, "STL");
+    EXPECT_EQ(readError(whole.substr(0, 150), "part.stl"),
+              "part.stl: cut off: a binary STL of 2 facets has 184 bytes, this one has 150");
+}
+
+TEST_F(Stl, StatementsThatAreNotKnownAreListed)
+{
+    const kvo::Mesh mesh = readStl("solid\ncolor 1 0 0\n" + facet("0 0 0", "1 0 0", "0 1 0") + "endsolid\n");
+    EXPECT_EQ(mesh.elementCount(), 1u);
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "color"), 1u);
+}
+
 TEST_F(Stl, IsKnownByContentUnderAnyName)
 {
     EXPECT_EQ(read("\n solid a\n" + facet("0 0 0", "1 0 0", "0 1 0") + "endsolid\n", "a.txt").formatName, "STL");
@@ -119,7 +136,7 @@ TEST_F(Stl, BadFiles)
         {"solid\nfacet\nouter loop\nvertex 1 2 3\nendloop\nendfacet\n", "part.stl:6: misplaced \"endfacet\""},
         {"solid\nvertex 1 2 3\nfacet\n", "part.stl:2: misplaced \"vertex\""},
         {"solid\nfacet\nfacet\n", "part.stl:3: misplaced \"facet\""},
-        {"solid\n" + one + "color 1 2 3\n", "part.stl:9: not a statement of an STL: \"color 1 2 3\""},
+        {"solid\n" + one + "1 2 3\n", "part.stl:9: not a statement of an STL: \"1 2 3\""},
         {"solid\nfacet\nouter loop\nvertex 1 2 3\n", "part.stl:4: cut off inside a facet"},
     };
     for (const auto& row : rows) {

@@ -157,6 +157,18 @@ TEST_F(Obj, WhatIsNotReadIsListed)
     readObj("mtllib a.mtl\n" + std::string(square) + "vt 0 0\nvn 0 0 1\nvn 0 1 0\ns off\nf 1 2 3\n");
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "vn"), 2u);
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "mtllib"), 1u);
+    EXPECT_EQ(elementIds(readObj(std::string(square) + "\nface 1 2\nf 1 2 3\n")), Ids{1});
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "face"), 1u) << "no statement of the format";
+}
+
+TEST_F(Obj, CommentsBehindFacesAndTheOldNameOfFaces)
+{
+    const kvo::Mesh mesh =
+        readObj(std::string(square) + "usemtl #ff0000\nf 1 2 3 # lower\nfo 1 3 4#upper\nl 1 2 # x\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 3, 4}));
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2, kvo::noNode}));
+    EXPECT_EQ(partNames(mesh), std::vector<std::string>{"#ff0000"}) << "names may begin so";
 }
 
 TEST_F(Obj, BadFiles)
@@ -165,7 +177,8 @@ TEST_F(Obj, BadFiles)
     EXPECT_EQ(error("v 0 0 0\nv 1 0 x\n"), "part.obj:2: a vertex has three coordinates");
     EXPECT_EQ(error(std::string(square) + "f 1 2\n"), "part.obj:6: \"f\" with too few vertices: 2");
     EXPECT_EQ(error(std::string(square) + "f 1 2 x\n"), "part.obj:6: no number of a vertex: \"x\"");
-    EXPECT_EQ(error(std::string(square) + "\nface 1 2\n"), "part.obj:7: not a statement of an OBJ file: \"face\"");
+    EXPECT_EQ(error("v 0 0 0\n\x1b[2J\x07 1\n"), "part.obj:2: not a statement of an OBJ file: \"?[2J?\"");
+    EXPECT_EQ(error(std::string(square) + "\n[face] 1 2\n"), "part.obj:7: not a statement of an OBJ file: \"[face]\"");
     const kvo::Mesh mesh = readObj(std::string(square) + "f 1 2 99999999999\nf 1 2 0\nf -9 1 2\nf 1 2 3\n");
     EXPECT_EQ(elementIds(mesh), Ids{4});
     EXPECT_EQ(log.warningCount("elements that refer to missing nodes"), 3u);
@@ -230,10 +243,24 @@ TEST_F(Ply, TextAndBytesOfEitherOrderAreTheSame)
         EXPECT_EQ(nodesOf(mesh, 4), (Ids{1, 5, kvo::noNode})) << "the edge";
         EXPECT_EQ(partOf(mesh, 2).name, "part 78");
         EXPECT_EQ(partOf(mesh, 5).id, 77) << "a triangle of the pentagon";
+        EXPECT_EQ(partOf(mesh, 4).name, "part") << "edges have no such property: the file's name";
         EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "element extra"), 2u);
         EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "vertex red"), 1u);
         EXPECT_EQ(mesh.formatName, "PLY");
     }
+}
+
+TEST_F(Ply, APartOfNumber0GetsANewIdAndSaysSo)
+{
+    const kvo::Mesh mesh =
+        readPly("ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
+                "property float z\nelement face 2\nproperty list uchar int vertex_indices\n"
+                "property int material_index\nend_header\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2 0\n3 0 2 1 6\n");
+    EXPECT_EQ(partOf(mesh, 1).name, "material_index 0");
+    EXPECT_EQ(partOf(mesh, 2).id, 6);
+    ASSERT_EQ(log.notes().size(), 1u);
+    EXPECT_TRUE(contains(log.notes()[0], "\"material_index 0\" has the id 0")) << log.notes()[0];
+    EXPECT_EQ(roundTrip(mesh).at(1).part, 7u);
 }
 
 TEST_F(Ply, StripsAndFacesBeforeVertices)

@@ -124,6 +124,64 @@ TEST_F(Unv, BeamsHaveALineWithTheOrientationNode)
     EXPECT_EQ(nodesOf(mesh, 4), (Ids{3, 4, kvo::noNode}));
 }
 
+TEST_F(Unv, TheLineWithTheOrientationNodeMayBeMissing)
+{
+    // Three nodes: the next line tells whether these are them.
+    const kvo::Mesh mesh =
+        readUnv(nodes(5) + dataset("2412", element(1, 24, 4, {1, 3, 2}) + columns({2, 23, 4, 3, 7, 3}) +
+                                               columns({5, 1, 1}) + columns({2, 4, 3}) + element(3, 32, 4, {3, 5, 4}) +
+                                               element(4, 31, 4, {4, 5}) + element(5, 24, 4, {2, 1, 5})));
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{2, 3, 5}));
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{3, 4, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 4), (Ids{4, 5, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 5), (Ids{2, 5, kvo::noNode}));
+    EXPECT_TRUE(contains(readError(dataset("2412", columns({1, 24, 4, 3, 7, 2}) + columns({5, 1, 1})), "deck.unv"),
+                         "deck.unv:5: dataset 2412 ends where nodes should be"));
+}
+
+TEST_F(Unv, BlanksMayPartTheNumbers)
+{
+    const kvo::Mesh mesh =
+        readUnv("    -1\n  2411\n1 1 1 11\n0. 0. 0.\n2 1 1 11\n1.0 0 0\n3 1 1 11\n1 1 0\n    -1\n"
+                "    -1\n  2412\n1 21 3 1 7 2\n    3    1    1\n    1    2\n2 21 3 1 7 2\n2 3\n    -1\n"
+                "    -1\n  2467\n1 0 0 0 0 0 0 2\nTOP\n7 1 0 0 7 2 0 0\n    -1\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{2, 3, kvo::noNode}));
+    ASSERT_EQ(mesh.sets.size(), 1u);
+    EXPECT_EQ(idsOf(mesh.sets[0]), (Ids{1, 2}));
+}
+
+TEST_F(Unv, AMinusOneMayBeAValue)
+{
+    const std::string values = dataset("2414", columns({1}) + columns({-1}) + "  -1.0E+00\n");
+    EXPECT_EQ(readUnv(values + nodes(2)).nodeCount(), 2u);
+    EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "dataset 2414"), 1u);
+    // Some writers put it into columns of ten.
+    EXPECT_EQ(readUnv("        -1\n      2411\n" + columns({7, 1, 1, 11}) + "0. 0. 0.\n        -1\n").nodeCount(), 1u);
+}
+
+TEST_F(Unv, BinaryDatasetsArePassedOver)
+{
+    const std::string head = "    -1\n    58b     1     1         0           7     0     0           0           0\n";
+    const std::string bytes("\x01\n\0-1\n\xff", 7);
+    for (const std::string& end : {std::string("    -1\n"), std::string("\n    -1\n")}) {
+        EXPECT_EQ(readUnv(head + bytes + end + nodes(2)).nodeCount(), 2u);
+        EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "dataset 58"), 1u);
+    }
+}
+
+TEST_F(Unv, DiscreteElementsOfEveryKind)
+{
+    for (const int descriptor : {136, 137, 138, 139, 141, 142, 151, 152}) {
+        const kvo::Mesh two = readUnv(nodes(2) + dataset("2412", element(1, descriptor, 4, {1, 2})));
+        EXPECT_EQ(nodesOf(two, 1), (Ids{1, 2})) << descriptor;
+        EXPECT_EQ(two.types[0].family, kvo::Family::Discrete) << descriptor;
+        const kvo::Mesh one = readUnv(nodes(2) + dataset("2412", element(1, descriptor, 4, {2})));
+        EXPECT_EQ(nodesOf(one, 1), (Ids{2, 2})) << descriptor;
+    }
+}
+
 TEST_F(Unv, SpringsDampersMassesAndRigidElements)
 {
     const kvo::Mesh mesh = readUnv(

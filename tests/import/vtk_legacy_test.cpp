@@ -93,6 +93,39 @@ TEST_F(VtkLegacyFiles, PolyData)
     EXPECT_EQ(nodesOf(mesh, 7), (Ids{4, 2, 3}));
 }
 
+TEST_F(VtkLegacyFiles, DataOfPolyDataAreInTheOrderOfTheFormat)
+{
+    const kvo::Mesh mesh = readVtk(head("ASCII", "POLYDATA") + fivePoints +
+                                   "POLYGONS 2 9\n4 0 1 2 3\n3 0 1 4\nLINES 1 3\n2 0 1\n"
+                                   "CELL_DATA 3\nSCALARS PartId int\nLOOKUP_TABLE default\n4 6 7\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, kvo::noNode}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, 3, 4}));
+    EXPECT_EQ(partOf(mesh, 1).id, 4);
+    EXPECT_EQ(partOf(mesh, 3).id, 7);
+}
+
+TEST_F(VtkLegacyFiles, KeywordsAreOfAnyCase)
+{
+    EXPECT_EQ(nodesOf(readVtk("# vtk DataFile Version 3.0\n\nascii\nfield f 1\ntime 1 1 double\n0.5\n"
+                              "dataset unstructured_grid\npoints 3 Float\n0 0 0 1 0 0 1 1 0\n"
+                              "cells 1 4\n3 0 1 2\ncell_types 1\n5\n"),
+                      1),
+              (Ids{1, 2, 3}));
+}
+
+TEST_F(VtkLegacyFiles, ScalarsWithoutATable)
+{
+    const kvo::Mesh text = readVtk(textGrid("CELL_DATA 3\nSCALARS q float\n1 2 3\nSCALARS p float 2\n1 2 3 4 5 6\n"
+                                            "SCALARS PartId int 1\n4 5 6\n"));
+    EXPECT_EQ(partOf(text, 2).id, 5);
+    Bytes out(true);
+    out.plain(head("BINARY")).plain("POINTS 3 float\n").floats({0, 0, 0, 1, 0, 0, 1, 1, 0});
+    out.plain("\nCELLS 1 4\n").ints({3, 0, 1, 2}).plain("\nCELL_TYPES 1\n").ints({5});
+    out.plain("\nCELL_DATA 1\nSCALARS q double\n").reals({1});
+    out.plain("\nSCALARS GlobalElementId int 1\n").ints({0x0a0d2009}).plain("\n"); // bytes that are blanks as text
+    EXPECT_EQ(elementIds(readVtk(out.text)), Ids{0x0a0d2009});
+}
+
 TEST_F(VtkLegacyFiles, DataOfAllKinds)
 {
     const kvo::Mesh mesh = readVtk(

@@ -88,6 +88,7 @@ struct Encoding
     bool appended;
     bool base64;
     bool headerApart; // is encoded by itself
+    std::size_t blockBytes = 32;
 };
 
 class Encoder
@@ -146,19 +147,17 @@ public:
     }
 
 private:
-    static constexpr std::size_t blockBytes = 32;
-
     std::string number(std::uint64_t value) const
     {
         Bytes bytes(encoding.bigEndian);
         return (encoding.headerBytes == 8 ? bytes.add(value) : bytes.add(static_cast<std::uint32_t>(value))).text;
     }
 
-    static std::vector<std::string> blocksOf(const std::string& bytes)
+    std::vector<std::string> blocksOf(const std::string& bytes) const
     {
         std::vector<std::string> blocks;
-        for (std::size_t k = 0; k < bytes.size(); k += blockBytes) {
-            const std::string block = bytes.substr(k, blockBytes);
+        for (std::size_t k = 0; k < bytes.size(); k += encoding.blockBytes) {
+            const std::string block = bytes.substr(k, encoding.blockBytes);
             uLongf size = compressBound(block.size());
             std::string packed(size, '\0');
             compress(reinterpret_cast<Bytef*>(&packed[0]), &size, reinterpret_cast<const Bytef*>(block.data()),
@@ -171,14 +170,15 @@ private:
     std::string compressedHead(const std::string& bytes) const
     {
         const std::vector<std::string> blocks = blocksOf(bytes);
-        std::string head = number(blocks.size()) + number(blockBytes) + number(bytes.size() % blockBytes);
+        std::string head =
+            number(blocks.size()) + number(encoding.blockBytes) + number(bytes.size() % encoding.blockBytes);
         for (const std::string& block : blocks) {
             head += number(block.size());
         }
         return head;
     }
 
-    static std::string compressedBody(const std::string& bytes)
+    std::string compressedBody(const std::string& bytes) const
     {
         std::string body;
         for (const std::string& block : blocksOf(bytes)) {
@@ -239,6 +239,46 @@ TEST_F(Vtu, AllEncodingsAreTheSame)
     EXPECT_EQ(decks, 40);
 }
 
+TEST_F(Vtu, TheOnlyBlockMayBeSmallerThanBlocksAre)
+{
+    for (const std::size_t blockBytes : {std::size_t(32768), std::size_t(1) << 22}) {
+        const kvo::Mesh mesh = readVtu(Encoder({false, 4, true, false, true, true, blockBytes}).deck());
+        EXPECT_EQ(nodesOf(mesh, 3), (Ids{101, 109, kvo::noNode}));
+        EXPECT_EQ(pointOf(mesh, 110), (Point{.5, 1, 2}));
+    }
+}
+
+TEST_F(Vtu, EmptyPiecesWithCompression)
+{
+    // No block, whose size would be 32768.
+    const std::string none = base64(Bytes().ints({0, 32768, 0}).text);
+    const std::string empty = "<Piece NumberOfPoints=\"0\" NumberOfCells=\"0\"><Points><DataArray type=\"Float32\" "
+                              "NumberOfComponents=\"3\" format=\"binary\">" +
+                              none + "</DataArray></Points></Piece>\n";
+    std::string deck = Encoder({false, 4, true, false, true, true}).deck();
+    deck.insert(deck.find("<Piece"), empty);
+    EXPECT_EQ(elementIds(readVtu(deck)), (Ids{1, 2, 3}));
+}
+
+TEST_F(Vtu, CommentsAndKeysStandBesideTheValues)
+{
+    const std::string key = "<InformationKey name=\"RANGE\" location=\"data\" length=\"1\"><Value index=\"0\">7</Value>"
+                            "</InformationKey>";
+    const std::string packed = Encoder({false, 4, false, false, true, false}).deck();
+    for (const std::string& deck : {textDeck(), packed}) {
+        for (const std::string& aside : {key, key + " " + key, std::string("<!-- 1 2 -->"), "<!-- a -->" + key}) {
+            for (const bool before : {true, false}) {
+                std::string text = deck;
+                const std::size_t tag = text.find("Name=\"Points\"");
+                const std::size_t at = before ? text.find('>', tag) + 1 : text.find("</DataArray>", tag);
+                const kvo::Mesh mesh = readVtu(text.insert(at, aside));
+                EXPECT_EQ(mesh.nodeCount(), 10u) << aside;
+                EXPECT_EQ(mesh.files[0].xyz[29], 2.0) << aside;
+            }
+        }
+    }
+}
+
 TEST_F(Vtu, IdsAndBlocks)
 {
     const std::string data =
@@ -256,6 +296,17 @@ TEST_F(Vtu, IdsAndBlocks)
     EXPECT_EQ(log.listCount(kvo::listVtkArrays, "cell array MaterialIds"), 1u) << "ObjectId is the better one";
     EXPECT_EQ(log.listCount(kvo::listVtkArrays, "cell array region"), 1u) << "no whole numbers";
     EXPECT_EQ(log.listCount(kvo::listVtkArrays, "cell array pid"), 1u) << "more than one component";
+}
+
+TEST_F(Vtu, ABlockOfNumber0IsAPartWithANewIdAndSaysSo)
+{
+    const kvo::Mesh mesh = readVtu(textDeck("<CellData>" + textArray("Int32", "PartId", "0 4 0 4") + "</CellData>"));
+    EXPECT_EQ(partOf(mesh, 1).name, "PartId 0");
+    ASSERT_FALSE(log.notes().empty());
+    EXPECT_TRUE(contains(log.notes()[0], "\"PartId 0\" has the id 0")) << log.notes()[0];
+    const auto elements = roundTrip(mesh);
+    EXPECT_EQ(elements.at(1).part, 5u);
+    EXPECT_EQ(elements.at(2).part, 4u);
 }
 
 TEST_F(Vtu, IdsThatCannotBeUsedAreReplaced)

@@ -176,6 +176,21 @@ TEST_F(Info, ADamagedModelIsAnErrorThatNamesTheFile)
     EXPECT_EQ(runKvo({"info", model}).status, 0);
 }
 
+TEST_F(Info, SaysWhatWasTakenOffTheCoordinates)
+{
+    writeText(folder.file("far.inp"),
+              "*NODE\n1, 12345678\n2, 12345679\n3, 12345678, 1\n*ELEMENT, TYPE=S3\n1, 1, 2, 3\n");
+    const std::string model = folder.file("far");
+    EXPECT_EQ(runKvo({"import", folder.file("far.inp"), "-o", model}).status, 0);
+    EXPECT_FALSE(contains(runKvo({"info", model}).out, "less"));
+    EXPECT_EQ(runKvo({"import", folder.file("far.inp"), "-o", model, "--shift-origin"}).status, 0);
+    EXPECT_TRUE(contains(runKvo({"info", model}).out, "\ncoordinates are the deck's less (12345679, 0, 0)\n"))
+        << runKvo({"info", model}).out;
+    const json info = infoJson(model);
+    EXPECT_EQ(info.at("deck").at("origin"), json({12345679.0, 0.0, 0.0}));
+    EXPECT_EQ(info.at("extents").at("min"), json({-1.0, 0.0, 0.0}));
+}
+
 TEST_F(Info, SetsShowsWhatThePartsHaveNoRoomFor)
 {
     writeText(folder.file("sets.inp"), sampleDeck() + "*ELEMENT, TYPE=MASS, ELSET=M\n9001, 1\n"

@@ -501,3 +501,21 @@ TEST_F(Pick, RegionsWithoutAreaAreErrors)
     expectError({"--at", "5,5,0"}, 1, "the size 0 of a pick must be more than 0 pixels");
     expectError({"--at", "5,5,-2"}, 1, "the size -2 of a pick must be more than 0 pixels");
 }
+
+TEST_F(Pick, SaysWhatWasTakenOffTheCoordinates)
+{
+    writeText(folder.file("far.inp"), "*NODE\n1, 1e7\n2, 10000001\n3, 10000001, 1\n4, 1e7, 1\n"
+                                      "*ELEMENT, TYPE=S4\n9, 1, 2, 3, 4\n");
+    const std::string model = folder.file("far");
+    EXPECT_EQ(runKvo({"import", folder.file("far.inp"), "-o", model, "--shift-origin"}).status, 0);
+    const std::vector<std::string> pick = {"pick",    model,    "--at",    "120,90",   "--type",
+                                           "element", "--size", "240x180", "--device", "software"};
+    const KvoRun table = runKvo(pick);
+    EXPECT_TRUE(contains(table.out, "\ncoordinates are the deck's less (10000001, 0, 0)\n")) << table.out << table.err;
+    std::vector<std::string> asJson = pick;
+    asJson.push_back("--json");
+    const Json found = Json::parse(runKvo(asJson).out);
+    EXPECT_EQ(found.at("origin"), Json({10000001.0, 0.0, 0.0}));
+    EXPECT_EQ(found.at("hits").at(0).at("at"), Json({-0.5, 0.5, 0.0}));
+    EXPECT_FALSE(contains(run("element", {"--at", "120,90"}).out, "less"));
+}
