@@ -23,6 +23,12 @@ void MeshFile::addNode(std::int64_t id, double x, double y, double z)
     xyz.insert(xyz.end(), {x, y, z});
 }
 
+void MeshFile::addNode(std::int64_t id, double x, double y, double z, std::uint32_t sourceFile, std::uint32_t line)
+{
+    nodeLines.add(nodeIds.size(), {sourceFile, line});
+    addNode(id, x, y, z);
+}
+
 ElementBlock& MeshFile::blockFor(std::uint32_t type, std::uint32_t sourceFile)
 {
     if (lastBlock.size() <= type) {
@@ -95,6 +101,12 @@ std::uint64_t Mesh::elementCount() const
 Place Mesh::placeOf(const ElementBlock& block, std::size_t element) const
 {
     return {block.sourceFile < sourceFiles.size() ? sourceFiles[block.sourceFile] : std::string(), block.line[element]};
+}
+
+Place Mesh::placeOfNode(const MeshFile& file, std::size_t node) const
+{
+    const NodeLines::Line line = file.nodeLines.at(node);
+    return {line.sourceFile < sourceFiles.size() ? sourceFiles[line.sourceFile] : std::string(), line.number};
 }
 
 std::uint32_t MeshRows::type(const std::string& name, Family family, Shape shape, bool oriented)

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "id_set.h"
+#include "node_lines.h"
 #include "place.h"
 
 namespace kvo {
@@ -103,11 +104,13 @@ struct MeshFile
     std::string name;                  // of the instance; empty: the deck itself
     std::vector<std::int64_t> nodeIds; // ascending and unique once finished
     std::vector<double> xyz;           // 3 per node
+    NodeLines nodeLines;               // of those whose reader knows them
     std::deque<ElementBlock> blocks;
     std::vector<UndrawnElements> undrawn;
     std::vector<Orientation> orientations;
 
     void addNode(std::int64_t id, double x, double y, double z);
+    void addNode(std::int64_t id, double x, double y, double z, std::uint32_t sourceFile, std::uint32_t line);
     // Where the next element of this type and source file goes: the last block of the type, or a new one. The reader
     // appends to its four arrays.
     ElementBlock& blockFor(std::uint32_t type, std::uint32_t sourceFile);
@@ -182,6 +185,8 @@ struct Mesh
     // Elements that are not dropped.
     std::uint64_t elementCount() const;
     Place placeOf(const ElementBlock& block, std::size_t element) const;
+    // The node's line, or the deck as a whole where that is not known.
+    Place placeOfNode(const MeshFile& file, std::size_t node) const;
 };
 
 // For readers: finds or adds rows of a mesh by what the deck calls them. The mesh must outlive it, and only it may add

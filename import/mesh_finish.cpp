@@ -36,7 +36,7 @@ std::vector<std::uint32_t> nodeOrder(const Mesh& mesh, const MeshFile& file, Imp
     for (std::size_t k = 0; k < order.size(); ++k) {
         const std::int64_t id = file.nodeIds[order[k]];
         if (k + 1 < order.size() && file.nodeIds[order[k + 1]] == id) {
-            log.warn(warnNodeTwice, {mesh.sourceFiles.empty() ? std::string() : mesh.sourceFiles.front(), 0},
+            log.warn(warnNodeTwice, mesh.placeOfNode(file, order[k + 1]),
                      "node " + std::to_string(id) + " is defined more than once; the last definition holds");
         } else {
             order[kept++] = order[k];
@@ -54,12 +54,15 @@ void sortNodes(const Mesh& mesh, MeshFile& file, ImportLog& log)
     const std::vector<std::uint32_t> order = nodeOrder(mesh, file, log);
     std::vector<std::int64_t> ids(order.size());
     std::vector<double> xyz(3 * order.size());
+    NodeLines lines;
     for (std::size_t k = 0; k < order.size(); ++k) {
+        lines.add(k, file.nodeLines.at(order[k]));
         ids[k] = file.nodeIds[order[k]];
         std::copy_n(&file.xyz[3 * std::size_t(order[k])], 3, &xyz[3 * k]);
     }
     file.nodeIds = std::move(ids);
     file.xyz = std::move(xyz);
+    file.nodeLines = std::move(lines);
 }
 
 using TypeFilter = std::function<bool(const ElementType&)>;

@@ -48,12 +48,16 @@ std::string sourceName(const Mesh& mesh)
     return mesh.sourceFiles.empty() ? std::string() : mesh.sourceFiles.front();
 }
 
+[[noreturn]] void refuseId(const Place& place, const char* what, std::int64_t id, std::int64_t lowest)
+{
+    throw ImportError(place, std::string(what) + " id " + std::to_string(id) + " cannot be kept: a model's ids are " +
+                                 std::to_string(lowest) + " to " + std::to_string(maxModelId));
+}
+
 unsigned int modelId(const Mesh& mesh, std::int64_t id, const char* what, std::int64_t lowest)
 {
     if (id < lowest || id > maxModelId) {
-        throw ImportError({sourceName(mesh), 0}, std::string(what) + " id " + std::to_string(id) +
-                                                     " cannot be kept: a model's ids are " + std::to_string(lowest) +
-                                                     " to " + std::to_string(maxModelId));
+        refuseId({sourceName(mesh), 0}, what, id, lowest);
     }
     return static_cast<unsigned int>(id);
 }
@@ -186,9 +190,7 @@ void addElements(const Mesh& mesh, const ElementBlock& block, const std::vector<
         }
         Piece& piece = pieces[pieceAt[pieceSlot(block.part[e], type.family)]];
         if (block.ids[e] < 1 || block.ids[e] > maxModelId) {
-            throw ImportError(mesh.placeOf(block, e), "element id " + std::to_string(block.ids[e]) +
-                                                          " cannot be kept: a model's ids are 1 to " +
-                                                          std::to_string(maxModelId));
+            refuseId(mesh.placeOf(block, e), "element", block.ids[e], 1);
         }
         fillModelSlots(type, &block.nodes[e * entries], slots);
         piece.ids.push_back(static_cast<unsigned int>(block.ids[e]));
@@ -229,12 +231,15 @@ void writeNodes(const Mesh& mesh, const MeshFile& file, const Origin& origin, Mo
         ids.clear();
         xyz.clear();
         for (std::size_t k = start; k < stop; ++k) {
-            ids.push_back(modelId(mesh, file.nodeIds[k], "node", 1));
+            if (file.nodeIds[k] < 1 || file.nodeIds[k] > maxModelId) {
+                refuseId(mesh.placeOfNode(file, k), "node", file.nodeIds[k], 1);
+            }
+            ids.push_back(static_cast<unsigned int>(file.nodeIds[k]));
             for (std::size_t c = 3 * k; c < 3 * k + 3; ++c) {
                 const double value = file.xyz[c] - origin[c % 3];
                 if (!(std::fabs(value) <= FLT_MAX)) {
-                    throw ImportError({sourceName(mesh), 0}, "node " + std::to_string(file.nodeIds[k]) +
-                                                                 ": a coordinate is beyond single precision");
+                    throw ImportError(mesh.placeOfNode(file, k), "node " + std::to_string(file.nodeIds[k]) +
+                                                                     ": a coordinate is beyond single precision");
                 }
                 xyz.push_back(static_cast<float>(value));
             }

@@ -42,6 +42,7 @@ void appendSets(InpSets& to, const InpSets& from)
 // What an instance defines itself comes on top of its part.
 void appendScope(InpScope& to, InpScope&& from)
 {
+    to.mesh.nodeLines.append(from.mesh.nodeLines, to.mesh.nodeIds.size());
     to.mesh.nodeIds.insert(to.mesh.nodeIds.end(), from.mesh.nodeIds.begin(), from.mesh.nodeIds.end());
     to.mesh.xyz.insert(to.mesh.xyz.end(), from.mesh.xyz.begin(), from.mesh.xyz.end());
     for (ElementBlock& block : from.mesh.blocks) {

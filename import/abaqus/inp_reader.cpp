@@ -291,7 +291,7 @@ void InpReader::dataNode(std::string_view line)
     if (!system.isIdentity()) {
         xyz = system.apply(xyz);
     }
-    scope->mesh.addNode(id, xyz[0], xyz[1], xyz[2]);
+    scope->mesh.addNode(id, xyz[0], xyz[1], xyz[2], deck.fileIndex(), deck.lineNumber());
     if (nodeCardSet) {
         nodeCardSet->add(id);
     }

@@ -132,7 +132,7 @@ void CdbReader::nodeBlock(const CdbCommand& command)
             deck.refuse("node " + std::to_string(id) + " has a coordinate that is no number");
         }
         highestNode = std::max(highestNode, id);
-        mesh.files[0].addNode(id, x[0], x[1], x[2]);
+        mesh.files[0].addNode(id, x[0], x[1], x[2], 0, deck.lines.lineNumber());
     }
 }
 
@@ -157,7 +157,8 @@ void CdbReader::node(const CdbCommand& command)
     const std::size_t first = unblocked ? 5 : 1;
     const std::int64_t id = command.text(0).empty() ? highestNode + 1 : command.integer(unblocked ? 2 : 0);
     highestNode = std::max(highestNode, id);
-    mesh.files[0].addNode(id, command.real(first), command.real(first + 1), command.real(first + 2));
+    mesh.files[0].addNode(id, command.real(first), command.real(first + 1), command.real(first + 2), 0,
+                          static_cast<std::uint32_t>(command.place.line));
     nodesBegun = true;
 }
 

@@ -205,9 +205,10 @@ void MshReader::readEntity(int dim, bool partition)
 void MshReader::readPoint(std::int64_t id)
 {
     const double x = input.real();
+    const std::uint32_t line = input.line();
     const double y = input.real();
     const double z = input.real();
-    nodes().addNode(id, x, y, z);
+    nodes().addNode(id, x, y, z, 0, line);
 }
 
 void MshReader::readNodes1()

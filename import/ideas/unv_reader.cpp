@@ -157,8 +157,9 @@ void UnvReader::nodes()
     std::string_view line;
     while (nextLine(line)) {
         const std::int64_t id = integers(line, 1)[0];
+        const std::uint32_t at = deck.lineNumber();
         const auto x = reals(needLine("coordinates"));
-        mesh.files[0].addNode(id, x[0], x[1], x[2]);
+        mesh.files[0].addNode(id, x[0], x[1], x[2], 0, at);
     }
 }
 
@@ -175,7 +176,7 @@ void UnvReader::singleNodes()
                          ", which is taken for the global one");
         }
         const auto x = reals(line.substr(std::min(line.size(), integersOfNode * width)));
-        mesh.files[0].addNode(head[0], x[0], x[1], x[2]);
+        mesh.files[0].addNode(head[0], x[0], x[1], x[2], 0, deck.lineNumber());
     }
 }
 

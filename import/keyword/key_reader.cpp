@@ -41,7 +41,8 @@ public:
             }
             context.refuseBad(fields);
         }
-        context.file().addNode(context.lines.shifted(id, KeyOffsets::Node), xyz[0], xyz[1], xyz[2]);
+        context.file().addNode(context.lines.shifted(id, KeyOffsets::Node), xyz[0], xyz[1], xyz[2],
+                               context.lines.fileIndex(), context.lines.lineNumber());
     }
 };
 

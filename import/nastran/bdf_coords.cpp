@@ -92,7 +92,7 @@ void BdfCoords::addGrid(const BdfCard& card)
     if (id <= 0) {
         throw ImportError(card.place(), "GRID: the id must be above 0, not " + std::to_string(id));
     }
-    mesh.addNode(id, card.real(2), card.real(3), card.real(4));
+    mesh.addNode(id, card.real(2), card.real(3), card.real(4), card.file, card.line);
     systems.push_back({systemId(card, 1, notGiven), systemId(card, 5, notGiven)});
     const std::int32_t position = systems.back().position;
     if (position != basic && position != notGiven && position != lastUsed) {

@@ -243,6 +243,21 @@ TEST_F(Model, IdsThatDoNotFitAreAnError)
               "element id 5000000000 cannot be kept: a model's ids are 1 to 2147483647");
 }
 
+TEST_F(Model, ErrorsNameTheLineOfTheNodeOrElement)
+{
+    const auto placeOf = [this](const std::string& deck) {
+        try {
+            kvo::writeModelDirectory(read(deck), path("model"), log);
+        } catch (const kvo::ImportError& error) {
+            return std::string(error.what()).substr(folder.string().size() + 1, 11);
+        }
+        return std::string("no error");
+    };
+    EXPECT_EQ(placeOf("*NODE\n1, 1\n2, 2\n2147483648, 3\n*ELEMENT, TYPE=T3D2\n1, 1, 2\n"), "deck.inp:4:");
+    EXPECT_EQ(placeOf("*NODE\n9, 1\n2, 2\n7, 1e39\n*ELEMENT, TYPE=T3D2\n1, 9, 2\n"), "deck.inp:4:") << "sorted nodes";
+    EXPECT_EQ(placeOf(someNodes(2) + "*ELEMENT, TYPE=T3D2\n5000000000, 1, 2\n"), "deck.inp:5:");
+}
+
 TEST_F(Model, CoordinatesThatDoNotFitAreAnError)
 {
     EXPECT_EQ(writeError(read("*NODE\n7, 1e39\n")), "node 7: a coordinate is beyond single precision");

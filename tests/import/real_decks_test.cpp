@@ -13,6 +13,11 @@ struct RealDeck
     std::map<std::string, std::uint64_t> types;
 };
 
+void PrintTo(const RealDeck& deck, std::ostream* out)
+{
+    *out << deck.file;
+}
+
 class RealDecks : public ImportTest, public testing::WithParamInterface<RealDeck>
 {
 };

@@ -25,6 +25,11 @@ std::uint64_t undrawnCount(const kvo::Mesh& mesh)
     return count;
 }
 
+void PrintTo(const RealMesh& deck, std::ostream* out)
+{
+    *out << deck.file;
+}
+
 class RealMeshes : public ImportTest, public testing::WithParamInterface<RealMesh>
 {
 };
