@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "cgns_links.h"
 #include "container_elements.h"
 #include "place.h"
 
@@ -96,8 +97,13 @@ std::array<std::string, 3> byDirection(const std::vector<std::string>& arrays, i
 
 CgnsFile::CgnsFile(const std::string& path) : name(path)
 {
-    if (cg_open(path.c_str(), CG_MODE_READ, &id) != CG_OK) { // damaged, or newer than the library
-        fail(std::string("cannot be opened: ") + cg_get_error());
+    if (cg_open(path.c_str(), CG_MODE_READ, &id) == CG_OK) {
+        return;
+    }
+    const std::string error = cg_get_error(); // damaged, or newer than the library
+    const CgnsLinks links(path);
+    if (links.path().empty() || cg_open(links.path().c_str(), CG_MODE_READ, &id) != CG_OK) {
+        fail("cannot be opened: " + error);
     }
 }
 

@@ -18,9 +18,8 @@ struct ReaderRow
 
 const ReaderRow readers[] = {{"cgns", readCgns}, {"exodus", readExodus}, {"med", readMed}};
 
-const ContainerFormat& formatOf(const std::string& path)
+const ContainerFormat& formatOf(const std::string& path, const MappedFile& file)
 {
-    const MappedFile file(path);
     const Container container = detectContainer(file);
     if (!container.found) {
         throw ImportError({path, 0}, "is no CGNS, Exodus II or MED file");
@@ -35,7 +34,8 @@ const ContainerFormat& formatOf(const std::string& path)
 
 Mesh readContainer(const std::string& path, const ContainerFormat* format, ImportLog& log)
 {
-    const ContainerFormat& chosen = format ? *format : formatOf(path);
+    const MappedFile file(path); // tells a missing file from a damaged one, which not all libraries do
+    const ContainerFormat& chosen = format ? *format : formatOf(path, file);
     for (const ReaderRow& row : readers) {
         if (row.key == std::string(chosen.key)) {
             Mesh mesh = row.read(path, log);

@@ -328,17 +328,11 @@ void readSets(Exodus& exodus, const SetRow& row)
 
 // Dimensions that count what is not read.
 const char* const ignoredCounts[][2] = {
-    {"num_ed_blk", "edge blocks"},
-    {"num_fa_blk", "face blocks"},
-    {"num_edge_sets", "edge sets"},
-    {"num_face_sets", "face sets"},
-    {"num_elem_maps", "element maps"},
-    {"num_node_maps", "node maps"},
-    {"num_nod_var", "nodal variables"},
-    {"num_elem_var", "element variables"},
-    {"num_glo_var", "global variables"},
-    {"num_assembly", "assemblies"},
-    {"num_blob", "blobs"},
+    {"num_ed_blk", "edge blocks"},       {"num_fa_blk", "face blocks"},
+    {"num_edge_sets", "edge sets"},      {"num_face_sets", "face sets"},
+    {"num_elem_maps", "element maps"},   {"num_node_maps", "node maps"},
+    {"num_nod_var", "nodal variables"},  {"num_elem_var", "element variables"},
+    {"num_glo_var", "global variables"}, {"num_blob", "blobs"},
 };
 
 void countIgnored(const Exodus& exodus)
@@ -347,6 +341,9 @@ void countIgnored(const Exodus& exodus)
         if (const std::size_t count = exodus.file.length(row[0])) {
             exodus.log.count(listDataNotRead, row[1], count, {exodus.file.path(), 0});
         }
+    }
+    if (const std::size_t assemblies = exodus.file.dimensionsBeginning("num_entity_assembly")) { // one per assembly
+        exodus.log.count(listDataNotRead, "assemblies", assemblies, {exodus.file.path(), 0});
     }
 }
 

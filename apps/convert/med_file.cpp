@@ -103,6 +103,7 @@ MedMesh MedFile::meshAt(int position) const
     mesh.name = meshName;
     mesh.description = trimmedName(description);
     mesh.unit = trimmedName(std::string(axisUnits, MED_SNAME_SIZE));
+    mesh.steps = steps;
     mesh.structured = type == MED_STRUCTURED_MESH;
     mesh.cartesian = axis != MED_CYLINDRICAL && axis != MED_SPHERICAL;
     mesh.spaceDimensions = space;
@@ -312,19 +313,49 @@ MedElements MedFile::polygons(const MedMesh& mesh, const Entity& entity) const
     return elements;
 }
 
+// --- what is not read ---
+
+// Elements that are given by their faces only.
 std::uint64_t MedFile::descendingElements(const MedMesh& mesh) const
 {
     std::uint64_t sum = 0;
     for (const GeometryRow& row : geometries) {
-        const std::int64_t size = row.nodes > 0 && !mesh.structured
-                                      ? count(mesh, {MED_CELL, row.geometry}, MED_CONNECTIVITY, MED_DESCENDING)
-                                      : 0;
+        const std::int64_t size =
+            row.nodes > 0 ? count(mesh, {MED_CELL, row.geometry}, MED_CONNECTIVITY, MED_DESCENDING) : 0;
         const bool nodalToo = size > 0 && count(mesh, {MED_CELL, row.geometry}, MED_CONNECTIVITY, MED_NODAL) > 0;
         sum += size > 0 && !nodalToo ? static_cast<std::uint64_t>(size) : 0;
     }
-    const std::int64_t polyhedra =
-        mesh.structured ? 0 : count(mesh, {MED_CELL, MED_POLYHEDRON}, MED_INDEX_FACE, MED_NODAL);
+    const std::int64_t polyhedra = count(mesh, {MED_CELL, MED_POLYHEDRON}, MED_INDEX_FACE, MED_NODAL);
     return sum + (polyhedra > 1 ? static_cast<std::uint64_t>(polyhedra - 1) : 0);
+}
+
+// Those of an entity other than cells, such as the faces that older files list beside them.
+std::uint64_t MedFile::elementsOf(const MedMesh& mesh, int entity) const
+{
+    std::uint64_t sum = 0;
+    for (const GeometryRow& row : geometries) {
+        const Entity what{static_cast<med_entity_type>(entity), row.geometry};
+        sum += static_cast<std::uint64_t>(std::max<std::int64_t>(count(mesh, what, MED_CONNECTIVITY, MED_NODAL), 0));
+    }
+    return sum;
+}
+
+std::vector<MedIgnored> MedFile::ignored(const MedMesh& mesh) const
+{
+    const std::uint64_t laterSteps = mesh.steps > 1 ? static_cast<std::uint64_t>(mesh.steps - 1) : 0;
+    if (mesh.structured) {
+        return {{"later steps of a mesh", laterSteps}};
+    }
+    return {{"later steps of a mesh", laterSteps},
+            {"elements given by their faces", descendingElements(mesh)},
+            {"faces beside the elements", elementsOf(mesh, MED_DESCENDING_FACE)},
+            {"edges beside the elements", elementsOf(mesh, MED_DESCENDING_EDGE)}};
+}
+
+std::vector<MedIgnored> MedFile::ignored() const
+{
+    return {{"fields", static_cast<std::uint64_t>(std::max<med_int>(MEDnField(id), 0))},
+            {"structural elements", static_cast<std::uint64_t>(std::max<med_int>(MEDnStructElement(id), 0))}};
 }
 
 // --- the library ---

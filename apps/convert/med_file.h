@@ -22,7 +22,8 @@ struct MedMesh
     bool cartesian = true;    // its axes are x, y, z
     int spaceDimensions = 3;
     int step[2] = {-1, -1}; // of the library: time step and iteration
-    Lattice lattice;        // of a structured one
+    int steps = 0;
+    Lattice lattice; // of a structured one
     std::int64_t nodes = 0;
 };
 
@@ -45,6 +46,13 @@ struct MedFamily
     std::vector<std::string> groups;
 };
 
+// How many things are not read.
+struct MedIgnored
+{
+    const char* what;
+    std::uint64_t count;
+};
+
 class MedFile
 {
 public:
@@ -60,11 +68,13 @@ public:
     std::vector<std::int64_t> nodeNumbers(const MedMesh& mesh) const;  // empty: none
     std::vector<std::int64_t> nodeFamilies(const MedMesh& mesh) const; // empty: all 0
     std::vector<MedElements> elements(const MedMesh& mesh) const;
-    // How many elements are given by their faces only, which are not read.
-    std::uint64_t descendingElements(const MedMesh& mesh) const;
+    std::vector<MedIgnored> ignored(const MedMesh& mesh) const;
+    std::vector<MedIgnored> ignored() const; // of the whole file
 
 private:
     struct Entity;
+    std::uint64_t descendingElements(const MedMesh& mesh) const;
+    std::uint64_t elementsOf(const MedMesh& mesh, int entity) const;
     MedMesh meshAt(int position) const;
     void readLattice(MedMesh& mesh) const;
     std::int64_t count(const MedMesh& mesh, const Entity& entity, int data, int connectivity) const;

@@ -130,7 +130,7 @@ const MedFamily* findFamily(const MedTarget& target, std::int64_t number)
     return nullptr;
 }
 
-// By its groups, else by its own name.
+// By its groups, else by its own name. Files may leave family 0 out, which is for all that is in none.
 std::string partName(const MedTarget& target, std::int64_t number)
 {
     const MedFamily* family = findFamily(target, number);
@@ -139,7 +139,8 @@ std::string partName(const MedTarget& target, std::int64_t number)
         name += (name.empty() ? "" : ", ") + group;
     }
     if (name.empty()) {
-        name = family && !family->name.empty() ? family->name : "family " + std::to_string(number);
+        name = number == 0 ? "FAMILLE_ZERO" : "family " + std::to_string(number);
+        name = family && !family->name.empty() ? family->name : name;
     }
     return name;
 }
@@ -267,6 +268,15 @@ void readNodes(const MedFile& file, const MedMesh& from, MedTarget& target)
     }
 }
 
+void countIgnored(const Mesh& mesh, const std::vector<MedIgnored>& all, ImportLog& log)
+{
+    for (const MedIgnored& ignored : all) {
+        if (ignored.count > 0) {
+            log.count(listDataNotRead, ignored.what, ignored.count, {mesh.sourceFiles.front(), 0});
+        }
+    }
+}
+
 void readMesh(const MedFile& file, const MedMesh& from, MedTarget& target)
 {
     readNodes(file, from, target);
@@ -277,9 +287,7 @@ void readMesh(const MedFile& file, const MedMesh& from, MedTarget& target)
         addElements(target, elements, !from.structured, polygons);
     }
     polygons.finish();
-    if (const std::uint64_t count = file.descendingElements(from)) {
-        target.log.count(listDataNotRead, "elements given by their faces", count, target.place());
-    }
+    countIgnored(target.mesh, file.ignored(from), target.log);
     addGroups(target, MeshSet::Of::Nodes, MeshSet::anyFamily, target.nodes);
     for (const auto& kind : target.elements) {
         addGroups(target, MeshSet::Of::Elements, kind.first, kind.second);
@@ -320,6 +328,7 @@ Mesh readMed(const std::string& path, ImportLog& log)
         MedTarget target{mesh, rows, log, mesh.files.size() - 1, file.families(from), {}, {}, {}};
         readMesh(file, from, target);
     }
+    countIgnored(mesh, file.ignored(), log);
     finishMesh(mesh, log);
     turnSolids(mesh, meshes, log);
     return mesh;

@@ -40,6 +40,19 @@ std::size_t NetcdfFile::length(const std::string& dimension) const
     return result;
 }
 
+std::size_t NetcdfFile::dimensionsBeginning(const std::string& beginning) const
+{
+    int dimensions = 0;
+    check(nc_inq_ndims(id, &dimensions), "the number of its dimensions");
+    std::size_t count = 0;
+    for (int k = 0; k < dimensions; ++k) {
+        char dimension[NC_MAX_NAME + 1] = {};
+        check(nc_inq_dimname(id, k, dimension), "a dimension");
+        count += std::string(dimension).rfind(beginning, 0) == 0 ? 1 : 0;
+    }
+    return count;
+}
+
 bool NetcdfFile::hasVariable(const std::string& variable) const
 {
     int found = -1;

@@ -20,7 +20,8 @@ public:
     const std::string& path() const { return name; }
 
     bool hasDimension(const std::string& dimension) const;
-    std::size_t length(const std::string& dimension) const; // 0 if there is no such dimension
+    std::size_t length(const std::string& dimension) const;              // 0 if there is no such dimension
+    std::size_t dimensionsBeginning(const std::string& beginning) const; // how many have such names
 
     bool hasVariable(const std::string& variable) const;
     std::vector<std::size_t> shape(const std::string& variable) const;

@@ -1,4 +1,6 @@
 // MED files.
+#include <med.h>
+
 #include "convert_fixture.h"
 
 namespace {
@@ -22,6 +24,18 @@ void expectTinyVolumes(const kvo::Mesh& mesh)
             EXPECT_NEAR(volumes.at(element.id), element.volume, 1e-12) << element.kind;
         }
     }
+}
+
+void addFieldAndFace(const std::string& path)
+{
+    const med_idt file = MEDfileOpen(path.c_str(), MED_ACC_RDWR);
+    const std::string blanks(MED_SNAME_SIZE, ' ');
+    EXPECT_EQ(MEDfieldCr(file, "heat", MED_FLOAT64, 1, blanks.c_str(), blanks.c_str(), "s", "tiny"), 0);
+    const med_int corners[] = {1, 2, 3, 4, 5, 6, 7, 8};
+    EXPECT_EQ(MEDmeshElementConnectivityWr(file, "tiny", MED_NO_DT, MED_NO_IT, 0, MED_DESCENDING_FACE, MED_QUAD4,
+                                           MED_NODAL, MED_FULL_INTERLACE, 2, corners),
+              0);
+    EXPECT_EQ(MEDfileClose(file), 0);
 }
 
 } // namespace
@@ -93,6 +107,36 @@ TEST_F(Med, GroupsAreSets)
     EXPECT_EQ(setMembers(mesh, kvo::MeshSet::Of::Elements, "solids"), (Ids{204, 303, 402, 501}));
     EXPECT_EQ(setMembers(mesh, kvo::MeshSet::Of::Elements, "thin"), (Ids{96, 105}));
     EXPECT_EQ(setMembers(mesh, kvo::MeshSet::Of::Nodes, "top"), (Ids{nodeIdOf(16), nodeIdOf(15), nodeIdOf(9)}));
+}
+
+TEST_F(Med, GroupsAreOfOneKindWhereKindsShareNumbers)
+{
+    MedChoice choice;
+    choice.sharedNumbers = true;
+    const kvo::Mesh mesh = tinyMesh(choice);
+    std::map<std::string, int> kinds;
+    for (const kvo::MeshSet& set : mesh.sets) {
+        kinds[set.name] = set.family;
+    }
+    EXPECT_EQ(kinds, (std::map<std::string, int>{{"shells", static_cast<int>(kvo::Family::Shell)},
+                                                 {"solids", static_cast<int>(kvo::Family::Solid)},
+                                                 {"tetrahedra", static_cast<int>(kvo::Family::Solid)},
+                                                 {"thin", static_cast<int>(kvo::Family::Shell)},
+                                                 {"top", kvo::MeshSet::anyFamily}}));
+}
+
+TEST_F(Med, FieldsAndFacesAreCounted)
+{
+    writeTinyMed(path("more.med"));
+    addFieldAndFace(path("more.med"));
+    readIt(path("more.med"));
+    std::map<std::string, std::uint64_t> counts;
+    for (const kvo::ImportLog::List& list : log.lists()) {
+        for (const kvo::ImportLog::Entry& entry : list.entries) {
+            counts[entry.name] = entry.count;
+        }
+    }
+    EXPECT_EQ(counts, (std::map<std::string, std::uint64_t>{{"fields", 1}, {"faces beside the elements", 2}}));
 }
 
 TEST_F(Med, DescriptionAndUnitsAreKept)

@@ -170,6 +170,15 @@ TEST_F(Program, AWrongFormatIsAMessage)
     EXPECT_FALSE(fs::exists(path("model")));
 }
 
+TEST_F(Program, AMissingFileIsNotCalledDamaged)
+{
+    for (const char* key : {"cgns", "exodus", "med"}) {
+        const ProgramRun run = kvo({"import", path("nowhere"), "-o", path("model"), "--format", key});
+        EXPECT_EQ(run.status, 1) << key;
+        EXPECT_EQ(run.err, "kvo: " + path("nowhere") + ": cannot open: No such file or directory\n") << key;
+    }
+}
+
 // An ADF file can end in space that nothing uses; a file that lost no more than that gives the whole model.
 TEST_F(Program, CutOffFilesAreAMessage)
 {

@@ -1,5 +1,5 @@
-// Files from real programs, where they are at hand: KVO_TEST_DATA names their folder, else a folder "shared/data" next to
-// the project's. The counts are those that their collection states.
+// Files from real programs, where they are at hand: KVO_TEST_DATA names their folder, else a folder "shared/data" next
+// to the project's. The counts are those that their collection states.
 #include <cstdlib>
 
 #include "convert_fixture.h"
