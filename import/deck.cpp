@@ -6,6 +6,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "container.h"
 #include "text/fields.h"
 #include "text/mapped_file.h"
 
@@ -26,12 +27,18 @@ bool hasSuffixOf(const DeckFormat& format, const std::string& path)
     return false;
 }
 
+template <class Format> void listFormats(const std::vector<Format>& formats, std::string& list)
+{
+    for (const Format& format : formats) {
+        list += std::string(list.empty() ? "" : ", ") + format.name + " (" + format.suffixes + ")";
+    }
+}
+
 std::string knownFormats()
 {
     std::string list;
-    for (const DeckFormat& format : deckFormats()) {
-        list += std::string(list.empty() ? "" : ", ") + format.name + " (" + format.suffixes + ")";
-    }
+    listFormats(deckFormats(), list);
+    listFormats(containerFormats(), list);
     return list;
 }
 

@@ -109,7 +109,7 @@ std::vector<std::vector<Piece*>> piecesByPart(const Mesh& mesh, PieceTable& tabl
 
 std::string quotedPart(const MeshPart& part)
 {
-    return "part " + std::to_string(part.id) + " \"" + part.name + "\"";
+    return (part.id == 0 ? "part \"" : "part " + std::to_string(part.id) + " \"") + part.name + "\"";
 }
 
 std::int64_t highestPartId(const Mesh& mesh)

@@ -77,6 +77,7 @@ TEST_F(Formats, FilesThatAreNoDecks)
     EXPECT_EQ(readError("", "empty.inp"), "empty.inp: the file is empty");
     EXPECT_TRUE(contains(readError("words", "a.txt"), "a.txt: no known deck format; known are "));
     EXPECT_TRUE(contains(readError("words", "a.txt"), "Abaqus/CalculiX (.inp)"));
+    EXPECT_TRUE(contains(readError("words", "a.txt"), "CGNS (.cgns "));
     try {
         readFile(path("none.inp"));
         FAIL() << "no error";

@@ -161,6 +161,16 @@ TEST_F(Model, APartOfSeveralFamiliesIsSplit)
     EXPECT_EQ(log.notes()[0], "part 1 \"MIX\" is split: its 1 beam elements are part 3");
 }
 
+TEST_F(Model, APartWithoutAnIdIsCalledByItsName)
+{
+    kvo::Mesh mesh =
+        read(someNodes(3) + "*ELEMENT, TYPE=T3D2, ELSET=MIX\n1, 1, 2\n*ELEMENT, TYPE=S3, ELSET=MIX\n2, 1, 2, 3\n");
+    mesh.parts.at(0).id = 0;
+    roundTrip(mesh);
+    ASSERT_EQ(log.notes().size(), 1u);
+    EXPECT_EQ(log.notes()[0].substr(0, 21), "part \"MIX\" is split: ");
+}
+
 TEST_F(Model, PropertiesAndMaterialsAreKept)
 {
     roundTrip(
