@@ -31,9 +31,9 @@ public:
 
     // Replaces the contents. Throws std::bad_alloc when the driver has no memory for it.
     void fill(GLenum target, const void* data, std::size_t bytes, GLenum usage = GL_STATIC_DRAW);
-    template <class T> void fill(GLenum target, const std::vector<T>& data, GLenum usage = GL_STATIC_DRAW)
+    template <class Vector> void fill(GLenum target, const Vector& data, GLenum usage = GL_STATIC_DRAW)
     {
-        fill(target, data.data(), data.size() * sizeof(T), usage);
+        fill(target, data.data(), data.size() * sizeof(data[0]), usage);
     }
     void change(GLenum target, std::size_t offset, const void* data, std::size_t bytes);
     void bind(GLenum target) const;

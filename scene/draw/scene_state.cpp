@@ -75,7 +75,8 @@ void SceneState::updateVertexColors(const SceneGeometry& geometry)
         const float* now = &partTexels[floatsPerPart * part];
         return all || !std::equal(now, now + 4, &vertexTexels[floatsPerPart * part]);
     };
-    std::vector<std::uint16_t> colors;
+    RawVector<std::uint16_t> colors;
+    colors.reserve(all ? 4 * std::size_t(starts.back()) : 0);
     for (std::size_t part = 0; part < parts; ++part) {
         const std::size_t first = part;
         colors.clear();

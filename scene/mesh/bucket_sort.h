@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "parallel.h"
+#include "raw_vector.h"
 
 namespace kvo {
 
@@ -15,7 +16,7 @@ namespace kvo {
 // 1]. Pieces count into rows of their own, then write without locks.
 template <class VisitPiece>
 void sortIntoBuckets(std::size_t pieces, std::size_t buckets, const VisitPiece& visitPiece,
-                     std::vector<std::size_t>& starts, std::vector<std::uint32_t>& refs)
+                     std::vector<std::size_t>& starts, RawVector<std::uint32_t>& refs)
 {
     std::vector<std::size_t> counts(pieces * buckets, 0);
     const auto eachPiece = [&](auto&& work) {

@@ -25,9 +25,9 @@ unsigned int cornerCount(const SurfaceFace& face)
 struct CornersOfNodes
 {
     std::vector<std::uint32_t> starts; // nodes + 1
-    std::vector<std::uint32_t> corners;
+    RawVector<std::uint32_t> corners;
 
-    CornersOfNodes(std::size_t nodes, const std::vector<SurfaceFace>& faces) : starts(nodes + 1, 0)
+    CornersOfNodes(std::size_t nodes, const RawVector<SurfaceFace>& faces) : starts(nodes + 1, 0)
     {
         for (const SurfaceFace& face : faces) {
             for (unsigned int k = 0; k < cornerCount(face); ++k) {
@@ -93,7 +93,7 @@ FaceNormals::FaceNormals(const PartInfoStr& drawnPart, const PartSurface& drawnS
 // Three floats a shell; eighteen a solid, by face.
 void FaceNormals::fromRecord()
 {
-    const std::vector<SurfaceFace>& faces = surface.faces;
+    const RawVector<SurfaceFace>& faces = surface.faces;
     if (!choice.smooth) {
         flat.resize(faces.size());
         const std::size_t stride = part.partDrawType == SOLID ? 18 : 3;
@@ -126,9 +126,9 @@ void FaceNormals::fromFaces()
 // feature angle against its own. Shells of one surface may be wound either way: theirs count with the sign that fits.
 void FaceNormals::smoothen()
 {
-    const std::vector<SurfaceFace>& faces = surface.faces;
+    const RawVector<SurfaceFace>& faces = surface.faces;
     const bool eitherWay = part.partDrawType == SHELL;
-    std::vector<float> vectors(3 * faces.size()), lengths(faces.size());
+    RawVector<float> vectors(3 * faces.size()), lengths(faces.size());
     parallelFor(faces.size(), grain, [&](std::size_t begin, std::size_t end) {
         for (std::size_t f = begin; f < end; ++f) {
             faceVector(part, faces[f], &vectors[3 * f]);

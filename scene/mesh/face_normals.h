@@ -56,8 +56,8 @@ private:
     const PartInfoStr& part;
     const PartSurface& surface;
     const NormalChoice choice;
-    std::vector<PackedNormal> flat;    // per face
-    std::vector<PackedNormal> corners; // four per face when smooth
+    RawVector<PackedNormal> flat;    // per face
+    RawVector<PackedNormal> corners; // four per face when smooth
 };
 
 // Twice the area of a face along its right-handed normal; of a quadrilateral, the cross product of its diagonals.

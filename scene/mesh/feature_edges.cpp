@@ -53,10 +53,10 @@ private:
     bool isSharp(const Side& a, const Side& b) const;
 
     const PartInfoStr& part;
-    const std::vector<SurfaceFace>& faces;
+    const RawVector<SurfaceFace>& faces;
     const std::size_t buckets;
     const double sharpCosine;
-    std::vector<std::uint32_t> refs; // by bucket
+    RawVector<std::uint32_t> refs; // by bucket
     std::vector<std::size_t> bucketStarts;
 };
 

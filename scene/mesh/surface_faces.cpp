@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <memory>
+#include <numeric>
 
 #include "bucket_sort.h"
 #include "mantypes.h"
@@ -83,7 +84,7 @@ private:
     std::size_t buckets;
     std::vector<ElementShape> shapes; // None also for absent elements
     std::unique_ptr<std::atomic<std::uint8_t>[]> freeBits;
-    std::vector<std::uint32_t> refs;       // element and face number, by bucket
+    RawVector<std::uint32_t> refs;         // element and face number, by bucket
     std::vector<std::size_t> bucketStarts; // buckets + 1
 };
 
@@ -277,18 +278,45 @@ PartSurface surfaceOfSolids(const PartInfoStr& part, const ElementMask& absent)
     return out;
 }
 
-PartSurface surfaceOfShells(const PartInfoStr& part, const ElementMask& absent)
+// visit(face) for every shell that is drawn.
+template <class Visit>
+void visitShells(const PartInfoStr& part, const ElementMask& absent, std::size_t begin, std::size_t end, Visit&& visit)
 {
-    PartSurface out;
-    const std::uint32_t elements = elementCountOf(part);
-    out.faces.reserve(elements);
     ElementFace faces[maxFaces];
-    for (std::uint32_t element = 0; element < elements; ++element) {
+    for (std::size_t e = begin; e < end; ++e) {
+        const std::uint32_t element = static_cast<std::uint32_t>(e);
         if (!isAbsent(absent, element) && facesOf(part, element, shapeOf(part, element), faces) == 1) {
             const std::uint32_t* nodes = faces[0].nodes;
-            out.faces.push_back({{nodes[0], nodes[1], nodes[2], nodes[3]}, element, faces[0].number, false});
+            visit(SurfaceFace{{nodes[0], nodes[1], nodes[2], nodes[3]}, element, faces[0].number, false});
         }
     }
+}
+
+// Pieces are counted first, then write where they belong.
+PartSurface surfaceOfShells(const PartInfoStr& part, const ElementMask& absent)
+{
+    const std::size_t elements = elementCountOf(part);
+    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
+    std::vector<std::size_t> starts(pieces + 1, 0);
+    const auto eachPiece = [&](const auto& work) {
+        parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
+            for (std::size_t piece = begin; piece < end; ++piece) {
+                work(piece, piece * elements / pieces, (piece + 1) * elements / pieces);
+            }
+        });
+    };
+    eachPiece([&](std::size_t piece, std::size_t begin, std::size_t end) {
+        std::size_t count = 0;
+        visitShells(part, absent, begin, end, [&count](const SurfaceFace&) { ++count; });
+        starts[piece + 1] = count;
+    });
+    std::partial_sum(starts.begin(), starts.end(), starts.begin());
+    PartSurface out;
+    out.faces.resize(starts[pieces]);
+    eachPiece([&](std::size_t piece, std::size_t begin, std::size_t end) {
+        std::size_t at = starts[piece];
+        visitShells(part, absent, begin, end, [&](const SurfaceFace& face) { out.faces[at++] = face; });
+    });
     return out;
 }
 

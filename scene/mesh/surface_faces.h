@@ -7,6 +7,7 @@
 
 #include "element_shape.h"
 #include "partstr.h"
+#include "raw_vector.h"
 
 namespace kvo {
 
@@ -23,7 +24,7 @@ typedef std::vector<char> ElementMask;
 
 struct PartSurface
 {
-    std::vector<SurfaceFace> faces; // by element, then face number
+    RawVector<SurfaceFace> faces; // by element, then face number
     // The faces enclose the elements and turn their right-handed normal outward, so that faces seen from behind need
     // not be drawn. False for shells, and for solids with elements so flat that outward cannot be told.
     bool closed = false;

@@ -9,7 +9,7 @@ namespace kvo {
 
 namespace {
 
-constexpr std::size_t blocksPerChunk = 64;
+constexpr std::size_t blocksPerChunk = 32;
 constexpr std::size_t facesPerChunk = facesPerBlock * blocksPerChunk;
 
 // --- Order in space
@@ -61,10 +61,10 @@ private:
     float cells;
 };
 
-void radixSort(std::vector<Keyed>& items)
+void radixSort(RawVector<Keyed>& items)
 {
     constexpr unsigned int digitBits = 10, digits = 1u << digitBits;
-    std::vector<Keyed> other(items.size());
+    RawVector<Keyed> other(items.size());
     for (unsigned int shift = 0; shift < 30; shift += digitBits) {
         std::size_t starts[digits + 1] = {};
         for (const Keyed& item : items) {
@@ -80,10 +80,10 @@ void radixSort(std::vector<Keyed>& items)
     }
 }
 
-std::vector<std::uint32_t> orderInSpace(const PartInfoStr& part, const PartSurface& surface, bool quads)
+RawVector<std::uint32_t> orderInSpace(const PartInfoStr& part, const PartSurface& surface, bool quads)
 {
     const MortonGrid grid(part);
-    std::vector<Keyed> keyed;
+    RawVector<Keyed> keyed;
     keyed.reserve(surface.faces.size());
     for (std::size_t f = 0; f < surface.faces.size(); ++f) {
         if ((surface.faces[f].nodes[3] != noCorner) == quads) {
@@ -98,7 +98,7 @@ std::vector<std::uint32_t> orderInSpace(const PartInfoStr& part, const PartSurfa
         });
         radixSort(keyed);
     }
-    std::vector<std::uint32_t> out(keyed.size());
+    RawVector<std::uint32_t> out(keyed.size());
     std::transform(keyed.begin(), keyed.end(), out.begin(), [](const Keyed& item) { return item.face; });
     return out;
 }
@@ -244,6 +244,7 @@ void ChunkBuilder::build(const std::uint32_t* faces, std::size_t count, unsigned
     taken.clear();
     lastCorner.clear();
     lastOfFaces.clear();
+    out.vertices.reserve(count + count / 4); // about one a face
     for (std::size_t k = 0; k < count; ++k) {
         lastOfFaces.push_back(lastVertex(surface.faces[faces[k]], faces[k]));
     }
@@ -259,18 +260,32 @@ void ChunkBuilder::build(const std::uint32_t* faces, std::size_t count, unsigned
     addBlocks(count, faceCorners);
 }
 
-void append(const Chunk& chunk, FaceKind kind, SurfaceMesh& mesh)
+// Puts the chunks behind what the mesh has, and empties them.
+void append(std::vector<Chunk>& chunks, FaceKind kind, SurfaceMesh& mesh)
 {
-    const std::uint32_t firstVertex = static_cast<std::uint32_t>(mesh.vertices.size());
-    const std::uint32_t firstIndex = static_cast<std::uint32_t>(mesh.indices[kind].size());
-    mesh.vertices.insert(mesh.vertices.end(), chunk.vertices.begin(), chunk.vertices.end());
-    for (std::uint32_t index : chunk.indices) {
-        mesh.indices[kind].push_back(firstVertex + index);
+    std::vector<std::size_t> firstVertices, firstIndices;
+    std::size_t vertexCount = mesh.vertices.size(), indexCount = mesh.indices[kind].size();
+    for (const Chunk& chunk : chunks) {
+        firstVertices.push_back(vertexCount);
+        firstIndices.push_back(indexCount);
+        vertexCount += chunk.vertices.size();
+        indexCount += chunk.indices.size();
+        for (SurfaceBlock block : chunk.blocks) {
+            block.firstIndex += static_cast<std::uint32_t>(firstIndices.back());
+            mesh.blocks[kind].push_back(block);
+        }
     }
-    for (SurfaceBlock block : chunk.blocks) {
-        block.firstIndex += firstIndex;
-        mesh.blocks[kind].push_back(block);
-    }
+    mesh.vertices.resize(vertexCount);
+    mesh.indices[kind].resize(indexCount);
+    parallelFor(chunks.size(), 1, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t k = begin; k < end; ++k) {
+            const std::uint32_t firstVertex = static_cast<std::uint32_t>(firstVertices[k]);
+            std::copy(chunks[k].vertices.begin(), chunks[k].vertices.end(), &mesh.vertices[firstVertex]);
+            std::transform(chunks[k].indices.begin(), chunks[k].indices.end(), &mesh.indices[kind][firstIndices[k]],
+                           [firstVertex](std::uint32_t index) { return firstVertex + index; });
+            chunks[k] = Chunk();
+        }
+    });
 }
 
 } // namespace
@@ -280,7 +295,7 @@ void addSurface(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t 
 {
     for (const FaceKind kind : {Quads, Triangles}) {
         const unsigned int corners = kind == Quads ? 4 : 3;
-        const std::vector<std::uint32_t> order = orderInSpace(part, surface, kind == Quads);
+        const RawVector<std::uint32_t> order = orderInSpace(part, surface, kind == Quads);
         const std::size_t chunkCount = (order.size() + facesPerChunk - 1) / facesPerChunk;
         std::vector<Chunk> chunks(chunkCount);
         parallelFor(chunkCount, 1, [&](std::size_t begin, std::size_t end) {
@@ -290,10 +305,7 @@ void addSurface(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t 
                 builder.build(&order[first], std::min(facesPerChunk, order.size() - first), corners, chunks[k]);
             }
         });
-        for (Chunk& chunk : chunks) {
-            append(chunk, kind, mesh);
-            chunk = Chunk();
-        }
+        append(chunks, kind, mesh);
     }
 }
 

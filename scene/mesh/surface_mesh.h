@@ -53,9 +53,9 @@ enum FaceKind
 struct SurfaceMesh
 {
     double origin[3] = {0, 0, 0};
-    std::vector<SurfaceVertex> vertices;
-    std::vector<std::uint32_t> indices[faceKinds]; // 3 or 4 a face
-    std::vector<SurfaceBlock> blocks[faceKinds];   // by part
+    RawVector<SurfaceVertex> vertices;
+    RawVector<std::uint32_t> indices[faceKinds]; // 3 or 4 a face
+    std::vector<SurfaceBlock> blocks[faceKinds]; // by part
 };
 
 constexpr std::size_t facesPerBlock = 256;
