@@ -153,7 +153,8 @@ void numberPieces(const Mesh& mesh, PieceTable& table, ImportLog& log)
             piece->id = piece->renamed ? ++highest : ids[p];
             if (piece->renamed) {
                 log.note(quotedPart(mesh.parts[p]) + " is split: its " + std::to_string(piece->count) + " " +
-                         familyName(piece->family) + " elements are part " + std::to_string(piece->id));
+                         familyName(piece->family) + (piece->count == 1 ? " element is part " : " elements are part ") +
+                         std::to_string(piece->id));
             }
         }
     }

@@ -261,10 +261,9 @@ void PolygonElements::finish()
                                       : std::max(highest, *std::max_element(undrawn.ids.begin(), undrawn.ids.end()));
     }
     if (divided > 0) {
-        log.note(std::to_string(divided) +
-                 " polygons, lines or strips are drawn as several triangles or lines: the first " +
-                 "of each has its id, the " + std::to_string(more.size()) + " others have ids from " +
-                 std::to_string(highest + 1) + " on");
+        log.note("polygons, lines or strips that are drawn as several triangles or lines: " + std::to_string(divided) +
+                 "; the first of each has its id, of others there are " + std::to_string(more.size()) +
+                 ", with ids from " + std::to_string(highest + 1) + " on");
     }
     for (const Piece& piece : more) {
         put(piece.type, ++highest, piece.part, piece.line, piece.corners.data());

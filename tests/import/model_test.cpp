@@ -158,7 +158,7 @@ TEST_F(Model, APartOfSeveralFamiliesIsSplit)
     }
     EXPECT_EQ(names, (std::set<std::string>{"MIX", "MIX (beam)", "OTHER"}));
     ASSERT_EQ(log.notes().size(), 1u);
-    EXPECT_EQ(log.notes()[0], "part 1 \"MIX\" is split: its 1 beam elements are part 3");
+    EXPECT_EQ(log.notes()[0], "part 1 \"MIX\" is split: its 1 beam element is part 3");
 }
 
 TEST_F(Model, APartWithoutAnIdIsCalledByItsName)

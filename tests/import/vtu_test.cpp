@@ -364,7 +364,7 @@ TEST_F(Vtu, PolygonsStripsAndLinesAreDivided)
     EXPECT_EQ(nodesOf(mesh, 9), (Ids{2, 3, kvo::noNode}));
     EXPECT_EQ(partOf(mesh, 6).name, "VTK_POLYGON");
     ASSERT_EQ(log.notes().size(), 1u);
-    EXPECT_TRUE(contains(log.notes()[0], "the 4 others have ids from 6 on")) << log.notes()[0];
+    EXPECT_TRUE(contains(log.notes()[0], "of others there are 4, with ids from 6 on")) << log.notes()[0];
 }
 
 TEST_F(Vtu, PolyData)
