@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "id_index.h"
+#include "text/fields.h"
 
 namespace kvo {
 
@@ -181,6 +182,11 @@ void BdfElements::addUndrawn(const BdfUndrawnRow& row, const BdfCard& card)
     card.isInteger(0, id);
     mesh.files.front().addUndrawn(row.name, id, nodes.data(), nodes.size());
     log.count(listElementsNotDrawn, row.name, 1, card.place());
+    const auto isRange = [](std::string_view field) { return equalsIgnoringCase(trimmed(field), "THRU"); };
+    if (std::any_of(card.fields.begin(), card.fields.end(), isRange)) {
+        log.warn("ranges of nodes", card.place(),
+                 std::string(row.name) + " " + std::to_string(id) + ": of nodes with THRU only the two ends are kept");
+    }
 }
 
 // --- defaults ---

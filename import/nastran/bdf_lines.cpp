@@ -13,6 +13,8 @@ namespace kvo {
 
 namespace {
 
+const char* const propertySetPrefix = "$ Pset: \"";
+
 constexpr std::size_t nameWidth = 8;
 constexpr std::size_t smallWidth = 8;
 constexpr std::size_t largeWidth = 16;
@@ -193,10 +195,25 @@ void BdfLines::include(std::string_view text)
     deck.include(name);
 }
 
+// The name up to the quote, and at the end of the line, behind the last dot, the id.
+void BdfLines::propertySet(std::string_view text)
+{
+    const std::size_t quote = text.find('"'), dot = text.rfind('.');
+    std::int64_t id = 0;
+    if (quote == std::string_view::npos || dot == std::string_view::npos || dot < quote) {
+        return;
+    }
+    const char* p = text.data() + dot + 1;
+    if (scanInteger(p, text.data() + text.size(), id)) {
+        names[id] = trimmed(text.substr(0, quote));
+    }
+}
+
 // Names of properties as pre-processors note them:
 //   $HMNAME PROP         77"Skin Top" 4
 //   $ANSA_NAME_COMMENT;77;PSHELL;Skin Top;;NO;
 //   $ Femap Property 77 : Skin Top
+//   $ Pset: "Skin Top" will be imported as: "pshell.77"
 void BdfLines::comment(std::string_view text)
 {
     struct Style
@@ -207,6 +224,9 @@ void BdfLines::comment(std::string_view text)
     };
     static const Style styles[] = {
         {"$HMNAME PROP", '"', '"'}, {"$ANSA_NAME_COMMENT;", ';', ';'}, {"$ Femap Property ", ':', '\0'}};
+    if (startsWithIgnoringCase(text, propertySetPrefix)) {
+        return propertySet(text.substr(std::strlen(propertySetPrefix)));
+    }
     for (const Style& style : styles) {
         if (!startsWithIgnoringCase(text, style.prefix)) {
             continue;

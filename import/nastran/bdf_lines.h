@@ -51,6 +51,7 @@ private:
     void begin(std::string_view text);
     bool controlLine(std::string_view text);
     void comment(std::string_view text);
+    void propertySet(std::string_view text);
     void include(std::string_view text);
     void addFields(std::string_view text, bool large, BdfCard& card);
     void addFreeFields(std::string_view text, bool large, BdfCard& card);

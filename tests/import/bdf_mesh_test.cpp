@@ -350,6 +350,16 @@ TEST_F(BdfMesh, MassesAndRigidElementsAreKeptWithTheirNodes)
     }
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "CONM2"), 1u);
     EXPECT_EQ(mesh.elementCount(), 1u);
+    EXPECT_TRUE(log.warnings().empty());
+}
+
+TEST_F(BdfMesh, RangesOfRigidElementsAreWarnedOf)
+{
+    const kvo::Mesh mesh = readBdf(grids(6) + "RBE2,51,1,123456,2,thru,5\n");
+    EXPECT_EQ(mesh.files.at(0).undrawn.at(0).nodes, (Ids{1, 2, 5}));
+    ASSERT_GE(log.warnings().size(), 1u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines.at(0), "RBE2 51: of nodes with THRU only the two ends"))
+        << log.warnings()[0].lines[0];
 }
 
 TEST_F(BdfMesh, DanglingAndRepeatedIds)
@@ -412,9 +422,10 @@ TEST_F(BdfMesh, NamesInComments)
 {
     const kvo::Mesh mesh =
         readBdf("$HMNAME PROP       7\"Skin Top\" 4\n$ANSA_NAME_COMMENT;8;PSHELL;Rib 3;;NO;NO;\n"
-                "$ANSA_NAME_COMMENT;9;MAT1;Steel;\n$ Femap Property 10 : Bolt\n$HMNAME COMP 9\"X\"\n" +
-                grids(3) + "CTRIA3,1,7,1,2,3\nCTRIA3,2,8,1,2,3\nCTRIA3,3,9,1,2,3\nCBAR,4,10,1,2\n");
-    EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"Skin Top", "Rib 3", "property 9", "Bolt"}));
+                "$ANSA_NAME_COMMENT;9;MAT1;Steel;\n$ Femap Property 10 : Bolt\n$HMNAME COMP 9\"X\"\n"
+                "$ Pset: \"Spar v1.2\" will be imported as: \"pbarl.11\"\n$ Pset: \"lost\n$ Pset: \"X\" as Y.\n" +
+                grids(3) + "CTRIA3,1,7,1,2,3\nCTRIA3,2,8,1,2,3\nCTRIA3,3,9,1,2,3\nCBAR,4,10,1,2\nCBAR,5,11,1,2\n");
+    EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"Skin Top", "Rib 3", "property 9", "Bolt", "Spar v1.2"}));
 }
 
 TEST_F(BdfMesh, Sets)
