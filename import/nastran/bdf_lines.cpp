@@ -224,6 +224,11 @@ void BdfLines::comment(std::string_view text)
     };
     static const Style styles[] = {
         {"$HMNAME PROP", '"', '"'}, {"$ANSA_NAME_COMMENT;", ';', ';'}, {"$ Femap Property ", ':', '\0'}};
+    std::string heading = headingName(text);
+    if (!heading.empty()) {
+        headingList.push_back({deck.fileIndex(), deck.lineNumber(), std::move(heading)});
+        return;
+    }
     if (startsWithIgnoringCase(text, propertySetPrefix)) {
         return propertySet(text.substr(std::strlen(propertySetPrefix)));
     }

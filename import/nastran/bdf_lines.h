@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "bdf_card.h"
+#include "bdf_headings.h"
 #include "import_log.h"
 #include "text/deck_lines.h"
 
@@ -33,6 +34,8 @@ public:
 
     // Names of properties that comments of pre-processors tell.
     const std::map<std::int64_t, std::string>& propertyNames() const { return names; }
+    // Comments above the elements of a part.
+    const std::vector<BdfHeading>& headings() const { return headingList; }
     const std::vector<std::string>& files() const { return deck.files(); }
     // The text of the TITLE command.
     const std::string& title() const { return titleText; }
@@ -62,6 +65,7 @@ private:
     DeckLines deck;
     ImportLog& log;
     std::map<std::int64_t, std::string> names;
+    std::vector<BdfHeading> headingList;
     std::string titleText;
     std::deque<std::string> expanded; // lines of the current card that had tabs
     Line pending;                     // read ahead

@@ -167,7 +167,9 @@ Mesh BdfReader::read()
     mesh.sourceFiles = lines.files();
     coords.place(mesh.sourceFiles.front());
     elements.finish();
-    properties.apply(mesh, lines.propertyNames());
+    std::map<std::int64_t, std::string> names = lines.propertyNames();
+    nameByHeadings(mesh, lines.headings(), names);
+    properties.apply(mesh, names);
     listNotRead();
     if (!lines.title().empty()) {
         mesh.facts.emplace_back("title", lines.title());

@@ -428,6 +428,17 @@ TEST_F(BdfMesh, NamesInComments)
     EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"Skin Top", "Rib 3", "property 9", "Bolt", "Spar v1.2"}));
 }
 
+TEST_F(BdfMesh, HeadingsNameThePartBelowThem)
+{
+    const std::string heading = "$       Shell element data for family    ";
+    const kvo::Mesh mesh = readBdf(grids(4) + "CTRIA3,1,4,1,2,3\n" + heading + "RIBS/RIB.00/SEG.00  \n" +
+                                   "CTRIA3,2,5,1,2,3\nCTRIA3,3,4,1,2,3\nCTRIA3,4,5,2,3,4\n" + heading + "BOTH\n" +
+                                   "CTRIA3,5,6,1,2,3\nCTRIA3,6,7,1,2,3\n" + heading + "EMPTY\n" + heading +
+                                   "Flap\nCQUAD4,7,8,1,2,3,4\nCQUAD4,8,8,1,2,3,4\nPSHELL,6,1,1.\n");
+    EXPECT_EQ(partNames(mesh),
+              (std::vector<std::string>{"property 4", "RIBS/RIB.00/SEG.00", "PSHELL 6", "property 7", "Flap"}));
+}
+
 TEST_F(BdfMesh, Sets)
 {
     const kvo::Mesh mesh =
