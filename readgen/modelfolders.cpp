@@ -170,9 +170,14 @@ void StagingFolder::makeParents(const std::string& path)
 void StagingFolder::sync() const
 {
     std::vector<std::string> files;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(staging))
-        if (entry.is_regular_file())
-            files.push_back(entry.path().string());
+    std::error_code problem;
+    for (fs::recursive_directory_iterator entry(staging, problem), end; !problem && entry != end;
+         entry.increment(problem)) {
+        if (entry->is_regular_file(problem))
+            files.push_back(entry->path().string());
+    }
+    if (problem)
+        cannotUse(staging, "cannot be looked through: " + problem.message());
     if (files.size() > MANY_FILES)
         return syncPath(staging, ::syncfs);
     for (const std::string& file : files)
