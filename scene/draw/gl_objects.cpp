@@ -64,6 +64,20 @@ void GlBuffer::change(GLenum target, std::size_t offset, const void* data, std::
     glBufferSubData(target, static_cast<GLintptr>(offset), static_cast<GLsizeiptr>(bytes), data);
 }
 
+GlMappedBuffer::GlMappedBuffer(const GlBuffer& buffer, GLenum boundTo) : target(boundTo), memory(nullptr)
+{
+    buffer.bind(target);
+    memory = glMapBufferRange(target, 0, static_cast<GLsizeiptr>(buffer.bytes()), GL_MAP_READ_BIT);
+}
+
+GlMappedBuffer::~GlMappedBuffer()
+{
+    if (memory) {
+        glUnmapBuffer(target);
+    }
+    glBindBuffer(target, 0);
+}
+
 GlBufferTexture::~GlBufferTexture()
 {
     if (id) {

@@ -45,6 +45,23 @@ private:
     std::size_t size = 0;
 };
 
+// A buffer's contents to read, as long as this lives; OpenGL may not use the buffer meanwhile. Bound to `target`, which
+// should be one that nothing draws from.
+class GlMappedBuffer
+{
+public:
+    GlMappedBuffer(const GlBuffer& buffer, GLenum target);
+    ~GlMappedBuffer();
+    GlMappedBuffer(const GlMappedBuffer&) = delete;
+    GlMappedBuffer& operator=(const GlMappedBuffer&) = delete;
+
+    const void* data() const { return memory; } // null where the driver refuses
+
+private:
+    const GLenum target;
+    const void* memory;
+};
+
 // A buffer that shaders read by texelFetch.
 class GlBufferTexture
 {

@@ -40,6 +40,15 @@ const CoarseSurface* SceneView::Impl::chooseSurface()
     return &coarse;
 }
 
+PixelSieve* SceneView::Impl::chooseSieve()
+{
+    GLint mode[2] = {GL_FILL, GL_FILL}, samples = 0;
+    glGetIntegerv(GL_POLYGON_MODE, mode);
+    glGetIntegerv(GL_SAMPLES, &samples);
+    const bool filled = mode[0] == GL_FILL && mode[1] == GL_FILL && drawnLook.style == SceneStyle::Shaded;
+    return filled && samples == 0 && !glIsEnabled(GL_POLYGON_SMOOTH) && drawsOnProcessor() ? &sieve : nullptr;
+}
+
 // Waiting for OpenGL costs a little, so it is done only where a budget asks for it.
 void SceneView::Impl::endTiming()
 {

@@ -46,6 +46,8 @@ public:
     // Fixed attributes and the element and part numbers come from the faces' buffer.
     void bindSurface() const;
     const GlBuffer& lineBuffer() const { return lineVertices; }
+    const GlBuffer& vertexBuffer() const { return vertices; }
+    const GlBuffer& indexBuffer(FaceKind kind) const { return indices[kind]; }
     static void unbind();
     void bindIndices(FaceKind kind) const { indices[kind].bind(GL_ELEMENT_ARRAY_BUFFER); }
 

@@ -32,10 +32,10 @@ std::vector<PartShow> partsToShow(const CAEEnv& env, const SceneGeometry& geomet
     return out;
 }
 
-ScenePasses::ScenePasses(const SceneGeometry& sceneGeometry, const SceneCamera& camera,
+ScenePasses::ScenePasses(const SceneGeometry& sceneGeometry, const SceneCamera& sceneCamera,
                          const std::vector<PartShow>& shownParts, SceneFrameStats& frameStats)
-    : geometry(sceneGeometry), parts(shownParts), stats(frameStats), volume(volumeOf(sceneGeometry, camera)),
-      mirrored(camera.mirrored)
+    : geometry(sceneGeometry), parts(shownParts), stats(frameStats), volume(volumeOf(sceneGeometry, sceneCamera)),
+      camera(sceneCamera)
 {
 }
 
@@ -44,26 +44,43 @@ bool ScenePasses::any(PartShow show) const
     return std::find(parts.begin(), parts.end(), show) != parts.end();
 }
 
-void ScenePasses::gather(FaceKind kind, PartShow show, bool closedOnly, DrawRanges& ranges)
+std::vector<const SurfaceBlock*> ScenePasses::visibleBlocks(FaceKind kind, PartShow show, bool closedOnly)
 {
-    ranges.clear();
+    std::vector<const SurfaceBlock*> blocks;
     for (const SurfaceBlock& block : coarse ? coarse->blocks() : geometry.blocks(kind)) {
         if (parts[block.part] != show || geometry.closed(block.part) != closedOnly) {
             continue;
         }
         if (volume.mayShow(block.low, block.high)) {
-            ranges.add(block.firstIndex, block.indexCount);
+            blocks.push_back(&block);
         } else {
             ++stats.culledBlocks;
         }
     }
+    return blocks;
 }
 
-bool ScenePasses::drawRanges(FaceKind kind, const DrawRanges& ranges)
+bool ScenePasses::drawBlocks(FaceKind kind, const std::vector<const SurfaceBlock*>& blocks)
 {
-    if (ranges.empty()) {
+    if (blocks.empty()) {
         return false;
     }
+    DrawRanges ranges;
+    for (const SurfaceBlock* block : blocks) {
+        ranges.add(block->firstIndex, block->indexCount);
+    }
+    std::size_t sent = coarse || !sieve ? PixelSieve::notDrawn : sieve->draw(geometry, kind, blocks, camera);
+    if (sent == PixelSieve::notDrawn) {
+        drawRanges(kind, ranges);
+        sent = ranges.indexCount() / (kind == Quads ? 4 : 3);
+    }
+    stats.faces += sent;
+    ++stats.drawCalls;
+    return true;
+}
+
+void ScenePasses::drawRanges(FaceKind kind, const DrawRanges& ranges)
+{
     if (coarse) {
         coarse->bindIndices();
     } else {
@@ -71,9 +88,6 @@ bool ScenePasses::drawRanges(FaceKind kind, const DrawRanges& ranges)
     }
     glMultiDrawElements(kind == Quads ? GL_QUADS : GL_TRIANGLES, ranges.counts.data(), GL_UNSIGNED_INT,
                         ranges.offsets.data(), static_cast<GLsizei>(ranges.counts.size()));
-    stats.faces += ranges.indexCount() / (kind == Quads ? 4 : 3);
-    ++stats.drawCalls;
-    return true;
 }
 
 bool ScenePasses::faces(PartShow show, bool cullClosed)
@@ -83,12 +97,11 @@ bool ScenePasses::faces(PartShow show, bool cullClosed)
     }
     geometry.bindSurface();
     bool drawn = false;
-    DrawRanges ranges;
     for (const bool closed : {true, false}) {
         if (closed && cullClosed) {
             glEnable(GL_CULL_FACE);
             glCullFace(GL_BACK);
-            glFrontFace(mirrored ? GL_CW : GL_CCW);
+            glFrontFace(camera.mirrored ? GL_CW : GL_CCW);
         } else {
             glDisable(GL_CULL_FACE);
         }
@@ -96,8 +109,7 @@ bool ScenePasses::faces(PartShow show, bool cullClosed)
             if (coarse && kind == Quads) {
                 continue; // it has triangles only
             }
-            gather(kind, show, closed, ranges);
-            drawn = drawRanges(kind, ranges) || drawn;
+            drawn = drawBlocks(kind, visibleBlocks(kind, show, closed)) || drawn;
         }
     }
     glDisable(GL_CULL_FACE);

@@ -6,6 +6,7 @@
 
 #include "block_ranges.h"
 #include "coarse.h"
+#include "pixel_sieve.h"
 #include "scene_camera.h"
 #include "scene_geometry.h"
 #include "scene_view.h"
@@ -31,11 +32,14 @@ std::vector<PartShow> partsToShow(const CAEEnv& env, const SceneGeometry& geomet
 class ScenePasses
 {
 public:
-    ScenePasses(const SceneGeometry& sceneGeometry, const SceneCamera& camera, const std::vector<PartShow>& parts,
+    ScenePasses(const SceneGeometry& sceneGeometry, const SceneCamera& sceneCamera, const std::vector<PartShow>& parts,
                 SceneFrameStats& frameStats);
 
     // From now on faces are those of a coarser surface of the same geometry; null: its own.
     void useCoarse(const CoarseSurface* surface) { coarse = surface; }
+    // From now on filled faces between the pixels' middles are left out where that is quicker; null: none. What is
+    // drawn must fill single samples.
+    void useSieve(PixelSieve* pixelSieve) { sieve = pixelSieve; }
 
     // Faces of the parts that are shown so. Faces seen from behind are left out where the surface is closed; filled:
     // only then. Returns whether there were any.
@@ -46,15 +50,17 @@ public:
     bool any(PartShow show) const;
 
 private:
-    void gather(FaceKind kind, PartShow show, bool closedOnly, DrawRanges& ranges);
-    bool drawRanges(FaceKind kind, const DrawRanges& ranges);
+    std::vector<const SurfaceBlock*> visibleBlocks(FaceKind kind, PartShow show, bool closedOnly);
+    bool drawBlocks(FaceKind kind, const std::vector<const SurfaceBlock*>& blocks);
+    void drawRanges(FaceKind kind, const DrawRanges& ranges);
 
     const SceneGeometry& geometry;
     const std::vector<PartShow>& parts;
     SceneFrameStats& stats;
     ViewVolume volume;
-    bool mirrored;
+    const SceneCamera& camera;
     const CoarseSurface* coarse = nullptr;
+    PixelSieve* sieve = nullptr;
 };
 
 } // namespace kvo

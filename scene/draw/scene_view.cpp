@@ -292,6 +292,7 @@ void SceneView::draw()
     const std::vector<PartShow> parts = partsToShow(env, impl->geometry, look.ghosts);
     ScenePasses passes(impl->geometry, impl->camera, parts, impl->stats);
     passes.useCoarse(impl->chooseSurface());
+    passes.useSieve(impl->chooseSieve());
     impl->state.bind();
     impl->elementColors.bind();
     impl->drawSurfaces(passes);

@@ -80,6 +80,8 @@ struct SceneView::Impl
 
     // motion.cpp: the surface for this frame, null for the exact one, and how long that takes.
     const CoarseSurface* chooseSurface();
+    // The sieve, where faces are drawn on the processor, filled and without multisampling; else null.
+    PixelSieve* chooseSieve();
     void endTiming();
 
     void drawSelectedNodes();          // selected_nodes.cpp
@@ -104,6 +106,7 @@ struct SceneView::Impl
     SceneState state;
     SurfacePrograms programs;
     TransparentLayers layers;
+    PixelSieve sieve;
     SceneCamera camera;  // of the last frame
     SceneLook drawnLook; // likewise
     SceneFrameStats stats;

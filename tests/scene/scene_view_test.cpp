@@ -106,6 +106,24 @@ TEST_F(SceneEqualsContract, SelectedElementsPartsAndHighlights)
     expectEqual(0, 1);
 }
 
+// Far more faces than pixels: those between the pixels' middles are not sent to OpenGL, and the picture is the same.
+TEST_F(SceneEqualsContract, FacesMuchSmallerThanPixels)
+{
+    model.add(tubePart(600, 300, 3));
+    load(GL_FLAT);
+    expectEqual(0, 1);
+    SceneView view(*model);
+    picture(view);
+    EXPECT_LT(view.lastFrame().faces, 90000u);
+}
+
+TEST_F(SceneEqualsContract, TrianglesMuchSmallerThanPixels)
+{
+    model.add(sheetPart(340, true));
+    load(GL_SMOOTH);
+    expectEqual(0, 1);
+}
+
 // --- What is shown
 // ---------------------------------------------------------------------------------------------------------
 
