@@ -20,7 +20,7 @@ import re
 import subprocess
 import sys
 
-PAGES = ("*.md", "docs/*.md", "examples/**/*.md")
+PAGES = ("*.md", "docs/*.md", "examples/**/*.md", "bench/*.md")
 FOLDERS = ("render", "generic", "readgen", "import", "host", "apps", "tests", "bench", "examples", "docs", "scripts",
            "cmake", ".ci")
 MADE = ("build/", "demo/")  # by the commands of the pages themselves
