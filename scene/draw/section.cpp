@@ -261,7 +261,7 @@ void addCaps(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t fir
         return;
     }
     const std::vector<PlaneSide> sides = sidesOf(part, plane);
-    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
+    const std::size_t pieces = pieceCount(elements, grain);
     std::vector<CapMesh> found(pieces);
     parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
         ElementCutter cutter(part, plane, origin);

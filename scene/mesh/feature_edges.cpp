@@ -82,7 +82,7 @@ template <class Visit> void EdgeFinder::visitSides(std::size_t begin, std::size_
 // A counting sort: pieces of the faces count into rows of their own, then write without locks.
 void EdgeFinder::fillBuckets()
 {
-    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), faces.size() / grain));
+    const std::size_t pieces = pieceCount(faces.size(), grain);
     const auto visitPiece = [&](std::size_t piece, const auto& put) {
         visitSides(piece * faces.size() / pieces, (piece + 1) * faces.size() / pieces, put);
     };

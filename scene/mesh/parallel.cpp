@@ -12,6 +12,11 @@ unsigned int workerCount()
     return std::max(1u, std::thread::hardware_concurrency());
 }
 
+std::size_t pieceCount(std::size_t count, std::size_t grain)
+{
+    return std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), count / grain));
+}
+
 void parallelFor(std::size_t count, std::size_t grain, const std::function<void(std::size_t, std::size_t)>& body)
 {
     grain = std::max<std::size_t>(grain, 1);

@@ -126,7 +126,7 @@ template <class Visit> void SolidSurface::visitFaces(std::size_t begin, std::siz
 
 void SolidSurface::fillBuckets()
 {
-    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
+    const std::size_t pieces = pieceCount(elements, grain);
     const auto pieceBegin = [&](std::size_t piece) { return piece * elements / pieces; };
     const auto visitPiece = [&](std::size_t piece, const auto& put) {
         visitFaces(pieceBegin(piece), pieceBegin(piece + 1),
@@ -257,7 +257,7 @@ PartSurface surfaceOfSolids(const PartInfoStr& part, const ElementMask& absent)
 {
     const SolidSurface solids(part, absent);
     const std::size_t elements = solids.elementShapes().size();
-    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
+    const std::size_t pieces = pieceCount(elements, grain);
     std::vector<PieceOfSurface> found(pieces);
     parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
         for (std::size_t piece = begin; piece < end; ++piece) {
@@ -296,7 +296,7 @@ void visitShells(const PartInfoStr& part, const ElementMask& absent, std::size_t
 PartSurface surfaceOfShells(const PartInfoStr& part, const ElementMask& absent)
 {
     const std::size_t elements = elementCountOf(part);
-    const std::size_t pieces = std::max<std::size_t>(1, std::min<std::size_t>(4 * workerCount(), elements / grain));
+    const std::size_t pieces = pieceCount(elements, grain);
     std::vector<std::size_t> starts(pieces + 1, 0);
     const auto eachPiece = [&](const auto& work) {
         parallelFor(pieces, 1, [&](std::size_t begin, std::size_t end) {
