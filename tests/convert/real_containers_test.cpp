@@ -1,7 +1,5 @@
 // Files from real programs, where they are at hand: KVO_TEST_DATA names their folder, else a folder "shared/data" next
 // to the project's. The counts are those that their collection states.
-#include <cstdlib>
-
 #include "convert_fixture.h"
 
 namespace {
@@ -31,8 +29,7 @@ class RealContainers : public ContainerTest
 protected:
     void SetUp() override
     {
-        const char* named = std::getenv("KVO_TEST_DATA");
-        data = named ? named : KVO_SOURCE_DIR "/../shared/data";
+        data = dataFolder();
         if (!std::filesystem::exists(data / "exodus")) {
             GTEST_SKIP() << data << " is not there";
         }
