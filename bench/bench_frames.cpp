@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr int WIDTH = 1280, HEIGHT = 800;
+constexpr int windowWidth = 1280, windowHeight = 800;
 std::map<std::string, double> fastest; // ms, by row
 
 double millisecondsOf(const std::function<void()>& work)
@@ -61,10 +61,12 @@ std::vector<PartInfoStr> manyParts(std::size_t parts, std::size_t elements)
         PartInfoStr& part = out.back();
         const float size = part.partExtents[1] - part.partExtents[0];
         const float by[3] = {size * float(k % row), size * float(k / row), 0};
-        for (std::size_t i = 0; i < 3 * std::size_t(part.partNodes.numNodes); ++i)
+        for (std::size_t i = 0; i < 3 * std::size_t(part.partNodes.numNodes); ++i) {
             part.partNodes.nodeValues[i] += by[i % 3];
-        for (int i = 0; i < 6; ++i)
+        }
+        for (int i = 0; i < 6; ++i) {
             part.partExtents[i] += by[i / 2];
+        }
     }
     return out;
 }
@@ -76,7 +78,7 @@ void zoomIn(CAEEnv& env, float times)
 
 void contractFrame(BenchModel& model)
 {
-    kvo::applyFrame(model.environment(), WIDTH, HEIGHT);
+    kvo::applyFrame(model.environment(), windowWidth, windowHeight);
     model.environment().renderModel();
     glFinish();
 }
@@ -88,28 +90,29 @@ void benchShape(bool solids, std::size_t elements, float zoom, int iterations)
     const std::string name = std::string(solids ? "hexahedra" : "quads") + (zoom > 1 ? "-zoomed" : "");
     for (const char* path : {"contract", "scene"}) {
         const std::string row = name + "/" + path + "/" + std::to_string(elements);
-        benchmark::RegisterBenchmark(row.c_str(),
-                                     [=](benchmark::State& state) {
-                                         BenchModel model(oneModel(solids, elements), WIDTH, HEIGHT, GL_SMOOTH, device);
-                                         if (zoom > 1)
-                                             zoomIn(model.environment(), zoom);
-                                         if (std::string(path) == "contract") {
-                                             measure(state, row, [&] { contractFrame(model); });
-                                             return;
-                                         }
-                                         kvo::SceneView view(model.environment());
-                                         state.counters["first_ms"] = millisecondsOf([&] {
-                                             view.draw();
-                                             glFinish();
-                                         });
-                                         measure(state, row, [&] {
-                                             view.draw();
-                                             glFinish();
-                                         });
-                                         state.counters["buffer_bytes_per_element"] =
-                                             double(view.bufferBytes()) / double(elements);
-                                         state.counters["calls"] = double(view.lastFrame().drawCalls);
-                                     })
+        benchmark::RegisterBenchmark(
+            row.c_str(),
+            [=](benchmark::State& state) {
+                BenchModel model(oneModel(solids, elements), windowWidth, windowHeight, GL_SMOOTH, device);
+                if (zoom > 1) {
+                    zoomIn(model.environment(), zoom);
+                }
+                if (std::string(path) == "contract") {
+                    measure(state, row, [&] { contractFrame(model); });
+                    return;
+                }
+                kvo::SceneView view(model.environment());
+                state.counters["first_ms"] = millisecondsOf([&] {
+                    view.draw();
+                    glFinish();
+                });
+                measure(state, row, [&] {
+                    view.draw();
+                    glFinish();
+                });
+                state.counters["buffer_bytes_per_element"] = double(view.bufferBytes()) / double(elements);
+                state.counters["calls"] = double(view.lastFrame().drawCalls);
+            })
             ->UseManualTime()
             ->Iterations(iterations)
             ->Unit(benchmark::kMillisecond);
@@ -121,7 +124,8 @@ void benchParts(std::size_t parts, std::size_t elements)
     const std::string row = "parts/" + std::to_string(parts);
     benchmark::RegisterBenchmark(row.c_str(),
                                  [=](benchmark::State& state) {
-                                     BenchModel model(manyParts(parts, elements), WIDTH, HEIGHT, GL_SMOOTH, device);
+                                     BenchModel model(manyParts(parts, elements), windowWidth, windowHeight, GL_SMOOTH,
+                                                      device);
                                      kvo::SceneView view(model.environment());
                                      measure(state, row, [&] {
                                          view.draw();
@@ -157,8 +161,9 @@ void benchSelection(std::size_t elements)
                                          double least = 1e9;
                                          for (int k = 0; k < 10; ++k) {
                                              on = !on;
-                                             if (changing)
+                                             if (changing) {
                                                  std::fill_n(part.partElements.selectedList, elements, on ? '1' : '0');
+                                             }
                                              least = std::min(least, millisecondsOf([&] {
                                                                   view.draw();
                                                                   glFinish();
@@ -175,16 +180,18 @@ void benchSelection(std::size_t elements)
 
 void printRatio(const char* what, const std::string& above, const std::string& below)
 {
-    if (fastest.count(above) && fastest.count(below))
+    if (fastest.count(above) && fastest.count(below)) {
         std::printf("%-48s %8.2f\n", what, fastest[above] / fastest[below]);
+    }
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (const char* wanted = std::getenv("KVO_BENCH_DEVICE"))
+    if (const char* wanted = std::getenv("KVO_BENCH_DEVICE")) {
         device = wanted;
+    }
     benchShape(false, 1000000, 1, 10);
     benchShape(true, 1000000, 1, 3);
     benchShape(false, 1000000, 20, 10);
@@ -204,8 +211,9 @@ int main(int argc, char** argv)
     printRatio("frame, 4 million quads: contract / scene", "quads/contract/4000000", "quads/scene/4000000");
     printRatio("frame, 4 million hexahedra: contract / scene", "hexahedra/contract/4000000", "hexahedra/scene/4000000");
     printRatio("10,000 parts of 100 / one part of 1,000,000", "parts/10000", "parts/1");
-    if (fastest.count("selection/changed") && fastest.count("selection/same"))
+    if (fastest.count("selection/changed") && fastest.count("selection/same")) {
         std::printf("%-48s %8.2f ms\n", "1,000,000 elements change their selection",
                     fastest["selection/changed"] - fastest["selection/same"]);
+    }
     return 0;
 }

@@ -43,8 +43,7 @@ struct Model
     std::size_t elements() const { return solids.elementIds.size() + shells.elementIds.size(); }
 };
 
-// --- The decks
-// ---------------------------------------------------------------------------------------------------------
+// --- The decks ---
 
 // Positions with as many digits as pre-processors write.
 struct Position
@@ -217,8 +216,7 @@ const Format formats[] = {
     {"ansys", "deck.cdb", writeCdb, 150},
 };
 
-// --- One import
-// --------------------------------------------------------------------------------------------------------
+// --- One import ---
 
 struct Figures
 {
@@ -303,8 +301,7 @@ double sizeOfFolder(const std::string& folder)
     return size;
 }
 
-// --- The table
-// ---------------------------------------------------------------------------------------------------------
+// --- The table ---
 
 void writeDeck(const Format& format, const Model& model, const std::string& path)
 {

@@ -34,17 +34,16 @@
 
 namespace {
 
-constexpr double TIME_TARGET = 4;     // load time / bound
-constexpr double MEMORY_TARGET = 1.3; // peak heap / bytes of the records
-constexpr int REPETITIONS = 9;
-const char MODEL[] = "generated";
-constexpr unsigned int FIRST_SOLID = 1;
-constexpr unsigned int FIRST_SHELL = 5000001; // ids of a second range, as decks have them
+constexpr double timeTarget = 4;     // load time / bound
+constexpr double memoryTarget = 1.3; // peak heap / bytes of the records
+constexpr int repetitions = 9;
+const char modelName[] = "generated";
+constexpr unsigned int firstSolid = 1;
+constexpr unsigned int firstShell = 5000001; // ids of a second range, as decks have them
 
 } // namespace
 
-// --- Counting the heap
-// -------------------------------------------------------------------------------------------------
+// --- Counting the heap ---
 
 namespace heap {
 
@@ -61,8 +60,9 @@ std::size_t sizeOf(void* piece)
 void* take(std::size_t size)
 {
     void* piece = std::malloc(size);
-    if (!piece)
+    if (!piece) {
         throw std::bad_alloc();
+    }
     if (counting) {
         const std::size_t total = now += sizeOf(piece);
         std::size_t seen = peak;
@@ -74,8 +74,9 @@ void* take(std::size_t size)
 
 void release(void* piece)
 {
-    if (piece && counting)
+    if (piece && counting) {
         now -= sizeOf(piece);
+    }
     std::free(piece);
 }
 
@@ -108,8 +109,7 @@ void operator delete[](void* piece, std::size_t) noexcept
 
 namespace {
 
-// --- Loading
-// -----------------------------------------------------------------------------------------------------------
+// --- Loading ---
 
 struct Loaded
 {
@@ -121,14 +121,15 @@ struct Loaded
 // The calls of CAEEnv::getAll for a model of one file.
 void load(const std::string& dir, Loaded& model)
 {
-    ReadIDS* ids = new ReadIDS(dir.c_str(), MODEL);
-    ReadNodes* nodes = new ReadNodes(dir.c_str(), MODEL);
-    if (ids->get("node_ids"))
+    ReadIDS* ids = new ReadIDS(dir.c_str(), modelName);
+    ReadNodes* nodes = new ReadNodes(dir.c_str(), modelName);
+    if (ids->get("node_ids")) {
         nodes->getValues();
+    }
     std::vector<ReadIDS*> allIds = {ids};
     std::vector<ReadNodes*> allNodes = {nodes};
     ReadElements elements(&model.pidMap, &allIds, &allNodes);
-    elements.setValues(dir.c_str(), MODEL, 0, ids, nodes);
+    elements.setValues(dir.c_str(), modelName, 0, ids, nodes);
     elements.getAll(&model.numParts, &model.parts);
     delete ids;
     delete nodes;
@@ -155,8 +156,7 @@ PartSizes sizesOf(std::size_t numNodes, std::size_t numElements, unsigned int st
     return {4 * numNodes, 12 * numNodes, 4 * numElements * stride, mapNodeSize() * numElements};
 }
 
-// --- Verification
-// ------------------------------------------------------------------------------------------------------
+// --- Verification ---
 
 [[noreturn]] void wrong(const char* what)
 {
@@ -169,45 +169,50 @@ void verifyPart(const PartInfoStr& part, const GeneratedMesh& mesh)
 {
     const PartElementsStr& elements = part.partElements;
     const PartNodesStr& nodes = part.partNodes;
-    if (part.partDrawType != mesh.drawType || elements.nodesPerElement != mesh.stride)
+    if (part.partDrawType != mesh.drawType || elements.nodesPerElement != mesh.stride) {
         wrong("draw type or stride");
-    if (elements.numElements != mesh.corners.size() || elements.eidMap->size() != mesh.elementIds.size())
+    }
+    if (elements.numElements != mesh.corners.size() || elements.eidMap->size() != mesh.elementIds.size()) {
         wrong("number of elements");
+    }
     for (std::size_t e = 0; e < mesh.elementIds.size(); ++e) {
         const auto found = elements.eidMap->find(mesh.elementIds[e]);
-        if (found == elements.eidMap->end())
+        if (found == elements.eidMap->end()) {
             wrong("an element id is missing");
+        }
         for (unsigned int slot = 0; slot < mesh.stride; ++slot) {
             const unsigned int index = elements.elmIndices[std::size_t{found->second} * mesh.stride + slot];
             const unsigned int id = mesh.corners[e * mesh.stride + slot];
-            if (index >= nodes.numNodes || nodes.idList[index] != id)
+            if (index >= nodes.numNodes || nodes.idList[index] != id) {
                 wrong("a corner has another node id");
+            }
             if (std::memcmp(&nodes.nodeValues[std::size_t{3} * index], &mesh.xyz[3 * std::size_t{id - mesh.nodeIds[0]}],
-                            3 * sizeof(float)) != 0)
+                            3 * sizeof(float)) != 0) {
                 wrong("a corner has other coordinates");
+            }
         }
     }
 }
 
 GeneratedMesh solidsOf(std::size_t count)
 {
-    return generateHexahedra(count, FIRST_SOLID, FIRST_SOLID);
+    return generateHexahedra(count, firstSolid, firstSolid);
 }
 GeneratedMesh shellsOf(std::size_t count)
 {
-    return generateQuadrilaterals(count, FIRST_SHELL, FIRST_SHELL);
+    return generateQuadrilaterals(count, firstShell, firstShell);
 }
 
 void verify(const Loaded& model, std::size_t count)
 {
-    if (model.numParts != 2 || model.pidMap.size() != 2)
+    if (model.numParts != 2 || model.pidMap.size() != 2) {
         wrong("number of parts");
+    }
     verifyPart(model.parts[0], solidsOf(count));
     verifyPart(model.parts[1], shellsOf(count));
 }
 
-// --- The bound
-// ---------------------------------------------------------------------------------------------------------
+// --- The bound ---
 
 std::uint64_t readEveryByte(const std::filesystem::path& path)
 {
@@ -216,8 +221,9 @@ std::uint64_t readEveryByte(const std::filesystem::path& path)
     void* start = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     ::close(file);
     std::uint64_t sum = 0;
-    for (std::size_t k = 0; k < size / sizeof sum; ++k)
+    for (std::size_t k = 0; k < size / sizeof sum; ++k) {
         sum += static_cast<const std::uint64_t*>(start)[k];
+    }
     ::munmap(start, size);
     return sum;
 }
@@ -231,27 +237,32 @@ void writeFresh(std::size_t size, std::vector<char*>& kept)
 
 void readAndWriteOnce(const std::string& dir, const std::vector<PartSizes>& parts)
 {
-    for (const auto& entry : std::filesystem::directory_iterator(dir + "/" + MODEL))
+    for (const auto& entry : std::filesystem::directory_iterator(dir + "/" + modelName)) {
         benchmark::DoNotOptimize(readEveryByte(entry.path()));
+    }
     std::vector<char*> kept;
-    for (const PartSizes& part : parts)
-        for (std::size_t size : {part.idList, part.nodeValues, part.elmIndices, part.mapNodes})
+    for (const PartSizes& part : parts) {
+        for (std::size_t size : {part.idList, part.nodeValues, part.elmIndices, part.mapNodes}) {
             writeFresh(size, kept);
+        }
+    }
 }
 
-// --- One measurement, in a process of its own
-// --------------------------------------------------------------------------
+// --- One measurement, in a process of its own ---
 
 std::size_t statusValue(const char* field)
 {
     std::FILE* file = std::fopen("/proc/self/status", "r");
     char line[256];
     std::size_t kilobytes = 0;
-    while (file && std::fgets(line, sizeof line, file))
-        if (std::strncmp(line, field, std::strlen(field)) == 0)
+    while (file && std::fgets(line, sizeof line, file)) {
+        if (std::strncmp(line, field, std::strlen(field)) == 0) {
             kilobytes = std::strtoul(line + std::strlen(field), nullptr, 10);
-    if (file)
+        }
+    }
+    if (file) {
         std::fclose(file);
+    }
     return kilobytes * 1024;
 }
 
@@ -269,8 +280,9 @@ struct Meshes
 Meshes meshSizes(std::size_t count)
 {
     Meshes meshes = {count, {}};
-    for (const GeneratedMesh& mesh : {solidsOf(count), shellsOf(count)})
+    for (const GeneratedMesh& mesh : {solidsOf(count), shellsOf(count)}) {
         meshes.sizes.push_back(sizesOf(mesh.nodeIds.size(), count, mesh.stride));
+    }
     return meshes;
 }
 
@@ -307,8 +319,9 @@ int measureMemory(const std::string& dir, std::size_t count)
 
 int measure(const std::string& what, const std::string& dir, std::size_t count, const std::vector<PartSizes>& sizes)
 {
-    if (what == "bound")
+    if (what == "bound") {
         return measureBound(dir, sizes);
+    }
     return what == "load" ? measureLoad(dir) : measureMemory(dir, count);
 }
 
@@ -316,27 +329,32 @@ int measure(const std::string& what, const std::string& dir, std::size_t count, 
 int measureFromArguments(char** arguments, int count)
 {
     std::vector<PartSizes> sizes;
-    for (int k = 3; k + 3 < count; k += 4)
+    for (int k = 3; k + 3 < count; k += 4) {
         sizes.push_back({std::stoul(arguments[k]), std::stoul(arguments[k + 1]), std::stoul(arguments[k + 2]),
                          std::stoul(arguments[k + 3])});
+    }
     return measure(arguments[0], arguments[1], std::stoul(arguments[2]), sizes);
 }
 
 std::vector<double> runMeasurement(const std::string& what, const std::string& dir, const Meshes& meshes)
 {
     char self[4096] = {};
-    if (::readlink("/proc/self/exe", self, sizeof self - 1) < 0)
+    if (::readlink("/proc/self/exe", self, sizeof self - 1) < 0) {
         std::exit(1);
+    }
     std::string command =
         std::string("'") + self + "' --measure " + what + " '" + dir + "' " + std::to_string(meshes.count);
-    for (const PartSizes& s : meshes.sizes)
-        for (std::size_t size : {s.idList, s.nodeValues, s.elmIndices, s.mapNodes})
+    for (const PartSizes& s : meshes.sizes) {
+        for (std::size_t size : {s.idList, s.nodeValues, s.elmIndices, s.mapNodes}) {
             command += " " + std::to_string(size);
+        }
+    }
     std::FILE* output = ::popen(command.c_str(), "r");
     std::vector<double> values;
     char line[64];
-    while (output && std::fgets(line, sizeof line, output))
+    while (output && std::fgets(line, sizeof line, output)) {
         values.push_back(std::strtod(line, nullptr));
+    }
     if (!output || ::pclose(output) != 0 || values.empty() || values[0] < 0) {
         std::fprintf(stderr, "bench_load: measuring %s failed\n", what.c_str());
         std::exit(1);
@@ -344,8 +362,7 @@ std::vector<double> runMeasurement(const std::string& what, const std::string& d
     return values;
 }
 
-// --- Report
-// ------------------------------------------------------------------------------------------------------------
+// --- Report ---
 
 // Keeps the medians beside the usual table.
 class MedianReporter : public benchmark::ConsoleReporter
@@ -353,9 +370,11 @@ class MedianReporter : public benchmark::ConsoleReporter
 public:
     void ReportRuns(const std::vector<Run>& runs) override
     {
-        for (const Run& run : runs)
-            if (run.aggregate_name == "median")
+        for (const Run& run : runs) {
+            if (run.aggregate_name == "median") {
                 medians[run.run_name.function_name] = run.GetAdjustedRealTime();
+            }
+        }
         ConsoleReporter::ReportRuns(runs);
     }
     std::map<std::string, double> medians; // milliseconds
@@ -365,22 +384,24 @@ void registerTimed(const char* name, const char* what, const std::string& dir, c
 {
     benchmark::RegisterBenchmark(name,
                                  [=](benchmark::State& state) {
-                                     for (auto _ : state)
+                                     for (auto _ : state) {
                                          state.SetIterationTime(runMeasurement(what, dir, meshes)[0]);
+                                     }
                                      state.SetItemsProcessed(static_cast<std::int64_t>(2 * meshes.count));
                                  })
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond)
         ->Iterations(1)
-        ->Repetitions(REPETITIONS)
+        ->Repetitions(repetitions)
         ->ReportAggregatesOnly();
 }
 
 std::size_t filesSize(const std::string& dir)
 {
     std::size_t size = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(dir + "/" + MODEL))
+    for (const auto& entry : std::filesystem::directory_iterator(dir + "/" + modelName)) {
         size += entry.file_size();
+    }
     return size;
 }
 
@@ -394,18 +415,19 @@ bool printRatio(const char* what, double value, double bound, const char* unit, 
 
 bool reportRatios(const std::string& dir, const Meshes& meshes, const std::map<std::string, double>& medians)
 {
-    constexpr double MEGA = 1e6;
+    constexpr double mega = 1e6;
     std::size_t records = 2 * sizeof(PartInfoStr);
-    for (const PartSizes& s : meshes.sizes)
+    for (const PartSizes& s : meshes.sizes) {
         records += s.total();
+    }
     const std::vector<double> memory = runMeasurement("memory", dir, meshes);
     const double residentAboveMapping = memory[1] - static_cast<double>(filesSize(dir));
 
     std::printf("\n%-28s %12s %12s %-4s %8s %8s\n", "", "measured", "bound", "", "ratio", "target");
-    bool ok = printRatio("load time", medians.at("load"), medians.at("read_and_write_once"), "ms", TIME_TARGET);
-    ok &= printRatio("peak heap", memory[0] / MEGA, static_cast<double>(records) / MEGA, "MB", MEMORY_TARGET);
-    printRatio("peak resident - files", residentAboveMapping / MEGA, static_cast<double>(records) / MEGA, "MB",
-               MEMORY_TARGET);
+    bool ok = printRatio("load time", medians.at("load"), medians.at("read_and_write_once"), "ms", timeTarget);
+    ok &= printRatio("peak heap", memory[0] / mega, static_cast<double>(records) / mega, "MB", memoryTarget);
+    printRatio("peak resident - files", residentAboveMapping / mega, static_cast<double>(records) / mega, "MB",
+               memoryTarget);
     return ok;
 }
 
@@ -413,8 +435,9 @@ bool reportRatios(const std::string& dir, const Meshes& meshes, const std::map<s
 
 int main(int argc, char** argv)
 {
-    if (argc > 4 && std::strcmp(argv[1], "--measure") == 0)
+    if (argc > 4 && std::strcmp(argv[1], "--measure") == 0) {
         return measureFromArguments(argv + 2, argc - 2);
+    }
     benchmark::Initialize(&argc, argv);
     const std::size_t count = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 1000000;
     if (count == 0 || count > 4000000) {
@@ -422,9 +445,10 @@ int main(int argc, char** argv)
         return 2;
     }
     std::string dir = (std::filesystem::temp_directory_path() / "kvo-bench-XXXXXX").string();
-    if (!::mkdtemp(&dir[0]))
+    if (!::mkdtemp(&dir[0])) {
         return 1;
-    writeGeneratedModel(dir, MODEL, solidsOf(count), shellsOf(count));
+    }
+    writeGeneratedModel(dir, modelName, solidsOf(count), shellsOf(count));
     const Meshes meshes = meshSizes(count);
     registerTimed("read_and_write_once", "bound", dir, meshes);
     registerTimed("load", "load", dir, meshes);

@@ -32,8 +32,9 @@ PartInfoStr partOf(const GeneratedMesh& mesh)
     part.partElements.numElements = static_cast<unsigned int>(mesh.corners.size());
     part.partElements.nodesPerElement = mesh.stride;
     part.partElements.elmIndices = copied(mesh.corners);
-    for (std::size_t k = 0; k < mesh.corners.size(); ++k)
+    for (std::size_t k = 0; k < mesh.corners.size(); ++k) {
         part.partElements.elmIndices[k] -= mesh.nodeIds[0];
+    }
     for (int axis = 0; axis < 3; ++axis) {
         part.partExtents[2 * axis] = part.partExtents[2 * axis + 1] = mesh.xyz[static_cast<std::size_t>(axis)];
         for (std::size_t k = static_cast<std::size_t>(axis); k < mesh.xyz.size(); k += 3) {
@@ -48,16 +49,18 @@ BenchModel::BenchModel(std::vector<PartInfoStr> parts, int w, int h, int shadeMo
     : width(w), height(h), quiet(""), context(device), target(w, h), records(std::move(parts)),
       env(new CAEEnv("", "", shadeModel))
 {
-    for (PartInfoStr& record : records)
+    for (PartInfoStr& record : records) {
         boxes.push_back(new BoundBox(record.partExtents));
+    }
     env->numParts = static_cast<unsigned int>(records.size());
     env->partsInfoList = records.data(); // an environment releases what is in these two arrays, not the arrays
     env->boxList = boxes.data();
     for (int k = 0; k < 6; ++k) {
         env->modelExtents[k] = records[0].partExtents[k];
-        for (const PartInfoStr& record : records)
+        for (const PartInfoStr& record : records) {
             env->modelExtents[k] = k % 2 ? std::max(env->modelExtents[k], record.partExtents[k])
                                          : std::min(env->modelExtents[k], record.partExtents[k]);
+        }
     }
     std::copy(env->modelExtents, env->modelExtents + 6, env->orgModelExtents);
     env->mView = new MView(env->modelExtents);

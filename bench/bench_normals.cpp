@@ -34,8 +34,9 @@ struct Plane
         : n(static_cast<unsigned int>(std::lround(std::sqrt(static_cast<double>(quads))))), part()
     {
         for (unsigned int row = 0; row <= n; ++row) {
-            for (unsigned int column = 0; column <= n; ++column)
+            for (unsigned int column = 0; column <= n; ++column) {
                 values.insert(values.end(), {static_cast<float>(column), static_cast<float>(row), 0.0f});
+            }
         }
         for (unsigned int row = 0; row < n; ++row) {
             for (unsigned int column = 0; column < n; ++column) {
@@ -139,11 +140,13 @@ BENCHMARK(flat)->Arg(10000)->Arg(1000000)->UseManualTime()->Unit(benchmark::kMil
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
+    }
     benchmark::RunSpecifiedBenchmarks();
-    if (seconds["copy"] > 0)
+    if (seconds["copy"] > 0) {
         std::printf("ratio smooth/copy %.2f  flat/copy %.2f\n", seconds["smooth"] / seconds["copy"],
                     seconds["flat"] / seconds["copy"]);
+    }
     return 0;
 }

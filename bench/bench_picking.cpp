@@ -33,14 +33,14 @@
 
 namespace {
 
-constexpr int WIDTH = 1280, HEIGHT = 960;
+constexpr int windowWidth = 1280, windowHeight = 960;
 
 // A model of one part in a context of its own, one frame drawn. Nothing is printed while it lives.
 class Scene
 {
 public:
     Scene(bool solids, std::size_t numElements)
-        : quiet(""), context("software"), target(WIDTH, HEIGHT),
+        : quiet(""), context("software"), target(windowWidth, windowHeight),
           record(partOf(solids ? generateHexahedra(numElements, 1, 1) : generateQuadrilaterals(numElements, 1, 1))),
           box(new BoundBox(record.partExtents)), env("", "", GL_FLAT)
     {
@@ -53,7 +53,7 @@ public:
         env.mView->mViewType = solids ? ISO_VIEW : TOP_VIEW;
         env.setShadeModel(GL_FLAT);
         env.switchOnLights();
-        env.resizeModel(WIDTH, HEIGHT);
+        env.resizeModel(windowWidth, windowHeight);
         env.renderModel();
         std::copy_n(env.mTrans->mvMatrix, 16, modelview);
         std::copy_n(env.mTrans->projMatrix, 16, projection);
@@ -68,7 +68,7 @@ public:
         const PartElementsStr& e = record.partElements;
         const unsigned int* corners = e.elmIndices + numElements() / 2 * e.nodesPerElement;
         const unsigned int numPoints = onNode ? 1 : 4;
-        const int viewport[4] = {0, 0, WIDTH, HEIGHT};
+        const int viewport[4] = {0, 0, windowWidth, windowHeight};
         double middle[2] = {0, 0}, at[3];
         for (unsigned int k = 0; k < numPoints; ++k) {
             const float* n = record.partNodes.nodeValues + 3 * std::size_t{corners[k]};
@@ -96,14 +96,15 @@ struct PickType
     const char* name;
     unsigned int type;
 };
-const PickType PICK_TYPES[] = {{"part", PICK_TYPE_PART}, {"element", PICK_TYPE_ELEMENT}, {"node", PICK_TYPE_NODE}};
+const PickType pickTypes[] = {{"part", PICK_TYPE_PART}, {"element", PICK_TYPE_ELEMENT}, {"node", PICK_TYPE_NODE}};
 
 double residentMiB()
 {
     long pages = 0, resident = 0;
     if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2)
+        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) {
             resident = 0;
+        }
         std::fclose(file);
     }
     return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024 * 1024);
@@ -113,8 +114,9 @@ double residentMiB()
 // where there are several passes, one goes before.
 template <class Work> void measure(benchmark::State& state, std::size_t numElements, Work work)
 {
-    if (state.max_iterations > 1)
+    if (state.max_iterations > 1) {
         work();
+    }
     const double before = residentMiB();
     double total = 0;
     for (auto _ : state) {
@@ -133,11 +135,13 @@ template <class Work> void measure(benchmark::State& state, std::size_t numEleme
 // node, or nothing where the records of five words do not fit.
 std::size_t expectedInWindow(const Scene& scene, unsigned int type)
 {
-    if (type == PICK_TYPE_PART)
+    if (type == PICK_TYPE_PART) {
         return 1;
+    }
     const std::size_t records = type == PICK_TYPE_ELEMENT ? scene.numElements() : scene.numNodes();
-    if (5 * records + 4 > SELECT_BUFFER_SIZE)
+    if (5 * records + 4 > SELECT_BUFFER_SIZE) {
         return 0;
+    }
     return records + (type == PICK_TYPE_ELEMENT ? 1 : 0);
 }
 
@@ -148,9 +152,10 @@ void runPick(benchmark::State& state, bool solids, unsigned int type, bool windo
     {
         Scene scene(solids, static_cast<std::size_t>(state.range(0)));
         PickRect pick;
-        std::array<float, 4> region = {WIDTH / 2, HEIGHT / 2, WIDTH, HEIGHT};
-        if (!window)
+        std::array<float, 4> region = {windowWidth / 2, windowHeight / 2, windowWidth, windowHeight};
+        if (!window) {
             region = scene.click(type == PICK_TYPE_NODE);
+        }
         measure(state, scene.numElements(), [&] {
             hits = static_cast<std::size_t>(
                 pick.process(static_cast<int>(type), window ? RECT_PICK : SELECT_PICK, region.data()));
@@ -189,15 +194,17 @@ template <class Run> void addRows(const std::string& name, Run run)
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
         return 2;
+    }
     for (bool solids : {false, true}) {
         const std::string shape = solids ? "hexahedra" : "quads";
         addRows(shape + "/frame", [=](benchmark::State& state) { runFrame(state, solids); });
-        for (const PickType& type : PICK_TYPES) {
-            for (bool window : {false, true})
+        for (const PickType& type : pickTypes) {
+            for (bool window : {false, true}) {
                 addRows(shape + "/" + type.name + (window ? "/window" : "/click"),
                         [=](benchmark::State& state) { runPick(state, solids, type.type, window); });
+            }
         }
     }
     benchmark::RunSpecifiedBenchmarks();

@@ -46,8 +46,9 @@ double millisecondsOf(const std::function<void()>& action)
 double medianOf(int times, const std::function<void()>& action)
 {
     std::vector<double> all;
-    for (int k = 0; k < times; ++k)
+    for (int k = 0; k < times; ++k) {
         all.push_back(millisecondsOf(action));
+    }
     std::nth_element(all.begin(), all.begin() + times / 2, all.end());
     return all[static_cast<std::size_t>(times / 2)];
 }
@@ -71,11 +72,13 @@ public:
         elements.numElements = static_cast<unsigned int>(mesh.corners.size());
         elements.nodesPerElement = mesh.stride;
         elements.elmIndices = new unsigned int[mesh.corners.size()];
-        for (std::size_t k = 0; k < mesh.corners.size(); ++k)
+        for (std::size_t k = 0; k < mesh.corners.size(); ++k) {
             elements.elmIndices[k] = mesh.corners[k] - mesh.nodeIds[0];
+        }
         elements.eidMap = new UIUIMap;
-        for (std::size_t k = 0; k < mesh.elementIds.size(); ++k)
+        for (std::size_t k = 0; k < mesh.elementIds.size(); ++k) {
             elements.eidMap->emplace_hint(elements.eidMap->end(), mesh.elementIds[k], static_cast<unsigned int>(k));
+        }
         for (int axis = 0; axis < 3; ++axis) {
             const std::size_t last = mesh.xyz.size() - 3 + static_cast<std::size_t>(axis);
             env.modelExtents[2 * axis] = std::min(mesh.xyz[static_cast<std::size_t>(axis)], mesh.xyz[last]);
@@ -164,9 +167,10 @@ bool run(const char* meshName, GeneratedMesh mesh, bool withContract)
     quiet.reset();
     const double x = width / 2.0, y = height / 2.0;
     std::vector<kvo::WindowPosition> lasso;
-    for (int k = 0; k < 100; ++k)
+    for (int k = 0; k < 100; ++k) {
         lasso.push_back(
             {x + (k % 2 ? 200 : 300) * std::cos(k * 0.0628), y + (k % 2 ? 200 : 300) * std::sin(k * 0.0628)});
+    }
     const Work works[] = {
         {"click 5x5", kvo::PickType::Element, kvo::PickRegion::click(x, y), 51, true},
         {"click node", kvo::PickType::Node, kvo::PickRegion::click(x, y), 51, false},
@@ -212,13 +216,15 @@ int main(int argc, char** argv)
     bool contract = true;
     std::vector<std::size_t> sizes;
     for (int k = 1; k < argc; ++k) {
-        if (std::strcmp(argv[k], "--no-contract") == 0)
+        if (std::strcmp(argv[k], "--no-contract") == 0) {
             contract = false;
-        else
+        } else {
             sizes.push_back(static_cast<std::size_t>(std::atoll(argv[k])));
+        }
     }
-    if (sizes.empty())
+    if (sizes.empty()) {
         sizes.push_back(1000000);
+    }
     kvo::HeadlessContext context("software");
     kvo::Offscreen target(width, height);
     bool right = true;
@@ -226,7 +232,8 @@ int main(int argc, char** argv)
         right = run("quads", generateQuadrilaterals(size, 1, 1), contract) && right;
         right = run("hexas", generateHexahedra(size, 1, 1), contract) && right;
     }
-    if (!right)
+    if (!right) {
         std::printf("FAILED: a pick found nothing, or not what the other found\n");
+    }
     return right ? 0 : 1;
 }

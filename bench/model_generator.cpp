@@ -9,13 +9,14 @@
 
 namespace {
 
-constexpr float SPACING = 1.0f;
+constexpr float spacing = 1.0f;
 
 std::size_t edgeLength(std::size_t numElements, int dimensions)
 {
     std::size_t edge = 1;
-    while (std::pow(static_cast<double>(edge), dimensions) < static_cast<double>(numElements))
+    while (std::pow(static_cast<double>(edge), dimensions) < static_cast<double>(numElements)) {
         ++edge;
+    }
     return edge;
 }
 
@@ -33,9 +34,10 @@ GeneratedMesh generateHexahedra(std::size_t numElements, unsigned int firstNodeI
     const std::size_t edge = edgeLength(numElements, 3);
     const std::size_t row = edge + 1;
     const std::size_t layers = (numElements + edge * edge - 1) / (edge * edge);
-    for (std::size_t k = 0; k < row * row * (layers + 1); ++k)
-        addNode(mesh, firstNodeId + static_cast<unsigned int>(k), SPACING * static_cast<float>(k % row),
-                SPACING * static_cast<float>(k / row % row), SPACING * static_cast<float>(k / (row * row)));
+    for (std::size_t k = 0; k < row * row * (layers + 1); ++k) {
+        addNode(mesh, firstNodeId + static_cast<unsigned int>(k), spacing * static_cast<float>(k % row),
+                spacing * static_cast<float>(k / row % row), spacing * static_cast<float>(k / (row * row)));
+    }
     for (std::size_t e = 0; e < numElements; ++e) {
         const std::size_t corner = e % edge + e / edge % edge * row + e / (edge * edge) * row * row;
         const unsigned int a = firstNodeId + static_cast<unsigned int>(corner);
@@ -55,8 +57,8 @@ GeneratedMesh generateQuadrilaterals(std::size_t numElements, unsigned int first
     const std::size_t row = edge + 1;
     const std::size_t rows = (numElements + edge - 1) / edge;
     for (std::size_t k = 0; k < row * (rows + 1); ++k) {
-        const float x = SPACING * static_cast<float>(k % row);
-        const float y = SPACING * static_cast<float>(k / row);
+        const float x = spacing * static_cast<float>(k % row);
+        const float y = spacing * static_cast<float>(k / row);
         addNode(mesh, firstNodeId + static_cast<unsigned int>(k), x, y, 3 * std::sin(0.1f * x) * std::cos(0.07f * y));
     }
     for (std::size_t e = 0; e < numElements; ++e) {
@@ -74,8 +76,9 @@ void writeGeneratedModel(const std::string& dirName, const std::string& modelNam
     ModelWriter writer(dirName, modelName);
     unsigned int partId = 0;
     for (const GeneratedMesh* mesh : {&solids, &shells}) {
-        if (mesh->elementIds.empty())
+        if (mesh->elementIds.empty()) {
             continue;
+        }
         ModelPart part;
         part.id = ++partId;
         part.name = mesh == &solids ? "hexahedra" : "quadrilaterals";

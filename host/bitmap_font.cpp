@@ -40,8 +40,9 @@ void compileBlank(int advance)
 void compileGlyph(FT_GlyphSlot glyph)
 {
     const FT_Bitmap& bitmap = glyph->bitmap;
-    if (bitmap.rows == 0 || bitmap.width == 0)
+    if (bitmap.rows == 0 || bitmap.width == 0) {
         return compileBlank(advanceOf(glyph));
+    }
     const auto down = static_cast<GLfloat>(static_cast<int>(bitmap.rows) - glyph->bitmap_top);
     glBitmap(static_cast<GLsizei>(bitmap.width), static_cast<GLsizei>(bitmap.rows),
              static_cast<GLfloat>(-glyph->bitmap_left), down, static_cast<GLfloat>(advanceOf(glyph)), 0,
@@ -52,16 +53,18 @@ void compileGlyph(FT_GlyphSlot glyph)
 
 BitmapFont::BitmapFont(int pixelHeight, const std::string& file)
 {
-    if (pixelHeight < 4 || pixelHeight > 256)
+    if (pixelHeight < 4 || pixelHeight > 256) {
         throw HostError("a font cannot be " + std::to_string(pixelHeight) + " pixels high");
+    }
     FontFace face(pixelHeight, file);
     above = face.ascent();
     spacing = face.lineHeight();
     FT_GlyphSlot blank = face.render(' ', true);
     const int blankAdvance = blank ? advanceOf(blank) : pixelHeight / 2;
     firstList = glGenLists(characters);
-    if (firstList == 0)
+    if (firstList == 0) {
         throw HostError("OpenGL gives no display lists for the font");
+    }
 
     // glBitmap reads its bits when it is compiled: the unpacking state of that moment counts.
     glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
@@ -74,10 +77,11 @@ BitmapFont::BitmapFont(int pixelHeight, const std::string& file)
         FT_GlyphSlot glyph = face.render(static_cast<unsigned long>(c), true);
         glNewList(firstList + c, GL_COMPILE);
         advance[c] = glyph ? advanceOf(glyph) : blankAdvance;
-        if (glyph)
+        if (glyph) {
             compileGlyph(glyph);
-        else
+        } else {
             compileBlank(blankAdvance);
+        }
         glEndList();
     }
     glPopClientAttrib();
@@ -91,8 +95,9 @@ BitmapFont::~BitmapFont()
 int BitmapFont::width(const std::string& text) const
 {
     int out = 0;
-    for (unsigned char c : text)
+    for (unsigned char c : text) {
         out += advance[c];
+    }
     return out;
 }
 

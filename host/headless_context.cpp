@@ -32,8 +32,9 @@ bool hasWord(const char* list, const char* word)
 {
     const std::size_t length = std::strlen(word);
     for (const char* at = list ? std::strstr(list, word) : nullptr; at; at = std::strstr(at + length, word)) {
-        if ((at == list || at[-1] == ' ') && (at[length] == ' ' || at[length] == '\0'))
+        if ((at == list || at[-1] == ' ') && (at[length] == ' ' || at[length] == '\0')) {
             return true;
+        }
     }
     return false;
 }
@@ -56,8 +57,7 @@ std::string eglErrorText()
     return found != names.end() ? found->second : "EGL error " + std::to_string(code);
 }
 
-// --- Displays
-// -----------------------------------------------------------------------------------------------------------
+// --- Displays ---
 
 EGLDisplay platformDisplay(EGLenum platform, void* native)
 {
@@ -70,18 +70,19 @@ bool clientHas(const char* extension)
     return hasWord(eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS), extension);
 }
 
-// --- Devices
-// ------------------------------------------------------------------------------------------------------------
+// --- Devices ---
 
 std::vector<EGLDeviceEXT> eglDevices()
 {
     const auto query = entryPoint<PFNEGLQUERYDEVICESEXTPROC>("eglQueryDevicesEXT");
     EGLint count = 0;
-    if (!query || !clientHas("EGL_EXT_platform_device") || !query(0, nullptr, &count))
+    if (!query || !clientHas("EGL_EXT_platform_device") || !query(0, nullptr, &count)) {
         return {};
+    }
     std::vector<EGLDeviceEXT> devices(count);
-    if (count == 0 || !query(count, devices.data(), &count))
+    if (count == 0 || !query(count, devices.data(), &count)) {
         return {};
+    }
     devices.resize(count);
     return devices;
 }
@@ -94,25 +95,28 @@ RenderDevice describeDevice(int index, EGLDeviceEXT device)
     const char* extensions = text ? text(device, EGL_EXTENSIONS) : nullptr;
     out.software = hasWord(extensions, "EGL_MESA_device_software");
     const char* name = nullptr;
-    if (hasWord(extensions, "EGL_EXT_device_query_name"))
+    if (hasWord(extensions, "EGL_EXT_device_query_name")) {
         name = text(device, EGL_RENDERER_EXT);
-    if (!name && !out.software && hasWord(extensions, "EGL_EXT_device_drm"))
+    }
+    if (!name && !out.software && hasWord(extensions, "EGL_EXT_device_drm")) {
         name = text(device, EGL_DRM_DEVICE_FILE_EXT);
-    if (!name)
+    }
+    if (!name) {
         name = out.software ? "the processor" : "graphics hardware";
+    }
     out.name = name;
     return out;
 }
 
-// --- Which ways to try
-// --------------------------------------------------------------------------------------------------
+// --- Which ways to try ---
 
 void addDevices(std::vector<Way>& ways, bool software)
 {
     const std::vector<EGLDeviceEXT> handles = eglDevices();
     for (const RenderDevice& device : listRenderDevices()) {
-        if (device.software != software)
+        if (device.software != software) {
             continue;
+        }
         EGLDeviceEXT handle = handles[device.index];
         ways.push_back({"device " + std::to_string(device.index),
                         [handle] { return platformDisplay(EGL_PLATFORM_DEVICE_EXT, handle); }, false});
@@ -121,10 +125,11 @@ void addDevices(std::vector<Way>& ways, bool software)
 
 void addSurfaceless(std::vector<Way>& ways, bool mustBeSoftware)
 {
-    if (clientHas("EGL_MESA_platform_surfaceless"))
+    if (clientHas("EGL_MESA_platform_surfaceless")) {
         ways.push_back({"surfaceless platform",
                         [] { return platformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY); },
                         mustBeSoftware});
+    }
 }
 
 Way numberedDevice(const std::string& text)
@@ -132,9 +137,10 @@ Way numberedDevice(const std::string& text)
     const std::vector<EGLDeviceEXT> handles = eglDevices();
     char* end = nullptr;
     const unsigned long index = std::strtoul(text.c_str(), &end, 10);
-    if (text.empty() || text[0] < '0' || text[0] > '9' || *end != '\0' || index >= handles.size())
+    if (text.empty() || text[0] < '0' || text[0] > '9' || *end != '\0' || index >= handles.size()) {
         throw HostError("there is no device \"" + text +
                         "\"; it is auto, software or one of these numbers:" + describeRenderDevices());
+    }
     EGLDeviceEXT handle = handles[index];
     return {"device " + text, [handle] { return platformDisplay(EGL_PLATFORM_DEVICE_EXT, handle); }, false};
 }
@@ -158,8 +164,7 @@ std::vector<Way> waysFor(const std::string& device)
     return ways;
 }
 
-// --- Is it the OpenGL that is needed?
-// -------------------------------------------------------------------------------------
+// --- Is it the OpenGL that is needed? ---
 
 std::string glText(GLenum name)
 {
@@ -170,8 +175,9 @@ std::string glText(GLenum name)
 bool drawsOnProcessor(const std::string& renderer)
 {
     for (const char* word : {"llvmpipe", "softpipe", "swrast", "Software"}) {
-        if (renderer.find(word) != std::string::npos)
+        if (renderer.find(word) != std::string::npos) {
             return true;
+        }
     }
     return false;
 }
@@ -181,15 +187,19 @@ std::string complaint(const Way& way)
 {
     const std::string version = glText(GL_VERSION);
     int major = 0, minor = 0;
-    if (std::sscanf(version.c_str(), "%d.%d", &major, &minor) != 2)
+    if (std::sscanf(version.c_str(), "%d.%d", &major, &minor) != 2) {
         return "no desktop OpenGL (version \"" + version + "\")";
+    }
     GLint profile = GL_CONTEXT_COMPATIBILITY_PROFILE_BIT;
-    if (major > 3 || (major == 3 && minor >= 2))
+    if (major > 3 || (major == 3 && minor >= 2)) {
         glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
-    if (!(profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT))
+    }
+    if (!(profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT)) {
         return "no compatibility profile (OpenGL " + version + ")";
-    if (way.mustBeSoftware && !drawsOnProcessor(glText(GL_RENDERER)))
+    }
+    if (way.mustBeSoftware && !drawsOnProcessor(glText(GL_RENDERER))) {
         return "draws on hardware (" + glText(GL_RENDERER) + ")";
+    }
     return "";
 }
 
@@ -209,16 +219,18 @@ void keepMemoryOfFrames()
 std::vector<RenderDevice> listRenderDevices()
 {
     std::vector<RenderDevice> out;
-    for (EGLDeviceEXT device : eglDevices())
+    for (EGLDeviceEXT device : eglDevices()) {
         out.push_back(describeDevice(static_cast<int>(out.size()), device));
+    }
     return out;
 }
 
 std::string describeRenderDevices()
 {
     std::string out;
-    for (const RenderDevice& device : listRenderDevices())
+    for (const RenderDevice& device : listRenderDevices()) {
         out += "\n  " + std::to_string(device.index) + "  " + device.name + (device.software ? " (software)" : "");
+    }
     return out.empty() ? "\n  (EGL lists no devices)" : out;
 }
 
@@ -233,13 +245,16 @@ struct HeadlessContext::Impl
 
     void close()
     {
-        if (display == EGL_NO_DISPLAY)
+        if (display == EGL_NO_DISPLAY) {
             return;
+        }
         eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-        if (context != EGL_NO_CONTEXT)
+        if (context != EGL_NO_CONTEXT) {
             eglDestroyContext(display, context);
-        if (surface != EGL_NO_SURFACE)
+        }
+        if (surface != EGL_NO_SURFACE) {
             eglDestroySurface(display, surface);
+        }
         // The display stays initialised: EGL hands out the same one for the same way every time, and terminating it
         // would end it for other contexts of the process, too.
         display = EGL_NO_DISPLAY;
@@ -251,13 +266,16 @@ struct HeadlessContext::Impl
     std::string open(const Way& way)
     {
         EGLDisplay opened = way.open();
-        if (opened == EGL_NO_DISPLAY)
+        if (opened == EGL_NO_DISPLAY) {
             return "no EGL display (" + eglErrorText() + ")";
-        if (!eglInitialize(opened, nullptr, nullptr))
+        }
+        if (!eglInitialize(opened, nullptr, nullptr)) {
             return "EGL cannot be initialised (" + eglErrorText() + ")";
+        }
         display = opened;
-        if (!eglBindAPI(EGL_OPENGL_API))
+        if (!eglBindAPI(EGL_OPENGL_API)) {
             return "no desktop OpenGL (" + eglErrorText() + ")";
+        }
         const std::string reason = createContext();
         return reason.empty() ? complaint(way) : reason;
     }
@@ -269,19 +287,23 @@ struct HeadlessContext::Impl
                                  EGL_OPENGL_BIT, EGL_NONE};
         EGLConfig config = nullptr;
         EGLint count = 0;
-        if (!eglChooseConfig(display, wanted, &config, 1, &count) || count == 0)
+        if (!eglChooseConfig(display, wanted, &config, 1, &count) || count == 0) {
             return "no configuration for desktop OpenGL (" + eglErrorText() + ")";
+        }
         context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
-        if (context == EGL_NO_CONTEXT)
+        if (context == EGL_NO_CONTEXT) {
             return "no context (" + eglErrorText() + ")";
+        }
         if (!surfaceless) {
             const EGLint onePixel[] = {EGL_WIDTH, 1, EGL_HEIGHT, 1, EGL_NONE};
             surface = eglCreatePbufferSurface(display, config, onePixel);
-            if (surface == EGL_NO_SURFACE)
+            if (surface == EGL_NO_SURFACE) {
                 return "no pbuffer (" + eglErrorText() + ")";
+            }
         }
-        if (!eglMakeCurrent(display, surface, surface, context))
+        if (!eglMakeCurrent(display, surface, surface, context)) {
             return "the context cannot be made current (" + eglErrorText() + ")";
+        }
         return "";
     }
 };
@@ -299,8 +321,9 @@ HeadlessContext::HeadlessContext(const std::string& device) : impl(new Impl)
         impl->close();
         failures += "\n  " + way.label + ": " + reason;
     }
-    if (failures.empty())
+    if (failures.empty()) {
         failures = "\n  EGL offers neither devices nor a platform without a display";
+    }
     throw HostError("no OpenGL context without a display (device " + device + "). Tried:" + failures);
 }
 
@@ -308,8 +331,9 @@ HeadlessContext::~HeadlessContext() = default;
 
 void HeadlessContext::makeCurrent()
 {
-    if (!eglMakeCurrent(impl->display, impl->surface, impl->surface, impl->context))
+    if (!eglMakeCurrent(impl->display, impl->surface, impl->surface, impl->context)) {
         throw HostError("the OpenGL context cannot be made current (" + eglErrorText() + ")");
+    }
 }
 
 const std::string& HeadlessContext::description() const

@@ -30,8 +30,9 @@ struct FramebufferCalls
 template <class Function> void lookUp(Function& target, const char* name)
 {
     target = reinterpret_cast<Function>(eglGetProcAddress(name));
-    if (!target)
+    if (!target) {
         throw HostError(std::string("this OpenGL driver has no framebuffer objects (") + name + " is missing)");
+    }
 }
 
 const FramebufferCalls& calls()
@@ -88,8 +89,9 @@ Picture readPixels(int width, int height)
     glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, out.rgba.data());
     glPopClientAttrib();
     out.flipRows();
-    for (std::size_t k = 3; k < out.rgba.size(); k += 4)
+    for (std::size_t k = 3; k < out.rgba.size(); k += 4) {
         out.rgba[k] = 255;
+    }
     return out;
 }
 
@@ -108,9 +110,10 @@ Offscreen::Offscreen(int width, int height, int samples)
     : w(width), h(height), samplesPerPixel(supportedSamples(samples))
 {
     const int largest = largestOffscreenSize();
-    if (width < 1 || height < 1 || width > largest || height > largest)
+    if (width < 1 || height < 1 || width > largest || height > largest) {
         throw HostError("a picture of " + sizeText(width, height) + " cannot be drawn; this driver does up to " +
                         sizeText(largest, largest));
+    }
     calls().genFramebuffers(samplesPerPixel ? 2 : 1, framebuffers);
     calls().genRenderbuffers(samplesPerPixel ? 3 : 2, renderbuffers);
     storage(renderbuffers[0], samplesPerPixel, GL_RGBA8, w, h);
@@ -151,8 +154,9 @@ void Offscreen::bind()
 Picture Offscreen::read()
 {
     bind();
-    if (!samplesPerPixel)
+    if (!samplesPerPixel) {
         return readPixels(w, h);
+    }
     calls().bindFramebuffer(GL_DRAW_FRAMEBUFFER, framebuffers[1]);
     calls().blitFramebuffer(0, 0, w, h, 0, 0, w, h, GL_COLOR_BUFFER_BIT, GL_NEAREST);
     calls().bindFramebuffer(GL_READ_FRAMEBUFFER, framebuffers[1]);

@@ -45,15 +45,17 @@ OutputRedirect::OutputRedirect(const std::string& file)
 {
     const char* path = file.empty() ? "/dev/null" : file.c_str();
     const int target = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666);
-    if (target < 0)
+    if (target < 0) {
         throw HostError(std::string(path) + ": cannot be written (" + std::strerror(errno) + ")");
+    }
     flushAll();
     saved[0] = keep(STDOUT_FILENO);
     saved[1] = keep(STDERR_FILENO);
     dup2(target, STDOUT_FILENO);
     dup2(target, STDERR_FILENO);
-    if (target > STDERR_FILENO)
+    if (target > STDERR_FILENO) {
         close(target);
+    }
 }
 
 OutputRedirect::~OutputRedirect()
@@ -66,8 +68,9 @@ OutputRedirect::~OutputRedirect()
 ErrorCapture::ErrorCapture()
 {
     memory = memfd_create("captured standard error", MFD_CLOEXEC);
-    if (memory < 0)
+    if (memory < 0) {
         throw HostError(std::string("standard error cannot be captured (") + std::strerror(errno) + ")");
+    }
     flushAll();
     saved = keep(STDERR_FILENO);
     dup2(memory, STDERR_FILENO);

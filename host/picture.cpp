@@ -30,8 +30,9 @@ Color paleGrey(Color c)
 
 Picture::Picture(int w, int h, Color fill) : width(w), height(h)
 {
-    if (w < 0 || h < 0)
+    if (w < 0 || h < 0) {
         throw HostError("a picture cannot be " + std::to_string(w) + "x" + std::to_string(h));
+    }
     rgba.resize(4 * static_cast<std::size_t>(w) * h);
     for (std::size_t k = 0; k < rgba.size(); k += 4) {
         rgba[k] = fill.r;
@@ -59,8 +60,9 @@ void Picture::set(int x, int y, Color color)
 void Picture::flipRows()
 {
     const std::size_t row = 4 * static_cast<std::size_t>(width);
-    for (int top = 0, bottom = height - 1; top < bottom; ++top, --bottom)
+    for (int top = 0, bottom = height - 1; top < bottom; ++top, --bottom) {
         std::swap_ranges(rgba.begin() + row * top, rgba.begin() + row * (top + 1), rgba.begin() + row * bottom);
+    }
 }
 
 Picture Picture::cut(int x, int y, int w, int h, Color fill) const
@@ -74,8 +76,9 @@ void Picture::paste(const Picture& other, int x, int y)
 {
     const int left = std::max(0, x);
     const int right = std::min(width, x + other.width);
-    if (left >= right)
+    if (left >= right) {
         return;
+    }
     for (int row = std::max(0, y); row < std::min(height, y + other.height); ++row) {
         const auto from = other.rgba.begin() + offset(other, left - x, row - y);
         std::copy(from, from + 4 * static_cast<std::ptrdiff_t>(right - left), rgba.begin() + offset(*this, left, row));
@@ -86,8 +89,9 @@ PictureDifference compare(const Picture& a, const Picture& b, int tolerance)
 {
     PictureDifference out;
     out.sameSize = a.width == b.width && a.height == b.height;
-    if (!out.sameSize)
+    if (!out.sameSize) {
         return out;
+    }
     out.picture = Picture(a.width, a.height);
     for (int y = 0; y < a.height; ++y) {
         for (int x = 0; x < a.width; ++x) {

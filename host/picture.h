@@ -41,16 +41,14 @@ struct Picture
     void paste(const Picture& other, int x, int y);
 };
 
-// --- Files: errors throw HostError, which names the file and what is wrong
-// -----------------------------------------------
+// --- Files: errors throw HostError, which names the file and what is wrong ---
 
 // Writes to a temporary name beside the file and renames it: the file is whole, or what it was before.
 void writePng(const Picture& picture, const std::string& path);
 
 Picture readPng(const std::string& path);
 
-// --- Comparing
-// -------------------------------------------------------------------------------------------------------------
+// --- Comparing ---
 
 struct PictureDifference
 {

@@ -31,10 +31,11 @@ std::string writeStream(const Picture& picture, std::FILE* file)
     image.height = static_cast<png_uint_32>(picture.height);
     image.format = PNG_FORMAT_RGBA;
     std::string problem;
-    if (!png_image_write_to_stdio(&image, file, 0, picture.rgba.data(), 0, nullptr))
+    if (!png_image_write_to_stdio(&image, file, 0, picture.rgba.data(), 0, nullptr)) {
         problem = image.message;
-    else if (std::fflush(file) != 0 || fsync(fileno(file)) != 0)
+    } else if (std::fflush(file) != 0 || fsync(fileno(file)) != 0) {
         problem = systemError();
+    }
     png_image_free(&image);
     return problem;
 }
@@ -45,13 +46,16 @@ void writePng(const Picture& picture, const std::string& path)
 {
     const std::string temporary = path + ".tmp" + std::to_string(getpid());
     std::FILE* file = std::fopen(temporary.c_str(), "wbx");
-    if (!file)
+    if (!file) {
         fail(path, "cannot be written (" + systemError() + ")");
+    }
     std::string problem = writeStream(picture, file);
-    if (std::fclose(file) != 0 && problem.empty())
+    if (std::fclose(file) != 0 && problem.empty()) {
         problem = systemError();
-    if (problem.empty() && std::rename(temporary.c_str(), path.c_str()) != 0)
+    }
+    if (problem.empty() && std::rename(temporary.c_str(), path.c_str()) != 0) {
         problem = systemError();
+    }
     if (!problem.empty()) {
         std::remove(temporary.c_str());
         fail(path, "cannot be written (" + problem + ")");
@@ -61,8 +65,9 @@ void writePng(const Picture& picture, const std::string& path)
 Picture readPng(const std::string& path)
 {
     std::FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file)
+    if (!file) {
         fail(path, "cannot be opened (" + systemError() + ")");
+    }
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     Picture out;
@@ -81,8 +86,9 @@ Picture readPng(const std::string& path)
     const bool failed = PNG_IMAGE_FAILED(image);
     const std::string problem = image.message;
     png_image_free(&image);
-    if (failed)
+    if (failed) {
         fail(path, "is no readable PNG picture (" + problem + ")");
+    }
     return out;
 }
 

@@ -165,8 +165,7 @@ void dropRepeatedElements(const Mesh& mesh, MeshFile& file, ImportLog& log)
         names.insert(type.name);
     }
     for (const std::string& name : names) {
-        dropEarlierDefinitions(
-            mesh, file, [&](const ElementType& type) { return type.name == name; }, log);
+        dropEarlierDefinitions(mesh, file, [&](const ElementType& type) { return type.name == name; }, log);
     }
 }
 

@@ -25,8 +25,7 @@ template <class T> Block blockOf(const std::vector<T>& values)
     return {values.data(), values.size() * sizeof(T)};
 }
 
-// --- Files
-// -------------------------------------------------------------------------------------------------------------
+// --- Files ---
 
 // A new file that is closed without a word when something goes wrong, and with a check when it is finished.
 class NewFile
@@ -35,13 +34,15 @@ public:
     explicit NewFile(const std::string& path)
         : path(path), number(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666))
     {
-        if (number < 0)
+        if (number < 0) {
             fail("created");
+        }
     }
     ~NewFile()
     {
-        if (number >= 0)
+        if (number >= 0) {
             ::close(number);
+        }
     }
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
@@ -51,10 +52,12 @@ public:
         const char* bytes = static_cast<const char*>(block.bytes);
         while (block.size > 0) {
             const ssize_t written = ::write(number, bytes, block.size);
-            if (written < 0 && errno == EINTR)
+            if (written < 0 && errno == EINTR) {
                 continue;
-            if (written < 0)
+            }
+            if (written < 0) {
                 fail("written");
+            }
             bytes += written;
             block.size -= static_cast<std::size_t>(written);
         }
@@ -63,8 +66,9 @@ public:
     {
         const int closing = number;
         number = -1;
-        if (::close(closing) != 0)
+        if (::close(closing) != 0) {
             fail("written");
+        }
     }
 
 private:
@@ -82,24 +86,25 @@ void writeFile(const std::string& path, const char* magic, std::uint64_t count, 
 {
     FileHeader header = {};
     std::memcpy(header.magic, magic, sizeof header.magic);
-    header.version = FORMAT_VERSION;
+    header.version = formatVersion;
     header.headerSize = sizeof header;
     header.count = count;
-    for (const Block& block : payload)
+    for (const Block& block : payload) {
         header.payloadSize += block.size;
+    }
     header.payloadChecksum = payloadChecksum;
     header.partner = partner;
     header.headerChecksum = headerChecksum(header);
 
     NewFile file(path);
     file.write({&header, sizeof header});
-    for (const Block& block : payload)
+    for (const Block& block : payload) {
         file.write(block);
+    }
     file.finish();
 }
 
-// --- Nodes
-// -------------------------------------------------------------------------------------------------------------
+// --- Nodes ---
 
 void writeNodes(const std::string& folder, const std::vector<std::uint32_t>& ids, const std::vector<float>& xyz)
 {
@@ -107,12 +112,11 @@ void writeNodes(const std::string& folder, const std::vector<std::uint32_t>& ids
     const Block xyzBlock = blockOf(xyz);
     const std::uint64_t idSum = checksum(idBlock.bytes, idBlock.size);
     const std::uint64_t xyzSum = checksum(xyzBlock.bytes, xyzBlock.size);
-    writeFile(folder + "/" + NODE_IDS_FILE, NODE_IDS_MAGIC, ids.size(), idSum, 0, {idBlock});
-    writeFile(folder + "/" + NODE_COORDS_FILE, NODE_COORDS_MAGIC, ids.size(), xyzSum, idSum, {xyzBlock});
+    writeFile(folder + "/" + nodeIdsFile, nodeIdsMagic, ids.size(), idSum, 0, {idBlock});
+    writeFile(folder + "/" + nodeCoordsFile, nodeCoordsMagic, ids.size(), xyzSum, idSum, {xyzBlock});
 }
 
-// --- Parts
-// -------------------------------------------------------------------------------------------------------------
+// --- Parts ---
 
 PartRecord headOf(const PartData& data, std::uint32_t ordinal)
 {
@@ -121,9 +125,10 @@ PartRecord headOf(const PartData& data, std::uint32_t ordinal)
     r.id = part.id;
     r.drawType = part.drawType;
     r.stride = part.stride;
-    r.flags = (part.hasColor ? PART_HAS_COLOR : 0) | (data.byIndex ? PART_REFS_BY_INDEX : 0);
-    if (part.hasColor)
+    r.flags = (part.hasColor ? partHasColor : 0) | (data.byIndex ? partRefsByIndex : 0);
+    if (part.hasColor) {
         std::copy_n(part.color, 4, r.color);
+    }
     r.propertyId = part.propertyId;
     r.materialId = part.materialId;
     r.ordinal = ordinal;
@@ -169,18 +174,18 @@ private:
 void writeParts(const std::string& folder, const std::vector<PartData>& parts, std::uint32_t firstOrdinal)
 {
     PartFiles files;
-    for (const PartData& data : parts)
+    for (const PartData& data : parts) {
         files.add(data, firstOrdinal++);
+    }
     const Block records = blockOf(files.records);
     std::string table(static_cast<const char*>(records.bytes), records.size);
     table += files.texts;
     const std::uint64_t sum = checksum(table.data(), table.size());
-    writeFile(folder + "/" + PARTS_FILE, PARTS_MAGIC, parts.size(), sum, 0, {{table.data(), table.size()}});
-    writeFile(folder + "/" + ELEMENTS_FILE, ELEMENTS_MAGIC, files.numElements, 0, sum, files.blocks);
+    writeFile(folder + "/" + partsFile, partsMagic, parts.size(), sum, 0, {{table.data(), table.size()}});
+    writeFile(folder + "/" + elementsFile, elementsMagic, files.numElements, 0, sum, files.blocks);
 }
 
-// --- The model's index
-// -------------------------------------------------------------------------------------------------
+// --- The model's index ---
 
 void writeText(const std::string& path, const std::string& text)
 {
@@ -196,10 +201,11 @@ void writePartStart(const ModelData& model, const std::string& folder)
     bytes.append(reinterpret_cast<const char*>(&numFiles), sizeof numFiles);
     for (const FileData& file : model.files) {
         const std::uint32_t length = static_cast<std::uint32_t>(file.name.size());
-        if (numFiles > 1)
+        if (numFiles > 1) {
             bytes.append(reinterpret_cast<const char*>(&length), sizeof length) += file.name;
+        }
     }
-    writeText(folder + "/" + PART_START_FILE, bytes);
+    writeText(folder + "/" + partStartFile, bytes);
 }
 
 // The nodes of all files in one list, for look-ups of nodes in the model as a whole. Where files repeat an id the first
@@ -212,20 +218,24 @@ void writeModelNodes(const ModelData& model, const std::string& folder)
         const float* xyz;
     };
     std::vector<Entry> all;
-    for (const FileData& file : model.files)
-        for (std::size_t k = 0; k < file.ids.size(); ++k)
+    for (const FileData& file : model.files) {
+        for (std::size_t k = 0; k < file.ids.size(); ++k) {
             all.push_back({file.ids[k], &file.xyz[3 * k]});
+        }
+    }
     std::stable_sort(all.begin(), all.end(), [](const Entry& a, const Entry& b) { return a.id < b.id; });
 
     std::vector<std::uint32_t> ids;
     std::vector<float> xyz;
-    for (const Entry& entry : all)
+    for (const Entry& entry : all) {
         if (ids.empty() || ids.back() != entry.id) {
             ids.push_back(entry.id);
             xyz.insert(xyz.end(), entry.xyz, entry.xyz + 3);
         }
-    if (!ids.empty())
+    }
+    if (!ids.empty()) {
         writeNodes(folder, ids, xyz);
+    }
 }
 
 bool hasFileNamed(const ModelData& model, const std::string& name)
@@ -241,15 +251,18 @@ void writeModelFiles(const ModelData& model, const std::string& root)
     std::uint32_t ordinal = 0;
     for (const FileData& file : model.files) {
         const std::string folder = makeFolders(root, file.name);
-        if (!file.ids.empty())
+        if (!file.ids.empty()) {
             writeNodes(folder, file.ids, file.xyz);
+        }
         writeParts(folder, file.parts, ordinal);
         ordinal += static_cast<std::uint32_t>(file.parts.size());
     }
-    if (!hasFileNamed(model, model.modelName))
+    if (!hasFileNamed(model, model.modelName)) {
         writeModelNodes(model, modelFolder);
-    if (!model.deckText.empty())
-        writeText(modelFolder + "/" + DECK_FILE, model.deckText);
+    }
+    if (!model.deckText.empty()) {
+        writeText(modelFolder + "/" + deckFile, model.deckText);
+    }
     writePartStart(model, modelFolder);
 }
 

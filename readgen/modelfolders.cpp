@@ -47,38 +47,45 @@ bool exists(const std::string& path)
 std::vector<std::string> leadingPaths(const std::string& path)
 {
     std::vector<std::string> paths;
-    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1))
+    for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1)) {
         paths.push_back(path.substr(0, end));
+    }
     paths.push_back(path);
     return paths;
 }
 
 bool isModelFileName(const std::string& name)
 {
-    for (const char* known : {NODE_IDS_FILE, NODE_COORDS_FILE, PARTS_FILE, ELEMENTS_FILE, PART_START_FILE, DECK_FILE})
-        if (name == known)
+    for (const char* known : {nodeIdsFile, nodeCoordsFile, partsFile, elementsFile, partStartFile, deckFile}) {
+        if (name == known) {
             return true;
+        }
+    }
     return false;
 }
 
 // A folder may be replaced when it holds a model and nothing else: a mistyped name must not cost a user's files.
 void checkReplaceable(const std::string& target)
 {
-    if (!exists(target))
+    if (!exists(target)) {
         return;
+    }
     std::error_code problem;
-    if (!fs::is_directory(fs::symlink_status(target, problem)))
+    if (!fs::is_directory(fs::symlink_status(target, problem))) {
         cannotUse(target, "exists and is not a folder");
+    }
     for (fs::recursive_directory_iterator entry(target, problem), end; !problem && entry != end;
          entry.increment(problem)) {
         const fs::file_status status = entry->symlink_status(problem);
         const bool known = fs::is_regular_file(status) && isModelFileName(entry->path().filename().string());
-        if (!problem && !fs::is_directory(status) && !known)
+        if (!problem && !fs::is_directory(status) && !known) {
             cannotUse(target, "exists and holds \"" + fs::relative(entry->path(), target, problem).string() +
                                   "\", which is no part of a model; it is not replaced");
+        }
     }
-    if (problem)
+    if (problem) {
         cannotUse(target, "cannot be looked through: " + problem.message());
+    }
 }
 
 // Swaps two folders in one step. False where the file system cannot.
@@ -94,28 +101,31 @@ bool renamed(const std::string& from, const std::string& to)
 
 // Up to so many files are waited for one by one. A disk takes milliseconds for each, so that models of thousands of
 // files wait once, for all that their file system has to write.
-constexpr std::size_t MANY_FILES = 64;
+constexpr std::size_t manyFiles = 64;
 
 // What cannot be synchronised, as on some network file systems, says EINVAL.
 void syncPath(const std::string& path, int (*call)(int))
 {
     const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (number < 0)
+    if (number < 0) {
         failedCall(path, "cannot be written");
+    }
     const bool done = call(number) == 0 || errno == EINVAL;
     const int reason = errno;
     ::close(number);
     errno = reason;
-    if (!done)
+    if (!done) {
         failedCall(path, "cannot be written");
+    }
 }
 
 // Best effort: the renaming is then on the disk as well.
 void syncFolder(const std::string& path)
 {
     const int number = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (number < 0)
+    if (number < 0) {
         return;
+    }
     ::fsync(number);
     ::close(number);
 }
@@ -127,8 +137,9 @@ std::string makeFolders(const std::string& root, const std::string& path)
     const std::string whole = root + "/" + path;
     std::error_code problem;
     fs::create_directories(whole, problem);
-    if (problem)
+    if (problem) {
         cannotUse(whole, "cannot be created: " + problem.message());
+    }
     return whole;
 }
 
@@ -137,12 +148,14 @@ StagingFolder::StagingFolder(const std::string& dir) : dirName(dir)
     try {
         makeParents(dirName);
         std::string name = dirName + "/.kvo-model-XXXXXX";
-        if (!::mkdtemp(&name[0]))
+        if (!::mkdtemp(&name[0])) {
             failedCall(dirName, "cannot be written into");
+        }
         staging = name;
     } catch (...) {
-        for (std::size_t k = madeFolders.size(); k-- > 0;)
+        for (std::size_t k = madeFolders.size(); k-- > 0;) {
             ::rmdir(madeFolders[k].c_str());
+        }
         throw;
     }
 }
@@ -151,18 +164,22 @@ StagingFolder::~StagingFolder()
 {
     std::error_code ignored;
     fs::remove_all(staging, ignored);
-    if (!finished)
-        for (std::size_t k = madeFolders.size(); k-- > 0;)
+    if (!finished) {
+        for (std::size_t k = madeFolders.size(); k-- > 0;) {
             ::rmdir(madeFolders[k].c_str());
+        }
+    }
 }
 
 void StagingFolder::makeParents(const std::string& path)
 {
     for (const std::string& folder : leadingPaths(path)) {
-        if (isFolder(folder))
+        if (isFolder(folder)) {
             continue;
-        if (::mkdir(folder.c_str(), 0777) != 0)
+        }
+        if (::mkdir(folder.c_str(), 0777) != 0) {
             failedCall(folder, "cannot be created");
+        }
         madeFolders.push_back(folder);
     }
 }
@@ -173,15 +190,19 @@ void StagingFolder::sync() const
     std::error_code problem;
     for (fs::recursive_directory_iterator entry(staging, problem), end; !problem && entry != end;
          entry.increment(problem)) {
-        if (entry->is_regular_file(problem))
+        if (entry->is_regular_file(problem)) {
             files.push_back(entry->path().string());
+        }
     }
-    if (problem)
+    if (problem) {
         cannotUse(staging, "cannot be looked through: " + problem.message());
-    if (files.size() > MANY_FILES)
+    }
+    if (files.size() > manyFiles) {
         return syncPath(staging, ::syncfs);
-    for (const std::string& file : files)
+    }
+    for (const std::string& file : files) {
         syncPath(file, ::fdatasync);
+    }
 }
 
 void StagingFolder::moveOne(const std::string& name)
@@ -194,13 +215,15 @@ void StagingFolder::moveOne(const std::string& name)
             return;
         }
         move.old = staging + "/.old-" + std::to_string(moves.size());
-        if (!renamed(move.target, move.old))
+        if (!renamed(move.target, move.old)) {
             failedCall(move.target, "cannot be moved aside");
+        }
     }
     if (!renamed(move.staged, move.target)) {
         const int reason = errno;
-        if (!move.old.empty())
+        if (!move.old.empty()) {
             renamed(move.old, move.target);
+        }
         errno = reason;
         failedCall(move.target, "cannot be put in place");
     }
@@ -216,16 +239,18 @@ void StagingFolder::moveBack()
             continue;
         }
         renamed(move.target, move.staged);
-        if (!move.old.empty())
+        if (!move.old.empty()) {
             renamed(move.old, move.target);
+        }
     }
     moves.clear();
 }
 
 void StagingFolder::moveInto(const std::vector<std::string>& names)
 {
-    for (const std::string& name : names)
+    for (const std::string& name : names) {
         checkReplaceable(dirName + "/" + name);
+    }
     try {
         for (const std::string& name : names) {
             const std::string target = dirName + "/" + name;

@@ -20,7 +20,7 @@ struct Family
     bool thirdSlotMayBeEmpty;
 };
 
-const Family FAMILIES[] = {
+const Family families[] = {
     {"shell", SHELL, {4, 4}, false},
     {"solid", SOLID, {8, 10}, false},
     {"beam", BEAM, {3, 3}, true},
@@ -29,9 +29,11 @@ const Family FAMILIES[] = {
 
 const Family* findFamily(unsigned int drawType)
 {
-    for (const Family& family : FAMILIES)
-        if (family.drawType == drawType)
+    for (const Family& family : families) {
+        if (family.drawType == drawType) {
             return &family;
+        }
+    }
     return nullptr;
 }
 
@@ -49,9 +51,11 @@ std::uint64_t headerChecksum(const FileHeader& header)
 
 unsigned int drawTypeOf(const char* familyName)
 {
-    for (const Family& family : FAMILIES)
-        if (strcasecmp(familyName, family.name) == 0)
+    for (const Family& family : families) {
+        if (strcasecmp(familyName, family.name) == 0) {
             return family.drawType;
+        }
+    }
     return 0;
 }
 
@@ -64,9 +68,10 @@ const char* familyOf(unsigned int drawType)
 bool strideFits(unsigned int drawType, unsigned int stride)
 {
     const Family* family = findFamily(drawType);
-    if (family)
+    if (family) {
         return stride == family->strides[0] || stride == family->strides[1];
-    return stride > 0 && stride <= MAX_STRIDE;
+    }
+    return stride > 0 && stride <= maxStride;
 }
 
 bool thirdSlotMayBeEmpty(unsigned int drawType)

@@ -11,20 +11,20 @@
 
 namespace readgen {
 
-constexpr const char NODE_IDS_FILE[] = "node_ids";
-constexpr const char NODE_COORDS_FILE[] = "node_coords";
-constexpr const char PARTS_FILE[] = "parts";
-constexpr const char ELEMENTS_FILE[] = "elements";
-constexpr const char PART_START_FILE[] = "part_start";
-constexpr const char DECK_FILE[] = "deck.json"; // what the deck has beyond the model; not read by the readers
+constexpr const char nodeIdsFile[] = "node_ids";
+constexpr const char nodeCoordsFile[] = "node_coords";
+constexpr const char partsFile[] = "parts";
+constexpr const char elementsFile[] = "elements";
+constexpr const char partStartFile[] = "part_start";
+constexpr const char deckFile[] = "deck.json"; // what the deck has beyond the model; not read by the readers
 
 // Eight characters each, no terminator.
-constexpr const char NODE_IDS_MAGIC[] = "KVO_NIDS";
-constexpr const char NODE_COORDS_MAGIC[] = "KVO_NXYZ";
-constexpr const char PARTS_MAGIC[] = "KVO_PART";
-constexpr const char ELEMENTS_MAGIC[] = "KVO_ELEM";
+constexpr const char nodeIdsMagic[] = "KVO_NIDS";
+constexpr const char nodeCoordsMagic[] = "KVO_NXYZ";
+constexpr const char partsMagic[] = "KVO_PART";
+constexpr const char elementsMagic[] = "KVO_ELEM";
 
-constexpr std::uint32_t FORMAT_VERSION = 1;
+constexpr std::uint32_t formatVersion = 1;
 
 // The first bytes of every file but part_start. The payload follows and ends the file.
 struct FileHeader
@@ -42,8 +42,8 @@ struct FileHeader
 static_assert(sizeof(FileHeader) == 64 && offsetof(FileHeader, headerChecksum) == 56, "the file's layout");
 
 // PartRecord::flags
-constexpr std::uint32_t PART_HAS_COLOR = 1;
-constexpr std::uint32_t PART_REFS_BY_INDEX = 2;
+constexpr std::uint32_t partHasColor = 1;
+constexpr std::uint32_t partRefsByIndex = 2;
 
 // One part in the payload of `parts`: all records first, then the text area.
 struct PartRecord
@@ -73,12 +73,12 @@ static_assert(sizeof(PartRecord) == 136 && offsetof(PartRecord, textOffset) == 5
               "the file's layout");
 
 // A node reference that stands for "none", where a slot may be empty.
-constexpr std::uint32_t NO_NODE = 0xFFFFFFFFu;
+constexpr std::uint32_t noNode = 0xFFFFFFFFu;
 // Node counts stay below this: positions with the top bit set mean "not found".
-constexpr std::uint64_t MAX_NODES = 0x7FFFFFFFu;
+constexpr std::uint64_t maxNodes = 0x7FFFFFFFu;
 // Lengths that a record in memory can hold.
-constexpr std::uint64_t MAX_SLOTS = 0xFFFFFFFFu;
-constexpr std::uint32_t MAX_STRIDE = 64;
+constexpr std::uint64_t maxSlots = 0xFFFFFFFFu;
+constexpr std::uint32_t maxStride = 64;
 
 std::uint64_t checksum(const void* data, std::size_t size); // XXH3, 64 bits
 std::uint64_t headerChecksum(const FileHeader& header);

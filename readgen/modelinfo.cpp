@@ -10,9 +10,9 @@ using namespace readgen;
 
 namespace {
 
-constexpr std::uint64_t EXTENTS_SIZE = 6 * sizeof(float);
-constexpr std::uint64_t NAMES_OFFSET = EXTENTS_SIZE + sizeof(std::uint32_t);
-constexpr std::uint32_t LONGEST_NAME = 255;
+constexpr std::uint64_t extentsSize = 6 * sizeof(float);
+constexpr std::uint64_t namesOffset = extentsSize + sizeof(std::uint32_t);
+constexpr std::uint32_t longestName = 255;
 
 // Takes fixed-size values and texts off a mapped file, never past its end.
 class Cursor
@@ -21,8 +21,9 @@ public:
     explicit Cursor(const MappedFile& file) : file(file) {}
     void take(void* to, std::uint64_t size)
     {
-        if (size > file.size - offset)
+        if (size > file.size - offset) {
             badFile(file.path, offset, "the file ends where " + std::to_string(size) + " bytes are due");
+        }
         std::memcpy(to, file.bytes + offset, size);
         offset += size;
     }
@@ -42,8 +43,9 @@ std::string takeName(Cursor& cursor, const std::string& path)
 {
     const std::uint64_t start = cursor.offset;
     const std::uint32_t length = cursor.takeNumber();
-    if (length == 0 || length > LONGEST_NAME)
+    if (length == 0 || length > longestName) {
         badFile(path, start, "a file name of " + std::to_string(length) + " bytes; 1 to 255 are allowed");
+    }
     std::string name(length, '\0');
     cursor.take(&name[0], length);
     return name;
@@ -53,23 +55,27 @@ void readPartStart(const std::string& path, const std::string& modelName, ModelI
 {
     const MappedFile file(path);
     Cursor cursor(file);
-    cursor.take(info.extents, EXTENTS_SIZE);
+    cursor.take(info.extents, extentsSize);
     const std::uint32_t numFiles = cursor.takeNumber();
-    if (numFiles > 1 && numFiles > (file.size - NAMES_OFFSET) / sizeof(std::uint32_t))
-        badFile(path, EXTENTS_SIZE, std::to_string(numFiles) + " file names do not fit the file");
-    if (numFiles <= 1)
+    if (numFiles > 1 && numFiles > (file.size - namesOffset) / sizeof(std::uint32_t)) {
+        badFile(path, extentsSize, std::to_string(numFiles) + " file names do not fit the file");
+    }
+    if (numFiles <= 1) {
         info.files.push_back(modelName);
-    else
-        for (std::uint32_t k = 0; k < numFiles; ++k)
+    } else {
+        for (std::uint32_t k = 0; k < numFiles; ++k) {
             info.files.push_back(takeName(cursor, path));
+        }
+    }
 }
 
 unsigned long long countNodes(const std::string& folder)
 {
-    const std::string path = folder + "/" + NODE_IDS_FILE;
-    if (!fileExists(path) && !fileExists(folder + "/" + NODE_COORDS_FILE))
+    const std::string path = folder + "/" + nodeIdsFile;
+    if (!fileExists(path) && !fileExists(folder + "/" + nodeCoordsFile)) {
         return 0;
-    const ModelFile file(path, NODE_IDS_MAGIC);
+    }
+    const ModelFile file(path, nodeIdsMagic);
     file.checkItems(sizeof(std::uint32_t));
     return file.header().count;
 }
@@ -82,11 +88,12 @@ ModelPartInfo describePart(const PartTable& table, std::size_t k, int fileIndex)
     info.part.name = table.name(k);
     info.part.drawType = r.drawType;
     info.part.stride = r.stride;
-    info.part.hasColor = r.flags & PART_HAS_COLOR;
-    if (info.part.hasColor)
+    info.part.hasColor = r.flags & partHasColor;
+    if (info.part.hasColor) {
         std::copy_n(r.color, 4, info.part.color);
-    else
+    } else {
         paletteColor(r.ordinal, info.part.color);
+    }
     info.part.propertyId = r.propertyId;
     info.part.propertyName = table.propertyName(k);
     info.part.materialId = r.materialId;
@@ -103,8 +110,9 @@ void readFile(const std::string& folder, ModelInfo& info)
     const int fileIndex = static_cast<int>(info.numNodes.size());
     info.numNodes.push_back(countNodes(folder));
     const PartTable table(folder);
-    for (std::size_t k = 0; k < table.size(); ++k)
+    for (std::size_t k = 0; k < table.size(); ++k) {
         info.parts.push_back(describePart(table, k, fileIndex));
+    }
 }
 
 } // namespace
@@ -114,14 +122,16 @@ bool readModelInfo(const std::string& dirName, const std::string& modelName, Mod
     *info = ModelInfo();
     try {
         ModelInfo found;
-        readPartStart(dirName + "/" + modelName + "/" + PART_START_FILE, modelName, found);
-        for (const std::string& file : found.files)
+        readPartStart(dirName + "/" + modelName + "/" + partStartFile, modelName, found);
+        for (const std::string& file : found.files) {
             readFile(dirName + "/" + file, found);
+        }
         *info = std::move(found);
         return true;
     } catch (const std::exception& problem) {
-        if (error)
+        if (error) {
             *error = problem.what();
+        }
         return false;
     }
 }

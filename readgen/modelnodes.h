@@ -14,10 +14,10 @@
 namespace readgen {
 
 // "No such node": as positions go, negative when read as a signed number.
-constexpr std::uint32_t NOT_FOUND = 0x80000000u;
+constexpr std::uint32_t notFound = 0x80000000u;
 inline bool isPosition(std::uint32_t value)
 {
-    return value < NOT_FOUND;
+    return value < notFound;
 }
 
 // A set of small numbers that tells how many of its members are below one of them. 5/8 byte per number.
@@ -30,18 +30,20 @@ public:
     bool test(std::uint32_t k) const { return bits[k >> 3] >> (k & 7) & 1; }
     std::uint32_t rank(std::uint32_t k) const
     {
-        return before[k >> 3] + BIT_COUNTS[bits[k >> 3] & ((1u << (k & 7)) - 1)];
+        return before[k >> 3] + bitCounts[bits[k >> 3] & ((1u << (k & 7)) - 1)];
     }
     std::uint32_t count() const { return total; }
     template <class Use> void forEach(Use use) const
     {
-        for (std::size_t byte = 0; byte < bits.size(); ++byte)
-            for (unsigned int rest = bits[byte]; rest != 0; rest &= rest - 1)
+        for (std::size_t byte = 0; byte < bits.size(); ++byte) {
+            for (unsigned int rest = bits[byte]; rest != 0; rest &= rest - 1) {
                 use(static_cast<std::uint32_t>(byte * 8 + __builtin_ctz(rest)));
+            }
+        }
     }
 
 private:
-    static const std::uint8_t BIT_COUNTS[256];
+    static const std::uint8_t bitCounts[256];
     std::vector<std::uint8_t> bits;
     std::vector<std::uint32_t> before;
     std::uint32_t total = 0;
@@ -52,15 +54,18 @@ class IdIndex
 {
 public:
     IdIndex(const std::uint32_t* ids, std::uint32_t count);
-    std::uint32_t find(std::uint32_t id) const // NOT_FOUND when absent
+    std::uint32_t find(std::uint32_t id) const // notFound when absent
     {
         const std::uint32_t distance = id - firstId; // huge for an id below the first
-        if (distance > range)
-            return NOT_FOUND;
-        if (contiguous)
+        if (distance > range) {
+            return notFound;
+        }
+        if (contiguous) {
             return distance;
-        if (dense)
-            return present.test(distance) ? present.rank(distance) : NOT_FOUND;
+        }
+        if (dense) {
+            return present.test(distance) ? present.rank(distance) : notFound;
+        }
         return findInBucket(id, distance);
     }
 
@@ -98,8 +103,9 @@ public:
         auto next = files.begin();
         Span file = {nullptr, nullptr, 0, 0};
         set.forEach([&](std::uint32_t position) {
-            while (position - file.start >= file.count)
+            while (position - file.start >= file.count) {
                 file = *next++;
+            }
             const std::size_t k = position - file.start;
             use(position, file.ids[k], file.xyz + 3 * k);
         });
@@ -154,10 +160,12 @@ public:
     }
     template <class Use> void forEach(Use use) const
     {
-        for (std::uint32_t position : sorted)
+        for (std::uint32_t position : sorted) {
             use(position);
-        if (!sparse)
+        }
+        if (!sparse) {
             marks.forEach([&](std::uint32_t k) { use(first + k); });
+        }
     }
 
 private:

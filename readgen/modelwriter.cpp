@@ -15,8 +15,9 @@ struct ModelWriter::Impl
 
     FileData& currentFile()
     {
-        if (model.files.empty())
+        if (model.files.empty()) {
             startFile(model.modelName);
+        }
         return model.files.back();
     }
     void startFile(const std::string& name)
@@ -31,10 +32,12 @@ namespace {
 // The readers take the model's name for the file of a model that has only one, so that one gets it.
 void nameSingleFile(ModelData& model)
 {
-    if (model.files.empty())
+    if (model.files.empty()) {
         model.files.emplace_back();
-    if (model.files.size() == 1)
+    }
+    if (model.files.size() == 1) {
         model.files[0].name = model.modelName;
+    }
 }
 
 bool isInside(const std::string& path, const std::string& folder)
@@ -46,15 +49,18 @@ bool isInside(const std::string& path, const std::string& folder)
 std::vector<std::string> outermostFolders(const ModelData& model)
 {
     std::vector<std::string> names = {model.modelName};
-    for (const FileData& file : model.files)
+    for (const FileData& file : model.files) {
         names.push_back(file.name);
+    }
     std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
         return a.size() != b.size() ? a.size() < b.size() : a < b;
     });
     std::vector<std::string> outermost;
-    for (const std::string& name : names)
-        if (std::none_of(outermost.begin(), outermost.end(), [&](const auto& o) { return isInside(name, o); }))
+    for (const std::string& name : names) {
+        if (std::none_of(outermost.begin(), outermost.end(), [&](const auto& o) { return isInside(name, o); })) {
             outermost.push_back(name);
+        }
+    }
     return outermost;
 }
 
@@ -101,8 +107,9 @@ void ModelWriter::addPart(const ModelPart& part, std::size_t numElements, const 
     data.numElements = numElements;
     data.ids.assign(elementIds, elementIds + numElements);
     // How much an impossible stride would cover is anyone's guess; write() refuses the part.
-    if (strideFits(part.drawType, part.stride))
+    if (strideFits(part.drawType, part.stride)) {
         data.refs.assign(nodeRefs, nodeRefs + numElements * part.stride);
+    }
 }
 
 void ModelWriter::setDeck(const std::string& text)
@@ -121,7 +128,8 @@ bool ModelWriter::write(std::string* error)
     } catch (const std::exception& caught) {
         problem = caught.what();
     }
-    if (error)
+    if (error) {
         *error = problem;
+    }
     return false;
 }

@@ -9,8 +9,9 @@ namespace readgen {
 
 inline const char* copyOf(const char* text)
 {
-    if (!text)
+    if (!text) {
         return nullptr;
+    }
     const std::size_t size = std::strlen(text) + 1;
     return static_cast<const char*>(std::memcpy(new char[size], text, size));
 }

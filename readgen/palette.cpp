@@ -15,11 +15,11 @@ struct Tone
     double lightness;
     double chroma;
 };
-constexpr Tone TONES[] = {{0.74, 0.125}, {0.63, 0.135}, {0.83, 0.095}};
+constexpr Tone tones[] = {{0.74, 0.125}, {0.63, 0.135}, {0.83, 0.095}};
 
-constexpr double GOLDEN_RATIO_FRACTION = 0.61803398874989485; // the step that keeps hues apart for any number of them
-constexpr double FIRST_HUE = 0.68;                            // turns; a steel blue
-constexpr double TURN = 6.283185307179586;
+constexpr double goldenRatioFraction = 0.61803398874989485; // the step that keeps hues apart for any number of them
+constexpr double firstHue = 0.68;                           // turns; a steel blue
+constexpr double turn = 6.283185307179586;
 
 double encodeGamma(double linear)
 {
@@ -36,9 +36,9 @@ double cube(double v)
 
 void paletteColor(unsigned int ordinal, float* color)
 {
-    const Tone& tone = TONES[ordinal % (sizeof TONES / sizeof TONES[0])];
-    const double turns = FIRST_HUE + ordinal * GOLDEN_RATIO_FRACTION;
-    const double hue = TURN * (turns - std::floor(turns));
+    const Tone& tone = tones[ordinal % (sizeof tones / sizeof tones[0])];
+    const double turns = firstHue + ordinal * goldenRatioFraction;
+    const double hue = turn * (turns - std::floor(turns));
     const double a = tone.chroma * std::cos(hue);
     const double b = tone.chroma * std::sin(hue);
 

@@ -13,8 +13,8 @@ namespace readgen {
 
 namespace {
 
-constexpr std::uint64_t WORK_FOR_THREADS = 200000; // elements; less is done before a thread has started
-constexpr unsigned int MAX_THREADS = 8;
+constexpr std::uint64_t workForThreads = 200000; // elements; less is done before a thread has started
+constexpr unsigned int maxThreads = 8;
 
 void releaseArrays(PartInfoStr& part)
 {
@@ -26,30 +26,30 @@ void releaseArrays(PartInfoStr& part)
 
 } // namespace
 
-// --- PartBatch
-// ---------------------------------------------------------------------------------------------------------
+// --- PartBatch ---
 
 PartBatch::~PartBatch()
 {
-    for (PartInfoStr& part : records)
+    for (PartInfoStr& part : records) {
         releaseArrays(part);
+    }
 }
 
 void PartBatch::appendTo(unsigned int* numParts, PartInfoStr** parts)
 {
     const std::size_t before = *numParts;
     PartInfoStr* grown = new PartInfoStr[before + records.size()](); // zero where the caller counts parts but has none
-    if (*parts)
+    if (*parts) {
         std::copy(*parts, *parts + before, grown);
+    }
     std::copy(records.begin(), records.end(), grown + before);
-    delete[] * parts;
+    delete[] *parts;
     *parts = grown;
     *numParts = static_cast<unsigned int>(before + records.size());
     records.clear();
 }
 
-// --- Nodes
-// -------------------------------------------------------------------------------------------------------------
+// --- Nodes ---
 
 namespace {
 
@@ -90,9 +90,11 @@ void copyNodes(const ModelNodes& all, const UsedNodes& used, PartInfoStr& part)
 
 template <class Place> void replaceIndices(unsigned int* indices, std::size_t length, Place place)
 {
-    for (std::size_t k = 0; k < length; ++k)
-        if (isPosition(indices[k]))
+    for (std::size_t k = 0; k < length; ++k) {
+        if (isPosition(indices[k])) {
             indices[k] = place(indices[k]);
+        }
+    }
 }
 
 } // namespace
@@ -111,15 +113,15 @@ void makePartNodes(const ModelNodes& all, std::size_t length, PartInfoStr& part)
     }
 }
 
-// --- Elements
-// ----------------------------------------------------------------------------------------------------------
+// --- Elements ---
 
 namespace {
 
 void fillInOrder(const std::uint32_t* ids, std::uint32_t count, UIUIMap& map)
 {
-    for (std::uint32_t k = 0; k < count; ++k)
+    for (std::uint32_t k = 0; k < count; ++k) {
         map.emplace_hint(map.end(), ids[k], k);
+    }
 }
 
 void fillSorted(const std::uint32_t* ids, std::uint32_t count, UIUIMap& map)
@@ -128,15 +130,18 @@ void fillSorted(const std::uint32_t* ids, std::uint32_t count, UIUIMap& map)
     std::iota(order.begin(), order.end(), 0u);
     std::sort(order.begin(), order.end(),
               [ids](std::uint32_t a, std::uint32_t b) { return ids[a] != ids[b] ? ids[a] < ids[b] : a < b; });
-    for (std::uint32_t k : order)
+    for (std::uint32_t k : order) {
         map.emplace_hint(map.end(), ids[k], k);
+    }
 }
 
 std::size_t findRepeated(const std::uint32_t* ids, std::uint32_t count, const UIUIMap& map)
 {
-    for (std::uint32_t k = 0; k < count; ++k)
-        if (map.find(ids[k])->second != k)
+    for (std::uint32_t k = 0; k < count; ++k) {
+        if (map.find(ids[k])->second != k) {
             return k;
+        }
+    }
     return count;
 }
 
@@ -145,10 +150,11 @@ void fillElementMap(const PartTable& table, std::size_t k, PartInfoStr& part)
     const std::uint32_t* ids = table.elementIds(k);
     const std::uint32_t count = static_cast<std::uint32_t>(table.record(k).numElements);
     UIUIMap* map = part.partElements.eidMap = new UIUIMap;
-    if (std::is_sorted(ids, ids + count))
+    if (std::is_sorted(ids, ids + count)) {
         fillInOrder(ids, count, *map);
-    else
+    } else {
         fillSorted(ids, count, *map);
+    }
     if (map->size() != count) {
         const std::size_t position = findRepeated(ids, count, *map);
         table.badElementId(k, position, "element id " + std::to_string(ids[position]) + " occurs twice");
@@ -159,7 +165,7 @@ void fillNodesAndIndices(const PartTable& table, std::size_t k, const ModelNodes
                          PartInfoStr& part)
 {
     const PartRecord& r = table.record(k);
-    const bool byIndex = r.flags & PART_REFS_BY_INDEX;
+    const bool byIndex = r.flags & partRefsByIndex;
     const PartReferences refs = {table.nodeReferences(k),
                                  static_cast<std::size_t>(r.numElements) * r.stride,
                                  r.stride,
@@ -168,14 +174,16 @@ void fillNodesAndIndices(const PartTable& table, std::size_t k, const ModelNodes
                                  ownFile};
     part.partElements.elmIndices = new unsigned int[refs.count];
     const std::size_t done = resolveReferences(nodes, refs, part.partElements.elmIndices);
-    if (done < refs.count)
+    if (done < refs.count) {
         table.badReference(k, done,
                            (byIndex ? "node index " : "node ") + std::to_string(refs.refs[done]) +
                                (byIndex ? " is past the nodes of its file" : " is in no file of the model"));
+    }
     part.partElements.numElements = static_cast<unsigned int>(refs.count);
     makePartNodes(nodes, refs.count, part);
-    if (part.partNodes.numNodes == 0)
+    if (part.partNodes.numNodes == 0) {
         std::copy_n(r.extents, 6, part.partExtents);
+    }
 }
 
 void fillHead(const PartRecord& r, int fileIndex, PartInfoStr& part)
@@ -184,19 +192,21 @@ void fillHead(const PartRecord& r, int fileIndex, PartInfoStr& part)
     part.partFlag = PART_SHOWN;
     part.partFileIndex = fileIndex;
     part.partElements.nodesPerElement = r.stride;
-    if (r.flags & PART_HAS_COLOR)
+    if (r.flags & partHasColor) {
         std::copy_n(r.color, 4, part.partColor);
-    else
+    } else {
         paletteColor(r.ordinal, part.partColor);
+    }
 }
 
 unsigned int threadsFor(const PartTable& table, const std::vector<std::size_t>& chosen)
 {
     std::uint64_t elements = 0;
-    for (std::size_t k : chosen)
+    for (std::size_t k : chosen) {
         elements += table.record(k).numElements;
+    }
     const unsigned int processors = std::max(1u, std::thread::hardware_concurrency());
-    return elements < WORK_FOR_THREADS ? 1 : std::min(processors, MAX_THREADS);
+    return elements < workForThreads ? 1 : std::min(processors, maxThreads);
 }
 
 } // namespace
@@ -216,8 +226,7 @@ void buildParts(const PartTable& table, const std::vector<std::size_t>& chosen, 
     });
 }
 
-// --- Tasks
-// -------------------------------------------------------------------------------------------------------------
+// --- Tasks ---
 
 namespace {
 
@@ -231,12 +240,13 @@ struct TaskList
 
     void work()
     {
-        for (std::size_t k = next++; k < count; k = next++)
+        for (std::size_t k = next++; k < count; k = next++) {
             try {
                 task(k);
             } catch (...) {
                 failures[k] = std::current_exception();
             }
+        }
     }
 };
 
@@ -255,14 +265,18 @@ void runTasks(std::size_t count, unsigned int numThreads, const std::function<vo
 {
     TaskList list{count, task, {}, std::vector<std::exception_ptr>(count)};
     std::vector<std::thread> threads;
-    for (std::size_t k = 1; k < std::min<std::size_t>(numThreads, count); ++k)
+    for (std::size_t k = 1; k < std::min<std::size_t>(numThreads, count); ++k) {
         startThread(threads, list);
+    }
     list.work();
-    for (std::thread& thread : threads)
+    for (std::thread& thread : threads) {
         thread.join();
-    for (const std::exception_ptr& failure : list.failures)
-        if (failure)
+    }
+    for (const std::exception_ptr& failure : list.failures) {
+        if (failure) {
             std::rethrow_exception(failure);
+        }
+    }
 }
 
 } // namespace readgen

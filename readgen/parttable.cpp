@@ -15,17 +15,19 @@ std::uint64_t textEnd(const PartRecord& r)
 } // namespace
 
 PartTable::PartTable(const std::string& folder)
-    : table(folder + "/" + PARTS_FILE, PARTS_MAGIC), elements(folder + "/" + ELEMENTS_FILE, ELEMENTS_MAGIC)
+    : table(folder + "/" + partsFile, partsMagic), elements(folder + "/" + elementsFile, elementsMagic)
 {
     const FileHeader& h = table.header();
-    if (h.count > h.payloadSize / sizeof(PartRecord))
+    if (h.count > h.payloadSize / sizeof(PartRecord)) {
         badFile(table.path, offsetof(FileHeader, count),
                 "a count of " + std::to_string(h.count) + " parts does not fit " + std::to_string(h.payloadSize) +
                     " bytes");
+    }
     table.checkPayload();
-    if (elements.header().partner != h.payloadChecksum)
+    if (elements.header().partner != h.payloadChecksum) {
         badFile(elements.path, offsetof(FileHeader, partner),
-                std::string("was not written together with its ") + PARTS_FILE);
+                std::string("was not written together with its ") + partsFile);
+    }
     checkRecords();
     checkPartIds();
 }
@@ -39,15 +41,18 @@ void PartTable::checkRecord(std::size_t k) const
 {
     const PartRecord& r = record(k);
     const std::string part = "part " + std::to_string(r.id) + ": ";
-    if (!strideFits(r.drawType, r.stride))
+    if (!strideFits(r.drawType, r.stride)) {
         badFile(table.path, offsetOf(k, offsetof(PartRecord, stride)),
                 part + "a stride of " + std::to_string(r.stride) + " does not fit draw type " +
                     std::to_string(r.drawType));
-    if (r.numElements > MAX_SLOTS / r.stride)
+    }
+    if (r.numElements > maxSlots / r.stride) {
         badFile(table.path, offsetOf(k, offsetof(PartRecord, numElements)),
                 part + std::to_string(r.numElements) + " elements are more than one part may have");
-    if (r.flags & ~(PART_HAS_COLOR | PART_REFS_BY_INDEX))
+    }
+    if (r.flags & ~(partHasColor | partRefsByIndex)) {
         badFile(table.path, offsetOf(k, offsetof(PartRecord, flags)), part + "unknown flags");
+    }
 }
 
 // Texts and element blocks must follow each other without gap or overlap and fill their areas: then none can lie
@@ -61,32 +66,38 @@ void PartTable::checkRecords() const
         checkRecord(k);
         const PartRecord& r = record(k);
         const std::uint64_t idBytes = r.numElements * sizeof(std::uint32_t);
-        if (r.textOffset != text)
+        if (r.textOffset != text) {
             badFile(table.path, offsetOf(k, offsetof(PartRecord, textOffset)), "a text out of place");
-        if (r.idsOffset != byte || r.refsOffset != byte + idBytes)
+        }
+        if (r.idsOffset != byte || r.refsOffset != byte + idBytes) {
             badFile(table.path, offsetOf(k, offsetof(PartRecord, idsOffset)), "an element block out of place");
+        }
         text += textEnd(r);
         byte += idBytes + idBytes * r.stride;
         count += r.numElements;
     }
-    if (text != table.header().payloadSize - size() * sizeof(PartRecord))
+    if (text != table.header().payloadSize - size() * sizeof(PartRecord)) {
         badFile(table.path, offsetof(FileHeader, payloadSize), "the texts do not fill the file");
-    if (byte != elements.header().payloadSize || count != elements.header().count)
+    }
+    if (byte != elements.header().payloadSize || count != elements.header().count) {
         badFile(elements.path, offsetof(FileHeader, count),
                 std::to_string(elements.header().count) + " elements in " +
                     std::to_string(elements.header().payloadSize) + " bytes, but the parts need " +
                     std::to_string(count) + " in " + std::to_string(byte));
+    }
 }
 
 void PartTable::checkPartIds() const
 {
     std::vector<std::uint32_t> ids;
-    for (std::size_t k = 0; k < size(); ++k)
+    for (std::size_t k = 0; k < size(); ++k) {
         ids.push_back(record(k).id);
+    }
     std::sort(ids.begin(), ids.end());
     const auto twice = std::adjacent_find(ids.begin(), ids.end());
-    if (twice != ids.end())
+    if (twice != ids.end()) {
         badFile(table.path, sizeof(FileHeader), "part id " + std::to_string(*twice) + " occurs twice");
+    }
 }
 
 std::string PartTable::text(std::size_t k, std::uint64_t skip, std::uint32_t length) const
@@ -114,10 +125,11 @@ const std::uint32_t* PartTable::block(std::size_t k, std::uint64_t offset, std::
                                       const char* what) const
 {
     const char* start = elements.payload() + offset;
-    if (checksum(start, count * sizeof(std::uint32_t)) != sum)
+    if (checksum(start, count * sizeof(std::uint32_t)) != sum) {
         badFile(elements.path, sizeof(FileHeader) + offset,
                 std::string("the ") + what + " of part " + std::to_string(record(k).id) +
                     " do not match their checksum");
+    }
     return reinterpret_cast<const std::uint32_t*>(start);
 }
 

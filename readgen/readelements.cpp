@@ -21,7 +21,7 @@ std::vector<ReadIDS*> noOtherIds;
 std::vector<ReadNodes*> noOtherNodes;
 
 // The entry of uniqIndices that counts the colours given out by randomColor.
-constexpr unsigned int COLOR_COUNT = 0;
+constexpr unsigned int colorCount = 0;
 
 bool ownsReaders(const ReadElements& reader)
 {
@@ -40,16 +40,17 @@ void releaseOwnReaders(ReadElements& reader)
 
 void loadOwnReaders(ReadElements& reader)
 {
-    if (!ownsReaders(reader) || reader.readIDS)
+    if (!ownsReaders(reader) || reader.readIDS) {
         return;
+    }
     reader.readIDS = new ReadIDS(reader.dirName, reader.modelName);
     reader.readNodes = new ReadNodes(reader.dirName, reader.modelName);
-    if (reader.readIDS->get(NODE_IDS_FILE) > 0)
+    if (reader.readIDS->get(nodeIdsFile) > 0) {
         reader.readNodes->getValues();
+    }
 }
 
-// --- Nodes of the whole model
-// ------------------------------------------------------------------------------------------
+// --- Nodes of the whole model ---
 
 // A file whose two node files do not both load counts as one without nodes.
 void addFile(ModelNodes& all, const ReadIDS* ids, const ReadNodes* nodes)
@@ -67,31 +68,35 @@ std::size_t collectNodes(ReadElements& reader, ModelNodes* all)
     std::size_t own = numFiles;
     for (std::size_t k = 0; k < numFiles; ++k) {
         addFile(*all, (*reader.m_ReadIDVect)[k], (*reader.m_ReadNodeVect)[k]);
-        if (reader.readIDS && (*reader.m_ReadIDVect)[k] == reader.readIDS)
+        if (reader.readIDS && (*reader.m_ReadIDVect)[k] == reader.readIDS) {
             own = k;
+        }
     }
-    if (own == numFiles)
+    if (own == numFiles) {
         addFile(*all, reader.readIDS, reader.readNodes);
+    }
     return own;
 }
 
-// --- Parts
-// -------------------------------------------------------------------------------------------------------------
+// --- Parts ---
 
 template <class Wanted> std::vector<std::size_t> chooseParts(const PartTable& table, Wanted wanted)
 {
     std::vector<std::size_t> chosen;
-    for (std::size_t k = 0; k < table.size(); ++k)
-        if (wanted(table, k))
+    for (std::size_t k = 0; k < table.size(); ++k) {
+        if (wanted(table, k)) {
             chosen.push_back(k);
+        }
+    }
     return chosen;
 }
 
 int countElements(const PartTable& table, const std::vector<std::size_t>& chosen)
 {
     std::uint64_t count = 0;
-    for (std::size_t k : chosen)
+    for (std::size_t k : chosen) {
         count += table.record(k).numElements;
+    }
     return static_cast<int>(std::min<std::uint64_t>(count, INT_MAX));
 }
 
@@ -101,8 +106,9 @@ template <class Wanted> int readParts(ReadElements& reader, Wanted wanted, unsig
     return countOrReport(folder, [&] {
         const PartTable table(folder);
         const std::vector<std::size_t> chosen = chooseParts(table, wanted);
-        if (chosen.empty())
+        if (chosen.empty()) {
             return 0;
+        }
         ModelNodes nodes;
         const std::size_t ownFile = collectNodes(reader, &nodes);
         PartBatch batch(chosen.size());
@@ -110,17 +116,18 @@ template <class Wanted> int readParts(ReadElements& reader, Wanted wanted, unsig
 
         unsigned int index = *numParts;
         batch.appendTo(numParts, parts);
-        for (std::size_t k : chosen)
-            if (reader.pidMap)
+        for (std::size_t k : chosen) {
+            if (reader.pidMap) {
                 (*reader.pidMap)[table.record(k).id] = index++;
+            }
+        }
         return countElements(table, chosen);
     });
 }
 
 } // namespace
 
-// --- Construction
-// ------------------------------------------------------------------------------------------------------
+// --- Construction ---
 
 ReadElements::ReadElements(UIUIMap* map, std::vector<ReadIDS*>* ids, std::vector<ReadNodes*>* nodes)
     : dirName(nullptr), modelName(nullptr), fileIndex(0), readIDS(nullptr), readNodes(nullptr), pidMap(map),
@@ -155,13 +162,11 @@ void ReadElements::setValues(const char* dir, const char* file, int index, ReadI
     readNodes = nodes;
 }
 
-// --- Reading
-// -----------------------------------------------------------------------------------------------------------
+// --- Reading ---
 
 int ReadElements::getAll(unsigned int* numParts, PartInfoStr** parts)
 {
-    return readParts(
-        *this, [](const PartTable&, std::size_t) { return true; }, numParts, parts);
+    return readParts(*this, [](const PartTable&, std::size_t) { return true; }, numParts, parts);
 }
 
 int ReadElements::getPartsByID(std::vector<unsigned int>* pid_list, unsigned int* numParts, PartInfoStr** parts)
@@ -182,7 +187,7 @@ int ReadElements::get(const char* partName, unsigned int* numParts, PartInfoStr*
 
 void ReadElements::randomColor(float* color)
 {
-    paletteColor(uniqIndices[COLOR_COUNT]++, color);
+    paletteColor(uniqIndices[colorCount]++, color);
 }
 
 int ReadElements::getPartType(const char* family)
@@ -195,21 +200,21 @@ void ReadElements::fillNodeDetails(unsigned int numIndices, PartInfoPtr part)
     ModelNodes nodes;
     collectNodes(*this, &nodes);
     const unsigned int* indices = part->partElements.elmIndices;
-    for (unsigned int k = 0; k < numIndices; ++k)
+    for (unsigned int k = 0; k < numIndices; ++k) {
         if (isPosition(indices[k]) && indices[k] >= nodes.numNodes()) {
             report("node position " + std::to_string(indices[k]) + " in slot " + std::to_string(k) +
                    " is past the model's " + std::to_string(nodes.numNodes()) + " nodes: no nodes filled in");
             return;
         }
+    }
     makePartNodes(nodes, numIndices, *part);
 }
 
-// --- Segments
-// ----------------------------------------------------------------------------------------------------------
+// --- Segments ---
 
 namespace {
 
-constexpr unsigned int SHELL_STRIDE = 4;
+constexpr unsigned int shellStride = 4;
 
 // Node ids per face, 0 when the list makes no faces.
 std::size_t idsPerFace(std::size_t length)
@@ -240,12 +245,12 @@ PartInfoPtr ReadElements::createPartForSegment(std::vector<unsigned int>& nodeId
     const std::vector<std::uint32_t> corners = faceCorners(nodeIds, perFace);
     ModelNodes nodes;
     const std::size_t ownFile = collectNodes(*this, &nodes);
-    const PartReferences refs = {corners.data(), corners.size(), SHELL_STRIDE, false, false, ownFile};
+    const PartReferences refs = {corners.data(), corners.size(), shellStride, false, false, ownFile};
 
     std::unique_ptr<unsigned int[]> indices(new unsigned int[corners.size()]);
     const std::size_t done = resolveReferences(nodes, refs, indices.get());
     if (done < corners.size()) {
-        report("segment: face " + std::to_string(done / SHELL_STRIDE + 1) + " uses node " +
+        report("segment: face " + std::to_string(done / shellStride + 1) + " uses node " +
                std::to_string(corners[done]) + ", which the model does not have");
         return nullptr;
     }
@@ -253,7 +258,7 @@ PartInfoPtr ReadElements::createPartForSegment(std::vector<unsigned int>& nodeId
     part->partDrawType = SHELL;
     part->partFlag = PART_SHOWN;
     part->partFileIndex = fileIndex;
-    part->partElements.nodesPerElement = SHELL_STRIDE;
+    part->partElements.nodesPerElement = shellStride;
     part->partElements.numElements = static_cast<unsigned int>(corners.size());
     part->partElements.elmIndices = indices.release();
     randomColor(part->partColor);

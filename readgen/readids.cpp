@@ -32,7 +32,7 @@ namespace {
 // A model file may consist of elements only: then it has neither of the two node files.
 bool hasNoNodeFiles(const std::string& folder, const std::string& idPath)
 {
-    return fileExists(folder) && !fileExists(idPath) && !fileExists(folder + "/" + NODE_COORDS_FILE);
+    return fileExists(folder) && !fileExists(idPath) && !fileExists(folder + "/" + nodeCoordsFile);
 }
 
 } // namespace
@@ -44,8 +44,9 @@ int ReadIDS::get(const char* idFileName)
     numIDs = 0;
     const std::string folder = folderOf(dirName, modelName);
     const std::string path = folder + "/" + idFileName;
-    if (hasNoNodeFiles(folder, path))
+    if (hasNoNodeFiles(folder, path)) {
         return 0;
+    }
     return countOrReport(path, [&] {
         const NodeIdFile file(path);
         idList = new unsigned int[file.count()];

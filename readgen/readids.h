@@ -26,10 +26,12 @@ public:
     __attribute__((noinline, used)) unsigned int find(unsigned int id)
     {
         const void* hit = numIDs ? std::bsearch(&id, idList, numIDs, sizeof(unsigned int), compareIDs) : nullptr;
-        if (hit)
+        if (hit) {
             return static_cast<unsigned int>(static_cast<const unsigned int*>(hit) - idList);
-        if (id != 0)
+        }
+        if (id != 0) {
             std::cout << "Node ID <" << id << "> not found\n";
+        }
         return 0x80000000u;
     }
 

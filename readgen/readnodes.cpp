@@ -12,7 +12,7 @@ using namespace readgen;
 
 namespace {
 
-constexpr int FIRST_ROOM = 64; // nodes
+constexpr int firstRoom = 64; // nodes
 
 void releaseArrays(ReadNodes& nodes)
 {
@@ -28,9 +28,10 @@ void releaseArrays(ReadNodes& nodes)
 void makeRoom(ReadNodes& nodes, std::size_t wanted)
 {
     const std::size_t room = static_cast<std::size_t>(nodes.m_MallocCount);
-    if (wanted <= room)
+    if (wanted <= room) {
         return;
-    const std::size_t grown = std::min<std::size_t>(INT_MAX, std::max<std::size_t>({wanted, 2 * room, FIRST_ROOM}));
+    }
+    const std::size_t grown = std::min<std::size_t>(INT_MAX, std::max<std::size_t>({wanted, 2 * room, firstRoom}));
     float* values = new float[3 * grown]();
     char* selected = new char[grown];
     std::fill_n(selected, grown, NOT_SELECTED_CHAR);
@@ -82,7 +83,7 @@ int ReadNodes::getValues()
 {
     releaseArrays(*this);
     const std::string folder = folderOf(dirName, modelName);
-    return countOrReport(folder + "/" + NODE_COORDS_FILE, [&] {
+    return countOrReport(folder + "/" + nodeCoordsFile, [&] {
         const NodeCoordFile file(folder);
         const std::size_t count = file.count();
         nodeValues = new float[3 * count];
@@ -97,7 +98,7 @@ int ReadNodes::getValues()
 
 void ReadNodes::addNode(float* xyz, unsigned int index)
 {
-    if (index >= MAX_NODES) {
+    if (index >= maxNodes) {
         report("node index " + std::to_string(index) + " is out of range: no node added");
         return;
     }

@@ -15,13 +15,14 @@ template <typename T> void readItems(FILE* file, T* items, std::size_t count)
 {
     for (std::size_t k = 0; k < count; ++k) {
         T item;
-        if (std::fread(&item, sizeof(T), 1, file) != 1)
+        if (std::fread(&item, sizeof(T), 1, file) != 1) {
             return;
+        }
         items[k] = item;
     }
 }
 
 // Bit of MTransform::onlyOnce: compute the centre of the window at the end of the next frame.
-constexpr int COMPUTE_WINDOW_CENTER = 2;
+constexpr int windowCenterPending = 2;
 
 #endif

@@ -14,7 +14,7 @@ unsigned int BoundBox::fontBase = 0;
 namespace {
 
 // Per corner: maximum (1) or minimum (0) of x, y and z.
-constexpr unsigned char CORNERS[8][3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0},
+constexpr unsigned char corners[8][3] = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0},
                                          {0, 0, 1}, {1, 0, 1}, {1, 1, 1}, {0, 1, 1}};
 
 void drawCornerLabel(const float* corner, int number, unsigned int fontBase)
@@ -43,8 +43,9 @@ void drawExtremeCorners(const float* lowest, const float* highest)
 BoundBox::BoundBox(float* extents)
 {
     for (int corner = 0; corner < 8; ++corner) {
-        for (int axis = 0; axis < 3; ++axis)
-            boxVertices[3 * corner + axis] = extents[2 * axis + CORNERS[corner][axis]];
+        for (int axis = 0; axis < 3; ++axis) {
+            boxVertices[3 * corner + axis] = extents[2 * axis + corners[corner][axis]];
+        }
     }
 }
 
@@ -58,8 +59,9 @@ void BoundBox::setFontBase(unsigned int base)
 void BoundBox::render()
 {
     glColor4f(1.0f, 1.0f, 1.0f, 0.6f);
-    for (int corner = 0; corner < 8; ++corner)
+    for (int corner = 0; corner < 8; ++corner) {
         drawCornerLabel(boxVertices + 3 * corner, corner, fontBase);
+    }
     drawExtremeCorners(boxVertices, boxVertices + 3 * 6);
     glColor4f(1.0f, 1.0f, 1.0f, 0.6f);
     const LineModeScope lineMode;

@@ -41,11 +41,11 @@ void deletePartInfoPtr(PartInfoPtr part)
 
 CAEEnv::CAEEnv(const char* dirName, const char* modelName, int shadeModel)
     : charBuff(), selectedNodes(nullptr), numParts(0), primitiveType(0), i(0), compFlag(0), pickType(PICK_TYPE_PART),
-      numNodes(0), shadeModel(shadeModel), blendFlag(0), polygonMode(), viewPort(),
-      numTrans(0), modelExtents{-2000, 2000, -2000, 2000, -2000, 2000},
-      orgModelExtents{-2000, 2000, -2000, 2000, -2000, 2000}, colorBlue{0, 0, 1, 1}, colorGreen{0, 1, 0, 1},
-      nodeValues(nullptr), filePtr(nullptr), partsInfoList(nullptr), segmentPart(nullptr), mView(nullptr),
-      mTrans(nullptr), boxList(nullptr), readIDS(nullptr), readNodes(nullptr), dirName(dirName), modelName(modelName)
+      numNodes(0), shadeModel(shadeModel), blendFlag(0), polygonMode(), viewPort(), numTrans(0),
+      modelExtents{-2000, 2000, -2000, 2000, -2000, 2000}, orgModelExtents{-2000, 2000, -2000, 2000, -2000, 2000},
+      colorBlue{0, 0, 1, 1}, colorGreen{0, 1, 0, 1}, nodeValues(nullptr), filePtr(nullptr), partsInfoList(nullptr),
+      segmentPart(nullptr), mView(nullptr), mTrans(nullptr), boxList(nullptr), readIDS(nullptr), readNodes(nullptr),
+      dirName(dirName), modelName(modelName)
 {
     cae_Env = this;
 }
@@ -56,10 +56,12 @@ CAEEnv::~CAEEnv()
     // using the pointer from getPartsList() after the environment is gone.
     while (numParts != 0) {
         --numParts;
-        if (partsInfoList)
+        if (partsInfoList) {
             deletePartInfoPtr(&partsInfoList[numParts]);
-        if (boxList)
+        }
+        if (boxList) {
             delete boxList[numParts];
+        }
     }
     delete mView;
     delete mTrans;

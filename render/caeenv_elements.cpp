@@ -10,24 +10,26 @@ namespace {
 // The colour of an element by its selection character; any other character leaves the colour alone.
 void setElementColor(const CAEEnv& env, const PartElementsStr& elements, unsigned int e, const float* color)
 {
-    if (elements.selectedList == nullptr)
+    if (elements.selectedList == nullptr) {
         return;
-    if (elements.selectedList[e] == NOT_SELECTED_CHAR)
+    }
+    if (elements.selectedList[e] == NOT_SELECTED_CHAR) {
         glColor4fv(color);
-    else if (elements.selectedList[e] == SELECTED_CHAR)
+    } else if (elements.selectedList[e] == SELECTED_CHAR) {
         glColor4fv(env.colorBlue);
+    }
 }
 
 typedef void (CAEEnv::*ShapeByNormal)(unsigned int*, unsigned int*, float*, float*);
 typedef void (CAEEnv::*ShapeByNodeNormal)(unsigned int*, float*, float*);
 
-// The routines of each row of SOLID_SHAPES.
+// The routines of each row of solidShapes.
 struct ShapeRoutines
 {
     ShapeByNormal byNormal;
     ShapeByNodeNormal byNodeNormal;
 };
-constexpr ShapeRoutines SHAPE_ROUTINES[] = {
+constexpr ShapeRoutines shapeRoutines[] = {
     {&CAEEnv::renderTetraByNormal, &CAEEnv::renderTetraByNodeNormal},
     {&CAEEnv::renderPentaByNormal, &CAEEnv::renderPentaByNodeNormal},
     {&CAEEnv::renderHexaByNormal, &CAEEnv::renderHexaByNodeNormal},
@@ -36,19 +38,23 @@ constexpr ShapeRoutines SHAPE_ROUTINES[] = {
 void drawFacesByNormal(CAEEnv& env, const SolidShape& shape, unsigned int* indices, const unsigned int* norm_indices,
                        float* elm_normals, float* node_values)
 {
-    for (unsigned int face = 0; face < shape.quads; ++face, indices += 4)
+    for (unsigned int face = 0; face < shape.quads; ++face, indices += 4) {
         env.renderQuadByNormal(indices, node_values, elm_normals + *norm_indices++);
-    for (unsigned int face = 0; face < shape.trias; ++face, indices += 3)
+    }
+    for (unsigned int face = 0; face < shape.trias; ++face, indices += 3) {
         env.renderTriaByNormal(indices, node_values, elm_normals + *norm_indices++);
+    }
 }
 
 void drawFacesByNodeNormal(CAEEnv& env, const SolidShape& shape, unsigned int* indices, float* node_values,
                            float* node_normals)
 {
-    for (unsigned int face = 0; face < shape.quads; ++face, indices += 4)
+    for (unsigned int face = 0; face < shape.quads; ++face, indices += 4) {
         env.renderQuadByNodeNormal(indices, node_values, node_normals);
-    for (unsigned int face = 0; face < shape.trias; ++face, indices += 3)
+    }
+    for (unsigned int face = 0; face < shape.trias; ++face, indices += 3) {
         env.renderTriaByNodeNormal(indices, node_values, node_normals);
+    }
 }
 
 void drawSolids(CAEEnv& env, const PartInfoStr& part, const float* color, bool byElement)
@@ -58,10 +64,12 @@ void drawSolids(CAEEnv& env, const PartInfoStr& part, const float* color, bool b
     glColor4fv(color);
     glBegin(GL_QUADS);
     for (unsigned int e = 0; e < count; ++e) {
-        if (normals.none())
+        if (normals.none()) {
             break;
-        if (byElement)
+        }
+        if (byElement) {
             setElementColor(env, part.partElements, e, color);
+        }
         drawSolid(env, part, e, normals);
     }
     glEnd();
@@ -69,24 +77,27 @@ void drawSolids(CAEEnv& env, const PartInfoStr& part, const float* color, bool b
 
 } // namespace
 
-// --- Single elements -----------------------------------------------------------------------------
+// --- Single elements ---
 
 void drawShellFlat(const PartInfoStr& part, unsigned int e)
 {
-    const unsigned int* slots = elementSlots(part.partElements, e, SHELL_STEP);
-    if (slots == nullptr)
+    const unsigned int* slots = elementSlots(part.partElements, e, shellStep);
+    if (slots == nullptr) {
         return;
+    }
     glNormal3fv(ofNode(part.partElements.elmNormals, e));
-    for (unsigned int corner = 0; corner < SHELL_STEP; ++corner)
+    for (unsigned int corner = 0; corner < shellStep; ++corner) {
         glVertex3fv(ofNode(part.partNodes.nodeValues, slots[corner]));
+    }
 }
 
 void drawShellSmooth(const PartInfoStr& part, unsigned int e)
 {
-    const unsigned int* slots = elementSlots(part.partElements, e, SHELL_STEP);
-    if (slots == nullptr)
+    const unsigned int* slots = elementSlots(part.partElements, e, shellStep);
+    if (slots == nullptr) {
         return;
-    for (unsigned int corner = 0; corner < SHELL_STEP; ++corner) {
+    }
+    for (unsigned int corner = 0; corner < shellStep; ++corner) {
         glNormal3fv(ofNode(part.partNodes.nodeNormals, slots[corner]));
         glVertex3fv(ofNode(part.partNodes.nodeValues, slots[corner]));
     }
@@ -96,13 +107,15 @@ void drawSolid(CAEEnv& env, const PartInfoStr& part, unsigned int e, const PartN
 {
     const PartElementsStr& elements = part.partElements;
     const SolidShape* shape = elements.NPE ? solidShapeOf(elements.NPE[e]) : nullptr;
-    const unsigned int* slots = elementSlots(elements, e, SOLID_STEP);
-    if (shape == nullptr || slots == nullptr)
+    const unsigned int* slots = elementSlots(elements, e, solidStep);
+    if (shape == nullptr || slots == nullptr) {
         return;
+    }
     unsigned int offsets[24];
-    for (unsigned int k = 0; k < shape->numSlots(); ++k)
+    for (unsigned int k = 0; k < shape->numSlots(); ++k) {
         offsets[k] = 3 * slots[shape->slots[k]];
-    const ShapeRoutines& routines = SHAPE_ROUTINES[shape - SOLID_SHAPES];
+    }
+    const ShapeRoutines& routines = shapeRoutines[shape - solidShapes];
     if (normals.perElement) {
         unsigned int faceNormals[6] = {0, 3, 6, 9, 12, 15};
         float* elementNormals = normals.perElement + 18 * static_cast<std::size_t>(e);
@@ -120,14 +133,16 @@ void drawLineVertices(const PartInfoStr& part, const unsigned int* slots)
 
 void drawBeam(const PartInfoStr& part, unsigned int e)
 {
-    const unsigned int* slots = elementSlots(part.partElements, e, LINE_STEP);
-    if (slots == nullptr)
+    const unsigned int* slots = elementSlots(part.partElements, e, lineStep);
+    if (slots == nullptr) {
         return;
+    }
     glBegin(GL_LINES);
     drawLineVertices(part, slots);
     glEnd();
-    if (static_cast<int>(slots[2]) < 0)
+    if (static_cast<int>(slots[2]) < 0) {
         return;
+    }
     glBegin(GL_POINTS);
     glVertex3fv(ofNode(part.partNodes.nodeValues, slots[2]));
     glEnd();
@@ -135,15 +150,16 @@ void drawBeam(const PartInfoStr& part, unsigned int e)
 
 void drawDiscrete(const PartInfoStr& part, unsigned int e)
 {
-    const unsigned int* slots = elementSlots(part.partElements, e, LINE_STEP);
-    if (slots == nullptr)
+    const unsigned int* slots = elementSlots(part.partElements, e, lineStep);
+    if (slots == nullptr) {
         return;
+    }
     glBegin(GL_LINES);
     drawLineVertices(part, slots);
     glEnd();
 }
 
-// --- Shells --------------------------------------------------------------------------------------
+// --- Shells ---
 
 void CAEEnv::renderShellPart(PartInfoPtr part_info, float* color)
 {
@@ -153,8 +169,9 @@ void CAEEnv::renderShellPart(PartInfoPtr part_info, float* color)
         const unsigned int count = elementCount(elements);
         glColor4fv(color);
         glBegin(GL_QUADS);
-        for (unsigned int e = 0; e < count; ++e)
+        for (unsigned int e = 0; e < count; ++e) {
             drawShellFlat(*part_info, e);
+        }
         glEnd();
     } else if (normals.perNode) {
         glVertexPointer(3, GL_FLOAT, 0, part_info->partNodes.nodeValues);
@@ -168,21 +185,23 @@ void CAEEnv::renderShells(PartInfoPtr part_info, float* color)
 {
     glColor4fv(color);
     const PartNormals normals(*part_info, shadeModel);
-    if (normals.none())
+    if (normals.none()) {
         return;
+    }
     const unsigned int count = elementCount(part_info->partElements);
     glBegin(GL_QUADS);
     for (unsigned int e = 0; e < count; ++e) {
         setElementColor(*this, part_info->partElements, e, color);
-        if (normals.perElement)
+        if (normals.perElement) {
             drawShellFlat(*part_info, e);
-        else
+        } else {
             drawShellSmooth(*part_info, e);
+        }
     }
     glEnd();
 }
 
-// --- Solids --------------------------------------------------------------------------------------
+// --- Solids ---
 
 void CAEEnv::renderSolidPart(PartInfoPtr part_info, float* color)
 {
@@ -193,7 +212,7 @@ void CAEEnv::renderSolids(PartInfoPtr part_info, float* color)
     drawSolids(*this, *part_info, color, true);
 }
 
-// --- Beams and discrete elements -----------------------------------------------------------------
+// --- Beams and discrete elements ---
 
 // deliberate(beam-part-invisible): beams show only once one of the part's elements is selected.
 void CAEEnv::renderBeamPart(PartInfoPtr, float*) {}
@@ -202,8 +221,8 @@ void CAEEnv::renderBeams(PartInfoPtr part_info, float* color)
 {
     const unsigned int count = elementCount(part_info->partElements);
     glColor4fv(color);
-    glLineWidth(BEAM_WIDTH);
-    glPointSize(BEAM_WIDTH);
+    glLineWidth(beamWidth);
+    glPointSize(beamWidth);
     for (unsigned int e = 0; e < count; ++e) {
         setElementColor(*this, part_info->partElements, e, color);
         drawBeam(*part_info, e);
@@ -217,11 +236,12 @@ void CAEEnv::renderDiscretePart(PartInfoPtr part_info, float* color)
     const PartElementsStr& elements = part_info->partElements;
     const unsigned int count = elementCount(elements);
     glColor4fv(color);
-    glLineWidth(DISCRETE_WIDTH);
+    glLineWidth(discreteWidth);
     glBegin(GL_LINES);
     for (unsigned int e = 0; e < count; ++e) {
-        if (const unsigned int* slots = elementSlots(elements, e, LINE_STEP))
+        if (const unsigned int* slots = elementSlots(elements, e, lineStep)) {
             drawLineVertices(*part_info, slots);
+        }
     }
     glEnd();
     glLineWidth(1.0);
@@ -231,7 +251,7 @@ void CAEEnv::renderDiscretes(PartInfoPtr part_info, float* color)
 {
     const unsigned int count = elementCount(part_info->partElements);
     glColor4fv(color);
-    glLineWidth(DISCRETE_WIDTH);
+    glLineWidth(discreteWidth);
     for (unsigned int e = 0; e < count; ++e) {
         setElementColor(*this, part_info->partElements, e, color);
         drawDiscrete(*part_info, e);
@@ -239,7 +259,7 @@ void CAEEnv::renderDiscretes(PartInfoPtr part_info, float* color)
     glLineWidth(1.0);
 }
 
-// --- Faces ---------------------------------------------------------------------------------------
+// --- Faces ---
 
 void CAEEnv::renderTriaByNormal(unsigned int* indices, float* node_values, float* normal_ptr)
 {
@@ -253,8 +273,9 @@ void CAEEnv::renderTriaByNormal(unsigned int* indices, float* node_values, float
 void CAEEnv::renderQuadByNormal(unsigned int* indices, float* node_values, float* normal_ptr)
 {
     glNormal3fv(normal_ptr);
-    for (int corner = 0; corner < 4; ++corner)
+    for (int corner = 0; corner < 4; ++corner) {
         glVertex3fv(node_values + indices[corner]);
+    }
 }
 
 void CAEEnv::renderTriaByNodeNormal(unsigned int* indices, float* node_values, float* node_normals)
@@ -274,32 +295,32 @@ void CAEEnv::renderQuadByNodeNormal(unsigned int* indices, float* node_values, f
 void CAEEnv::renderTetraByNormal(unsigned int* indices, unsigned int* norm_indices, float* elm_normals,
                                  float* node_values)
 {
-    drawFacesByNormal(*this, SOLID_SHAPES[0], indices, norm_indices, elm_normals, node_values);
+    drawFacesByNormal(*this, solidShapes[0], indices, norm_indices, elm_normals, node_values);
 }
 
 void CAEEnv::renderPentaByNormal(unsigned int* indices, unsigned int* norm_indices, float* elm_normals,
                                  float* node_values)
 {
-    drawFacesByNormal(*this, SOLID_SHAPES[1], indices, norm_indices, elm_normals, node_values);
+    drawFacesByNormal(*this, solidShapes[1], indices, norm_indices, elm_normals, node_values);
 }
 
 void CAEEnv::renderHexaByNormal(unsigned int* indices, unsigned int* norm_indices, float* elm_normals,
                                 float* node_values)
 {
-    drawFacesByNormal(*this, SOLID_SHAPES[2], indices, norm_indices, elm_normals, node_values);
+    drawFacesByNormal(*this, solidShapes[2], indices, norm_indices, elm_normals, node_values);
 }
 
 void CAEEnv::renderTetraByNodeNormal(unsigned int* indices, float* node_values, float* node_normals)
 {
-    drawFacesByNodeNormal(*this, SOLID_SHAPES[0], indices, node_values, node_normals);
+    drawFacesByNodeNormal(*this, solidShapes[0], indices, node_values, node_normals);
 }
 
 void CAEEnv::renderPentaByNodeNormal(unsigned int* indices, float* node_values, float* node_normals)
 {
-    drawFacesByNodeNormal(*this, SOLID_SHAPES[1], indices, node_values, node_normals);
+    drawFacesByNodeNormal(*this, solidShapes[1], indices, node_values, node_normals);
 }
 
 void CAEEnv::renderHexaByNodeNormal(unsigned int* indices, float* node_values, float* node_normals)
 {
-    drawFacesByNodeNormal(*this, SOLID_SHAPES[2], indices, node_values, node_normals);
+    drawFacesByNodeNormal(*this, solidShapes[2], indices, node_values, node_normals);
 }

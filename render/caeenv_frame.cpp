@@ -16,7 +16,7 @@
 
 namespace {
 
-const float SELECTED_NODE_SIZE = 8;
+const float selectedNodeSize = 8;
 
 void clearViewport(const int* viewPort)
 {
@@ -35,7 +35,7 @@ void drawBox(BoundBox& box)
 
 void drawSelectedNode(const float* position, const float* selectionColor, const float* partColor)
 {
-    glPointSize(SELECTED_NODE_SIZE);
+    glPointSize(selectedNodeSize);
     glColor4fv(selectionColor);
     glBegin(GL_POINTS);
     glVertex3fv(position);
@@ -46,15 +46,17 @@ void drawSelectedNode(const float* position, const float* selectionColor, const 
 
 void drawSelectedNodes(const PartNodesStr& nodes, const float* selectionColor, const float* partColor)
 {
-    if (nodes.selectedNodes == nullptr || nodes.nodeValues == nullptr)
+    if (nodes.selectedNodes == nullptr || nodes.nodeValues == nullptr) {
         return;
+    }
     for (unsigned int k = 0; k < nodes.numNodes; ++k) {
         const float* position = ofNode(nodes.nodeValues, k);
-        if (nodes.selectedNodes[k] == SELECTED_CHAR)
+        if (nodes.selectedNodes[k] == SELECTED_CHAR) {
             drawSelectedNode(position, selectionColor, partColor);
-        else if (nodes.selectedNodes[k] == NOT_SELECTED_CHAR)
+        } else if (nodes.selectedNodes[k] == NOT_SELECTED_CHAR) {
             // deliberate(stray-vertex): outside glBegin/glEnd, draws nothing; call traces of hosts contain it.
             glVertex3fv(position);
+        }
     }
 }
 
@@ -62,12 +64,13 @@ void drawModelNodeSelection(const CAEEnv& env)
 {
     std::cout << label::nodeSelection << env.numNodes << std::endl;
     glColor4fv(env.colorBlue);
-    glPointSize(SELECTED_NODE_SIZE);
+    glPointSize(selectedNodeSize);
     glBegin(GL_POINTS);
     if (env.selectedNodes != nullptr && env.nodeValues != nullptr) {
         for (unsigned int k = 0; k < env.numNodes; ++k) {
-            if (env.selectedNodes[k] == SELECTED_CHAR)
+            if (env.selectedNodes[k] == SELECTED_CHAR) {
                 glVertex3fv(ofNode(env.nodeValues, k));
+            }
         }
     }
     glEnd();
@@ -81,8 +84,9 @@ void drawPart(CAEEnv& env, PartInfoStr& part)
         const bool byElement = (part.partFlag & PART_ELEMENTS_SELECTED) != 0;
         (env.*(byElement ? renderers->byElement : renderers->whole))(&part, color);
     }
-    if (part.partFlag & PART_NODES_SELECTED)
+    if (part.partFlag & PART_NODES_SELECTED) {
         drawSelectedNodes(part.partNodes, env.colorBlue, color);
+    }
 }
 
 } // namespace
@@ -91,8 +95,9 @@ void CAEEnv::renderModel()
 {
     glGetIntegerv(GL_VIEWPORT, viewPort);
     // deliberate(viewport-printed): four bare integers every frame; hosts' logs are read by them.
-    for (int value : viewPort)
+    for (int value : viewPort) {
         std::cout << value << std::endl;
+    }
     clearViewport(viewPort);
     mView->update();
     mTrans->processStart();
@@ -114,27 +119,33 @@ void CAEEnv::displayParts(int file_index)
     glEnableClientState(GL_NORMAL_ARRAY);
     for (i = 0; i < numParts; ++i) {
         PartInfoStr& part = partsInfoList[i];
-        if (file_index != -1 && file_index != part.partFileIndex)
+        if (file_index != -1 && file_index != part.partFileIndex) {
             continue;
-        if (part.partFlag & PART_HIDDEN)
+        }
+        if (part.partFlag & PART_HIDDEN) {
             continue;
-        if ((part.partFlag & PART_BOX_SHOWN) && boxList)
+        }
+        if ((part.partFlag & PART_BOX_SHOWN) && boxList) {
             drawBox(*boxList[i]);
+        }
         drawPart(*this, part);
     }
-    if ((compFlag & SEGMENT_PART_SET) && segmentPart)
+    if ((compFlag & SEGMENT_PART_SET) && segmentPart) {
         renderShellPart(segmentPart, colorBlue);
+    }
     glDisableClientState(GL_NORMAL_ARRAY);
     glDisableClientState(GL_VERTEX_ARRAY);
-    if (compFlag & NODE_LIST_SELECTED)
+    if (compFlag & NODE_LIST_SELECTED) {
         drawModelNodeSelection(*this);
+    }
     diagnostics::print(label::timeForDisplay, GenTime::getCurrentMillis() - start);
 }
 
 void CAEEnv::displayAllParts()
 {
-    for (i = 0; i < numParts; ++i)
+    for (i = 0; i < numParts; ++i) {
         showPart(partsInfoList[i]);
+    }
     std::copy(orgModelExtents, orgModelExtents + 6, modelExtents);
     mView->setExtents(modelExtents);
     glGetIntegerv(GL_VIEWPORT, viewPort);
@@ -147,27 +158,31 @@ void CAEEnv::setDisplay(unsigned int num_parts, unsigned int* parts_list, unsign
     // The counter counts list entries here and is left at their number.
     for (i = 0; i < num_parts; ++i) {
         const unsigned int index = parts_list[i] - 1; // 0 wraps and is out of range
-        if (index < numParts)
+        if (index < numParts) {
             setPartVisibility(partsInfoList[index], on_off);
+        }
     }
 }
 
 void CAEEnv::setDisplay(unsigned int part_num, unsigned int on_off)
 {
-    if (part_num != 0 && part_num <= numParts)
+    if (part_num != 0 && part_num <= numParts) {
         setPartVisibility(partsInfoList[part_num - 1], on_off);
+    }
 }
 
 void CAEEnv::setBoxDisplay(int box_on_off)
 {
     for (i = 0; i < numParts; ++i) {
         // deliberate(hidden-box-kept): a hidden part keeps its box bit, so the box comes back with the part.
-        if (partsInfoList[i].partFlag & PART_HIDDEN)
+        if (partsInfoList[i].partFlag & PART_HIDDEN) {
             continue;
-        if (box_on_off == static_cast<int>(PART_SHOWN))
+        }
+        if (box_on_off == static_cast<int>(PART_SHOWN)) {
             partsInfoList[i].partFlag |= PART_BOX_SHOWN;
-        else if (box_on_off == static_cast<int>(PART_HIDDEN))
+        } else if (box_on_off == static_cast<int>(PART_HIDDEN)) {
             partsInfoList[i].partFlag &= ~PART_BOX_SHOWN;
+        }
     }
 }
 

@@ -17,8 +17,8 @@
 
 namespace {
 
-constexpr unsigned int NAME_BUFFER_SIZE = 256;
-constexpr unsigned int MAX_NAMES_PAST_END = 100001; // a damaged count must not make a billion empty names
+constexpr unsigned int nameBufferSize = 256;
+constexpr unsigned int maxNamesPastEnd = 100001; // a damaged count must not make a billion empty names
 
 // One model file's node readers.
 typedef std::vector<ReadIDS*> IdReaders;
@@ -41,15 +41,17 @@ unsigned int readCount(FILE* file)
 // Names are cut to the buffer. A name that the file cuts short keeps the bytes of the one before.
 void readFileNames(FILE* file, unsigned int count, std::vector<std::string>& names)
 {
-    char name[NAME_BUFFER_SIZE] = "";
+    char name[nameBufferSize] = "";
     for (unsigned int k = 0; k < count; ++k) {
-        if (k >= MAX_NAMES_PAST_END && std::feof(file))
+        if (k >= maxNamesPastEnd && std::feof(file)) {
             break;
+        }
         const unsigned int length = readCount(file);
-        const unsigned int kept = std::min(length, NAME_BUFFER_SIZE - 1);
+        const unsigned int kept = std::min(length, nameBufferSize - 1);
         const std::size_t got = std::fread(name, 1, kept, file);
-        if (got == kept && length > kept)
+        if (got == kept && length > kept) {
             std::fseek(file, static_cast<long>(length - kept), SEEK_CUR);
+        }
         name[kept] = '\0';
         names.push_back(name);
     }
@@ -62,16 +64,19 @@ void readFileNodes(const char* dirName, const char* fileName, ReadIDS*& ids, Rea
     const int idCount = ids->get("node_ids");
     diagnostics::print(label::nodesFromIds, idCount);
     nodes = new ReadNodes(dirName, fileName);
-    if (idCount != 0)
+    if (idCount != 0) {
         diagnostics::print(label::nodesFromNodes, nodes->getValues());
+    }
 }
 
 void deleteReaders(IdReaders& ids, NodeReaders& nodes)
 {
-    for (ReadIDS* reader : ids)
+    for (ReadIDS* reader : ids) {
         delete reader;
-    for (ReadNodes* reader : nodes)
+    }
+    for (ReadNodes* reader : nodes) {
         delete reader;
+    }
 }
 
 } // namespace
@@ -91,15 +96,17 @@ int CAEEnv::getAll(std::vector<unsigned int>* pid_list)
 
     readExtents(filePtr, modelExtents);
     // deliberate(x-pair-corrected): only x; y and z are taken as read, also when flat.
-    if (modelExtents[0] == modelExtents[1])
+    if (modelExtents[0] == modelExtents[1]) {
         modelExtents[1] = -modelExtents[0];
+    }
     std::copy(modelExtents, modelExtents + 6, orgModelExtents);
     const unsigned int numFiles = readCount(filePtr);
     diagnostics::print(label::numFiles, numFiles);
-    if (numFiles > 1)
+    if (numFiles > 1) {
         readFileNames(filePtr, numFiles, fileList);
-    else
+    } else {
         fileList.push_back(modelName);
+    }
     diagnostics::print(label::fileListSize, fileList.size());
     std::fclose(filePtr);
 
@@ -107,16 +114,18 @@ int CAEEnv::getAll(std::vector<unsigned int>* pid_list)
     partsInfoList = nullptr;
     IdReaders ids(fileList.size(), nullptr);
     NodeReaders nodes(fileList.size(), nullptr);
-    for (std::size_t k = 0; k < fileList.size(); ++k)
+    for (std::size_t k = 0; k < fileList.size(); ++k) {
         readFileNodes(dir, fileList[k].c_str(), ids[k], nodes[k]);
+    }
 
     ReadElements elements(&pidMap, &ids, &nodes);
     for (std::size_t k = 0; k < fileList.size(); ++k) {
         elements.setValues(dir, fileList[k].c_str(), static_cast<int>(k), ids[k], nodes[k]);
-        if (pid_list)
+        if (pid_list) {
             elements.getPartsByID(pid_list, &numParts, &partsInfoList);
-        else
+        } else {
             elements.getAll(&numParts, &partsInfoList);
+        }
     }
     deleteReaders(ids, nodes);
     diagnostics::print(label::totalParts, numParts);
@@ -129,13 +138,15 @@ void CAEEnv::loadAndInitGL(unsigned int font_base, bool thread_status, std::vect
     const unsigned long long start = GenTime::getCurrentMillis();
     glClearColor(0, 0, 0, 1);
     // deliberate(load-failure-ignored): a model without part_start goes on as an empty one.
-    if (!thread_status)
+    if (!thread_status) {
         getAll(pid_list);
+    }
     mView = new MView(modelExtents);
     mTrans = new MTransform(modelExtents);
     boxList = new BoundBox*[numParts];
-    for (i = 0; i < numParts; ++i)
+    for (i = 0; i < numParts; ++i) {
         boxList[i] = new BoundBox(partsInfoList[i].partExtents);
+    }
     BoundBox::setFontBase(font_base);
     glShadeModel(static_cast<GLenum>(shadeModel));
     computeNormals();

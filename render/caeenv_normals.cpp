@@ -15,10 +15,10 @@
 
 namespace {
 
-constexpr unsigned int NO_FOURTH_CORNER = 0x80000000u;
-constexpr unsigned int SHELL_SLOTS = 4;
-constexpr unsigned int SOLID_SLOTS = 8;
-constexpr unsigned int FLOATS_PER_SOLID = 18;
+constexpr unsigned int noFourthCorner = 0x80000000u;
+constexpr unsigned int shellSlots = 4;
+constexpr unsigned int solidSlots = 8;
+constexpr unsigned int floatsPerSolid = 18;
 
 // One face. offsets: four corners as node index x 3, all below limit or nothing is computed. The first three corners
 // give the normal N = (p2 - p1) x (p3 - p1); the fourth only receives it.
@@ -27,8 +27,9 @@ inline void faceNormal(const unsigned int* offsets, unsigned int limit, const fl
 {
     // deliberate(triangle-without-normal): the missing fourth corner of a triangle is past every limit, so triangles
     // get no flat normal and add nothing to their nodes.
-    if (std::max(std::max(offsets[0], offsets[1]), std::max(offsets[2], offsets[3])) >= limit)
+    if (std::max(std::max(offsets[0], offsets[1]), std::max(offsets[2], offsets[3])) >= limit) {
         return;
+    }
     const float* p1 = values + offsets[0];
     const float* p2 = values + offsets[1];
     const float* p3 = values + offsets[2];
@@ -55,15 +56,16 @@ inline void faceNormal(const unsigned int* offsets, unsigned int limit, const fl
 unsigned int cornerLimit(bool flat, const PartNodesStr& nodes)
 {
     const unsigned long long end = 3ULL * nodes.numNodes;
-    return flat || end > NO_FOURTH_CORNER ? NO_FOURTH_CORNER : static_cast<unsigned int>(end);
+    return flat || end > noFourthCorner ? noFourthCorner : static_cast<unsigned int>(end);
 }
 
 // Allocates the array that the shade model needs and sets its flag. False: it was there already.
 bool beginNormals(PartInfoStr& part, bool flat, std::size_t flatFloats)
 {
     const unsigned int done = flat ? PART_ELEMENT_NORMALS_DONE : PART_NODE_NORMALS_DONE;
-    if (part.partFlag & done)
+    if (part.partFlag & done) {
         return false;
+    }
     float*& normals = flat ? part.partElements.elmNormals : part.partNodes.nodeNormals;
     delete[] normals; // a restored view state can lack the flag while the array is there
     normals = new float[flat ? flatFloats : 3 * static_cast<std::size_t>(part.partNodes.numNodes)]();
@@ -73,23 +75,27 @@ bool beginNormals(PartInfoStr& part, bool flat, std::size_t flatFloats)
 
 char kindOfSolid(const unsigned int* slots, unsigned int stride, char previous)
 {
-    if (stride == 10)
+    if (stride == 10) {
         return '4';
+    }
     // deliberate(kind-carried): strides other than 8 and 10 keep the kind of the element before.
-    if (stride != SOLID_SLOTS)
+    if (stride != solidSlots) {
         return previous;
-    if (slots[3] == slots[4])
+    }
+    if (slots[3] == slots[4]) {
         return '4';
+    }
     return slots[4] == slots[5] ? '6' : '8';
 }
 
 const NormalFaces& facesOf(char kind)
 {
-    for (const NormalFaces& faces : NORMAL_FACES) {
-        if (faces.npe == kind)
+    for (const NormalFaces& faces : normalFaces) {
+        if (faces.npe == kind) {
             return faces;
+        }
     }
-    return NORMAL_FACES[2];
+    return normalFaces[2];
 }
 
 void solidFaceNormals(const NormalFaces& faces, const unsigned int* slots, unsigned int limit, const float* values,
@@ -99,7 +105,7 @@ void solidFaceNormals(const NormalFaces& faces, const unsigned int* slots, unsig
         unsigned int offsets[4];
         for (int corner = 0; corner < 4; ++corner) {
             const unsigned char slot = faces.slots[face][corner];
-            offsets[corner] = slot == NO_CORNER ? NO_FOURTH_CORNER : 3 * slots[slot];
+            offsets[corner] = slot == noCorner ? noFourthCorner : 3 * slots[slot];
         }
         faceNormal(offsets, limit, values, nodeNormals, elementNormals ? elementNormals + 3 * face : nullptr);
     }
@@ -109,8 +115,9 @@ void solidFaceNormals(const NormalFaces& faces, const unsigned int* slots, unsig
 void noteKind(char kind, unsigned int stride, char& npe)
 {
     // deliberate(hexa-npe-kept): a hexahedron leaves what the reader stored.
-    if ((stride == SOLID_SLOTS || stride == 10) && kind != '8')
+    if ((stride == solidSlots || stride == 10) && kind != '8') {
         npe = kind;
+    }
 }
 
 } // namespace
@@ -120,10 +127,11 @@ void CAEEnv::computeNormals()
     const unsigned long long start = GenTime::getCurrentMillis();
     for (i = 0; i < numParts; ++i) {
         PartInfoPtr part = &partsInfoList[i];
-        if (part->partDrawType == SHELL)
+        if (part->partDrawType == SHELL) {
             computeShellNormals(part);
-        else if (part->partDrawType == SOLID)
+        } else if (part->partDrawType == SOLID) {
             computeSolidNormals(part);
+        }
     }
     diagnostics::print(label::timeForNormals, GenTime::getCurrentMillis() - start);
 }
@@ -131,7 +139,7 @@ void CAEEnv::computeNormals()
 void CAEEnv::computeElementNormal(unsigned int* nodes, float* node_values, float* node_normals, float* elm_normals)
 {
     const bool flat = shadeModel == GL_FLAT;
-    faceNormal(nodes, NO_FOURTH_CORNER, node_values, flat ? nullptr : node_normals, elm_normals);
+    faceNormal(nodes, noFourthCorner, node_values, flat ? nullptr : node_normals, elm_normals);
 }
 
 void CAEEnv::computeShellNormals(PartInfoPtr part)
@@ -139,25 +147,28 @@ void CAEEnv::computeShellNormals(PartInfoPtr part)
     const bool flat = shadeModel == GL_FLAT;
     const PartElementsStr& elements = part->partElements;
     const unsigned int count = elementCount(elements);
-    if (!beginNormals(*part, flat, 3 * static_cast<std::size_t>(count)))
+    if (!beginNormals(*part, flat, 3 * static_cast<std::size_t>(count))) {
         return;
+    }
     float* nodeNormals = flat ? nullptr : part->partNodes.nodeNormals;
     float* elementNormals = flat ? elements.elmNormals : nullptr;
     const unsigned int limit = cornerLimit(flat, part->partNodes);
     for (unsigned int e = 0; e < count; ++e) {
         const std::size_t first = static_cast<std::size_t>(e) * elements.nodesPerElement;
-        if (first + SHELL_SLOTS > elements.numElements)
+        if (first + shellSlots > elements.numElements) {
             break;
+        }
         const unsigned int* slots = elements.elmIndices + first;
         const bool triangle = slots[2] == slots[3];
         const unsigned int offsets[4] = {3 * slots[0], 3 * slots[1], 3 * slots[2],
-                                         triangle ? NO_FOURTH_CORNER : 3 * slots[3]};
+                                         triangle ? noFourthCorner : 3 * slots[3]};
         faceNormal(offsets, limit, part->partNodes.nodeValues, nodeNormals,
                    flat ? elementNormals + 3 * std::size_t{e} : nullptr);
     }
     // deliberate(smooth-exactly): only GL_SMOOTH itself normalises; any other value that is not GL_FLAT leaves sums.
-    if (shadeModel == GL_SMOOTH)
+    if (shadeModel == GL_SMOOTH) {
         normalize(part);
+    }
 }
 
 void CAEEnv::computeSolidNormals(PartInfoPtr part)
@@ -166,8 +177,9 @@ void CAEEnv::computeSolidNormals(PartInfoPtr part)
     PartElementsStr& elements = part->partElements;
     const unsigned int count = elementCount(elements);
     const unsigned int stride = elements.nodesPerElement;
-    if (!beginNormals(*part, flat, FLOATS_PER_SOLID * static_cast<std::size_t>(count)))
+    if (!beginNormals(*part, flat, floatsPerSolid * static_cast<std::size_t>(count))) {
         return;
+    }
     if (elements.NPE == nullptr) {
         elements.NPE = new char[count];
         std::memset(elements.NPE, '8', count);
@@ -178,14 +190,16 @@ void CAEEnv::computeSolidNormals(PartInfoPtr part)
     char kind = '8';
     for (unsigned int e = 0; e < count; ++e) {
         const std::size_t first = static_cast<std::size_t>(e) * stride;
-        if (first + SOLID_SLOTS > elements.numElements)
+        if (first + solidSlots > elements.numElements) {
             break;
+        }
         const unsigned int* slots = elements.elmIndices + first;
         kind = kindOfSolid(slots, stride, kind);
         noteKind(kind, stride, elements.NPE[e]);
         solidFaceNormals(facesOf(kind), slots, limit, part->partNodes.nodeValues, nodeNormals,
-                         flat ? elementNormals + FLOATS_PER_SOLID * std::size_t{e} : nullptr);
+                         flat ? elementNormals + floatsPerSolid * std::size_t{e} : nullptr);
     }
-    if (shadeModel == GL_SMOOTH)
+    if (shadeModel == GL_SMOOTH) {
         normalize(part);
+    }
 }

@@ -32,12 +32,14 @@ void drawPartForPick(CAEEnv& env, PartInfoStr& part, float* color)
         return;
     }
     const PartRenderers* renderers = renderersOf(part.partDrawType);
-    if (renderers == nullptr)
+    if (renderers == nullptr) {
         return;
-    if (env.pickType == PICK_TYPE_PART)
+    }
+    if (env.pickType == PICK_TYPE_PART) {
         (env.*renderers->whole)(&part, color);
-    else if (env.pickType == PICK_TYPE_ELEMENT)
+    } else if (env.pickType == PICK_TYPE_ELEMENT) {
         (env.*renderers->forPick)(&part, color);
+    }
 }
 
 } // namespace
@@ -49,8 +51,9 @@ void CAEEnv::displayPartsByElement()
     glEnableClientState(GL_NORMAL_ARRAY);
     for (i = 0; i < numParts; ++i) {
         PartInfoStr& part = partsInfoList[i];
-        if (part.partFlag & PART_HIDDEN)
+        if (part.partFlag & PART_HIDDEN) {
             continue;
+        }
         glLoadName(i + 1);
         drawPartForPick(*this, part, drawColor(*this, part));
     }
@@ -64,16 +67,18 @@ void CAEEnv::renderShellsForPick(PartInfoPtr part_info, float* color)
 {
     glColor4fv(color);
     const PartNormals normals(*part_info, shadeModel);
-    if (normals.none())
+    if (normals.none()) {
         return;
+    }
     const unsigned int count = elementCount(part_info->partElements);
     for (unsigned int e = 0; e < count; ++e) {
         glPushName(e + 1);
         glBegin(GL_QUADS);
-        if (normals.perElement)
+        if (normals.perElement) {
             drawShellFlat(*part_info, e);
-        else
+        } else {
             drawShellSmooth(*part_info, e);
+        }
         glEnd();
         glPopName();
     }
@@ -88,8 +93,9 @@ void CAEEnv::renderSolidsForPick(PartInfoPtr part_info, float* color)
         // deliberate(empty-named-block): a name and an empty block also for what cannot be drawn.
         glPushName(e + 1);
         glBegin(GL_QUADS);
-        if (!normals.none())
+        if (!normals.none()) {
             drawSolid(*this, *part_info, e, normals);
+        }
         glEnd();
         glPopName();
     }
@@ -99,8 +105,8 @@ void CAEEnv::renderBeamsForPick(PartInfoPtr part_info, float* color)
 {
     const unsigned int count = elementCount(part_info->partElements);
     glColor4fv(color);
-    glLineWidth(BEAM_WIDTH);
-    glPointSize(BEAM_WIDTH);
+    glLineWidth(beamWidth);
+    glPointSize(beamWidth);
     for (unsigned int e = 0; e < count; ++e) {
         glPushName(e + 1);
         drawBeam(*part_info, e);
@@ -114,7 +120,7 @@ void CAEEnv::renderDiscretesForPick(PartInfoPtr part_info, float* color)
 {
     const unsigned int count = elementCount(part_info->partElements);
     glColor4fv(color);
-    glLineWidth(DISCRETE_WIDTH);
+    glLineWidth(discreteWidth);
     for (unsigned int e = 0; e < count; ++e) {
         glPushName(e + 1);
         drawDiscrete(*part_info, e);

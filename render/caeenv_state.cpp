@@ -38,8 +38,9 @@ int CAEEnv::save(const char* file_name)
     // deliberate(shade-from-field): the shade model is the field's, blending and polygon mode are the live context's.
     writeItems(filePtr, &shadeModel, 1);
     blendFlag = 0;
-    if (glIsEnabled(GL_BLEND))
+    if (glIsEnabled(GL_BLEND)) {
         blendFlag = 1;
+    }
     writeItems(filePtr, &blendFlag, 1);
     glGetIntegerv(GL_POLYGON_MODE, polygonMode);
     writeItems(filePtr, polygonMode, 2);
@@ -109,5 +110,5 @@ void MTransform::restore(FILE* fp)
     readItems(fp, projMatrix, 16);
     readItems(fp, centerOfWindow, 3);
     readItems(fp, curQuat, 4);
-    onlyOnce &= ~COMPUTE_WINDOW_CENTER; // the restored pivot stays
+    onlyOnce &= ~windowCenterPending; // the restored pivot stays
 }

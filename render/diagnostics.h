@@ -70,8 +70,9 @@ template <typename T> void print(const char* label, const T& value)
 template <typename T> void printList(const char* label, const T* values, int count)
 {
     std::cout << label;
-    for (int k = 0; k < count; ++k)
+    for (int k = 0; k < count; ++k) {
         std::cout << (k ? "," : "") << values[k];
+    }
     std::cout << std::endl;
 }
 
@@ -79,9 +80,10 @@ template <typename T> void printList(const char* label, const T* values, int cou
 inline void printRanges(const char* prefix, const float* extents)
 {
     const char axes[3] = {'x', 'y', 'z'};
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         std::cout << prefix << axes[k] << "min=" << extents[2 * k] << ' ' << axes[k] << "max=" << extents[2 * k + 1]
                   << std::endl;
+    }
 }
 
 // One of the two lines on standard error that every frame writes.

@@ -11,12 +11,12 @@
 // Steps with which element slots are read, whatever stride counts the elements.
 // deliberate(solid-step-8): a ten-slot solid part is counted by 10 and read by 8, so it is shifted from its second
 // element on; readers that want right pictures deliver stride 8.
-constexpr unsigned int SHELL_STEP = 4;
-constexpr unsigned int SOLID_STEP = 8;
-constexpr unsigned int LINE_STEP = 3;
+constexpr unsigned int shellStep = 4;
+constexpr unsigned int solidStep = 8;
+constexpr unsigned int lineStep = 3;
 
-constexpr float BEAM_WIDTH = 5;
-constexpr float DISCRETE_WIDTH = 2;
+constexpr float beamWidth = 5;
+constexpr float discreteWidth = 2;
 
 // Inside glBegin(GL_QUADS): the element's normal and four corners.
 void drawShellFlat(const PartInfoStr& part, unsigned int e);

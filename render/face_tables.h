@@ -25,7 +25,7 @@ struct SolidShape
 };
 
 // clang-format off
-constexpr SolidShape SOLID_SHAPES[] = {
+constexpr SolidShape solidShapes[] = {
     {'4', 0, 4, {0, 1, 2,  0, 1, 3,  0, 3, 2,  1, 2, 3}},
     {'6', 3, 2, {0, 1, 2, 3,  1, 2, 6, 4,  3, 0, 4, 6,  0, 1, 4,  2, 3, 6}},
     {'8', 6, 0, {0, 1, 2, 3,  1, 2, 6, 5,  4, 5, 6, 7,  3, 0, 4, 7,  2, 3, 7, 6,  0, 1, 5, 4}},
@@ -35,15 +35,16 @@ constexpr SolidShape SOLID_SHAPES[] = {
 // The shape of an NPE character, or null.
 inline const SolidShape* solidShapeOf(char npe)
 {
-    for (const SolidShape& shape : SOLID_SHAPES) {
-        if (shape.npe == npe)
+    for (const SolidShape& shape : solidShapes) {
+        if (shape.npe == npe) {
             return &shape;
+        }
     }
     return nullptr;
 }
 
-// Faces for the normal computation: four slots each, NO_CORNER where a face has three.
-constexpr unsigned char NO_CORNER = 255;
+// Faces for the normal computation: four slots each, noCorner where a face has three.
+constexpr unsigned char noCorner = 255;
 
 struct NormalFaces
 {
@@ -53,11 +54,11 @@ struct NormalFaces
 };
 
 // clang-format off
-constexpr NormalFaces NORMAL_FACES[] = {
-    {'4', 4, {{0, 1, 2, NO_CORNER}, {0, 1, 3, NO_CORNER}, {2, 0, 3, NO_CORNER}, {1, 2, 3, NO_CORNER}}},
+constexpr NormalFaces normalFaces[] = {
+    {'4', 4, {{0, 1, 2, noCorner}, {0, 1, 3, noCorner}, {2, 0, 3, noCorner}, {1, 2, 3, noCorner}}},
     // deliberate(penta-normal-slot-5): slot 5, equal to slot 4, where the drawn face has slot 6; the node of slot 6 gets no
     // normal from here, and pictures and stored normals are compared against that.
-    {'6', 5, {{0, 1, 2, 3}, {1, 2, 5, 4}, {3, 0, 4, 5}, {0, 1, 4, NO_CORNER}, {2, 3, 5, NO_CORNER}}},
+    {'6', 5, {{0, 1, 2, 3}, {1, 2, 5, 4}, {3, 0, 4, 5}, {0, 1, 4, noCorner}, {2, 3, 5, noCorner}}},
     {'8', 6, {{0, 1, 2, 3}, {1, 2, 6, 5}, {4, 5, 6, 7}, {3, 0, 4, 7}, {2, 3, 7, 6}, {0, 1, 5, 4}}},
 };
 // clang-format on

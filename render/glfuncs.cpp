@@ -9,10 +9,11 @@ void togglePolygonMode()
 {
     GLint mode[2] = {GL_FILL, GL_FILL};
     glGetIntegerv(GL_POLYGON_MODE, mode);
-    if (mode[0] == GL_LINE)
+    if (mode[0] == GL_LINE) {
         glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-    else if (mode[0] == GL_FILL)
+    } else if (mode[0] == GL_FILL) {
         glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    }
 }
 
 // deliberate(toggle-without-normals): OpenGL's state only; the environment reads it back with the next frame.
@@ -20,10 +21,11 @@ void toggleShadeModel()
 {
     GLint model = GL_SMOOTH;
     glGetIntegerv(GL_SHADE_MODEL, &model);
-    if (model == GL_FLAT)
+    if (model == GL_FLAT) {
         glShadeModel(GL_SMOOTH);
-    else if (model == GL_SMOOTH)
+    } else if (model == GL_SMOOTH) {
         glShadeModel(GL_FLAT);
+    }
 }
 
 void toggleDepthTest()
@@ -52,7 +54,7 @@ struct Toggle
     int type;
     void (*run)();
 };
-const Toggle TOGGLES[] = {
+const Toggle toggles[] = {
     {GL_POLYGON_MODE, togglePolygonMode},
     {GL_SHADE_MODEL, toggleShadeModel},
     {GL_DEPTH_TEST, toggleDepthTest},
@@ -63,8 +65,9 @@ const Toggle TOGGLES[] = {
 
 void GLFuncs::process(int gl_type)
 {
-    for (const Toggle& toggle : TOGGLES) {
-        if (toggle.type == gl_type)
+    for (const Toggle& toggle : toggles) {
+        if (toggle.type == gl_type) {
             toggle.run();
+        }
     }
 }

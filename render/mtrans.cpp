@@ -26,7 +26,7 @@ struct Step
     float sign;
     bool printsAngle;
 };
-constexpr Step STEPS[] = {
+constexpr Step steps[] = {
     // deliberate(only-rotx-printed): one of the six rotations comments on itself.
     {ROTATE_X_CCW, StepKind::Rotate, 0, 1, true},  {ROTATE_X_CW, StepKind::Rotate, 0, -1, false},
     {ROTATE_Y_CCW, StepKind::Rotate, 1, 1, false}, {ROTATE_Y_CW, StepKind::Rotate, 1, -1, false},
@@ -34,8 +34,8 @@ constexpr Step STEPS[] = {
     {TRANS_LEFT, StepKind::Pan, 0, -1, false},     {TRANS_RIGHT, StepKind::Pan, 0, 1, false},
     {TRANS_UP, StepKind::Pan, 1, 1, false},        {TRANS_DOWN, StepKind::Pan, 1, -1, false},
 };
-constexpr float ROTATION_STEP = 5;
-constexpr float PAN_STEPS_PER_SPAN = 50;
+constexpr float rotationStep = 5;
+constexpr float panStepsPerSpan = 50;
 
 // deliberate(span-of-magnitudes): abs(min) + abs(max), not max - min; pan and triad sizes are tuned to it.
 float spanOf(const float* extents, int axis)
@@ -46,28 +46,31 @@ float spanOf(const float* extents, int axis)
 // deliberate(full-turn-reads-360): only angles beyond a full turn wrap, and by one turn only.
 float wrapped(float angle)
 {
-    if (angle > 360)
+    if (angle > 360) {
         return angle - 360;
+    }
     return angle < -360 ? angle + 360 : angle;
 }
 
 void raiseToMinimum(float* scale)
 {
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         scale[axis] = scale[axis] < MIN_SCALE_FACTOR ? MIN_SCALE_FACTOR : scale[axis];
+    }
 }
 
 void freePoints(std::vector<Point3D*>& points)
 {
-    for (Point3D* point : points)
+    for (Point3D* point : points) {
         delete point;
+    }
     points.clear();
 }
 
 } // namespace
 
 MTransform::MTransform(float* extents)
-    : mTransType(NO_TRANSFORM), depthTest(0), onlyOnce(COMPUTE_WINDOW_CENTER), viewPort(), modelExtents(extents),
+    : mTransType(NO_TRANSFORM), depthTest(0), onlyOnce(windowCenterPending), viewPort(), modelExtents(extents),
       mouseValues(), rotMatrix(), mvMatrix(), mvMatrixLocal(), projMatrix(), centerOfScaling(), centerOfWindow(),
       startOfScaling(), endOfScaling()
 {
@@ -120,8 +123,9 @@ std::vector<Point3D*>& MTransform::getPointsList()
 
 void MTransform::update()
 {
-    if (mTransType >= GLOBAL_TRANSLATION)
+    if (mTransType >= GLOBAL_TRANSLATION) {
         return;
+    }
     if (mTransType == RESET_TRANSFORM) {
         resetAll();
     } else if (mTransType == SCALE_INCR) {
@@ -130,15 +134,18 @@ void MTransform::update()
         updateLocalScaleForWindow(-SCALE_FACTOR);
         raiseToMinimum(localScale);
     }
-    for (const Step& step : STEPS) {
-        if (step.operation != mTransType)
+    for (const Step& step : steps) {
+        if (step.operation != mTransType) {
             continue;
-        if (step.kind == StepKind::Rotate)
-            globalRot[step.axis] = wrapped(globalRot[step.axis] + step.sign * ROTATION_STEP);
-        else
-            globalTrans[step.axis] += step.sign * (spanOf(modelExtents, step.axis) / PAN_STEPS_PER_SPAN);
-        if (step.printsAngle)
+        }
+        if (step.kind == StepKind::Rotate) {
+            globalRot[step.axis] = wrapped(globalRot[step.axis] + step.sign * rotationStep);
+        } else {
+            globalTrans[step.axis] += step.sign * (spanOf(modelExtents, step.axis) / panStepsPerSpan);
+        }
+        if (step.printsAngle) {
             diagnostics::print(label::rotationX, globalRot[step.axis]);
+        }
     }
 }
 
@@ -192,13 +199,15 @@ void MTransform::updateValues(int trans_type, float* values)
 
 void MTransform::setValues(float* values)
 {
-    for (int axis = 0; axis < 2; ++axis)
+    for (int axis = 0; axis < 2; ++axis) {
         globalTrans[axis] = values[3 + axis] * spanOf(modelExtents, axis) / viewPort[2 + axis];
+    }
     diagnostics::printTransform(globalTrans);
     diagnostics::printTransform(globalRot);
     if (values[0] != 0 || values[1] != 0 || values[2] != 0) {
-        for (int axis = 0; axis < 3; ++axis)
+        for (int axis = 0; axis < 3; ++axis) {
             globalRot[axis] = wrapped(values[axis]);
+        }
     }
     diagnostics::printRanges("", modelExtents);
     updateWindowCenter();

@@ -11,9 +11,9 @@
 
 namespace {
 
-const float MARKER_SIZE = 15;
+const float markerSize = 15;
 // deliberate(polyline-from-four-points): a polyline of three points or fewer is not drawn.
-const std::size_t POINTS_NOT_DRAWN = 3;
+const std::size_t pointsNotDrawn = 3;
 
 void translateTo(const double* center, double sign)
 {
@@ -24,7 +24,7 @@ void translateTo(const double* center, double sign)
 void drawScalingMarker(const double* center)
 {
     glColor3f(1, 0, 0);
-    glPointSize(MARKER_SIZE);
+    glPointSize(markerSize);
     glEnable(GL_POINT_SMOOTH);
     glBegin(GL_POINTS);
     glVertex3dv(center);
@@ -47,8 +47,9 @@ void MTransform::processStart()
     glGetDoublev(GL_MODELVIEW_MATRIX, mvMatrixLocal);
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         mvMatrixLocal[12 + axis] += globalTrans[axis];
+    }
     glLoadMatrixd(mvMatrixLocal);
     diagnostics::printTransform(globalTrans);
     diagnostics::printTransform(globalRot);
@@ -73,23 +74,25 @@ void MTransform::processEnd()
     glDisable(GL_DEPTH_TEST);
     UnitAxis::render(axisLength, 0);
     // The band is unprojected with the previous frame's projection; this frame's is read below.
-    if (marksCenterOfScaling(mTransType))
+    if (marksCenterOfScaling(mTransType)) {
         drawScalingMarker(centerOfScaling);
-    else if (mTransType == START_RUBBER_BAND)
+    } else if (mTransType == START_RUBBER_BAND) {
         createRubberBand(viewPort, mouseValues, projMatrix);
-    else if (mTransType == START_POLYLINE && pointsList.size() > POINTS_NOT_DRAWN)
+    } else if (mTransType == START_POLYLINE && pointsList.size() > pointsNotDrawn) {
         createPolyline(pointsList);
+    }
     glGetDoublev(GL_MODELVIEW_MATRIX, mvMatrix);
     glGetDoublev(GL_PROJECTION_MATRIX, projMatrix);
-    if (depthTest)
+    if (depthTest) {
         glEnable(GL_DEPTH_TEST);
+    }
     glMatrixMode(GL_MODELVIEW);
     glPopMatrix();
     glPopMatrix();
     glPopMatrix();
     mTransType = NO_TRANSFORM;
-    if (onlyOnce & COMPUTE_WINDOW_CENTER) {
-        onlyOnce &= ~COMPUTE_WINDOW_CENTER;
+    if (onlyOnce & windowCenterPending) {
+        onlyOnce &= ~windowCenterPending;
         computeWindowCenter();
     }
 }

@@ -12,11 +12,11 @@
 
 namespace {
 
-const double WINDOW_DEPTH = 0.5;
+const double windowDepth = 0.5;
 
 void unproject(const MTransform& trans, float x, float y, double* world)
 {
-    gluUnProject(x, y, WINDOW_DEPTH, trans.mvMatrix, trans.projMatrix, trans.viewPort, &world[0], &world[1], &world[2]);
+    gluUnProject(x, y, windowDepth, trans.mvMatrix, trans.projMatrix, trans.viewPort, &world[0], &world[1], &world[2]);
 }
 
 // Middle of the window in integer pixels; the viewport's own offset is not added.
@@ -51,8 +51,9 @@ void scaleAboutCenter(MTransform& trans, const float* steps)
 {
     for (int axis = 0; axis < 3; ++axis) {
         const float scale = trans.localScale[axis] + steps[axis];
-        if (scale > MIN_SCALE_FACTOR)
+        if (scale > MIN_SCALE_FACTOR) {
             setScaleAbout(trans, axis, trans.centerOfScaling[axis], scale);
+        }
     }
 }
 
@@ -107,8 +108,9 @@ void MTransform::updateRect()
 {
     unproject(*this, mouseValues[0], mouseValues[1], startOfScaling);
     unproject(*this, mouseValues[2], mouseValues[3], endOfScaling);
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         centerOfScaling[axis] = (startOfScaling[axis] + endOfScaling[axis]) / 2.0;
+    }
     diagnostics::printList(label::rectStart, startOfScaling, 3);
     diagnostics::printList(label::centerOfScaling, centerOfScaling, 3);
     diagnostics::printList(label::rectEnd, endOfScaling, 3);
@@ -121,12 +123,14 @@ void MTransform::updateLocalScaleForRubberBand()
     std::cout << "dx=" << dx << " dy=" << dy << std::endl;
     std::cout << "sx=" << mouseValues[0] << " sy=" << mouseValues[1] << std::endl;
     std::cout << "cx=" << mouseValues[2] << " cy=" << mouseValues[3] << std::endl;
-    if (dx == 0 || dy == 0)
+    if (dx == 0 || dy == 0) {
         return;
+    }
     updateRect();
     // deliberate(band-fixed-step): one step whatever the band's size, and no lower bound.
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         setScaleAbout(*this, axis, centerOfScaling[axis], SCALE_FACTOR + localScale[axis]);
+    }
     printScaling(*this);
 }
 
@@ -142,8 +146,9 @@ void MTransform::computeWindowCenter()
 
 void MTransform::updateWindowCenter()
 {
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         centerOfWindow[axis] = middleOf(modelExtents, axis);
+    }
 }
 
 void MTransform::moveToCOW()
@@ -155,8 +160,9 @@ void MTransform::moveToCOW()
     const double model[3] = {middleOf(modelExtents, 0), middleOf(modelExtents, 1), middleOf(modelExtents, 2)};
     diagnostics::printList(label::viewCenterOfModel, model, 3);
     // deliberate(move-ignores-scale): exact only while the scale is 1, and repeated calls repeat the shift.
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         localTrans[axis] = static_cast<float>(localTrans[axis] + (window[axis] - model[axis]));
+    }
 }
 
 void MTransform::addPoint(float* mouse_values)
@@ -164,8 +170,9 @@ void MTransform::addPoint(float* mouse_values)
     double world[3] = {0, 0, 0};
     unproject(*this, mouse_values[0], mouse_values[1], world);
     Point3D* point = new Point3D;
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         point->point[axis] = static_cast<float>(world[axis]);
+    }
     pointsList.push_back(point);
     diagnostics::printList(label::startWorld, point->point, 3);
 }

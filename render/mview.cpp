@@ -10,7 +10,7 @@
 
 namespace {
 
-const double VIEW_MARGIN = 0.95;
+const double viewMargin = 0.95;
 
 // Which row of a view's table applies. The x test comes first.
 enum class SignCase
@@ -24,10 +24,12 @@ enum class SignCase
 
 SignCase signCaseOf(const MView& view)
 {
-    if (view.xAxisType == X_BOTH_POSITIVE)
+    if (view.xAxisType == X_BOTH_POSITIVE) {
         return view.zAxisType == Z_BOTH_POSITIVE ? SignCase::XPositiveZPositive : SignCase::XPositiveZNot;
-    if (view.yAxisType == Y_BOTH_POSITIVE)
+    }
+    if (view.yAxisType == Y_BOTH_POSITIVE) {
         return SignCase::YPositive;
+    }
     return view.yAxisType == Y_BOTH_NEGATIVE ? SignCase::YNegative : SignCase::Other;
 }
 
@@ -67,10 +69,11 @@ double smallerOf(double sx, double sy)
 // deliberate(axis-class-sticks): a range of mixed signs keeps the class that the axis had before.
 void classify(float low, float high, int positive, int negative, int& type)
 {
-    if (low >= 0 && high >= 0)
+    if (low >= 0 && high >= 0) {
         type = positive;
-    else if (low < 0 && high < 0)
+    } else if (low < 0 && high < 0) {
         type = negative;
+    }
 }
 
 } // namespace
@@ -93,11 +96,11 @@ void MView::setExtents(float* exts)
 void MView::update()
 {
     typedef void (MView::*Orientation)();
-    static constexpr Orientation ORIENTATIONS[] = {
+    static constexpr Orientation orientationOf[] = {
         nullptr,          &MView::isoView,   &MView::topView,   &MView::bottomView,
         &MView::leftView, &MView::rightView, &MView::frontView, &MView::backView};
     if (mViewType >= ISO_VIEW && mViewType <= BACK_VIEW) {
-        const Orientation orientation = ORIENTATIONS[mViewType]; // a step of its own: GCC 12's sanitizer miscounts it
+        const Orientation orientation = orientationOf[mViewType]; // a step of its own: GCC 12's sanitizer miscounts it
         (this->*orientation)();
     }
     getMatrices();
@@ -241,8 +244,9 @@ void MView::topView()
 {
     startOrientation();
     const BoxSums box(modelExtents);
-    if (yAxisType == Y_BOTH_POSITIVE)
+    if (yAxisType == Y_BOTH_POSITIVE) {
         return;
+    }
     if (yAxisType == Y_BOTH_NEGATIVE) {
         glTranslatef(0, -box.t, 0);
         rotateX(180);
@@ -255,8 +259,9 @@ void MView::topView()
 void MView::bottomView()
 {
     startOrientation();
-    if (yAxisType != Y_BOTH_POSITIVE)
+    if (yAxisType != Y_BOTH_POSITIVE) {
         return;
+    }
     const BoxSums box(modelExtents);
     glTranslatef(0, box.cy, 0);
     rotateX(180);
@@ -305,14 +310,16 @@ void MView::getMatrices()
 
     double scale[3] = {std::fabs(high[0] - low[0]), std::fabs(high[1] - low[1]), 1};
     for (int axis = 0; axis < 2; ++axis) {
-        if (scale[axis] != 0)
+        if (scale[axis] != 0) {
             scale[axis] = matrices.viewPort[2 + axis] / scale[axis];
-        if (scale[axis] == 0)
+        }
+        if (scale[axis] == 0) {
             scale[axis] = 1;
+        }
     }
     // deliberate(iso-edge-to-edge): the iso view fills the viewport, the other views leave a margin.
     if (mViewType >= ISO_VIEW && mViewType <= BACK_VIEW) {
-        const double margin = mViewType == ISO_VIEW ? 1.0 : VIEW_MARGIN;
+        const double margin = mViewType == ISO_VIEW ? 1.0 : viewMargin;
         scale[0] = scale[1] = scale[2] = margin * smallerOf(scale[0], scale[1]);
     }
     diagnostics::printList(label::scale, scale, 3);

@@ -19,8 +19,9 @@ inline unsigned int elementCount(const PartElementsStr& elements)
 inline const unsigned int* elementSlots(const PartElementsStr& elements, unsigned int e, unsigned int step)
 {
     const std::size_t first = static_cast<std::size_t>(e) * step;
-    if (elements.elmIndices == nullptr || first + step > elements.numElements)
+    if (elements.elmIndices == nullptr || first + step > elements.numElements) {
         return nullptr;
+    }
     return elements.elmIndices + first;
 }
 
@@ -60,10 +61,11 @@ inline void hidePart(PartInfoStr& part)
 // The mode values 2 and 4 of the display calls; any other value changes nothing.
 inline void setPartVisibility(PartInfoStr& part, unsigned int mode)
 {
-    if (mode == PART_SHOWN)
+    if (mode == PART_SHOWN) {
         showPart(part);
-    else if (mode == PART_HIDDEN)
+    } else if (mode == PART_HIDDEN) {
         hidePart(part);
+    }
 }
 
 #endif

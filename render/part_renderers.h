@@ -15,7 +15,7 @@ struct PartRenderers
     PartRenderer forPick;   // a name per element
 };
 
-constexpr PartRenderers PART_RENDERERS[] = {
+constexpr PartRenderers partRenderers[] = {
     {SHELL, &CAEEnv::renderShellPart, &CAEEnv::renderShells, &CAEEnv::renderShellsForPick},
     {SOLID, &CAEEnv::renderSolidPart, &CAEEnv::renderSolids, &CAEEnv::renderSolidsForPick},
     {BEAM, &CAEEnv::renderBeamPart, &CAEEnv::renderBeams, &CAEEnv::renderBeamsForPick},
@@ -25,9 +25,10 @@ constexpr PartRenderers PART_RENDERERS[] = {
 // Null for a draw type that is never drawn.
 inline const PartRenderers* renderersOf(unsigned int drawType)
 {
-    for (const PartRenderers& row : PART_RENDERERS) {
-        if (row.drawType == drawType)
+    for (const PartRenderers& row : partRenderers) {
+        if (row.drawType == drawType) {
             return &row;
+        }
     }
     return nullptr;
 }
@@ -35,10 +36,12 @@ inline const PartRenderers* renderersOf(unsigned int drawType)
 // Selection colour before highlight colour before the part's own.
 inline float* drawColor(CAEEnv& env, PartInfoStr& part)
 {
-    if (part.partFlag & PART_SELECTED)
+    if (part.partFlag & PART_SELECTED) {
         return env.colorBlue;
-    if (part.partFlag & PART_HIGHLIGHTED)
+    }
+    if (part.partFlag & PART_HIGHLIGHTED) {
         return env.colorGreen;
+    }
     return part.partColor;
 }
 

@@ -14,14 +14,14 @@ namespace {
 
 // The axis triad is drawn in the pass, too, and leaves a record of one name; an element pick reads two. The words
 // behind what OpenGL is told of keep that inside the array when the buffer is exactly full.
-constexpr unsigned int SPARE_WORDS = 16;
-constexpr unsigned int BUFFER_WORDS = SELECT_BUFFER_SIZE + SPARE_WORDS;
+constexpr unsigned int spareWords = 16;
+constexpr unsigned int bufferWords = SELECT_BUFFER_SIZE + spareWords;
 
 // Walks the words of the selection buffer; reads 0 behind its end.
 class HitCursor
 {
 public:
-    explicit HitCursor(GLuint* buffer) : next(buffer), end(buffer + BUFFER_WORDS) {}
+    explicit HitCursor(GLuint* buffer) : next(buffer), end(buffer + bufferWords) {}
     GLuint peek() const { return next < end ? *next : 0; }
     GLuint take() { return next < end ? *next++ : 0; }
 
@@ -73,8 +73,9 @@ struct HitReading
 // Each reads one name, or a pair, from the record; returns how many names beyond the first it consumed.
 int readPartName(HitReading& hits, PidEidStr entity, bool selectNow)
 {
-    if (selectNow)
+    if (selectNow) {
         hits.env.selectPart(entity.pid);
+    }
     hits.part.set(hits.cursor.take());
     hits.insert(entity);
     return 0;
@@ -85,26 +86,30 @@ int readElementNames(HitReading& hits, PidEidStr entity, bool selectNow)
     unsigned int part = hits.part.set(hits.cursor.take());
     unsigned int element = hits.element.set(hits.cursor.take());
     // deliberate(rect-element-eid-0): the rectangle pick leaves the stored element number 0; its map only counts hits.
-    if (selectNow)
+    if (selectNow) {
         hits.env.selectElement(&part, &element);
-    else
+    } else {
         entity.eid = element;
+    }
     hits.insert(entity);
     return 1;
 }
 
 int readNodeNames(HitReading& hits, PidEidStr entity, bool selectNow, int numNames)
 {
-    if (numNames != 1 && numNames != 2)
+    if (numNames != 1 && numNames != 2) {
         return 0;
+    }
     unsigned int part = hits.part.set(hits.cursor.take());
     diagnostics::print(label::partIndex, part);
-    if (numNames == 1)
+    if (numNames == 1) {
         return 0;
+    }
     entity.eid = hits.element.set(hits.cursor.take());
     diagnostics::print(label::nodeIndex, entity.eid);
-    if (selectNow)
+    if (selectNow) {
         hits.env.selectNode(&part, &entity.eid);
+    }
     hits.insert(entity);
     return 1;
 }
@@ -114,8 +119,9 @@ int readNames(HitReading& hits, int numNames)
 {
     const PidEidStr entity = {hits.cursor.peek(), 0};
     const bool selectNow = hits.pick.pickMethod == RECT_PICK;
-    if (!selectNow && hits.pick.pickMethod != SELECT_PICK)
+    if (!selectNow && hits.pick.pickMethod != SELECT_PICK) {
         return 0;
+    }
     switch (hits.pick.pickType) {
     case PICK_TYPE_PART:
         return readPartName(hits, entity, selectNow);
@@ -149,8 +155,9 @@ void readRecord(HitReading& hits)
 
 void selectNearest(HitReading& hits)
 {
-    if (hits.pick.zPartMap.empty())
+    if (hits.pick.zPartMap.empty()) {
         return;
+    }
     PidEidStr nearest = hits.pick.zPartMap.begin()->second;
     switch (hits.pick.pickType) {
     case PICK_TYPE_PART:
@@ -173,16 +180,20 @@ void selectNearest(HitReading& hits)
 // different records.
 void selectLastRead(HitReading& hits)
 {
-    if (!hits.part.read)
+    if (!hits.part.read) {
         return;
-    if (hits.pick.pickType == PICK_TYPE_PART)
+    }
+    if (hits.pick.pickType == PICK_TYPE_PART) {
         hits.env.selectPart(hits.part.value);
-    if (!hits.element.read)
+    }
+    if (!hits.element.read) {
         return;
-    if (hits.pick.pickType == PICK_TYPE_ELEMENT)
+    }
+    if (hits.pick.pickType == PICK_TYPE_ELEMENT) {
         hits.env.selectElement(&hits.part.value, &hits.element.value);
-    else if (hits.pick.pickType == PICK_TYPE_NODE)
+    } else if (hits.pick.pickType == PICK_TYPE_NODE) {
         hits.env.selectNode(&hits.part.value, &hits.element.value);
+    }
 }
 
 void setPickProjection(const float* mouse_xy, GLint* viewport, const float* extents)
@@ -202,14 +213,15 @@ PickRect::~PickRect() {}
 
 int PickRect::process(int pick_type, int pick_method, float* mouse_xy)
 {
-    GLuint buffer[BUFFER_WORDS];
+    GLuint buffer[bufferWords];
     std::memset(buffer, 0, sizeof buffer);
     CAEEnv* env = CAEEnv::getPtr();
     pickType = static_cast<unsigned int>(pick_type);
     pickMethod = static_cast<unsigned int>(pick_method);
     zPartMap.clear();
-    if (env == nullptr)
+    if (env == nullptr) {
         return 0;
+    }
     env->setPickType(pickType);
     diagnostics::printList(label::mouseXY, mouse_xy, 4);
     GLint viewport[4];
@@ -241,21 +253,24 @@ int PickRect::process(int pick_type, int pick_method, float* mouse_xy)
 int PickRect::processHits(GLint num_hits, GLuint* select_buf)
 {
     CAEEnv* env = CAEEnv::getPtr();
-    if (env == nullptr)
+    if (env == nullptr) {
         return 0;
+    }
     HitReading hits(*env, *this, select_buf);
     std::cout << "hits = " << num_hits << '\n';
-    for (GLint k = 0; k < num_hits; ++k)
+    for (GLint k = 0; k < num_hits; ++k) {
         readRecord(hits);
+    }
     if (!zPartMap.empty()) {
         diagnostics::print(label::firstPart, zPartMap.begin()->second.pid);
         diagnostics::print(label::lastPart, zPartMap.rbegin()->second.pid);
     }
     if (pickMethod == SELECT_PICK) {
-        if (glIsEnabled(GL_DEPTH_TEST))
+        if (glIsEnabled(GL_DEPTH_TEST)) {
             selectNearest(hits);
-        else
+        } else {
             selectLastRead(hits);
+        }
     }
     const std::size_t count = zPartMap.size() / 2;
     diagnostics::print(label::numSelected, count);

@@ -39,8 +39,9 @@ void createPolyline(std::vector<Point3D*>& points_list)
     glColor4f(1, 1, 1, 1);
     glBegin(GL_POLYGON);
     for (const Point3D* point : points_list) {
-        if (point)
+        if (point) {
             glVertex3fv(point->point);
+        }
     }
     glEnd();
 }

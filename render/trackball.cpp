@@ -9,21 +9,23 @@
 
 namespace {
 
-const float TRACKBALL_RADIUS = 0.8f;
-const double HALF_SQRT2 = 0.70710678118654752;
-const double SQRT2 = 1.41421356237309505;
-const int RENORMALISE_AFTER = 97;
+const float trackballRadius = 0.8f;
+const double halfSqrt2 = 0.70710678118654752;
+const double sqrt2 = 1.41421356237309505;
+const int renormaliseAfter = 97;
 
 void vsub(const float* src1, const float* src2, float* dst)
 {
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         dst[k] = src1[k] - src2[k];
+    }
 }
 
 void vadd(const float* src1, const float* src2, float* dst)
 {
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         dst[k] = src1[k] + src2[k];
+    }
 }
 
 // Source first.
@@ -50,8 +52,9 @@ float vlength(const float* v)
 
 void vscale(float* v, float factor)
 {
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         v[k] *= factor;
+    }
 }
 
 // deliberate(zero-axis-nan): a zero vector is not guarded; a drag through collinear points gives non-numbers.
@@ -64,17 +67,19 @@ void vnormal(float* v)
 float tb_project_to_sphere(float r, float x, float y)
 {
     const float d = std::sqrt(x * x + y * y);
-    if (d < r * HALF_SQRT2)
+    if (d < r * halfSqrt2) {
         return std::sqrt(r * r - d * d);
-    const float t = static_cast<float>(r / SQRT2);
+    }
+    const float t = static_cast<float>(r / sqrt2);
     return t * t / d;
 }
 
 void normalize_quat(float q[4])
 {
     const float mag = std::sqrt(q[0] * q[0] + q[1] * q[1] + q[2] * q[2] + q[3] * q[3]);
-    for (int k = 0; k < 4; ++k)
+    for (int k = 0; k < 4; ++k) {
         q[k] /= mag;
+    }
 }
 
 } // namespace
@@ -86,12 +91,12 @@ void trackball(float q[4], float p1x, float p1y, float p2x, float p2y)
         q[3] = 1;
         return;
     }
-    const float p1[3] = {p1x, p1y, tb_project_to_sphere(TRACKBALL_RADIUS, p1x, p1y)};
-    const float p2[3] = {p2x, p2y, tb_project_to_sphere(TRACKBALL_RADIUS, p2x, p2y)};
+    const float p1[3] = {p1x, p1y, tb_project_to_sphere(trackballRadius, p1x, p1y)};
+    const float p2[3] = {p2x, p2y, tb_project_to_sphere(trackballRadius, p2x, p2y)};
     float axis[3], difference[3];
     vcross(p2, p1, axis); // this order and the transpose in build_rotmatrix give the sense of rotation
     vsub(p1, p2, difference);
-    const double diameter = 2 * TRACKBALL_RADIUS;
+    const double diameter = 2 * trackballRadius;
     float t = static_cast<float>(vlength(difference) / diameter);
     t = std::min(std::max(t, -1.0f), 1.0f);
     const float phi = static_cast<float>(2.0 * std::asin(t));
@@ -121,7 +126,7 @@ void add_quats(const float q1[4], const float q2[4], float dest[4])
     vcopy(sum, dest);
     dest[3] = scalar;
     // deliberate(renormalise-every-98): against the growth of rounding errors; the period shows in replayed drags.
-    if (++count > RENORMALISE_AFTER) {
+    if (++count > renormaliseAfter) {
         count = 0;
         normalize_quat(dest);
     }
@@ -139,7 +144,8 @@ void build_rotmatrix(float m[4][4], const float q[4])
     m[2][0] = 2 * (z * x - y * w);
     m[2][1] = 2 * (y * z + x * w);
     m[2][2] = static_cast<float>(1.0 - 2.0 * (y * y + x * x));
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         m[k][3] = m[3][k] = 0;
+    }
     m[3][3] = 1;
 }

@@ -13,7 +13,7 @@ struct Arm
     float sign; // deliberate(y-arm-negative): the y arm and its letter point along negative y
     const unsigned char* letter;
 };
-const Arm ARMS[] = {
+const Arm arms[] = {
     {{1, 0, 0}, 0, 1, UnitAxis::xbitmap},
     {{0, 1, 0}, 1, -1, UnitAxis::ybitmap},
     {{0, 0, 1}, 2, 1, UnitAxis::zbitmap},
@@ -28,7 +28,7 @@ void pointOnArm(const Arm& arm, float distance, float* point)
 void drawArms(const float* lengths)
 {
     glBegin(GL_LINES);
-    for (const Arm& arm : ARMS) {
+    for (const Arm& arm : arms) {
         float tip[3];
         pointOnArm(arm, lengths[arm.axis], tip);
         glColor3f(arm.color[0], arm.color[1], arm.color[2]);
@@ -42,7 +42,7 @@ void drawTriangle(const float* lengths)
 {
     glBegin(GL_TRIANGLES);
     glColor3f(1, 1, 0);
-    for (const Arm& arm : ARMS) {
+    for (const Arm& arm : arms) {
         float corner[3];
         pointOnArm(arm, lengths[arm.axis] / 2, corner);
         glVertex3f(corner[0], corner[1], corner[2]);
@@ -52,7 +52,7 @@ void drawTriangle(const float* lengths)
 
 void drawLetters(const float* lengths, float offset)
 {
-    for (const Arm& arm : ARMS) {
+    for (const Arm& arm : arms) {
         float position[3];
         pointOnArm(arm, lengths[arm.axis] + offset, position);
         glColor3f(arm.color[0], arm.color[1], arm.color[2]);

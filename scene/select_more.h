@@ -22,8 +22,7 @@
 
 namespace kvo {
 
-// --- Sets
-// --------------------------------------------------------------------------------------------------------------
+// --- Sets ---
 
 // Marks for everything that the parts of a model hold, one byte (0 or 1) each, all parts in one array. A set belongs to
 // the model that it was made for; sets of models with other counts do not fit together.
@@ -65,8 +64,7 @@ struct KVO_EXPORT NodeSet : MarkSet
     explicit NodeSet(CAEEnv& env); // empty, for the parts' own copies of the nodes
 };
 
-// --- The environment's selection
-// ---------------------------------------------------------------------------------------
+// --- The environment's selection ---
 
 // What is selected now, hidden parts included.
 KVO_EXPORT ElementSet selectedElements(CAEEnv& env);
@@ -81,8 +79,7 @@ KVO_EXPORT bool selectAlso(CAEEnv& env, const ElementSet& set);
 KVO_EXPORT bool selectOnly(CAEEnv& env, const NodeSet& set);
 KVO_EXPORT bool selectAlso(CAEEnv& env, const NodeSet& set);
 
-// --- Making and growing sets
-// -------------------------------------------------------------------------------------------
+// --- Making and growing sets ---
 
 // Both ends belong to it; first > last is empty. A single id is {id, id}.
 struct IdRange

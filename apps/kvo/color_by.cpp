@@ -55,19 +55,22 @@ ColorBy parseColorBy(const std::string& text)
     }
     out.key = ColorKey::Quality;
     if (text.compare(0, qualityWord.size(), qualityWord) != 0 ||
-        !findQuality(text.substr(qualityWord.size()), out.quality))
+        !findQuality(text.substr(qualityWord.size()), out.quality)) {
         throw UsageError("--color-by: \"" + text +
                          "\" is none of part, kind, property, material, quality:NAME with NAME of " + qualityNames());
+    }
     return out;
 }
 
 void parseColorRange(const std::string& text, ColorBy& out)
 {
     const std::vector<float> numbers = parseNumbers(text, "--color-range", 2, 2, "LOW,HIGH");
-    if (!std::isfinite(numbers[0]) || !std::isfinite(numbers[1]) || numbers[0] == numbers[1])
+    if (!std::isfinite(numbers[0]) || !std::isfinite(numbers[1]) || numbers[0] == numbers[1]) {
         throw UsageError("--color-range: \"" + text + "\" is no range");
-    if (out.key != ColorKey::Quality)
+    }
+    if (out.key != ColorKey::Quality) {
         throw UsageError("--color-range needs --color-by quality:NAME");
+    }
     out.ranged = true;
     out.low = numbers[0];
     out.high = numbers[1];
@@ -76,16 +79,18 @@ void parseColorRange(const std::string& text, ColorBy& out)
 std::vector<std::string> rampNames()
 {
     std::vector<std::string> out;
-    for (const RampRow& row : ramps)
+    for (const RampRow& row : ramps) {
         out.push_back(row.name);
+    }
     return out;
 }
 
 ColorRamp rampNamed(const std::string& name)
 {
     for (const RampRow& row : ramps) {
-        if (name == row.name)
+        if (name == row.name) {
             return row.ramp;
+        }
     }
     return ColorRamp::Viridis;
 }
@@ -93,8 +98,9 @@ ColorRamp rampNamed(const std::string& name)
 std::string qualityNames()
 {
     std::string out;
-    for (unsigned int k = 0; k < qualityCount; ++k)
+    for (unsigned int k = 0; k < qualityCount; ++k) {
         out += std::string(k ? ", " : "") + qualityInfo(static_cast<Quality>(k)).name;
+    }
     return out;
 }
 

@@ -38,9 +38,10 @@ Color frameFor(Color background)
 
 ContactSheet::ContactSheet(int w, int h, Color b) : width(w), height(h), background(b)
 {
-    if (viewWidth() < smallestView || viewHeight() < smallestView)
+    if (viewWidth() < smallestView || viewHeight() < smallestView) {
         throw ProgramError("a contact sheet of " + std::to_string(w) + "x" + std::to_string(h) +
                            " is too small for its views");
+    }
 }
 
 int ContactSheet::viewWidth() const
@@ -75,8 +76,9 @@ Picture ContactSheet::compose(const std::function<Picture(std::size_t)>& view,
         sheet.paste(Picture(viewWidth(), viewHeight(), background), x, y + titleHeight);
         for (std::size_t line = 1; line < description.size(); ++line) {
             const int top = y + titleHeight + gap + static_cast<int>(line - 1) * (text.lineHeight() + 3);
-            if (top + text.lineHeight() <= y + titleHeight + viewHeight())
+            if (top + text.lineHeight() <= y + titleHeight + viewHeight()) {
                 text.draw(sheet, x + gap, top, text.shorten(description[line], viewWidth() - 2 * gap), ink);
+            }
         }
     }
     return sheet;

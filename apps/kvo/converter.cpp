@@ -36,13 +36,15 @@ std::string findProgram()
 {
     std::error_code error;
     const fs::path self = fs::read_symlink("/proc/self/exe", error);
-    if (!error && isProgram(self.parent_path() / programName))
+    if (!error && isProgram(self.parent_path() / programName)) {
         return (self.parent_path() / programName).string();
+    }
     const char* path = std::getenv("PATH");
     std::istringstream folders(path ? path : "");
     for (std::string folder; std::getline(folders, folder, ':');) {
-        if (!folder.empty() && isProgram(fs::path(folder) / programName))
+        if (!folder.empty() && isProgram(fs::path(folder) / programName)) {
             return (fs::path(folder) / programName).string();
+        }
     }
     return "";
 }
@@ -53,8 +55,9 @@ std::string readToEnd(int from)
     char buffer[65536];
     for (;;) {
         const ssize_t got = read(from, buffer, sizeof buffer);
-        if (got == 0 || (got < 0 && errno != EINTR))
+        if (got == 0 || (got < 0 && errno != EINTR)) {
             return text;
+        }
         text.append(buffer, got > 0 ? static_cast<std::size_t>(got) : 0);
     }
 }
@@ -63,11 +66,13 @@ std::string readToEnd(int from)
 int start(const std::vector<std::string>& command, pid_t& child)
 {
     int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0)
+    if (pipe2(ends, O_CLOEXEC) != 0) {
         throw ImportError({command[0], 0}, std::string("no pipe: ") + std::strerror(errno));
+    }
     std::vector<char*> words;
-    for (const std::string& word : command)
+    for (const std::string& word : command) {
         words.push_back(const_cast<char*>(word.c_str()));
+    }
     words.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -93,8 +98,9 @@ std::string outputOf(const std::vector<std::string>& command)
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
     const bool failed = !WIFEXITED(status) || WEXITSTATUS(status) != 0;
-    if (failed && text.empty())
+    if (failed && text.empty()) {
         throw ImportError({command[0], 0}, "ended without a report");
+    }
     return text;
 }
 
@@ -103,14 +109,17 @@ std::string outputOf(const std::vector<std::string>& command)
 const ContainerFormat* containerOf(const std::string& deck, const std::string& formatKey)
 {
     std::error_code error;
-    if (!formatKey.empty())
+    if (!formatKey.empty()) {
         return findContainerFormat(formatKey);
-    if (!fs::is_regular_file(deck, error)) // looking into a pipe would empty it
+    }
+    if (!fs::is_regular_file(deck, error)) { // looking into a pipe would empty it
         return nullptr;
+    }
     const MappedFile file(deck);
     const Container container = detectContainer(file);
-    if (container.found && !container.format)
+    if (container.found && !container.format) {
         throw ImportError({deck, 0}, "is stored as " + container.storage + ", but is neither CGNS, Exodus II nor MED");
+    }
     return container.format;
 }
 
@@ -118,15 +127,17 @@ void convertContainer(const std::string& deck, const ContainerFormat& format, co
                       ImportLog& log, const DeckOptions& options)
 {
     const std::string program = findProgram();
-    if (program.empty())
+    if (program.empty()) {
         throw ImportError({deck, 0},
                           std::string("is a file of format ") + format.name +
                               ", which kvo-convert reads, and that is neither beside kvo nor on PATH: install the "
                               "packages libcgns-dev, libmedc-dev and libnetcdf-dev and build kvo-convert");
+    }
     std::vector<std::string> command = {program, "--report", "--format=" + std::string(format.key),
                                         "--output=" + modelDirectory};
-    if (options.shiftOrigin)
+    if (options.shiftOrigin) {
         command.push_back("--shift-origin");
+    }
     command.insert(command.end(), {"--", deck});
     readLogReport(outputOf(command), log);
 }

@@ -24,8 +24,9 @@ std::string shortNumber(double value)
 std::string textOf(const Json& object, const char* key)
 {
     const auto found = object.find(key);
-    if (found == object.end() || found->is_null())
+    if (found == object.end() || found->is_null()) {
         return "";
+    }
     return found->is_string() ? found->get<std::string>() : found->dump();
 }
 
@@ -50,10 +51,11 @@ std::string idsText(const Json& ids)
 std::string setsTable(const Json& deck)
 {
     Rows rows;
-    for (const Json& set : deck.at("sets"))
+    for (const Json& set : deck.at("sets")) {
         rows.push_back({textOf(set, "name"),
                         textOf(set, "kind") + (set.contains("kind") ? " " : "") + textOf(set, "of"), textOf(set, "id"),
                         textOf(set, "count"), idsText(set.at("ids"))});
+    }
     return titled("sets", {{"name"}, {"of"}, {"id", true}, {"count", true}, {"ids"}}, rows);
 }
 
@@ -61,14 +63,16 @@ std::string sectionText(const Json& section)
 {
     std::string text;
     for (const auto& entry : section.items()) {
-        if (entry.key() == "kind")
+        if (entry.key() == "kind") {
             continue;
+        }
         text += text.empty() ? "" : ", ";
         text += entry.key() + " ";
         if (entry.value().is_array()) {
             std::string list;
-            for (const Json& value : entry.value())
+            for (const Json& value : entry.value()) {
                 list += (list.empty() ? "" : " x ") + shortNumber(value);
+            }
             text += list;
         } else {
             text += entry.value().is_number() ? shortNumber(entry.value()) : textOf(section, entry.key().c_str());
@@ -82,8 +86,9 @@ std::string partsTable(const Json& deck)
     Rows rows;
     for (const Json& part : deck.at("parts")) {
         std::string types;
-        for (const Json& type : part.at("types"))
+        for (const Json& type : part.at("types")) {
             types += (types.empty() ? "" : ", ") + textOf(type, "name") + " " + textOf(type, "count");
+        }
         rows.push_back({textOf(part, "id"), textOf(part, "source_id"), textOf(part.at("section"), "kind"),
                         sectionText(part.at("section")), types});
     }
@@ -94,8 +99,9 @@ std::string partsTable(const Json& deck)
 std::string undrawnTable(const Json& deck)
 {
     Rows rows;
-    for (const Json& undrawn : deck.at("undrawn"))
+    for (const Json& undrawn : deck.at("undrawn")) {
         rows.push_back({textOf(undrawn, "type"), textOf(undrawn, "count")});
+    }
     return titled("not drawn", {{"type"}, {"count", true}}, rows);
 }
 
@@ -103,12 +109,14 @@ std::string undrawnTable(const Json& deck)
 Json parseDeckFile(const ModelSource& source, const Json::parser_callback_t& wanted)
 {
     std::ifstream file(source.dirName() + "/" + source.modelName() + "/deck.json");
-    if (!file)
+    if (!file) {
         return nullptr;
+    }
     try {
         Json deck = Json::parse(file, wanted);
-        if (deck.at("version").get<int>() != knownVersion)
+        if (deck.at("version").get<int>() != knownVersion) {
             throw ProgramError(source.shownName() + "/deck.json", "is of a version that is not known");
+        }
         return deck;
     } catch (const Json::exception& error) {
         throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
@@ -138,8 +146,9 @@ std::array<double, 3> readOrigin(const ModelSource& source)
 
 std::string formatOrigin(const std::array<double, 3>& origin)
 {
-    if (origin == std::array<double, 3>{})
+    if (origin == std::array<double, 3>{}) {
         return "";
+    }
     char text[120];
     std::snprintf(text, sizeof text, "coordinates are the deck's less (%.12g, %.12g, %.12g)\n", origin[0], origin[1],
                   origin[2]);
@@ -148,12 +157,14 @@ std::string formatOrigin(const std::array<double, 3>& origin)
 
 std::string formatDeckFile(const Json& deck)
 {
-    if (deck.is_null())
+    if (deck.is_null()) {
         return "\nno deck.json: the model directory does not come from a deck\n";
+    }
     try {
         std::string facts;
-        for (const auto& fact : deck.at("facts").items())
+        for (const auto& fact : deck.at("facts").items()) {
             facts += fact.key() + ": " + fact.value().get<std::string>() + "\n";
+        }
         return "\ndeck: " + textOf(deck, "format") + "\n" + facts + setsTable(deck) + partsTable(deck) +
                undrawnTable(deck);
     } catch (const Json::exception& error) {

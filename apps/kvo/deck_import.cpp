@@ -18,8 +18,9 @@ void importDeck(const std::string& deck, const std::string& modelDirectory, Impo
     const DeckFormat* format = nullptr;
     if (!options.format.empty()) {
         format = findDeckFormat(options.format);
-        if (!format)
+        if (!format) {
             throw ImportError({}, "unknown deck format \"" + options.format + "\"");
+        }
     }
     const Mesh mesh = readDeck(deck, log, std::move(progress), format);
     ModelOptions model;
@@ -30,10 +31,12 @@ void importDeck(const std::string& deck, const std::string& modelDirectory, Impo
 std::vector<std::string> deckFormatKeys()
 {
     std::vector<std::string> keys;
-    for (const DeckFormat& format : deckFormats())
+    for (const DeckFormat& format : deckFormats()) {
         keys.push_back(format.key);
-    for (const ContainerFormat& format : containerFormats())
+    }
+    for (const ContainerFormat& format : containerFormats()) {
         keys.push_back(format.key);
+    }
     return keys;
 }
 
@@ -41,16 +44,20 @@ std::string summarizeLeftOut(const ImportLog& log)
 {
     std::uint64_t elements = 0, warnings = 0;
     for (const ImportLog::List& list : log.lists()) {
-        for (const ImportLog::Entry& entry : list.entries)
+        for (const ImportLog::Entry& entry : list.entries) {
             elements += list.title == listElementsNotDrawn ? entry.count : 0;
+        }
     }
-    for (const ImportLog::Warnings& kind : log.warnings())
+    for (const ImportLog::Warnings& kind : log.warnings()) {
         warnings += kind.count;
+    }
     std::string out;
-    if (elements)
+    if (elements) {
         out = counted(elements, "element") + " of types that are not drawn";
-    if (warnings)
+    }
+    if (warnings) {
         out += (out.empty() ? "" : ", ") + counted(warnings, "warning");
+    }
     return out;
 }
 

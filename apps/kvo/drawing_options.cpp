@@ -38,8 +38,9 @@ SessionOptions sessionOptions(const DrawingOptions& options, const LookSetup& lo
     SessionOptions out;
     out.width = width;
     out.height = height;
-    if (!options.size.empty() && !parsePictureSize(options.size, out.width, out.height))
+    if (!options.size.empty() && !parsePictureSize(options.size, out.width, out.height)) {
         throw UsageError("--size: \"" + options.size + "\" is no size such as 1280x800");
+    }
     out.samples = options.samples;
     out.shadeModel = findCode(shadeModels(), options.shade)->code;
     out.background = parseColor(options.background, "--background");

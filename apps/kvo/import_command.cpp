@@ -30,13 +30,15 @@ struct ImportOptions
 std::string manual()
 {
     std::string out = "\nFORMATS\n  A deck's format is told by what it contains, else by its ending.\n";
-    for (const DeckFormat& format : deckFormats())
+    for (const DeckFormat& format : deckFormats()) {
         out += std::string("  ") + format.key + ": " + format.name + " (" + format.suffixes + "): " + format.summary +
                "\n";
+    }
     out += "  Read by the program kvo-convert, where it is installed:\n";
-    for (const ContainerFormat& format : containerFormats())
+    for (const ContainerFormat& format : containerFormats()) {
         out += std::string("  ") + format.key + ": " + format.name + " (" + format.suffixes + "): " + format.summary +
                "\n";
+    }
     return out + R"(
 MODEL DIRECTORY
   MODELDIR appears when everything is written; an older model directory of that name is replaced. A file or
@@ -59,8 +61,9 @@ void printSummary(std::ostream& out, const ImportOptions& options, const ModelIn
     const ModelTotals totals = countModel(info);
     out << options.output << ": " << counted(info.parts.size(), "part") << ", " << counted(totals.elements, "element")
         << ", " << counted(totals.nodes, "node") << "\n";
-    for (const auto& entry : totals.elementsByKind)
+    for (const auto& entry : totals.elementsByKind) {
         out << "  " << entry.first << ": " << counted(entry.second, "element") << "\n";
+    }
 }
 
 void writeLog(const ImportOptions& options, const ModelInfo& info, const ImportLog& log)
@@ -69,14 +72,16 @@ void writeLog(const ImportOptions& options, const ModelInfo& info, const ImportL
     printSummary(out, options, info);
     log.print(out);
     out.close();
-    if (!out)
+    if (!out) {
         throw ProgramError(options.log, "cannot be written");
+    }
 }
 
 void import(const ImportOptions& options)
 {
-    if (options.deck == options.output)
+    if (options.deck == options.output) {
         throw UsageError("the model directory cannot have the deck's own name");
+    }
     const bool everything = !options.log.empty();
     ImportLog log(everything ? std::numeric_limits<std::size_t>::max() : 5);
     {

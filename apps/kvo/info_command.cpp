@@ -68,8 +68,9 @@ Json extentsJson(const float extents[6])
 
 Json idAndName(unsigned int id, const std::string& name)
 {
-    if (id == 0 && name.empty())
+    if (id == 0 && name.empty()) {
         return nullptr;
+    }
     return {{"id", id}, {"name", name}};
 }
 
@@ -77,8 +78,9 @@ Json partJson(const PartLine& line, const ModelInfo& info)
 {
     const ModelPart& part = line.described.part;
     Json color = Json::array();
-    for (float channel : line.loaded.partColor)
+    for (float channel : line.loaded.partColor) {
         color.push_back(number(channel));
+    }
     return {{"id", part.id},
             {"name", part.name},
             {"kind", kindName(part.drawType)},
@@ -96,11 +98,13 @@ void printJson(const ModelSource& source, const std::vector<PartLine>& lines)
     const ModelInfo& info = source.info();
     const ModelTotals totals = countModel(info);
     Json files = Json::array();
-    for (std::size_t k = 0; k < info.files.size(); ++k)
+    for (std::size_t k = 0; k < info.files.size(); ++k) {
         files.push_back({{"name", info.files[k]}, {"nodes", info.numNodes.at(k)}});
+    }
     Json parts = Json::array();
-    for (const PartLine& line : lines)
+    for (const PartLine& line : lines) {
         parts.push_back(partJson(line, info));
+    }
     const Json all = {{"model", source.title()},
                       {"files", files},
                       {"totals",
@@ -145,8 +149,9 @@ void printTable(const ModelSource& source, const std::vector<PartLine>& lines)
     std::cout << "\n"
               << source.title() << ": " << counted(info.parts.size(), "part") << ", "
               << counted(totals.elements, "element") << ", " << counted(totals.nodes, "node") << "\n";
-    for (const auto& entry : totals.elementsByKind)
+    for (const auto& entry : totals.elementsByKind) {
         std::cout << "  " << entry.first << ": " << counted(entry.second, "element") << "\n";
+    }
     std::cout << "extents: x " << range(info.extents, 0) << ", y " << range(info.extents, 1) << ", z "
               << range(info.extents, 2) << "\n"
               << formatOrigin(readOrigin(source));
@@ -157,8 +162,9 @@ std::vector<PartLine> partLines(CAEEnv& env, const ModelSource& source)
     std::vector<PartLine> out;
     for (const ModelPartInfo& described : source.info().parts) {
         const auto index = env.getPartsMapPtr()->find(described.part.id);
-        if (index == env.getPartsMapPtr()->end())
+        if (index == env.getPartsMapPtr()->end()) {
             throw ProgramError(source.shownName(), "part " + std::to_string(described.part.id) + " is not loaded");
+        }
         out.push_back({described, env.getPartsList()[index->second]});
     }
     return out;
@@ -174,12 +180,14 @@ void info(const InfoOptions& options)
         loadParts(env, source);
     }
     const std::vector<PartLine> lines = partLines(env, source);
-    if (options.json)
+    if (options.json) {
         printJson(source, lines);
-    else
+    } else {
         printTable(source, lines);
-    if (options.sets && !options.json)
+    }
+    if (options.sets && !options.json) {
         std::cout << formatDeckFile(readDeckFile(source));
+    }
 }
 
 } // namespace

@@ -11,8 +11,9 @@ namespace kvo {
 
 Json number(float value)
 {
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         return nullptr;
+    }
     return std::strtod(formatValue(value).c_str(), nullptr);
 }
 

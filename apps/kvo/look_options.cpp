@@ -46,8 +46,9 @@ const NamedLook<SceneLight> lights[] = {
 template <class Row, std::size_t count> std::vector<std::string> namesIn(const Row (&rows)[count])
 {
     std::vector<std::string> out;
-    for (const Row& row : rows)
+    for (const Row& row : rows) {
         out.push_back(row.name);
+    }
     return out;
 }
 
@@ -55,16 +56,18 @@ template <class Row, std::size_t count> std::vector<std::string> namesIn(const R
 template <class Code, std::size_t count> Code codeIn(const NamedLook<Code> (&rows)[count], const std::string& name)
 {
     for (const auto& row : rows) {
-        if (name == row.name)
+        if (name == row.name) {
             return row.code;
+        }
     }
     return rows[0].code;
 }
 
 void readSection(const LookOptions& options, SceneSection& out)
 {
-    if (options.section.empty())
+    if (options.section.empty()) {
         return;
+    }
     parseSection(options.section, out);
     for (const CutLook& row : cuts) {
         if (options.sectionMode == row.name) {
@@ -77,8 +80,9 @@ void readSection(const LookOptions& options, SceneSection& out)
 ColorBy readColors(const LookOptions& options)
 {
     ColorBy out = parseColorBy(options.colorBy);
-    if (!options.colorRange.empty())
+    if (!options.colorRange.empty()) {
         parseColorRange(options.colorRange, out);
+    }
     out.ramp = rampNamed(options.colorRamp);
     out.bands = options.colorBands;
     return out;
@@ -168,36 +172,43 @@ void addLooks(CLI::App& command, LookOptions& options)
 
 LookSetup parseLooks(const LookOptions& options)
 {
-    if (options.contract && !options.given.empty())
+    if (options.contract && !options.given.empty()) {
         throw UsageError(options.given[0] + " is a look of the scene, which --contract does without");
+    }
     LookSetup out;
     out.contract = options.contract;
     out.scene.style = codeIn(styles, options.style);
     out.scene.light = codeIn(lights, options.light);
-    if (std::isnan(options.featureAngle)) // in every range, for comparisons
+    if (std::isnan(options.featureAngle)) { // in every range, for comparisons
         throw UsageError("--feature-angle: nan is no angle");
+    }
     out.scene.featureAngle = options.featureAngle;
     out.scene.ghosts = options.ghosts;
     out.scene.legend = !options.noLegend;
-    for (const std::string& name : options.edges)
+    for (const std::string& name : options.edges) {
         out.scene.lines.*codeIn(edgeKinds, name) = true;
-    for (const std::string& name : options.labels)
+    }
+    for (const std::string& name : options.labels) {
         out.scene.labels.*codeIn(labelKinds, name) = true;
+    }
     readSection(options, out.scene.section);
     out.colorBy = readColors(options);
-    for (const std::string& text : options.transparent)
+    for (const std::string& text : options.transparent) {
         out.transparent.push_back(parseTransparent(text));
+    }
     return out;
 }
 
 void applyLooks(CAEEnv& env, const LookSetup& looks)
 {
     std::set<unsigned int> known;
-    for (const auto& entry : env.pidMap)
+    for (const auto& entry : env.pidMap) {
         known.insert(entry.first);
+    }
     for (const TransparentParts& parts : looks.transparent) {
-        for (unsigned int id : resolveIds(parts.ids, known, "part"))
+        for (unsigned int id : resolveIds(parts.ids, known, "part")) {
             env.partsInfoList[env.pidMap.at(id)].partColor[3] = parts.alpha;
+        }
     }
 }
 

@@ -19,14 +19,16 @@ const char* const sectionUsage = "x=FROM.., x=..TO (or y, z) or X,Y,Z,NX,NY,NZ";
 bool parseAxisSection(const std::string& text, SceneSection& out)
 {
     const std::size_t axis = std::string("xyz").find(text.empty() ? ' ' : text[0]);
-    if (axis == std::string::npos || text.size() < 5 || text[1] != '=')
+    if (axis == std::string::npos || text.size() < 5 || text[1] != '=') {
         return false;
+    }
     const bool upTo = text.compare(2, 2, "..") == 0;
     const bool from = text.compare(text.size() - 2, 2, "..") == 0;
     const std::string number = text.substr(upTo ? 4 : 2, text.size() - 4);
     double value = 0;
-    if (upTo == from || !CLI::detail::lexical_cast(number, value) || !std::isfinite(value))
+    if (upTo == from || !CLI::detail::lexical_cast(number, value) || !std::isfinite(value)) {
         return false;
+    }
     double point[3] = {0, 0, 0}, normal[3] = {0, 0, 0};
     point[axis] = value;
     normal[axis] = upTo ? -1 : 1;
@@ -43,8 +45,9 @@ TransparentParts parseTransparent(const std::string& text)
     const std::size_t sign = text.find('=');
     if (sign != std::string::npos) {
         const std::string number = text.substr(sign + 1);
-        if (!CLI::detail::lexical_cast(number, out.alpha) || !(out.alpha > 0 && out.alpha <= 1))
+        if (!CLI::detail::lexical_cast(number, out.alpha) || !(out.alpha > 0 && out.alpha <= 1)) {
             throw UsageError("--transparent: \"" + number + "\" is no opacity above 0 and up to 1");
+        }
     }
     out.ids = parseIdList(text.substr(0, sign), "--transparent", IdScope::Model);
     return out;
@@ -52,8 +55,9 @@ TransparentParts parseTransparent(const std::string& text)
 
 void parseSection(const std::string& text, SceneSection& out)
 {
-    if (parseAxisSection(text, out))
+    if (parseAxisSection(text, out)) {
         return;
+    }
     const std::vector<float> numbers = parseNumbers(text, "--section", 6, 6, sectionUsage);
     bool finite = true, directed = false;
     double point[3], normal[3];
@@ -63,8 +67,9 @@ void parseSection(const std::string& text, SceneSection& out)
         finite = finite && std::isfinite(point[axis]) && std::isfinite(normal[axis]);
         directed = directed || normal[axis] != 0;
     }
-    if (!finite || !directed)
+    if (!finite || !directed) {
         throw UsageError("--section: \"" + text + "\" has no direction towards what stays");
+    }
     out.setPlane(point, normal);
 }
 

@@ -33,8 +33,9 @@ ModelLabels labelsOf(const ModelSource& source, CAEEnv& env)
     out.parts.resize(env.numParts);
     for (const ModelPartInfo& part : source.info().parts) {
         const auto index = env.pidMap.find(part.part.id);
-        if (index != env.pidMap.end() && index->second < env.numParts)
+        if (index != env.pidMap.end() && index->second < env.numParts) {
             out.parts[index->second] = {part.part.id, part.part.name};
+        }
     }
     return out;
 }
@@ -42,10 +43,11 @@ ModelLabels labelsOf(const ModelSource& source, CAEEnv& env)
 // The library computes normals for its own frames and its own light only.
 void initialize(CAEEnv& env, const SessionOptions& options, unsigned int fontBase)
 {
-    if (options.contract || options.look.light == SceneLight::Contract)
+    if (options.contract || options.look.light == SceneLight::Contract) {
         env.loadAndInitGL(fontBase, true, nullptr);
-    else
+    } else {
         initScene(env, fontBase);
+    }
 }
 
 } // namespace
@@ -72,8 +74,9 @@ struct ModelSession::Impl
 ModelSession::ModelSession(const ModelSource& source, const SessionOptions& options) : impl(new Impl(source, options))
 {
     loadParts(impl->env, source);
-    if (impl->env.getNumParts() == 0)
+    if (impl->env.getNumParts() == 0) {
         throw ProgramError(source.shownName(), "the model has no parts");
+    }
     impl->labels = labelsOf(source, impl->env);
     impl->options.look.fontBase = impl->font.base();
     impl->options.look.fontHeight = labelHeight;
@@ -115,10 +118,11 @@ Picker& ModelSession::picker()
 
 void ModelSession::setView(int viewType)
 {
-    if (impl->options.contract)
+    if (impl->options.contract) {
         impl->env.getMViewPtr()->mViewType = viewType;
-    else
+    } else {
         setStandardView(impl->env, viewType);
+    }
 }
 
 void ModelSession::resetView()
@@ -146,8 +150,9 @@ void ModelSession::print(const std::string& text)
 {
     for (std::size_t done = 0; done < text.size();) {
         const ssize_t count = write(impl->quiet.standardOutput(), text.data() + done, text.size() - done);
-        if (count < 0 && errno != EINTR)
+        if (count < 0 && errno != EINTR) {
             throw ProgramError("standard output cannot be written");
+        }
         done += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
 }

@@ -30,8 +30,9 @@ public:
     TemporaryDirectory()
     {
         std::string name = (fs::temp_directory_path() / "kvo-XXXXXX").string();
-        if (!mkdtemp(&name[0]))
+        if (!mkdtemp(&name[0])) {
             throw ProgramError(name, std::string("cannot be made (") + std::strerror(errno) + ")");
+        }
         path = name;
     }
     ~TemporaryDirectory()
@@ -50,8 +51,9 @@ public:
     explicit ShortName(const std::string& directory)
         : descriptor(open(directory.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC))
     {
-        if (descriptor < 0)
+        if (descriptor < 0) {
             throw ProgramError(directory, std::string("cannot be opened (") + std::strerror(errno) + ")");
+        }
     }
     ~ShortName() { close(descriptor); }
 
@@ -92,8 +94,9 @@ struct ModelSource::Impl
 
     void useDirectory(const fs::path& path)
     {
-        if (!fs::exists(path / "part_start"))
+        if (!fs::exists(path / "part_start")) {
             throw ProgramError(shown, "is no model directory (it has no part_start)");
+        }
         const fs::path full = fs::canonical(path);
         dir = full.parent_path().string();
         model = full.filename().string();
@@ -111,15 +114,17 @@ struct ModelSource::Impl
 
     void shortenPath()
     {
-        if (pathLength(dir, model) <= longestPath)
+        if (pathLength(dir, model) <= longestPath) {
             return;
+        }
         alias = std::make_unique<ShortName>(dir);
         realDir = dir;
         dir = alias->path();
-        if (pathLength(dir, model) > longestPath)
+        if (pathLength(dir, model) > longestPath) {
             throw ProgramError(shown, "the model directory's name is longer than the " +
                                           std::to_string(longestPath - pathLength(dir, "")) +
                                           " bytes that can be loaded");
+        }
     }
 };
 
@@ -128,20 +133,23 @@ ModelSource::ModelSource(const std::string& path) : impl(new Impl)
     impl->shown = path;
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
-    if (!fs::exists(status))
+    if (!fs::exists(status)) {
         throw ProgramError(path, error ? error.message() : "No such file or directory");
-    if (fs::is_directory(status))
+    }
+    if (fs::is_directory(status)) {
         impl->useDirectory(path);
-    else
+    } else {
         impl->importTemporary(path);
+    }
     impl->titleText = fs::is_directory(status) ? impl->model : fs::path(path).stem().string();
     const fs::path full = fs::canonical(path);
     impl->trueDirectory = full.parent_path().string();
     impl->trueName = full.filename().string();
     impl->shortenPath();
     std::string problem;
-    if (!readModelInfo(impl->dir, impl->model, &impl->info, &problem))
+    if (!readModelInfo(impl->dir, impl->model, &impl->info, &problem)) {
         throw ProgramError(withRealNames(problem));
+    }
 }
 
 ModelSource::~ModelSource() = default;
@@ -194,9 +202,10 @@ const ModelInfo& ModelSource::info() const
 
 void warnOfLeftOut(const ModelSource& source)
 {
-    if (!source.leftOut().empty())
+    if (!source.leftOut().empty()) {
         std::fprintf(stderr, "kvo: warning: %s: %s (kvo import lists them)\n", source.shownName().c_str(),
                      source.leftOut().c_str());
+    }
 }
 
 void loadParts(CAEEnv& env, const ModelSource& source)
@@ -204,10 +213,12 @@ void loadParts(CAEEnv& env, const ModelSource& source)
     ErrorCapture errors;
     const int failed = env.getAll(nullptr);
     const std::string reported = errors.text();
-    if (!reported.empty())
+    if (!reported.empty()) {
         throw ProgramError(source.withRealNames(firstReport(reported)));
-    if (failed)
+    }
+    if (failed) {
         throw ProgramError(source.shownName(), "the model cannot be loaded");
+    }
 }
 
 } // namespace kvo

@@ -29,8 +29,9 @@ std::vector<std::string> describeModel(const ModelSource& source)
     const ModelTotals totals = countModel(source.info());
     std::vector<std::string> out = {source.title(), counted(source.info().parts.size(), "part"),
                                     counted(totals.nodes, "node"), counted(totals.elements, "element")};
-    for (const auto& entry : totals.elementsByKind)
+    for (const auto& entry : totals.elementsByKind) {
         out.push_back("  " + std::to_string(entry.second) + " " + entry.first);
+    }
     const float* extents = source.info().extents;
     char line[80];
     out.push_back("");

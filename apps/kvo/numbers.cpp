@@ -13,10 +13,12 @@ std::vector<float> parseNumbers(const std::string& text, const std::string& opti
     std::vector<float> out;
     std::istringstream in(text);
     char comma = ',';
-    for (float value; comma == ',' && in >> value; comma = '\0', in >> comma)
+    for (float value; comma == ',' && in >> value; comma = '\0', in >> comma) {
         out.push_back(value);
-    if (!in.eof() || comma == ',' || out.size() < least || out.size() > most)
+    }
+    if (!in.eof() || comma == ',' || out.size() < least || out.size() > most) {
         throw UsageError(option + ": \"" + text + "\" is not " + usage);
+    }
     return out;
 }
 

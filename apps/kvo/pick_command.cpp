@@ -81,14 +81,16 @@ void parsePolygon(const std::vector<std::string>& corners, Operation& out)
         const std::vector<float> numbers = parseNumbers(corner, "--polygon", 2, 2, "X,Y");
         out.outline.insert(out.outline.end(), numbers.begin(), numbers.end());
     }
-    if (corners.size() < 3)
+    if (corners.size() < 3) {
         throw UsageError("--polygon: three corners or more are needed");
+    }
 }
 
 Operation parsePlace(const PickOptions& options)
 {
-    if (!options.at.empty() + !options.rect.empty() + !options.polygon.empty() != 1)
+    if (!options.at.empty() + !options.rect.empty() + !options.polygon.empty() != 1) {
         throw UsageError("one of --at, --rect and --polygon is needed");
+    }
     Operation out;
     out.verb = Verb::Pick;
     out.code = findCode(pickTypes(), options.type)->code;
@@ -114,16 +116,18 @@ Json regionJson(const PictureRegion& region)
                 {"top", number(region.top)},
                 {"width", number(region.width)},
                 {"height", number(region.height)}};
-    for (std::size_t k = 0; k + 1 < region.outline.size(); k += 2)
+    for (std::size_t k = 0; k + 1 < region.outline.size(); k += 2) {
         out["polygon"].push_back({number(region.outline[k]), number(region.outline[k + 1])});
+    }
     return out;
 }
 
 template <std::size_t count> Json numbersJson(const double (&values)[count])
 {
     Json out = Json::array();
-    for (double value : values)
+    for (double value : values) {
         out.push_back(number(static_cast<float>(value)));
+    }
     return out;
 }
 
@@ -147,8 +151,9 @@ std::string asJson(const std::vector<Picked>& hits, const PickOptions& options, 
                    const ModelSource& source, const SessionOptions& settings)
 {
     Json list = Json::array();
-    for (const Picked& picked : hits)
+    for (const Picked& picked : hits) {
         list.push_back(hitJson(picked, options));
+    }
     return formatJson({{"model", source.title()},
                        {"type", options.type},
                        {"size", {settings.width, settings.height}},
@@ -160,22 +165,27 @@ std::string asJson(const std::vector<Picked>& hits, const PickOptions& options, 
 
 std::string asTable(const std::vector<Picked>& hits, const PickOptions& options, const ModelSource& source)
 {
-    if (hits.empty())
+    if (hits.empty()) {
         return "nothing is there\n";
+    }
     const bool member = options.type != "part";
     std::vector<Column> columns = {{"part", true}, {"name"}, {"number", true}};
-    if (member)
+    if (member) {
         columns.push_back({options.type, true});
-    for (const char* title : {"x", "y", "z", "depth"})
+    }
+    for (const char* title : {"x", "y", "z", "depth"}) {
         columns.push_back({title, true});
+    }
     std::vector<std::vector<std::string>> rows;
     for (const Picked& picked : hits) {
         std::vector<std::string> row = {std::to_string(picked.part.id), picked.part.name,
                                         std::to_string(picked.number)};
-        if (member)
+        if (member) {
             row.push_back(std::to_string(picked.id));
-        for (double value : picked.at)
+        }
+        for (double value : picked.at) {
             row.push_back(formatCoordinate(value));
+        }
         row.push_back(formatDepth(picked.hit.depth));
         rows.push_back(row);
     }
@@ -191,8 +201,9 @@ void pick(const PickOptions& options)
                        scene.session.height ? scene.session.height : 960);
     const PictureRegion region =
         regionOf(place, settings.width, settings.height); // wrong ones are told before the model is loaded
-    if (scene.looks.contract && !options.polygon.empty())
+    if (scene.looks.contract && !options.polygon.empty()) {
         throw UsageError("--polygon goes through the scene, which --contract does without");
+    }
     const ModelSource source(options.model);
     warnOfLeftOut(source);
     ModelSession session(source, settings);

@@ -60,19 +60,22 @@ void play(const PlayOptions& options)
     const LookSetup looks = parseLooks(options.looks);
     const SessionOptions settings =
         sessionOptions(options.drawing, looks, played.width ? played.width : 1280, played.height ? played.height : 960);
-    if (options.model.empty() && played.model.empty())
+    if (options.model.empty() && played.model.empty()) {
         throw UsageError(options.session + ": the session has no MODEL line, so the command line must name a model");
+    }
     const ModelSource source(options.model.empty() ? played.modelPath() : options.model);
     warnOfLeftOut(source);
     const std::string moved = formatOrigin(readOrigin(source));
-    if (!moved.empty())
+    if (!moved.empty()) {
         std::cerr << "kvo: note: " << moved;
+    }
     ModelSession session(source, settings);
     applyLooks(session.env(), looks);
     session.drawFrame();
     playSession(session, session.picker(), played);
-    if (!options.output.empty())
+    if (!options.output.empty()) {
         writePng(session.picture(), options.output);
+    }
 }
 
 } // namespace

@@ -88,19 +88,22 @@ Picture drawSheet(ModelSession& session, const ContactSheet& sheet, const ModelS
 // Seven views play the operations seven times, so only what turns and moves makes sense.
 void checkSheet(const RenderOptions& options, const Session& session)
 {
-    if (!options.scene.state.empty() || !options.saveState.empty())
+    if (!options.scene.state.empty() || !options.saveState.empty()) {
         throw UsageError("--view all goes neither with --state nor with --save-state");
+    }
     for (const Operation& operation : session.operations) {
-        if (operation.verb != Verb::Transform)
+        if (operation.verb != Verb::Transform) {
             throw ProgramError(session.file, operation.line,
                                formatOperation(operation) + " cannot be used with --view all");
+        }
     }
 }
 
 SessionOptions pictureOptions(const RenderOptions& options, const SceneSetup& scene)
 {
-    if (options.sheet())
+    if (options.sheet()) {
         return sessionOptions(options.drawing, scene.looks, 1600, 960);
+    }
     const Session& session = scene.session;
     return sessionOptions(options.drawing, scene.looks, session.width ? session.width : 1280,
                           session.height ? session.height : 960);
@@ -109,18 +112,21 @@ SessionOptions pictureOptions(const RenderOptions& options, const SceneSetup& sc
 Picture drawPicture(ModelSession& session, const RenderOptions& options, const SceneSetup& scene)
 {
     playSession(session, session.picker(), scene.session);
-    if (!options.saveState.empty())
+    if (!options.saveState.empty()) {
         saveViewState(session.env(), session.labels(), options.saveState);
+    }
     return session.picture();
 }
 
 SceneSetup sceneOf(const RenderOptions& options)
 {
     SceneSetup out = parseScene(options.scene);
-    if (options.drawing.shadeGiven)
+    if (options.drawing.shadeGiven) {
         out.shade = findCode(shadeModels(), options.drawing.shade)->code;
-    if (options.modeGiven)
+    }
+    if (options.modeGiven) {
         out.mode = findCode(polygonModes(), options.mode)->code;
+    }
     out.boxes = options.boxes;
     return out;
 }

@@ -22,8 +22,9 @@ std::vector<IdPiece> idsOf(const std::string& text, const std::string& option, I
 
 void addSelection(SceneSetup& scene, Verb verb, int code, const std::vector<IdPiece>& ids)
 {
-    if (ids.empty())
+    if (ids.empty()) {
         return;
+    }
     Operation operation;
     operation.verb = verb;
     operation.code = code;
@@ -34,8 +35,9 @@ void addSelection(SceneSetup& scene, Verb verb, int code, const std::vector<IdPi
 std::set<unsigned int> partIds(CAEEnv& env)
 {
     std::set<unsigned int> out;
-    for (const auto& entry : env.pidMap)
+    for (const auto& entry : env.pidMap) {
         out.insert(entry.first);
+    }
     return out;
 }
 
@@ -43,22 +45,26 @@ std::set<unsigned int> visibleIds(CAEEnv& env)
 {
     std::set<unsigned int> out;
     for (const auto& entry : env.pidMap) {
-        if ((env.partsInfoList[entry.second].partFlag & PART_HIDDEN) == 0)
+        if ((env.partsInfoList[entry.second].partFlag & PART_HIDDEN) == 0) {
             out.insert(entry.first);
+        }
     }
     return out;
 }
 
 void choosePartsToShow(CAEEnv& env, const SceneSetup& scene)
 {
-    if (scene.parts.empty() && scene.hide.empty())
+    if (scene.parts.empty() && scene.hide.empty()) {
         return;
+    }
     const std::set<unsigned int> known = partIds(env);
     std::set<unsigned int> shown = scene.parts.empty() ? visibleIds(env) : resolveIds(scene.parts, known, "part");
-    for (unsigned int id : resolveIds(scene.hide, known, "part"))
+    for (unsigned int id : resolveIds(scene.hide, known, "part")) {
         shown.erase(id);
-    if (shown.empty())
+    }
+    if (shown.empty()) {
         throw ProgramError("no part is left to draw");
+    }
     std::vector<unsigned int> list(shown.begin(), shown.end());
     env.processPartsByID(PART_SHOWN, &list);
 }
@@ -66,10 +72,11 @@ void choosePartsToShow(CAEEnv& env, const SceneSetup& scene)
 void selectAsAsked(CAEEnv& env, const SceneSetup& scene)
 {
     for (const Operation& operation : scene.selections) {
-        if (operation.verb == Verb::Highlight)
+        if (operation.verb == Verb::Highlight) {
             highlightIds(env, operation.ids);
-        else
+        } else {
             selectIds(env, static_cast<unsigned int>(operation.code), operation.ids);
+        }
     }
 }
 
@@ -109,8 +116,9 @@ void addStateAndOpsOptions(CLI::App& command, SceneOptions& options)
 std::vector<std::string> standardViewNames()
 {
     std::vector<std::string> out;
-    for (const NamedView& view : standardViews())
+    for (const NamedView& view : standardViews()) {
         out.push_back(view.name);
+    }
     return out;
 }
 
@@ -130,27 +138,33 @@ SceneSetup parseScene(const SceneOptions& options)
         const NamedView* view = findView(options.view);
         out.view = view ? view->type : ISO_VIEW;
     }
-    if (!options.ops.empty())
+    if (!options.ops.empty()) {
         out.session = readSession(options.ops);
+    }
     return out;
 }
 
 void openScene(ModelSession& session, const SceneSetup& scene)
 {
     CAEEnv& env = session.env();
-    if (!scene.state.empty())
+    if (!scene.state.empty()) {
         restoreViewState(env, session.labels(), scene.state);
+    }
     choosePartsToShow(env, scene);
     selectAsAsked(env, scene);
     applyLooks(env, scene.looks);
-    if (scene.shade)
+    if (scene.shade) {
         env.setShadeModel(static_cast<unsigned int>(scene.shade));
-    if (scene.mode)
+    }
+    if (scene.mode) {
         env.setPolygonMode(scene.mode);
-    if (scene.boxes)
+    }
+    if (scene.boxes) {
         env.setBoxDisplay(PART_SHOWN);
-    if (scene.view)
+    }
+    if (scene.view) {
         session.setView(scene.view);
+    }
     session.drawFrame();
 }
 

@@ -36,12 +36,14 @@ std::string formatTable(const std::vector<Column>& columns, const std::vector<st
         widths.push_back(characters(column.title));
     }
     for (const std::vector<std::string>& row : rows) {
-        for (std::size_t k = 0; k < row.size(); ++k)
+        for (std::size_t k = 0; k < row.size(); ++k) {
             widths[k] = std::max(widths[k], characters(row[k]));
+        }
     }
     std::string out = formatRow(columns, widths, titles);
-    for (const std::vector<std::string>& row : rows)
+    for (const std::vector<std::string>& row : rows) {
         out += formatRow(columns, widths, row);
+    }
     return out;
 }
 

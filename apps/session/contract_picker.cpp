@@ -65,8 +65,9 @@ public:
         const double spread = t.projMatrix[10] * Z_MAX_COORD; // of the frame's depths against the pass's
         glMatrixMode(GL_MODELVIEW);
         glLoadIdentity();
-        if (spread > 0 && std::isfinite(spread))
+        if (spread > 0 && std::isfinite(spread)) {
             glScaled(1, 1, spread);
+        }
         glMultMatrixd(view);
     }
     ~FrameMatrices()
@@ -125,8 +126,9 @@ void pass(PickRect& rect, CAEEnv& env, const PickRequest& request, int method, i
     CAEEnv::setPtr(&env);
     OutputTap output;
     const int count = rect.process(static_cast<int>(request.type), method, place);
-    if (count == 0 && output.says("ERROR: Too many items"))
+    if (count == 0 && output.says("ERROR: Too many items")) {
         failOverflow(request.type);
+    }
 }
 
 using Entity = std::pair<unsigned int, unsigned int>; // part and member, from 0
@@ -139,8 +141,9 @@ Depths nearestDepths(const PickRect& rect, unsigned int numParts)
     for (const auto& entry : rect.zPartMap) {
         const PidEidStr& names = entry.second;
         const bool member = rect.pickType != PICK_TYPE_PART;
-        if (names.pid == 0 || names.pid > numParts || (member && names.eid == 0))
+        if (names.pid == 0 || names.pid > numParts || (member && names.eid == 0)) {
             continue;
+        }
         out.emplace(Entity(names.pid - 1, member ? names.eid - 1 : 0), entry.first); // nearest first
     }
     return out;
@@ -164,10 +167,12 @@ PickHit toHit(const Depths::value_type& entry)
 // that is drawn last.
 std::vector<PickHit> winner(const Depths& depths)
 {
-    if (depths.empty())
+    if (depths.empty()) {
         return {};
-    if (!glIsEnabled(GL_DEPTH_TEST))
+    }
+    if (!glIsEnabled(GL_DEPTH_TEST)) {
         return {toHit(*depths.rbegin())};
+    }
     return {toHit(*std::min_element(depths.begin(), depths.end(),
                                     [](const auto& a, const auto& b) { return a.second < b.second; }))};
 }
@@ -177,8 +182,9 @@ std::vector<PickHit> markedHits(CAEEnv& env, unsigned int type, unsigned int num
 {
     std::vector<PickHit> out;
     for (const SelectedMember& marked : readSelection(env, type)) {
-        if (marked.part >= numParts)
+        if (marked.part >= numParts) {
             continue;
+        }
         const Entity entity(marked.part, marked.member);
         const auto found = depths.find(entity);
         out.push_back(hitOf(entity, found == depths.end() ? 1.0f : found->second));
@@ -208,8 +214,9 @@ std::vector<PickHit> pickInRegion(CAEEnv& env, const PickRequest& request, int p
 
 std::vector<PickHit> ContractPicker::pick(CAEEnv& env, const PickRequest& request, int pictureHeight)
 {
-    if (!request.region.outline.empty())
+    if (!request.region.outline.empty()) {
         throw ProgramError("the drawing library's own pick takes no polygons");
+    }
     const KeptSelection kept(env, request.type);
     const FrameMatrices matrices(*env.getMTransformPtr());
     const TriadCatcher catcher(env);

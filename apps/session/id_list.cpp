@@ -20,8 +20,9 @@ bool parseRange(const char* begin, const char* end, IdPiece& out)
 {
     const char* dash = std::find(begin, end, '-');
     out.single = dash == end;
-    if (out.single)
+    if (out.single) {
         return parseNumber(begin, end, out.first) && parseNumber(begin, end, out.last);
+    }
     return parseNumber(begin, dash, out.first) && parseNumber(dash + 1, end, out.last) && out.first <= out.last;
 }
 
@@ -31,8 +32,9 @@ bool parsePiece(const std::string& piece, IdScope scope, IdPiece& out)
     const char* begin = piece.data();
     const char* end = begin + piece.size();
     const char* colon = std::find(begin, end, ':');
-    if (colon == end)
+    if (colon == end) {
         return parseRange(begin, end, out);
+    }
     out.ofPart = true;
     return scope == IdScope::Parts && parseNumber(begin, colon, out.part) && parseRange(colon + 1, end, out);
 }
@@ -51,8 +53,9 @@ std::vector<IdPiece> parseIdList(const std::string& text, const std::string& opt
     for (std::size_t from = 0; from <= text.size();) {
         const std::size_t comma = std::min(text.find(',', from), text.size());
         const std::string piece = text.substr(from, comma - from);
-        if (!parsePiece(piece, scope, range))
+        if (!parsePiece(piece, scope, range)) {
             throw UsageError(option + ": \"" + piece + "\" is neither an id nor a range such as 5-9");
+        }
         out.push_back(range);
         from = comma + 1;
     }
@@ -81,8 +84,9 @@ std::set<unsigned int> resolveIds(const std::vector<IdPiece>& ranges, const std:
 {
     std::set<unsigned int> out;
     for (const IdPiece& range : ranges) {
-        if (range.single && !known.count(range.first))
+        if (range.single && !known.count(range.first)) {
             throw ProgramError(kind + " " + std::to_string(range.first) + " is not in the model");
+        }
         out.insert(known.lower_bound(range.first), known.upper_bound(range.last));
     }
     return out;

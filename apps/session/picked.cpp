@@ -31,8 +31,9 @@ std::set<unsigned int> cornersOf(const PartInfoStr& part, unsigned int element)
     const std::size_t first = static_cast<std::size_t>(element) * slotsRead(part);
     for (unsigned int k = 0; k < cornersRead(part) && first + k < part.partElements.numElements; ++k) {
         const unsigned int node = part.partElements.elmIndices[first + k];
-        if (node < part.partNodes.numNodes)
+        if (node < part.partNodes.numNodes) {
             out.insert(node);
+        }
     }
     return out;
 }
@@ -41,21 +42,24 @@ void meanOf(const PartInfoStr& part, const std::set<unsigned int>& nodes, double
 {
     for (int axis = 0; axis < 3; ++axis) {
         double sum = 0;
-        for (unsigned int node : nodes)
+        for (unsigned int node : nodes) {
             sum += part.partNodes.nodeValues[3 * static_cast<std::size_t>(node) + static_cast<std::size_t>(axis)];
+        }
         out[axis] = nodes.empty() ? 0 : sum / static_cast<double>(nodes.size());
     }
 }
 
 void placeOf(const PartInfoStr& part, unsigned int type, unsigned int member, double out[3])
 {
-    if (type == PICK_TYPE_ELEMENT)
+    if (type == PICK_TYPE_ELEMENT) {
         meanOf(part, cornersOf(part, member), out);
-    else if (type == PICK_TYPE_NODE)
+    } else if (type == PICK_TYPE_NODE) {
         meanOf(part, {member}, out);
-    else
-        for (int axis = 0; axis < 3; ++axis)
+    } else {
+        for (int axis = 0; axis < 3; ++axis) {
             out[axis] = (static_cast<double>(part.partExtents[2 * axis]) + part.partExtents[2 * axis + 1]) / 2;
+        }
+    }
 }
 
 // Element ids by position, of the parts that were hit.
@@ -67,9 +71,11 @@ public:
         std::vector<unsigned int>& ids = known[&part];
         if (ids.empty() && part.partElements.eidMap) {
             ids.resize(part.partElements.numElements + 1u);
-            for (const auto& entry : *part.partElements.eidMap)
-                if (entry.second < ids.size())
+            for (const auto& entry : *part.partElements.eidMap) {
+                if (entry.second < ids.size()) {
                     ids[entry.second] = entry.first;
+                }
+            }
         }
         return element < ids.size() ? ids[element] : 0;
     }
@@ -88,8 +94,9 @@ std::vector<Picked> describeHits(const CAEEnv& env, const ModelLabels& labels, u
     for (const PickHit& hit : hits) {
         const PartInfoStr& part = env.partsInfoList[hit.part];
         Picked picked;
-        if (hit.part < labels.parts.size())
+        if (hit.part < labels.parts.size()) {
             picked.part = labels.parts[hit.part];
+        }
         picked.number = hit.part + 1;
         picked.id = type == PICK_TYPE_ELEMENT ? elementIds.of(part, hit.member)
                     : type == PICK_TYPE_NODE  ? part.partNodes.idList[hit.member]
@@ -118,8 +125,9 @@ std::string formatDepth(float depth)
 std::string formatPicked(const Picked& picked, unsigned int type)
 {
     std::string out = "part " + std::to_string(picked.part.id) + " " + picked.part.name;
-    if (type != PICK_TYPE_PART)
+    if (type != PICK_TYPE_PART) {
         out += (type == PICK_TYPE_ELEMENT ? ", element " : ", node ") + std::to_string(picked.id);
+    }
     return out + ", at " + formatCoordinate(picked.at[0]) + " " + formatCoordinate(picked.at[1]) + " " +
            formatCoordinate(picked.at[2]) + ", depth " + formatDepth(picked.hit.depth);
 }

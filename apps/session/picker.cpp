@@ -19,11 +19,13 @@ namespace {
 // place: what errors call it.
 void checkRectangle(const PictureRegion& region, const std::string& place, int width, int height)
 {
-    if (!(region.width > 0 && region.height > 0))
+    if (!(region.width > 0 && region.height > 0)) {
         throw ProgramError(place + " is empty");
+    }
     if (region.left < 0 || region.top < 0 || region.left + region.width > static_cast<float>(width) ||
-        region.top + region.height > static_cast<float>(height))
+        region.top + region.height > static_cast<float>(height)) {
         failOutside(place + " reaches out of", width, height);
+    }
 }
 
 } // namespace
@@ -31,10 +33,12 @@ void checkRectangle(const PictureRegion& region, const std::string& place, int w
 PictureRegion regionAt(float x, float y, float size, int pictureWidth, int pictureHeight)
 {
     const std::string place = formatValue(x) + "," + formatValue(y);
-    if (!(x >= 0 && y >= 0 && x < static_cast<float>(pictureWidth) && y < static_cast<float>(pictureHeight)))
+    if (!(x >= 0 && y >= 0 && x < static_cast<float>(pictureWidth) && y < static_cast<float>(pictureHeight))) {
         failOutside("the place " + place + " is outside", pictureWidth, pictureHeight);
-    if (!(size > 0))
+    }
+    if (!(size > 0)) {
         throw ProgramError("the size " + formatValue(size) + " of a pick must be more than 0 pixels");
+    }
     return {x + 0.5f - size / 2, y + 0.5f - size / 2, size, size, {}};
 }
 
@@ -54,8 +58,9 @@ PictureRegion regionInside(const std::vector<float>& outline, int pictureWidth, 
     out.width = right - out.left;
     out.height = bottom - out.top;
     out.outline = outline;
-    if (outline.size() < 6)
+    if (outline.size() < 6) {
         throw ProgramError(place + " has fewer than three corners");
+    }
     checkRectangle(out, place, pictureWidth, pictureHeight);
     return out;
 }

@@ -25,8 +25,9 @@ PickRegion sceneRegion(const PictureRegion& region, int pictureHeight)
                                      height - (region.top + region.height));
     }
     std::vector<WindowPosition> outline;
-    for (std::size_t k = 0; k + 1 < region.outline.size(); k += 2)
+    for (std::size_t k = 0; k + 1 < region.outline.size(); k += 2) {
         outline.push_back({region.outline[k], height - region.outline[k + 1]});
+    }
     return PickRegion::polygon(std::move(outline));
 }
 
@@ -48,8 +49,9 @@ template <class ScenePickerType, class... View>
 std::vector<SceneHit> ask(ScenePickerType& picker, const PickRequest& request, const PickRegion& region,
                           const View&... view)
 {
-    if (!request.nearestOnly)
+    if (!request.nearestOnly) {
         return picker.pick(typeOf(request.type), region, view...);
+    }
     const std::optional<SceneHit> nearest = picker.nearest(typeOf(request.type), region, view...);
     return nearest ? std::vector<SceneHit>{*nearest} : std::vector<SceneHit>();
 }
@@ -66,13 +68,15 @@ ScenePicker::ScenePicker(SceneView& view) : visible(view) {}
 std::vector<PickHit> ScenePicker::pick(CAEEnv& env, const PickRequest& request, int pictureHeight)
 {
     const PickRegion region = sceneRegion(request.region, pictureHeight);
-    if (request.through && !through)
+    if (request.through && !through) {
         through = std::make_unique<ThroughPicker>(env);
+    }
     const std::vector<SceneHit> hits = request.through ? ask(*through, request, region, viewOf(*env.getMTransformPtr()))
                                                        : ask(visible, request, region);
     std::vector<PickHit> out;
-    for (const SceneHit& hit : hits)
+    for (const SceneHit& hit : hits) {
         out.push_back(hitOf(hit, pictureHeight));
+    }
     std::sort(out.begin(), out.end(), inModelOrder);
     return out;
 }

@@ -31,35 +31,40 @@ struct Marks
 
 Marks marksOf(const PartInfoStr& part, unsigned int type)
 {
-    if (type == PICK_TYPE_ELEMENT)
+    if (type == PICK_TYPE_ELEMENT) {
         return {part.partElements.selectedList, elementCount(part.partElements)};
+    }
     return {part.partNodes.selectedNodes, part.partNodes.numNodes};
 }
 
 void clearKind(CAEEnv& env, unsigned int type)
 {
-    if (type == PICK_TYPE_PART)
+    if (type == PICK_TYPE_PART) {
         env.clearSelectedParts();
-    else if (type == PICK_TYPE_ELEMENT)
+    } else if (type == PICK_TYPE_ELEMENT) {
         env.clearSelectedElements();
-    else
+    } else {
         env.clearSelectedNodes();
+    }
 }
 
 void clearHighlight(CAEEnv& env) // the library has no call for it
 {
-    for (unsigned int part = 0; part < env.numParts; ++part)
+    for (unsigned int part = 0; part < env.numParts; ++part) {
         env.partsInfoList[part].partFlag &= ~PART_HIGHLIGHTED;
+    }
 }
 
 std::vector<unsigned int> partsOf(const CAEEnv& env, const std::vector<IdPiece>& ids)
 {
     std::set<unsigned int> known;
-    for (const auto& entry : env.pidMap)
+    for (const auto& entry : env.pidMap) {
         known.insert(entry.first);
+    }
     std::vector<unsigned int> out;
-    for (unsigned int id : resolveIds(ids, known, "part"))
+    for (unsigned int id : resolveIds(ids, known, "part")) {
         out.push_back(env.pidMap.at(id));
+    }
     return out;
 }
 
@@ -70,16 +75,19 @@ std::size_t selectInPart(CAEEnv& env, unsigned int type, unsigned int part, cons
     std::vector<unsigned int> members;
     if (type == PICK_TYPE_ELEMENT && record.partElements.eidMap) {
         const UIUIMap& map = *record.partElements.eidMap;
-        for (auto at = map.lower_bound(ids.first); at != map.end() && at->first <= ids.last; ++at)
+        for (auto at = map.lower_bound(ids.first); at != map.end() && at->first <= ids.last; ++at) {
             members.push_back(at->second);
+        }
     } else if (type == PICK_TYPE_NODE && record.partNodes.numNodes) {
         const unsigned int* begin = record.partNodes.idList;
         const unsigned int* end = begin + record.partNodes.numNodes;
-        for (const unsigned int* at = std::lower_bound(begin, end, ids.first); at != end && *at <= ids.last; ++at)
+        for (const unsigned int* at = std::lower_bound(begin, end, ids.first); at != end && *at <= ids.last; ++at) {
             members.push_back(static_cast<unsigned int>(at - begin));
+        }
     }
-    for (unsigned int member : members)
+    for (unsigned int member : members) {
         select(env, type, part, member);
+    }
     return members.size();
 }
 
@@ -87,12 +95,14 @@ void selectRange(CAEEnv& env, unsigned int type, const IdPiece& ids)
 {
     std::size_t count = 0;
     for (unsigned int part = 0; part < env.numParts; ++part) {
-        if (!ids.ofPart || env.pidMap.at(ids.part) == part)
+        if (!ids.ofPart || env.pidMap.at(ids.part) == part) {
             count += selectInPart(env, type, part, ids);
+        }
     }
-    if (count == 0 && ids.single)
+    if (count == 0 && ids.single) {
         throw ProgramError((type == PICK_TYPE_ELEMENT ? "element " : "node ") + std::to_string(ids.first) +
                            " is not in " + (ids.ofPart ? "part " + std::to_string(ids.part) : "the model"));
+    }
 }
 
 } // namespace
@@ -102,16 +112,18 @@ std::vector<SelectedMember> readSelection(const CAEEnv& env, unsigned int type)
     std::vector<SelectedMember> out;
     for (unsigned int part = 0; part < env.numParts; ++part) {
         const PartInfoStr& record = env.partsInfoList[part];
-        if ((record.partFlag & flagOf(type)) == 0)
+        if ((record.partFlag & flagOf(type)) == 0) {
             continue;
+        }
         if (type == PICK_TYPE_PART) {
             out.push_back({part, 0});
             continue;
         }
         const Marks marks = marksOf(record, type);
         for (unsigned int k = 0; marks.flags && k < marks.count; ++k) {
-            if (marks.flags[k] == SELECTED_CHAR)
+            if (marks.flags[k] == SELECTED_CHAR) {
                 out.push_back({part, k});
+            }
         }
     }
     return out;
@@ -119,59 +131,68 @@ std::vector<SelectedMember> readSelection(const CAEEnv& env, unsigned int type)
 
 KeptSelection::KeptSelection(CAEEnv& e, unsigned int t) : env(e), type(t), members(readSelection(e, t))
 {
-    for (unsigned int part = 0; part < env.numParts; ++part)
+    for (unsigned int part = 0; part < env.numParts; ++part) {
         flags.push_back(env.partsInfoList[part].partFlag & flagOf(type));
+    }
     clearKind(env, type);
 }
 
 KeptSelection::~KeptSelection()
 {
     clearKind(env, type);
-    for (const SelectedMember& marked : members)
+    for (const SelectedMember& marked : members) {
         select(env, type, marked.part, marked.member);
+    }
     // A part may have the bit without a mark.
-    for (unsigned int part = 0; part < env.numParts; ++part)
+    for (unsigned int part = 0; part < env.numParts; ++part) {
         env.partsInfoList[part].partFlag |= flags[part];
+    }
 }
 
 void select(CAEEnv& env, unsigned int type, unsigned int part, unsigned int member)
 {
     unsigned int partNumber = part + 1, memberNumber = member + 1;
-    if (type == PICK_TYPE_PART)
+    if (type == PICK_TYPE_PART) {
         env.selectPart(partNumber);
-    else if (type == PICK_TYPE_ELEMENT)
+    } else if (type == PICK_TYPE_ELEMENT) {
         env.selectElement(&partNumber, &memberNumber);
-    else
+    } else {
         env.selectNode(&partNumber, &memberNumber);
+    }
 }
 
 void selectIds(CAEEnv& env, unsigned int type, const std::vector<IdPiece>& ids)
 {
     if (type == PICK_TYPE_PART) {
-        for (unsigned int part : partsOf(env, ids))
+        for (unsigned int part : partsOf(env, ids)) {
             select(env, type, part, 0);
+        }
         return;
     }
     for (const IdPiece& range : ids) {
-        if (range.ofPart && !env.pidMap.count(range.part))
+        if (range.ofPart && !env.pidMap.count(range.part)) {
             throw ProgramError("part " + std::to_string(range.part) + " is not in the model");
+        }
         selectRange(env, type, range);
     }
 }
 
 void highlightIds(CAEEnv& env, const std::vector<IdPiece>& partIds)
 {
-    for (unsigned int part : partsOf(env, partIds))
+    for (unsigned int part : partsOf(env, partIds)) {
         env.highlightPart(part + 1);
+    }
 }
 
 void clearSelection(CAEEnv& env, int type)
 {
-    if (type == 0 || type == static_cast<int>(PART_HIGHLIGHTED))
+    if (type == 0 || type == static_cast<int>(PART_HIGHLIGHTED)) {
         clearHighlight(env);
+    }
     for (unsigned int kind : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE}) {
-        if (type == 0 || type == static_cast<int>(kind))
+        if (type == 0 || type == static_cast<int>(kind)) {
             clearKind(env, kind);
+        }
     }
 }
 
@@ -179,12 +200,15 @@ void setVisible(CAEEnv& env, const std::vector<IdPiece>& partIds, bool visible)
 {
     const unsigned int mode = visible ? PART_SHOWN : PART_HIDDEN;
     std::vector<unsigned int> parts;
-    for (unsigned int part = 0; partIds.empty() && part < env.numParts; ++part)
+    for (unsigned int part = 0; partIds.empty() && part < env.numParts; ++part) {
         parts.push_back(part);
-    if (!partIds.empty())
+    }
+    if (!partIds.empty()) {
         parts = partsOf(env, partIds);
-    for (unsigned int part : parts)
+    }
+    for (unsigned int part : parts) {
         env.setDisplay(part + 1, mode);
+    }
     env.modifyExtents();
 }
 

@@ -30,14 +30,17 @@ void parseTransformation(const Line& line, Operation& out)
 {
     const std::string& name = line.words[0];
     const TransformationName* row = findTransformation(name);
-    if (!row)
+    if (!row) {
         line.fail("\"" + name + "\" is no operation");
-    if (line.words.size() - 1 != static_cast<std::size_t>(row->count))
+    }
+    if (line.words.size() - 1 != static_cast<std::size_t>(row->count)) {
         line.fail(name + " takes " + std::to_string(row->count) + (row->count == 1 ? " value, not " : " values, not ") +
                   std::to_string(line.words.size() - 1));
+    }
     out.code = row->type;
-    for (int k = 0; k < row->count; ++k)
+    for (int k = 0; k < row->count; ++k) {
         out.values[k] = parseValue(line, line.words[static_cast<std::size_t>(k) + 1]);
+    }
 }
 
 Operation parseOperation(const Line& line)
@@ -57,18 +60,23 @@ Operation parseOperation(const Line& line)
 bool parseHead(const Line& line, Session& session)
 {
     const std::string& name = line.words[0];
-    if (name != "MODEL" && name != "SIZE")
+    if (name != "MODEL" && name != "SIZE") {
         return false;
-    if (!session.operations.empty())
+    }
+    if (!session.operations.empty()) {
         line.fail(name + " must stand before the first operation");
-    if (name == "MODEL" ? !session.model.empty() : session.width != 0)
+    }
+    if (name == "MODEL" ? !session.model.empty() : session.width != 0) {
         line.fail(name + " stands here for the second time");
-    if (line.words.size() != 2 || line.words[1].empty())
+    }
+    if (line.words.size() != 2 || line.words[1].empty()) {
         line.fail(name + " takes one word");
-    if (name == "MODEL")
+    }
+    if (name == "MODEL") {
         session.model = line.words[1];
-    else if (!parsePictureSize(line.words[1], session.width, session.height))
+    } else if (!parsePictureSize(line.words[1], session.width, session.height)) {
         line.fail("\"" + line.words[1] + "\" is no size such as 1280x800");
+    }
     return true;
 }
 
@@ -98,8 +106,9 @@ Session parseSession(std::istream& text, const std::string& file)
     std::string row;
     for (std::size_t number = 1; std::getline(text, row); ++number) {
         const Line line = splitLine(out.file, number, row);
-        if (!line.words.empty() && !parseHead(line, out))
+        if (!line.words.empty() && !parseHead(line, out)) {
             out.operations.push_back(parseOperation(line));
+        }
     }
     return out;
 }
@@ -107,46 +116,56 @@ Session parseSession(std::istream& text, const std::string& file)
 Session readSession(const std::string& path)
 {
     std::ifstream in(path);
-    if (!in)
+    if (!in) {
         throw ProgramError(path, std::string("cannot be opened (") + std::strerror(errno) + ")");
-    if (fs::is_directory(path))
+    }
+    if (fs::is_directory(path)) {
         throw ProgramError(path, "is a directory, not a session file");
+    }
     Session out = parseSession(in, path);
-    if (in.bad())
+    if (in.bad()) {
         throw ProgramError(path, "cannot be read");
+    }
     return out;
 }
 
 std::string formatOperation(const Operation& operation)
 {
-    if (const VerbRow* row = findVerb([&](const VerbRow& r) { return operation.verb == r.verb; }))
+    if (const VerbRow* row = findVerb([&](const VerbRow& r) { return operation.verb == r.verb; })) {
         return row->name + row->format(operation);
+    }
     const TransformationName* named = findTransformation(operation.code);
-    if (!named)
+    if (!named) {
         return "";
+    }
     std::string out = named->name;
-    for (int k = 0; k < named->count; ++k)
+    for (int k = 0; k < named->count; ++k) {
         out += " " + formatValue(operation.values[k]);
+    }
     return out;
 }
 
 std::string formatSession(const Session& session)
 {
     std::string out;
-    if (!session.model.empty())
+    if (!session.model.empty()) {
         out += "MODEL " + quoteWord(session.model) + "\n";
-    if (session.width != 0)
+    }
+    if (session.width != 0) {
         out += "SIZE " + std::to_string(session.width) + "x" + std::to_string(session.height) + "\n";
-    for (const Operation& operation : session.operations)
+    }
+    for (const Operation& operation : session.operations) {
         out += formatOperation(operation) + "\n";
+    }
     return out;
 }
 
 std::string describeOperations()
 {
     std::string out;
-    for (const VerbRow& row : verbRows())
+    for (const VerbRow& row : verbRows()) {
         out += std::string("  ") + row.name + " " + row.arguments + "\n";
+    }
     return out + describeTransformations();
 }
 

@@ -16,8 +16,9 @@ namespace {
 
 void transform(SessionTarget& target, const Operation& operation)
 {
-    if (operation.code == RESET_TRANSFORM)
+    if (operation.code == RESET_TRANSFORM) {
         return target.resetView();
+    }
     float values[4];
     windowValues(operation.code, operation.values, target.height(), values);
     target.env().getMTransformPtr()->updateValues(operation.code, values);
@@ -28,13 +29,16 @@ void pickAndSelect(SessionTarget& target, Picker& picker, const Operation& opera
     const unsigned int type = static_cast<unsigned int>(operation.code);
     const std::vector<PickHit> hits = pickHits(target, picker, operation);
     std::string text = formatOperation(operation) + "\n";
-    for (const Picked& picked : describeHits(target.env(), target.labels(), type, hits))
+    for (const Picked& picked : describeHits(target.env(), target.labels(), type, hits)) {
         text += "  " + formatPicked(picked, type) + "\n";
-    if (hits.empty())
+    }
+    if (hits.empty()) {
         text += "  nothing\n";
+    }
     target.print(text);
-    for (const PickHit& hit : hits)
+    for (const PickHit& hit : hits) {
         select(target.env(), type, hit.part, hit.member);
+    }
 }
 
 void carryOut(SessionTarget& target, Picker& picker, const Operation& operation)

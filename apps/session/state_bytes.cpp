@@ -60,18 +60,22 @@ std::size_t stateSize(std::size_t directoryLength, std::size_t modelLength, std:
 StateBytes::StateBytes(const std::string& path, std::size_t numParts) : file(path), parts(numParts)
 {
     std::ifstream in(path, std::ios::binary);
-    if (!in)
+    if (!in) {
         throw ProgramError(path, std::string("cannot be opened (") + std::strerror(errno) + ")");
-    if (fs::is_directory(path))
+    }
+    if (fs::is_directory(path)) {
         throw ProgramError(path, "is a directory, not a view state");
+    }
     const std::size_t most = stateSize(longestName, longestName, parts);
     bytes.resize(most + 1);
     in.read(&bytes[0], static_cast<std::streamsize>(bytes.size()));
     bytes.resize(static_cast<std::size_t>(in.gcount()));
-    if (in.bad())
+    if (in.bad()) {
         throw ProgramError(path, "cannot be read");
-    if (bytes.size() > most)
+    }
+    if (bytes.size() > most) {
         throw ProgramError(path, "is no view state of this model: it has more than " + counted(most, "byte"));
+    }
 }
 
 void StateBytes::check(const ModelLabels& labels) const
@@ -102,8 +106,9 @@ void StateBytes::fail(std::size_t offset, const std::string& what) const
 template <class Number> Number StateBytes::at(std::size_t offset) const
 {
     Number out{};
-    if (offset + sizeof out > bytes.size())
+    if (offset + sizeof out > bytes.size()) {
         fail(bytes.size(), "the file ends here");
+    }
     std::memcpy(&out, bytes.data() + offset, sizeof out);
     return out;
 }
@@ -111,10 +116,12 @@ template <class Number> Number StateBytes::at(std::size_t offset) const
 std::string StateBytes::nameAt(std::size_t offset) const
 {
     const std::size_t length = at<std::uint32_t>(offset);
-    if (length > longestName)
+    if (length > longestName) {
         fail(offset, "a name of " + counted(length, "byte") + ": this is no view state");
-    if (offset + lengthSize + length > bytes.size())
+    }
+    if (offset + lengthSize + length > bytes.size()) {
         fail(bytes.size(), "the file ends inside a name");
+    }
     return bytes.substr(offset + lengthSize, length);
 }
 
@@ -128,19 +135,22 @@ void StateBytes::checkNames(const ModelLabels& labels) const
 {
     const std::string directory = nameAt(0);
     const std::string model = nameAt(lengthSize + directory.size());
-    if (model != labels.model || !samePlace(directory, labels.directory))
+    if (model != labels.model || !samePlace(directory, labels.directory)) {
         fail(0, "this is a state of the model " + directory + "/" + model + ", not of " + labels.directory + "/" +
                     labels.model);
+    }
 }
 
 void StateBytes::checkSize() const
 {
     const std::size_t wanted = bodyOffset() + parts * partSize + drawingSize + transformationSize;
-    if (bytes.size() == wanted)
+    if (bytes.size() == wanted) {
         return;
+    }
     const std::string expected = counted(wanted, "byte") + " for a model of " + counted(parts, "part");
-    if (bytes.size() < wanted)
+    if (bytes.size() < wanted) {
         fail(bytes.size(), "the file ends here; a state has " + expected);
+    }
     fail(wanted, "the file goes on with " + counted(bytes.size() - wanted, "byte") + "; a state has " + expected);
 }
 
@@ -150,8 +160,9 @@ void StateBytes::checkParts() const
         std::size_t offset = bodyOffset() + part * partSize;
         const unsigned int flag = partFlag(part);
         const unsigned int visibility = flag & (PART_SHOWN | PART_HIDDEN);
-        if ((flag & ~knownFlags) != 0 || (visibility != PART_SHOWN && visibility != PART_HIDDEN))
+        if ((flag & ~knownFlags) != 0 || (visibility != PART_SHOWN && visibility != PART_HIDDEN)) {
             fail(offset, "the flags of part number " + std::to_string(part + 1) + " are none that a part can have");
+        }
         offset += sizeof flag;
         checkNumbers<float>(offset, 4, "a part's colour");
     }
@@ -160,8 +171,9 @@ void StateBytes::checkParts() const
 template <class Number> void StateBytes::checkNumbers(std::size_t& offset, std::size_t count, const char* what) const
 {
     for (std::size_t k = 0; k < count; ++k, offset += sizeof(Number)) {
-        if (!std::isfinite(at<Number>(offset)))
+        if (!std::isfinite(at<Number>(offset))) {
             fail(offset, std::string(what) + " is no number");
+        }
     }
 }
 
@@ -169,38 +181,46 @@ void StateBytes::checkDrawing() const
 {
     const std::size_t offset = bodyOffset() + parts * partSize;
     const auto value = [&](std::size_t k) { return at<std::int32_t>(offset + 4 * k); };
-    if (value(0) != GL_FLAT && value(0) != GL_SMOOTH)
+    if (value(0) != GL_FLAT && value(0) != GL_SMOOTH) {
         fail(offset, "the shading is neither flat nor smooth");
-    if (value(1) != 0 && value(1) != 1)
-        fail(offset + 4, "blending is neither on nor off");
-    for (std::size_t side : {2, 3}) {
-        if (!isPolygonMode(value(side)))
-            fail(offset + 4 * side, "the drawing mode is neither points, lines nor faces");
     }
-    if (value(4) < NO_VIEW || value(4) > BACK_VIEW)
+    if (value(1) != 0 && value(1) != 1) {
+        fail(offset + 4, "blending is neither on nor off");
+    }
+    for (std::size_t side : {2, 3}) {
+        if (!isPolygonMode(value(side))) {
+            fail(offset + 4 * side, "the drawing mode is neither points, lines nor faces");
+        }
+    }
+    if (value(4) < NO_VIEW || value(4) > BACK_VIEW) {
         fail(offset + 16, "there is no standard view " + std::to_string(value(4)));
+    }
 }
 
 void StateBytes::checkTransformation() const
 {
     std::size_t offset = bodyOffset() + parts * partSize + drawingSize;
-    if (at<std::int32_t>(offset) != 0 && at<std::int32_t>(offset) != 1)
+    if (at<std::int32_t>(offset) != 0 && at<std::int32_t>(offset) != 1) {
         fail(offset, "the depth test is neither on nor off");
+    }
     offset += 4;
     checkNumbers<float>(offset, 9, "a translation or rotation");
     for (int axis = 0; axis < 3; ++axis) {
-        if (!(at<float>(offset + 4u * static_cast<std::size_t>(axis)) > 0))
+        if (!(at<float>(offset + 4u * static_cast<std::size_t>(axis)) > 0)) {
             fail(offset + 4u * static_cast<std::size_t>(axis), "a scale is not more than 0");
+        }
     }
     checkNumbers<float>(offset, 3, "a scale");
     checkNumbers<double>(offset, 3 * 16 + 3, "a matrix or the pivot");
     const std::size_t quaternion = offset;
     checkNumbers<float>(offset, 4, "the rotation");
     double length = 0;
-    for (std::size_t k = 0; k < 4; ++k)
+    for (std::size_t k = 0; k < 4; ++k) {
         length += std::pow(at<float>(quaternion + 4 * k), 2);
-    if (length < 0.9 || length > 1.1)
+    }
+    if (length < 0.9 || length > 1.1) {
         fail(quaternion, "the rotation is no unit quaternion");
+    }
 }
 
 } // namespace kvo

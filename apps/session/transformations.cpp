@@ -79,10 +79,12 @@ void windowValues(int type, const float values[4], int height, float out[4])
 {
     std::copy(values, values + 4, out);
     const Row* row = findRow([&](const Row& r) { return type == r.named.type; });
-    if (!row)
+    if (!row) {
         return;
-    if (row->flip == Flip::Step)
+    }
+    if (row->flip == Flip::Step) {
         out[1] = -out[1];
+    }
     if (row->flip == Flip::Position) {
         out[1] = static_cast<float>(height) - out[1];
         out[3] = static_cast<float>(height) - out[3];
@@ -92,8 +94,9 @@ void windowValues(int type, const float values[4], int height, float out[4])
 std::string describeTransformations()
 {
     std::string out;
-    for (const Row& row : rows)
+    for (const Row& row : rows) {
         out += std::string("  ") + row.named.name + (row.named.count ? " " : "") + row.named.values + "\n";
+    }
     return out;
 }
 

@@ -14,27 +14,29 @@ namespace kvo {
 
 namespace {
 
-// --- Words that stand for numbers
-// ----------------------------------------------------------------------------------------
+// --- Words that stand for numbers ---
 
 void needWords(const Line& line, std::size_t count, const std::string& what)
 {
-    if (line.words.size() - 1 != count)
+    if (line.words.size() - 1 != count) {
         line.fail(line.words[0] + " takes " + what + ", not " + std::to_string(line.words.size() - 1));
+    }
 }
 
 int codeOf(const Line& line, const std::string& word, const std::vector<NamedCode>& codes, const std::string& what)
 {
-    if (const NamedCode* found = findCode(codes, word))
+    if (const NamedCode* found = findCode(codes, word)) {
         return found->code;
+    }
     line.fail("\"" + word + "\" is no " + what);
 }
 
 std::string wordOf(int code, const std::vector<NamedCode>& codes)
 {
     for (const NamedCode& named : codes) {
-        if (named.code == code)
+        if (named.code == code) {
             return std::string(" ") + named.name;
+        }
     }
     return "";
 }
@@ -64,23 +66,24 @@ std::vector<IdPiece> idsOf(const Line& line, const std::string& word, IdScope sc
     }
 }
 
-// --- One pair for each kind of line
-// --------------------------------------------------------------------------------------
+// --- One pair for each kind of line ---
 
 void parseView(const Line& line, Operation& out)
 {
     needWords(line, 1, "one name");
     const NamedView* view = findView(line.words[1]);
-    if (!view)
+    if (!view) {
         line.fail("\"" + line.words[1] + "\" is no standard view");
+    }
     out.code = view->type;
 }
 
 std::string formatView(const Operation& operation)
 {
     for (const NamedView& view : standardViews()) {
-        if (view.type == operation.code)
+        if (view.type == operation.code) {
             return std::string(" ") + view.name;
+        }
     }
     return "";
 }
@@ -103,16 +106,19 @@ const char* const pickUsage =
 void parsePickNumbers(const Line& line, std::size_t first, Operation& out)
 {
     std::vector<float> numbers;
-    for (std::size_t k = first; k < line.words.size(); ++k)
+    for (std::size_t k = first; k < line.words.size(); ++k) {
         numbers.push_back(parseValue(line, line.words[k]));
+    }
     if (out.shape == PickShape::Polygon) {
-        if (numbers.size() % 2 != 0)
+        if (numbers.size() % 2 != 0) {
             line.fail("the last corner of the polygon has no y");
+        }
         out.outline = numbers;
         return;
     }
-    if (out.shape == PickShape::Place)
+    if (out.shape == PickShape::Place) {
         out.values[2] = defaultPickSize;
+    }
     std::copy(numbers.begin(), numbers.end(), out.values);
 }
 
@@ -124,13 +130,15 @@ void parsePick(const Line& line, Operation& out)
     const std::string word = at < words.size() ? words[at] : "";
     const auto row = std::find_if(std::begin(shapeRows), std::end(shapeRows),
                                   [&word](const ShapeRow& candidate) { return candidate.word == word; });
-    if (row == std::end(shapeRows))
+    if (row == std::end(shapeRows)) {
         line.fail(pickUsage);
+    }
     out.code = codeOf(line, words[1], pickTypes(), "kind of pick (part, element, node)");
     out.shape = row->shape;
     const std::size_t numbers = words.size() - at - 1;
-    if (numbers < row->least || numbers > row->most)
+    if (numbers < row->least || numbers > row->most) {
         line.fail(pickUsage);
+    }
     parsePickNumbers(line, at + 1, out);
 }
 
@@ -138,16 +146,19 @@ std::string formatPick(const Operation& operation)
 {
     std::string out = wordOf(operation.code, pickTypes()) + (operation.through ? " through" : "");
     std::vector<float> numbers(operation.values, operation.values + 4);
-    if (operation.shape == PickShape::Polygon)
+    if (operation.shape == PickShape::Polygon) {
         numbers = operation.outline;
-    else if (operation.shape == PickShape::Place)
+    } else if (operation.shape == PickShape::Place) {
         numbers.resize(operation.values[2] == defaultPickSize ? 2 : 3);
-    for (const ShapeRow& row : shapeRows) {
-        if (row.shape == operation.shape)
-            out += std::string(" ") + row.word;
     }
-    for (float value : numbers)
+    for (const ShapeRow& row : shapeRows) {
+        if (row.shape == operation.shape) {
+            out += std::string(" ") + row.word;
+        }
+    }
+    for (float value : numbers) {
         out += " " + formatValue(value);
+    }
     return out;
 }
 
@@ -165,8 +176,9 @@ std::string formatSelect(const Operation& operation)
 
 void parseClear(const Line& line, Operation& out)
 {
-    if (line.words.size() == 1)
+    if (line.words.size() == 1) {
         return;
+    }
     needWords(line, 1, "one word or none");
     out.code = codeOf(line, line.words[1], clearKinds(), "kind of selection (parts, elements, nodes, highlight)");
 }
@@ -185,8 +197,9 @@ void parseParts(const Line& line, Operation& out)
 void parsePartsOrAll(const Line& line, Operation& out)
 {
     needWords(line, 1, "one list of part ids, or all");
-    if (line.words[1] != "all")
+    if (line.words[1] != "all") {
         out.ids = idsOf(line, line.words[1], IdScope::Model);
+    }
 }
 
 std::string formatParts(const Operation& operation)
@@ -219,8 +232,9 @@ std::string formatMode(const Operation& operation)
 void parseFile(const Line& line, Operation& out)
 {
     needWords(line, 1, "one file name (in double quotes when it has blanks)");
-    if (line.words[1].empty())
+    if (line.words[1].empty()) {
         line.fail(line.words[0] + ": the file name is empty");
+    }
     out.file = line.words[1];
 }
 

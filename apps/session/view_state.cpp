@@ -38,8 +38,9 @@ void showParts(const StateBytes& state, CAEEnv& env)
         changed = changed || wanted != (env.partsInfoList[part].partFlag & (PART_SHOWN | PART_HIDDEN));
         env.setDisplay(part + 1, wanted);
     }
-    if (changed)
+    if (changed) {
         env.modifyExtents();
+    }
 }
 
 // The library writes the names that its environment was made with; a deck's are those of a temporary directory, and a
@@ -73,8 +74,9 @@ struct TemporaryFile
     bool renamed = false;
     ~TemporaryFile()
     {
-        if (!renamed)
+        if (!renamed) {
             std::remove(path.c_str());
+        }
     }
 };
 
@@ -87,8 +89,9 @@ struct TemporaryFile
 void createFile(const TemporaryFile& file, const std::string& path)
 {
     std::FILE* made = std::fopen(file.path.c_str(), "wbx");
-    if (!made)
+    if (!made) {
         failWriting(path, std::strerror(errno));
+    }
     std::fclose(made);
 }
 
@@ -102,8 +105,9 @@ void restoreViewState(CAEEnv& env, const ModelLabels& labels, const std::string&
     showParts(state, env);
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(fmemopen(state.body(), state.bodySize(), "rb"),
                                                                  std::fclose);
-    if (!stream)
+    if (!stream) {
         throw ProgramError(path, std::strerror(errno));
+    }
     env.restore(stream.get());
 }
 
@@ -114,16 +118,19 @@ void saveViewState(CAEEnv& env, const ModelLabels& labels, const std::string& pa
     errno = 0;
     {
         const ProperNames names(env, labels);
-        if (env.save(temporary.path.c_str()) != 0)
+        if (env.save(temporary.path.c_str()) != 0) {
             failWriting(path, std::strerror(errno));
+        }
     }
     // The library does not look whether writing worked.
     struct stat status;
     const std::size_t wanted = stateSize(labels.directory.size(), labels.model.size(), env.numParts);
-    if (stat(temporary.path.c_str(), &status) != 0 || static_cast<std::size_t>(status.st_size) != wanted)
+    if (stat(temporary.path.c_str(), &status) != 0 || static_cast<std::size_t>(status.st_size) != wanted) {
         failWriting(path, "not all of it was taken; is the disk full?");
-    if (std::rename(temporary.path.c_str(), path.c_str()) != 0)
+    }
+    if (std::rename(temporary.path.c_str(), path.c_str()) != 0) {
         failWriting(path, std::strerror(errno));
+    }
     temporary.renamed = true;
 }
 

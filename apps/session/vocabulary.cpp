@@ -22,8 +22,9 @@ const std::vector<NamedView>& standardViews()
 const NamedView* findView(const std::string& name)
 {
     for (const NamedView& view : standardViews()) {
-        if (name == view.name)
+        if (name == view.name) {
             return &view;
+        }
     }
     return nullptr;
 }
@@ -50,8 +51,9 @@ const std::vector<NamedCode>& polygonModes()
 const NamedCode* findCode(const std::vector<NamedCode>& codes, const std::string& name)
 {
     for (const NamedCode& named : codes) {
-        if (name == named.name)
+        if (name == named.name) {
             return &named;
+        }
     }
     return nullptr;
 }
@@ -59,8 +61,9 @@ const NamedCode* findCode(const std::vector<NamedCode>& codes, const std::string
 std::vector<std::string> namesOf(const std::vector<NamedCode>& codes)
 {
     std::vector<std::string> out;
-    for (const NamedCode& named : codes)
+    for (const NamedCode& named : codes) {
         out.push_back(named.name);
+    }
     return out;
 }
 

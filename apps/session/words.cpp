@@ -29,8 +29,9 @@ std::string takeQuoted(const Line& line, const std::string& text, std::size_t& a
             word += text[at];
         }
     }
-    if (at == text.size())
+    if (at == text.size()) {
         line.fail("a quotation mark is missing at the end of \"" + word);
+    }
     ++at;
     return word;
 }
@@ -38,8 +39,9 @@ std::string takeQuoted(const Line& line, const std::string& text, std::size_t& a
 std::string takeBare(const std::string& text, std::size_t& at)
 {
     const std::size_t from = at;
-    while (at < text.size() && !isBlank(text[at]) && text[at] != '#')
+    while (at < text.size() && !isBlank(text[at]) && text[at] != '#') {
         ++at;
+    }
     return text.substr(from, at - from);
 }
 
@@ -54,12 +56,13 @@ Line splitLine(const std::string& file, std::size_t number, const std::string& t
 {
     Line line{file, number, {}};
     for (std::size_t at = 0; at < text.size() && text[at] != '#';) {
-        if (isBlank(text[at]))
+        if (isBlank(text[at])) {
             ++at;
-        else if (text[at] == '"')
+        } else if (text[at] == '"') {
             line.words.push_back(takeQuoted(line, text, ++at));
-        else
+        } else {
             line.words.push_back(takeBare(text, at));
+        }
     }
     return line;
 }
@@ -67,14 +70,17 @@ Line splitLine(const std::string& file, std::size_t number, const std::string& t
 std::string quoteWord(const std::string& word)
 {
     bool bare = !word.empty();
-    for (char c : word)
+    for (char c : word) {
         bare = bare && !isBlank(c) && c != '#' && c != '"';
-    if (bare)
+    }
+    if (bare) {
         return word;
+    }
     std::string out = "\"";
     for (char c : word) {
-        if (c == '"' || c == '\\')
+        if (c == '"' || c == '\\') {
             out += '\\';
+        }
         out += c == '\n' ? std::string("\\n") : std::string(1, c);
     }
     return out + "\"";
@@ -84,8 +90,9 @@ float parseValue(const Line& line, const std::string& word)
 {
     char* end = nullptr;
     const float value = std::strtof(word.c_str(), &end);
-    if (end == word.c_str() || *end != '\0' || !std::isfinite(value))
+    if (end == word.c_str() || *end != '\0' || !std::isfinite(value)) {
         line.fail("\"" + word + "\" is no number");
+    }
     return value;
 }
 

@@ -29,8 +29,8 @@
 
 namespace {
 
-constexpr int WIDTH = 1280, HEIGHT = 800;
-constexpr int ROUNDS = 15;
+constexpr int windowWidth = 1280, windowHeight = 800;
+constexpr int rounds = 15;
 
 double millisecondsOf(const std::function<void()>& work)
 {
@@ -43,8 +43,9 @@ double residentMiB()
 {
     long pages = 0, resident = 0;
     if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2)
+        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) {
             resident = 0;
+        }
         std::fclose(file);
     }
     return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024 * 1024);
@@ -68,23 +69,22 @@ void releaseScene()
     eglMakeCurrent(eglGetCurrentDisplay(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
 }
 
-// --- Frames and rectangles, interleaved
-// ----------------------------------------------------------------------------------
+// --- Frames and rectangles, interleaved ---
 
 void compareFrames(bool solids, std::size_t elements)
 {
     const GeneratedMesh mesh = meshOf(solids, elements);
-    VtkScene vtk(mesh, WIDTH, HEIGHT);
+    VtkScene vtk(mesh, windowWidth, windowHeight);
     vtk.draw();
     vtk.release();
     double frames[2] = {1e9, 1e9}, picks[2] = {1e9, 1e9};
     std::size_t hits[2] = {0, 0};
     {
-        BenchModel model({partOf(mesh)}, WIDTH, HEIGHT, GL_FLAT, "software");
+        BenchModel model({partOf(mesh)}, windowWidth, windowHeight, GL_FLAT, "software");
         kvo::SceneView view(model.environment());
         kvo::ThroughPicker picker(model.environment());
         model.environment().mView->mViewType = solids ? ISO_VIEW : TOP_VIEW;
-        for (int round = 0; round < ROUNDS; ++round) {
+        for (int round = 0; round < rounds; ++round) {
             model.makeCurrent();
             view.draw(); // brings this side's buffers back into the caches
             glFinish();
@@ -100,8 +100,9 @@ void compareFrames(bool solids, std::size_t elements)
             releaseScene();
             vtk.draw();
             frames[1] = std::min(frames[1], millisecondsOf([&] { vtk.draw(); }));
-            if (round < 3)
+            if (round < 3) {
                 picks[1] = std::min(picks[1], millisecondsOf([&] { hits[1] = vtk.extract(540, 340, 200, 120); }));
+            }
             vtk.release();
         }
         model.makeCurrent();
@@ -112,8 +113,7 @@ void compareFrames(bool solids, std::size_t elements)
     std::printf("%-44s scene %9zu  VTK %9zu\n", (name + ", elements in the rectangle").c_str(), hits[0], hits[1]);
 }
 
-// --- First picture and memory, each in a process of its own
-// ----------------------------------------------------------------
+// --- First picture and memory, each in a process of its own ---
 
 // Prints "ms MiB" on the descriptor.
 void firstPicture(bool scene, const std::string& folder, int out)
@@ -121,8 +121,8 @@ void firstPicture(bool scene, const std::string& folder, int out)
     double ms = 0, memory = 0;
     if (scene) {
         // Shaders are compiled for a tiny model first, on both sides: neither they nor the context are compared.
-        BenchModel warm({partOf(generateQuadrilaterals(4, 1, 1)), partOf(generateHexahedra(1, 1, 1))}, WIDTH, HEIGHT,
-                        GL_FLAT, "software");
+        BenchModel warm({partOf(generateQuadrilaterals(4, 1, 1)), partOf(generateHexahedra(1, 1, 1))}, windowWidth,
+                        windowHeight, GL_FLAT, "software");
         kvo::SceneView warmView(warm.environment());
         warmView.draw();
         glFinish();
@@ -131,8 +131,8 @@ void firstPicture(bool scene, const std::string& folder, int out)
         std::unique_ptr<kvo::SceneView> view;
         ms = millisecondsOf([&] {
             kvo::loadScene(*env, 0);
-            glViewport(0, 0, WIDTH, HEIGHT);
-            env->resizeModel(WIDTH, HEIGHT);
+            glViewport(0, 0, windowWidth, windowHeight);
+            env->resizeModel(windowWidth, windowHeight);
             view = std::make_unique<kvo::SceneView>(*env);
             view->draw();
             glFinish();
@@ -142,12 +142,12 @@ void firstPicture(bool scene, const std::string& folder, int out)
         env.reset();
     } else {
         GeneratedMesh tiny = generateQuadrilaterals(4, 1, 1);
-        VtkScene warm(tiny, WIDTH, HEIGHT);
+        VtkScene warm(tiny, windowWidth, windowHeight);
         warm.draw();
         const double before = residentMiB();
         std::unique_ptr<VtkScene> vtk;
         ms = millisecondsOf([&] {
-            vtk = std::make_unique<VtkScene>(folder + "/model.vtu", WIDTH, HEIGHT);
+            vtk = std::make_unique<VtkScene>(folder + "/model.vtu", windowWidth, windowHeight);
             vtk->draw();
         });
         memory = residentMiB() - before;
@@ -176,8 +176,9 @@ void measureApart(bool scene, const std::string& folder, double& ms, double& mem
 void compareFirstPicture(bool solids, std::size_t elements)
 {
     char folder[] = "/tmp/kvo-bench-XXXXXX";
-    if (!mkdtemp(folder))
+    if (!mkdtemp(folder)) {
         std::exit(1);
+    }
     {
         const GeneratedMesh mesh = meshOf(solids, elements);
         writeGeneratedModel(folder, "model", solids ? mesh : GeneratedMesh(), solids ? GeneratedMesh() : mesh);

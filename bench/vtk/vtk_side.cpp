@@ -38,8 +38,9 @@ vtkSmartPointer<vtkUnstructuredGrid> gridOf(const GeneratedMesh& mesh)
                          static_cast<vtkIdType>(corners * mesh.elementIds.size()));
     for (std::size_t e = 0; e < mesh.elementIds.size(); ++e) {
         vtkIdType ids[8];
-        for (int k = 0; k < corners; ++k)
+        for (int k = 0; k < corners; ++k) {
             ids[k] = mesh.corners[e * mesh.stride + static_cast<std::size_t>(k)] - mesh.nodeIds[0];
+        }
         cells->InsertNextCell(corners, ids);
     }
     auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();

@@ -21,8 +21,9 @@ bool makeContext(int width, int height)
     EGLDisplay display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     if (!eglInitialize(display, nullptr, nullptr)) {
         display = eglGetDisplay(EGL_DEFAULT_DISPLAY);
-        if (!eglInitialize(display, nullptr, nullptr))
+        if (!eglInitialize(display, nullptr, nullptr)) {
             return false;
+        }
     }
     // clang-format off
     const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT,
@@ -30,8 +31,9 @@ bool makeContext(int width, int height)
     // clang-format on
     EGLConfig config;
     EGLint found = 0;
-    if (!eglBindAPI(EGL_OPENGL_API) || !eglChooseConfig(display, wanted, &config, 1, &found) || found == 0)
+    if (!eglBindAPI(EGL_OPENGL_API) || !eglChooseConfig(display, wanted, &config, 1, &found) || found == 0) {
         return false;
+    }
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
     const EGLSurface surface = eglCreatePbufferSurface(display, config, size);
     const EGLContext context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
@@ -53,11 +55,13 @@ bool writePicture(const char* path, int width, int height)
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
     FILE* file = std::fopen(path, "wb");
-    if (!file)
+    if (!file) {
         return false;
+    }
     std::fprintf(file, "P6\n%d %d\n255\n", width, height);
-    for (int row = height - 1; row >= 0; --row) // OpenGL's rows begin at the bottom
+    for (int row = height - 1; row >= 0; --row) { // OpenGL's rows begin at the bottom
         std::fwrite(&pixels[3u * width * row], 3, width, file);
+    }
     return std::fclose(file) == 0;
 }
 

@@ -15,11 +15,13 @@ static void draw() { view->draw(), glutSwapBuffers(); }
 static void press(int button, int state, int x, int y)
 {
     mouse[2] = float(x), mouse[3] = float(y);
-    if (button != GLUT_RIGHT_BUTTON || state != GLUT_DOWN)
+    if (button != GLUT_RIGHT_BUTTON || state != GLUT_DOWN) {
         return;
+    }
     const auto region = kvo::PickRegion::click(x, glutGet(GLUT_WINDOW_HEIGHT) - y);
-    if (const auto hit = kvo::VisiblePicker(*view).nearest(kvo::PickType::Element, region))
+    if (const auto hit = kvo::VisiblePicker(*view).nearest(kvo::PickType::Element, region)) {
         std::fprintf(stderr, "element %u of part %u\n", hit->entityId, hit->partId);
+    }
 }
 static void drag(int x, int y)
 {

@@ -49,7 +49,7 @@ std::vector<const ModelPart*> partsOf(const CAEEnv& env, const ModelInfo& info)
 }
 
 Coloring colorByRecord(const std::string& title, const std::vector<const ModelPart*>& parts,
-                       unsigned int ModelPart::*id, std::string ModelPart::*name)
+                       unsigned int ModelPart::* id, std::string ModelPart::* name)
 {
     std::vector<std::uint32_t> keys;
     std::map<std::uint32_t, std::string> nameOf;

@@ -26,8 +26,7 @@ GLuint compile(GLenum kind, const std::string& source)
 
 } // namespace
 
-// --- Buffers
-// ---------------------------------------------------------------------------------------------------------------
+// --- Buffers ---
 
 GlBuffer::~GlBuffer()
 {
@@ -110,8 +109,7 @@ void GlBufferTexture::bind(unsigned int unit) const
     glActiveTexture(GL_TEXTURE0);
 }
 
-// --- Programs
-// --------------------------------------------------------------------------------------------------------------
+// --- Programs ---
 
 GlProgram::GlProgram(const std::string& vertexSource, const std::string& fragmentSource,
                      const std::vector<Attribute>& attributes)
@@ -148,8 +146,7 @@ GlProgram::~GlProgram()
     glDeleteProgram(id);
 }
 
-// --- Framebuffers
-// ----------------------------------------------------------------------------------------------------------
+// --- Framebuffers ---
 
 GlFramebuffer::GlFramebuffer(int width, int height, const std::vector<GLenum>& colorFormats)
     : w(width), h(height), colors(colorFormats.size())

@@ -54,8 +54,9 @@ double fitScale(const double size[3], int viewType)
 // only the other direction, or none.
 double wantedPixelsPerUnit(const Seen& seen, int width, int height)
 {
-    if (seen.across <= 0 && seen.up <= 0)
+    if (seen.across <= 0 && seen.up <= 0) {
         return frameFill * std::min(width, height);
+    }
     const double byWidth = seen.across > 0 ? width / seen.across : HUGE_VAL;
     const double byHeight = seen.up > 0 ? height / seen.up : HUGE_VAL;
     return frameFill * std::min(byWidth, byHeight);
@@ -69,8 +70,7 @@ void proportions(int viewType, int width, int height, double out[3])
     out[2] = viewType == ISO_VIEW ? height * (1 - std::sin(isoTilt)) / std::cos(isoTilt) : height;
 }
 
-// --- Depth
-// --------------------------------------------------------------------------------------------------------------
+// --- Depth ---
 
 // How far from eye depth 0 anything of the model can be, whatever the rotation: the view puts the box's centre there,
 // the user's scale and translation act in the model's frame, and rotation turns about the centre of the window.
@@ -91,8 +91,9 @@ double depthReach(const Box& visible, const MTransform& trans, double viewScale)
 // Spreads the projection's depth range of +-9999 over +-reach, and a little beyond.
 void spreadDepth(double reach)
 {
-    if (!(reach > 0) || !std::isfinite(reach))
+    if (!(reach > 0) || !std::isfinite(reach)) {
         return;
+    }
     GLint mode = GL_MODELVIEW;
     glGetIntegerv(GL_MATRIX_MODE, &mode);
     glMatrixMode(GL_PROJECTION);
@@ -100,8 +101,7 @@ void spreadDepth(double reach)
     glMatrixMode(static_cast<GLenum>(mode));
 }
 
-// --- The visible parts' box
-// ----------------------------------------------------------------------------------------------
+// --- The visible parts' box ---
 
 bool finite(const float extents[6])
 {
@@ -115,8 +115,9 @@ bool addParts(CAEEnv& env, unsigned int withoutFlags, Box& box)
     const PartInfoStr* parts = env.getPartsList();
     for (int part = 0; part < env.getNumParts(); ++part) {
         const float* extents = parts[part].partExtents;
-        if ((parts[part].partFlag & withoutFlags) || !finite(extents))
+        if ((parts[part].partFlag & withoutFlags) || !finite(extents)) {
             continue;
+        }
         for (int axis = 0; axis < 3; ++axis) {
             const double low = extents[2 * axis], high = extents[2 * axis + 1];
             box.low[axis] = any ? std::min(box.low[axis], low) : low;
@@ -151,8 +152,9 @@ Framing frameModel(const Box& visible, int viewType, int width, int height)
 Box visibleBox(CAEEnv& env)
 {
     Box box;
-    if (addParts(env, PART_HIDDEN, box) || addParts(env, 0, box))
+    if (addParts(env, PART_HIDDEN, box) || addParts(env, 0, box)) {
         return box;
+    }
     std::fill(box.low, box.low + 3, -1.0);
     std::fill(box.high, box.high + 3, 1.0);
     return box;
@@ -169,8 +171,9 @@ Framing applyFrame(CAEEnv& env, int width, int height)
     }
     env.resizeModel(width, height);
     // Until the first frame has been drawn there is no pivot yet; it will be the middle of this box.
-    if (env.getMTransformPtr()->onlyOnce & 2)
+    if (env.getMTransformPtr()->onlyOnce & 2) {
         env.getMTransformPtr()->updateWindowCenter();
+    }
     spreadDepth(depthReach(visible, *env.getMTransformPtr(), framing.fitScale));
     return framing;
 }

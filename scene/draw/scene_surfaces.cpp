@@ -28,8 +28,7 @@ public:
 
 } // namespace
 
-// --- What every pass is drawn with
-// ------------------------------------------------------------------------------------------
+// --- What every pass is drawn with ---
 
 bool SceneView::Impl::slices() const
 {
@@ -92,8 +91,7 @@ bool SceneView::Impl::seesBacks() const
     return slices() || drawnLook.light == SceneLight::Contract;
 }
 
-// --- The passes
-// -------------------------------------------------------------------------------------------------------------
+// --- The passes ---
 
 void SceneView::Impl::drawSurfaces(ScenePasses& passes)
 {

@@ -93,8 +93,7 @@ void SceneView::Impl::findGoneElements(const GeometryKey& wanted)
     }
 }
 
-// --- Matrices
-// ---------------------------------------------------------------------------------------------------------------
+// --- Matrices ---
 
 bool SceneView::Impl::isFar() const
 {
@@ -175,8 +174,7 @@ void SceneView::Impl::keepMatrices(bool newPivot)
     }
 }
 
-// --- Over the model
-// ---------------------------------------------------------------------------------------------------------
+// --- Over the model ---
 
 void SceneView::Impl::drawBoxes()
 {
@@ -236,8 +234,7 @@ void SceneView::Impl::endTransform()
     }
 }
 
-// --- The public class
-// ------------------------------------------------------------------------------------------------------
+// --- The public class ---
 
 SceneView::SceneView(CAEEnv& env) : impl(std::make_unique<Impl>(env)) {}
 

@@ -24,8 +24,7 @@ bool isAbsent(const ElementMask& absent, std::uint32_t element)
     return element < absent.size() && absent[element] != 0;
 }
 
-// --- Shared faces
-// ----------------------------------------------------------------------------------------------------------
+// --- Shared faces ---
 
 struct FaceKey
 {
@@ -175,8 +174,7 @@ void SolidSurface::matchBucket(std::size_t bucket)
     }
 }
 
-// --- Outward
-// ---------------------------------------------------------------------------------------------------------------
+// --- Outward ---
 
 void addPosition(const PartInfoStr& part, std::uint32_t node, double sum[3])
 {

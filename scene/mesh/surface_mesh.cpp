@@ -12,8 +12,7 @@ namespace {
 constexpr std::size_t blocksPerChunk = 32;
 constexpr std::size_t facesPerChunk = facesPerBlock * blocksPerChunk;
 
-// --- Order in space
-// --------------------------------------------------------------------------------------------------------
+// --- Order in space ---
 
 std::uint32_t spread(std::uint32_t bits) // ten bits to every third
 {
@@ -103,8 +102,7 @@ RawVector<std::uint32_t> orderInSpace(const PartInfoStr& part, const PartSurface
     return out;
 }
 
-// --- Vertices
-// --------------------------------------------------------------------------------------------------------------
+// --- Vertices ---
 
 // Vertices and indices of consecutive faces, with vertex numbers of its own.
 struct Chunk

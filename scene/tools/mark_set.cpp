@@ -46,8 +46,7 @@ std::size_t countMarks(const std::uint8_t* begin, const std::uint8_t* end)
 
 } // namespace
 
-// --- Sets
-// --------------------------------------------------------------------------------------------------------------
+// --- Sets ---
 
 unsigned int MarkSet::numParts() const
 {
@@ -148,8 +147,7 @@ NodeSet::NodeSet(CAEEnv& env)
     layOut(*this, env, [](const PartInfoStr& part) { return part.partNodes.numNodes; });
 }
 
-// --- The environment's selection
-// ---------------------------------------------------------------------------------------
+// --- The environment's selection ---
 
 // A mark without the part's flag is not drawn, and a flag restored from a file comes without marks.
 ElementSet selectedElements(CAEEnv& env)

@@ -41,8 +41,7 @@ double upTo(double limit, double value)
     return value <= limit ? value : limit;
 }
 
-// --- Lengths
-// -----------------------------------------------------------------------------------------------------------
+// --- Lengths ---
 
 struct EdgeLengths
 {
@@ -102,8 +101,7 @@ double aspectRatio(const Faces& faces, ElementShape shape)
     return upTo(worstRatio, edges.longest * edges.sum / (factor * faceArea(faces, 0)));
 }
 
-// --- Angles
-// ------------------------------------------------------------------------------------------------------------
+// --- Angles ---
 
 // Range of the corner angles of the faces with a number of corners, in degrees. `any` is false when there is no such
 // face. A corner at the end of an edge without length makes the range 0 to 180.
@@ -166,8 +164,7 @@ double maxAngle(const Faces& faces, ElementShape)
     return faces.count == 0 ? 180 : std::max(AngleRange(faces, 3).largest, AngleRange(faces, 4).largest);
 }
 
-// --- Warpage
-// -----------------------------------------------------------------------------------------------------------
+// --- Warpage ---
 
 // Cosine of the angle between the triangles at corners k and k + 2, which lie on either side of the other diagonal.
 double warpCosine(const Vector3* p, unsigned int k)
@@ -190,8 +187,7 @@ double warpage(const Faces& faces, ElementShape)
     return degreesPerRadian * std::acos(std::max(cosine, -1.0));
 }
 
-// --- Choice
-// ------------------------------------------------------------------------------------------------------------
+// --- Choice ---
 
 struct QualityRow
 {

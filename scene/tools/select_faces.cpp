@@ -13,8 +13,7 @@ using namespace vectors;
 
 namespace {
 
-// --- Feature angle
-// -----------------------------------------------------------------------------------------------------
+// --- Feature angle ---
 
 std::vector<Vector3> faceNormals(const PartInfoStr* parts, const FaceSkin& skin)
 {
@@ -138,8 +137,7 @@ void addNodes(const AngleFlood& flood, NodeSet& set)
     }
 }
 
-// --- Free edges
-// --------------------------------------------------------------------------------------------------------
+// --- Free edges ---
 
 // A side of a face with the direction in which it is followed.
 struct Step
@@ -165,8 +163,7 @@ public:
     // The free side at a joint, the first in model order; with `towards`, the one that leads there.
     bool findStart(std::uint32_t from, std::uint32_t towards, Step& start) const
     {
-        return findFree(
-            from, [&](const Step& step) { return towards == noJoint || endOf(step) == towards; }, start);
+        return findFree(from, [&](const Step& step) { return towards == noJoint || endOf(step) == towards; }, start);
     }
 
     void walk(Step start, EdgePath& path)
@@ -216,8 +213,7 @@ private:
             turning = {mate.face, static_cast<unsigned int>(mate.side),
                        skin.jointAt(joints, mate.face, static_cast<unsigned int>(mate.side) + 1) == joint};
         }
-        return findFree(
-            joint, [this](const Step& free) { return isNew(free); }, step);
+        return findFree(joint, [this](const Step& free) { return isNew(free); }, step);
     }
 
     bool isNew(const Step& step) const

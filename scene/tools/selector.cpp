@@ -101,8 +101,7 @@ const ModelJoints& Selector::joints()
     return *known;
 }
 
-// --- Afresh
-// ------------------------------------------------------------------------------------------------------------
+// --- Afresh ---
 
 ElementSet Selector::allElements() const
 {
@@ -175,8 +174,7 @@ ElementSet Selector::elementsByQuality(Quality quality, float low, float high) c
     return set;
 }
 
-// --- From a set
-// --------------------------------------------------------------------------------------------------------
+// --- From a set ---
 
 ElementSet Selector::invert(const ElementSet& set) const
 {

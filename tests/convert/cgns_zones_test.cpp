@@ -12,8 +12,9 @@ namespace {
 
 void check(int status)
 {
-    if (status != CG_OK)
+    if (status != CG_OK) {
         throw std::runtime_error(cg_get_error());
+    }
 }
 
 // One base with one zone.
@@ -33,18 +34,23 @@ public:
     void block(std::vector<cgsize_t> nodes)
     {
         std::vector<cgsize_t> sizes = nodes;
-        for (const cgsize_t count : nodes)
+        for (const cgsize_t count : nodes) {
             sizes.push_back(count - 1);
+        }
         sizes.resize(9, 0);
         int zone = 0;
         check(cg_zone_write(file, 1, "block", sizes.data(), CGNS_ENUMV(Structured), &zone));
         nodes.resize(3, 1);
         std::vector<double> xyz[3];
-        for (cgsize_t k = 0; k < nodes[2]; ++k)
-            for (cgsize_t j = 0; j < nodes[1]; ++j)
-                for (cgsize_t i = 0; i < nodes[0]; ++i)
-                    for (int d = 0; d < 3; ++d)
+        for (cgsize_t k = 0; k < nodes[2]; ++k) {
+            for (cgsize_t j = 0; j < nodes[1]; ++j) {
+                for (cgsize_t i = 0; i < nodes[0]; ++i) {
+                    for (int d = 0; d < 3; ++d) {
                         xyz[d].push_back(d == 0 ? i : d == 1 ? j : k);
+                    }
+                }
+            }
+        }
         coordinate("CoordinateX", xyz[0]);
         coordinate("CoordinateY", xyz[1]);
         coordinate("CoordinateZ", xyz[2]);
@@ -95,8 +101,9 @@ void setVersion(const std::string& path, float newer)
     std::ifstream in(path, std::ios::binary);
     std::string bytes{std::istreambuf_iterator<char>(in), {}};
     const std::string from(reinterpret_cast<const char*>(&version), 4), to(reinterpret_cast<const char*>(&newer), 4);
-    for (std::size_t at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at + 4))
+    for (std::size_t at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at + 4)) {
         bytes.replace(at, 4, to);
+    }
     std::ofstream(path, std::ios::binary) << bytes;
 }
 

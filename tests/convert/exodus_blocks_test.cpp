@@ -9,8 +9,9 @@ namespace {
 
 void check(int status)
 {
-    if (status != NC_NOERR)
+    if (status != NC_NOERR) {
         throw std::runtime_error(nc_strerror(status));
+    }
 }
 
 // Six nodes, and blocks with ids from 1.

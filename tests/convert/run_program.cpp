@@ -31,8 +31,9 @@ ProgramRun runProgram(const std::string& program, const std::vector<std::string>
         dup2(open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
         setenv("PATH", path.c_str(), 1);
         std::vector<char*> words = {const_cast<char*>(program.c_str())};
-        for (const std::string& argument : arguments)
+        for (const std::string& argument : arguments) {
             words.push_back(const_cast<char*>(argument.c_str()));
+        }
         words.push_back(nullptr);
         execv(program.c_str(), words.data());
         _exit(127);

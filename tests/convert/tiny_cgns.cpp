@@ -10,16 +10,18 @@ namespace {
 
 void check(int status)
 {
-    if (status != CG_OK)
+    if (status != CG_OK) {
         throw std::runtime_error(cg_get_error());
+    }
 }
 
 void writeCoordinates(int file, int zone, const std::vector<std::array<double, 3>>& nodes)
 {
     for (std::size_t d = 0; d < 3; ++d) {
         std::vector<double> values;
-        for (const auto& node : nodes)
+        for (const auto& node : nodes) {
             values.push_back(node[d]);
+        }
         int ignored = 0;
         check(cg_coord_write(file, 1, zone, CGNS_ENUMV(RealDouble), (std::string("Coordinate") + "XYZ"[d]).c_str(),
                              values.data(), &ignored));
@@ -92,10 +94,13 @@ void writeStructured(int file)
     int zone = 0, condition = 0;
     check(cg_zone_write(file, 1, "block", sizes, CGNS_ENUMV(Structured), &zone));
     std::vector<std::array<double, 3>> nodes;
-    for (int k = 0; k < 2; ++k)
-        for (int j = 0; j < 2; ++j)
-            for (int i = 0; i < 3; ++i)
+    for (int k = 0; k < 2; ++k) {
+        for (int j = 0; j < 2; ++j) {
+            for (int i = 0; i < 3; ++i) {
                 nodes.push_back({5.0 + i, double(k), double(j)});
+            }
+        }
+    }
     writeCoordinates(file, zone, nodes);
     const cgsize_t inlet[] = {1, 1, 1, 1, 2, 2}; // nodes of the face at i = 1
     check(cg_boco_write(file, 1, zone, "inlet", CGNS_ENUMV(BCInflow), CGNS_ENUMV(PointRange), 2, inlet, &condition));

@@ -9,8 +9,9 @@ namespace {
 
 void check(int status)
 {
-    if (status != NC_NOERR)
+    if (status != NC_NOERR) {
         throw std::runtime_error(nc_strerror(status));
+    }
 }
 
 class Writer
@@ -87,14 +88,16 @@ void writeNodes(Writer& out)
     const int nodes = out.dimension("num_nodes", tinyNodes().size());
     for (std::size_t d = 0; d < 3; ++d) {
         std::vector<double> values;
-        for (const auto& node : tinyNodes())
+        for (const auto& node : tinyNodes()) {
             values.push_back(node[d]);
+        }
         out.define();
         out.put(out.variable(std::string("coord") + "xyz" [d], NC_DOUBLE, { nodes }), values);
     }
     std::vector<long long> ids;
-    for (std::size_t k = 1; k <= tinyNodes().size(); ++k)
+    for (std::size_t k = 1; k <= tinyNodes().size(); ++k) {
         ids.push_back(nodeIdOf(static_cast<int>(k)));
+    }
     out.define();
     out.put(out.variable("node_num_map", out.integer, {nodes}), ids);
 }
@@ -110,10 +113,12 @@ void writeBlock(Writer& out, std::size_t index)
     out.text(connect, "elem_type", blocks[index].type);
     out.put(connect, std::vector<long long>(element.corners.begin(), element.corners.end()));
     std::vector<double> attributes;
-    if (element.kind == std::string("beam"))
+    if (element.kind == std::string("beam")) {
         attributes = {2.5, 1, 1, 1, 0, 1, 0};
-    if (element.kind == std::string("quad"))
+    }
+    if (element.kind == std::string("quad")) {
         attributes = {0.125};
+    }
     if (!attributes.empty()) {
         out.define();
         const int columns = out.dimension("num_att_in_blk" + number, attributes.size());
@@ -140,8 +145,9 @@ void writeBlocks(Writer& out)
     out.put(out.variable("eb_names", NC_CHAR, {number, length}), names);
     out.define();
     out.put(out.variable("elem_num_map", out.integer, {elements}), ids);
-    for (std::size_t k = 0; k < count; ++k)
+    for (std::size_t k = 0; k < count; ++k) {
         writeBlock(out, k);
+    }
 }
 
 // A set of each kind, with these members.

@@ -11,8 +11,9 @@ const char* const meshName = "tiny";
 
 void check(int status)
 {
-    if (status < 0)
+    if (status < 0) {
         throw std::runtime_error("the MED library failed");
+    }
 }
 
 // From the order of the tiny model to that of MED, whose solids have the bottom clockwise as seen from the top.
@@ -56,23 +57,26 @@ void writeNodes(med_idt file, const MedChoice& choice)
     check(MEDmeshNodeCoordinateWr(file, meshName, MED_NO_DT, MED_NO_IT, 0, MED_FULL_INTERLACE, count, xyz.data()));
     check(
         MEDmeshEntityFamilyNumberWr(file, meshName, MED_NO_DT, MED_NO_IT, MED_NODE, MED_NONE, count, families.data()));
-    if (choice.numbers)
+    if (choice.numbers) {
         check(MEDmeshEntityNumberWr(file, meshName, MED_NO_DT, MED_NO_IT, MED_NODE, MED_NONE, count, numbers.data()));
+    }
 }
 
 void writeElement(med_idt file, const MedRow& row, const TinyElement& element, const MedChoice& choice)
 {
     std::vector<med_int> nodes;
-    for (std::size_t k = 0; k < element.corners.size(); ++k)
+    for (std::size_t k = 0; k < element.corners.size(); ++k) {
         nodes.push_back(element.corners[choice.medOrder ? row.order[k] : k]);
+    }
     const med_int number = choice.sharedNumbers ? (element.volume > 0 ? static_cast<med_int>(element.id) : 1)
                                                 : static_cast<med_int>(element.id);
     const med_int family = row.family;
     check(MEDmeshElementConnectivityWr(file, meshName, MED_NO_DT, MED_NO_IT, 0, MED_CELL, row.geometry, MED_NODAL,
                                        MED_FULL_INTERLACE, 1, nodes.data()));
     check(MEDmeshEntityFamilyNumberWr(file, meshName, MED_NO_DT, MED_NO_IT, MED_CELL, row.geometry, 1, &family));
-    if (choice.numbers)
+    if (choice.numbers) {
         check(MEDmeshEntityNumberWr(file, meshName, MED_NO_DT, MED_NO_IT, MED_CELL, row.geometry, 1, &number));
+    }
 }
 
 } // namespace
@@ -93,8 +97,9 @@ void writeTinyMed(const std::string& path, const MedChoice& choice)
     writeNodes(file, choice);
     for (std::size_t k = 0; k < sizeof rows / sizeof *rows; ++k) {
         // Two shells of one number are no two elements.
-        if (!choice.sharedNumbers || rows[k].geometry != MED_TRIA3)
+        if (!choice.sharedNumbers || rows[k].geometry != MED_TRIA3) {
             writeElement(file, rows[k], tinyElements()[k], choice);
+        }
     }
     check(MEDfileClose(file));
 }

@@ -30,8 +30,9 @@ int lightParameterLength(GLenum name)
 
 template <class T> void setLight(GLenum light, GLenum name, const T* values, int count)
 {
-    if (model::legal())
+    if (model::legal()) {
         state().lights[light][name] = std::vector<float>(values, values + count);
+    }
 }
 
 template <class T> void setColor(T red, T green, T blue, T alpha)
@@ -46,7 +47,7 @@ std::string quoted(const void* text, GLsizei length)
 } // namespace
 
 extern "C" {
-// --- Primitives ----------------------------------------------------------------------------------
+// --- Primitives ---
 void glBegin(GLenum mode)
 {
     RECORD(glBegin, (primitiveName(mode)));
@@ -125,7 +126,7 @@ void glColor4fv(const GLfloat* v)
     setColor(v[0], v[1], v[2], v[3]);
 }
 
-// --- Arrays --------------------------------------------------------------------------------------
+// --- Arrays ---
 void glEnableClientState(GLenum array)
 {
     RECORD(glEnableClientState, (enumName(array)));
@@ -161,11 +162,12 @@ void glDrawElements(GLenum mode, GLsizei count, GLenum type, const GLvoid* indic
         readable ? "[" + vectorArg(static_cast<const GLuint*>(indices), count) + "]" : arg(indices);
     RECORD(glDrawElements, (primitiveName(mode), arg(count), enumName(type), list));
     FORWARD(glDrawElements, (mode, count, type, indices))
-    if (model::legal() && count < 0)
+    if (model::legal() && count < 0) {
         model::raise(GL_INVALID_VALUE);
+    }
 }
 
-// --- Text and bitmaps ----------------------------------------------------------------------------
+// --- Text and bitmaps ---
 void glRasterPos3f(GLfloat x, GLfloat y, GLfloat z)
 {
     RECORD(glRasterPos3f, (arg(x), arg(y), arg(z)));
@@ -193,8 +195,9 @@ void glListBase(GLuint base)
 {
     RECORD(glListBase, (arg(base)));
     FORWARD(glListBase, (base))
-    if (model::legal())
+    if (model::legal()) {
         state().listBase = base;
+    }
 }
 
 void glCallLists(GLsizei n, GLenum type, const GLvoid* lists)
@@ -209,7 +212,7 @@ void glCallList(GLuint list)
     FORWARD(glCallList, (list))
 }
 
-// --- Lights --------------------------------------------------------------------------------------
+// --- Lights ---
 void glLightfv(GLenum light, GLenum name, const GLfloat* values)
 {
     const int length = lightParameterLength(name);

@@ -35,7 +35,7 @@ template <class T> void answer(GLenum name, T* values)
 } // namespace
 
 extern "C" {
-// --- Render state --------------------------------------------------------------------------------
+// --- Render state ---
 void glEnable(GLenum capability)
 {
     RECORD(glEnable, (enumName(capability)));
@@ -61,10 +61,12 @@ void glShadeModel(GLenum mode)
 {
     RECORD(glShadeModel, (enumName(mode)));
     FORWARD(glShadeModel, (mode))
-    if (!model::legal())
+    if (!model::legal()) {
         return;
-    if (mode != GL_FLAT && mode != GL_SMOOTH)
+    }
+    if (mode != GL_FLAT && mode != GL_SMOOTH) {
         return model::raise(GL_INVALID_ENUM);
+    }
     state().shadeModel = static_cast<GLint>(mode);
 }
 
@@ -79,32 +81,36 @@ void glPointSize(GLfloat size)
 {
     RECORD(glPointSize, (arg(size)));
     FORWARD(glPointSize, (size))
-    if (model::legal())
+    if (model::legal()) {
         state().pointSize = size;
+    }
 }
 
 void glLineWidth(GLfloat width)
 {
     RECORD(glLineWidth, (arg(width)));
     FORWARD(glLineWidth, (width))
-    if (model::legal())
+    if (model::legal()) {
         state().lineWidth = width;
+    }
 }
 
 void glDepthFunc(GLenum func)
 {
     RECORD(glDepthFunc, (enumName(func)));
     FORWARD(glDepthFunc, (func))
-    if (model::legal())
+    if (model::legal()) {
         state().depthFunc = func;
+    }
 }
 
 void glDepthRange(GLclampd near, GLclampd far)
 {
     RECORD(glDepthRange, (arg(near), arg(far)));
     FORWARD(glDepthRange, (near, far))
-    if (!model::legal())
+    if (!model::legal()) {
         return;
+    }
     state().depthRange[0] = near;
     state().depthRange[1] = far;
 }
@@ -113,8 +119,9 @@ void glBlendFunc(GLenum source, GLenum destination)
 {
     RECORD(glBlendFunc, (blendName(source), blendName(destination)));
     FORWARD(glBlendFunc, (source, destination))
-    if (!model::legal())
+    if (!model::legal()) {
         return;
+    }
     state().blendFunc[0] = source;
     state().blendFunc[1] = destination;
 }
@@ -124,8 +131,9 @@ void glScissor(GLint x, GLint y, GLsizei width, GLsizei height)
     RECORD(glScissor, (arg(x), arg(y), arg(width), arg(height)));
     FORWARD(glScissor, (x, y, width, height))
     const GLint box[4] = {x, y, width, height};
-    if (model::legal())
+    if (model::legal()) {
         std::copy(box, box + 4, state().scissor);
+    }
 }
 
 void glViewport(GLint x, GLint y, GLsizei width, GLsizei height)
@@ -171,7 +179,7 @@ void glFinish()
     model::legal();
 }
 
-// --- Matrices ------------------------------------------------------------------------------------
+// --- Matrices ---
 void glMatrixMode(GLenum mode)
 {
     RECORD(glMatrixMode, (enumName(mode)));
@@ -274,14 +282,16 @@ void glOrtho(GLdouble left, GLdouble right, GLdouble bottom, GLdouble top, GLdou
 {
     RECORD(glOrtho, (arg(left), arg(right), arg(bottom), arg(top), arg(near), arg(far)));
     FORWARD(glOrtho, (left, right, bottom, top, near, far))
-    if (!model::legal())
+    if (!model::legal()) {
         return;
-    if (left == right || bottom == top || near == far)
+    }
+    if (left == right || bottom == top || near == far) {
         return model::raise(GL_INVALID_VALUE);
+    }
     model::multMatrix(model::ortho(left, right, bottom, top, near, far));
 }
 
-// --- Selection mode ------------------------------------------------------------------------------
+// --- Selection mode ---
 void glSelectBuffer(GLsizei size, GLuint* buffer)
 {
     RECORD(glSelectBuffer, (arg(size), arg(static_cast<const void*>(buffer))));
@@ -324,7 +334,7 @@ void glPopName()
     model::popName();
 }
 
-// --- Queries -------------------------------------------------------------------------------------
+// --- Queries ---
 void glGetIntegerv(GLenum name, GLint* values)
 {
     RECORD(glGetIntegerv, (enumName(name)));
@@ -360,7 +370,7 @@ GLenum glGetError()
     return model::fetchError();
 }
 
-// --- libGLU --------------------------------------------------------------------------------------
+// --- libGLU ---
 const GLubyte* gluErrorString(GLenum error)
 {
     RECORD(gluErrorString, (enumName(error)));
@@ -392,8 +402,9 @@ void gluPickMatrix(GLdouble x, GLdouble y, GLdouble delX, GLdouble delY, GLint* 
         const InternalCalls libraryAtWork;
         return real(x, y, delX, delY, viewport);
     }
-    if (delX <= 0 || delY <= 0)
+    if (delX <= 0 || delY <= 0) {
         return;
+    }
     model::multMatrix(model::translation((viewport[2] - 2 * (x - viewport[0])) / delX,
                                          (viewport[3] - 2 * (y - viewport[1])) / delY, 0));
     model::multMatrix(model::scaling(viewport[2] / delX, viewport[3] / delY, 1));

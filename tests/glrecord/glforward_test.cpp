@@ -54,7 +54,7 @@ void expectSameMatrices(const Calls& calls)
 }
 } // namespace
 
-TEST_F(RealOpenGL, callsAreRecordedAndReachIt)
+TEST_F(RealOpenGL, CallsAreRecordedAndReachIt)
 {
     glrecord::start(Mode::RecordAndForward);
     glViewport(1, 2, 30, 40);
@@ -65,7 +65,7 @@ TEST_F(RealOpenGL, callsAreRecordedAndReachIt)
     EXPECT_EQ(glrecord::state().viewport[2], 0) << "the stand-in takes no part";
 }
 
-TEST_F(RealOpenGL, whatLibGLUCallsIsNotRecorded)
+TEST_F(RealOpenGL, WhatLibGLUCallsIsNotRecorded)
 {
     glrecord::start(Mode::RecordAndForward);
     GLint view[4] = {0, 0, 100, 50};
@@ -76,7 +76,7 @@ TEST_F(RealOpenGL, whatLibGLUCallsIsNotRecorded)
     EXPECT_NE(readMatrix(GL_MODELVIEW_MATRIX), before);
 }
 
-TEST_F(RealOpenGL, matrixProductsAgree)
+TEST_F(RealOpenGL, MatrixProductsAgree)
 {
     expectSameMatrices([] {
         glTranslatef(1, 2, 3);
@@ -92,18 +92,19 @@ TEST_F(RealOpenGL, matrixProductsAgree)
     });
 }
 
-TEST_F(RealOpenGL, loadedMatricesAgree)
+TEST_F(RealOpenGL, LoadedMatricesAgree)
 {
     expectSameMatrices([] {
         GLdouble values[16];
-        for (int k = 0; k < 16; ++k)
+        for (int k = 0; k < 16; ++k) {
             values[k] = k * k - 7;
+        }
         glLoadMatrixd(values);
         glTranslatef(1, -1, 2);
     });
 }
 
-TEST_F(RealOpenGL, projectionsAgree)
+TEST_F(RealOpenGL, ProjectionsAgree)
 {
     expectSameMatrices([] {
         glMatrixMode(GL_PROJECTION);
@@ -114,7 +115,7 @@ TEST_F(RealOpenGL, projectionsAgree)
     });
 }
 
-TEST_F(RealOpenGL, refusedProjectionsAgree)
+TEST_F(RealOpenGL, RefusedProjectionsAgree)
 {
     expectSameMatrices([] {
         glMatrixMode(GL_PROJECTION);
@@ -123,7 +124,7 @@ TEST_F(RealOpenGL, refusedProjectionsAgree)
     });
 }
 
-TEST_F(RealOpenGL, anEmptyPickRegionAgrees)
+TEST_F(RealOpenGL, AnEmptyPickRegionAgrees)
 {
     expectSameMatrices([] {
         GLint view[4] = {0, 0, 100, 50};
@@ -132,7 +133,7 @@ TEST_F(RealOpenGL, anEmptyPickRegionAgrees)
     });
 }
 
-TEST_F(RealOpenGL, errorsAgree)
+TEST_F(RealOpenGL, ErrorsAgree)
 {
     const Calls mistakes[] = {[] { glPopMatrix(); },
                               [] { glShadeModel(GL_LINE); },
@@ -147,6 +148,7 @@ TEST_F(RealOpenGL, errorsAgree)
                                   glTranslatef(1, 1, 1);
                                   glEnd();
                               }};
-    for (const Calls& mistake : mistakes)
+    for (const Calls& mistake : mistakes) {
         expectSameMatrices(mistake);
+    }
 }

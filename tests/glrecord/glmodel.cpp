@@ -6,7 +6,7 @@
 
 namespace glrecord {
 namespace {
-const std::size_t MAX_NAMES = 64;
+const std::size_t maxNames = 64;
 
 State current;
 GLuint* selectWords = nullptr;
@@ -65,8 +65,9 @@ namespace model {
 void reset()
 {
     current = State();
-    for (GLenum mode : {GL_MODELVIEW, GL_PROJECTION, GL_TEXTURE})
+    for (GLenum mode : {GL_MODELVIEW, GL_PROJECTION, GL_TEXTURE}) {
         current.stacks[mode] = {identity()};
+    }
     current.enabled.insert(GL_DITHER);
     selectWords = nullptr;
     selectSize = 0;
@@ -75,99 +76,120 @@ void reset()
 
 void raise(GLenum error)
 {
-    if (current.error == GL_NO_ERROR)
+    if (current.error == GL_NO_ERROR) {
         current.error = error;
+    }
 }
 
 bool legal()
 {
-    if (current.insideBegin)
+    if (current.insideBegin) {
         raise(GL_INVALID_OPERATION);
+    }
     return !current.insideBegin;
 }
 
 void begin(GLenum mode)
 {
-    if (mode > GL_POLYGON)
+    if (mode > GL_POLYGON) {
         return raise(GL_INVALID_ENUM);
-    if (legal())
+    }
+    if (legal()) {
         current.insideBegin = true;
+    }
 }
 
 void end()
 {
-    if (!current.insideBegin)
+    if (!current.insideBegin) {
         raise(GL_INVALID_OPERATION);
+    }
     current.insideBegin = false;
 }
 
 void setEnabled(GLenum capability, bool on)
 {
-    if (!legal())
+    if (!legal()) {
         return;
-    if (on)
+    }
+    if (on) {
         current.enabled.insert(capability);
-    else
+    } else {
         current.enabled.erase(capability);
+    }
 }
 
 void viewport(const GLint* box)
 {
-    if (!legal())
+    if (!legal()) {
         return;
-    if (box[2] < 0 || box[3] < 0)
+    }
+    if (box[2] < 0 || box[3] < 0) {
         return raise(GL_INVALID_VALUE);
+    }
     std::copy(box, box + 4, current.viewport);
 }
 
 void polygonMode(GLenum face, GLenum mode)
 {
-    if (!legal())
+    if (!legal()) {
         return;
-    if (mode != GL_POINT && mode != GL_LINE && mode != GL_FILL)
+    }
+    if (mode != GL_POINT && mode != GL_LINE && mode != GL_FILL) {
         return raise(GL_INVALID_ENUM);
-    if (face != GL_BACK)
+    }
+    if (face != GL_BACK) {
         current.polygonMode[0] = static_cast<GLint>(mode);
-    if (face != GL_FRONT)
+    }
+    if (face != GL_FRONT) {
         current.polygonMode[1] = static_cast<GLint>(mode);
+    }
 }
 
 void matrixMode(GLenum mode)
 {
-    if (!legal())
+    if (!legal()) {
         return;
-    if (!current.stacks.count(mode))
+    }
+    if (!current.stacks.count(mode)) {
         return raise(GL_INVALID_ENUM);
+    }
     current.matrixMode = mode;
 }
 
 void loadMatrix(const Matrix& matrix)
 {
-    if (legal())
+    if (legal()) {
         stack().back() = matrix;
+    }
 }
 
 void multMatrix(const Matrix& matrix)
 {
-    if (legal())
+    if (legal()) {
         stack().back() = product(stack().back(), matrix);
+    }
 }
 
 void pushMatrix()
 {
-    if (!legal())
+    if (!legal()) {
         return;
-    if (stack().size() >= maxStackDepth(current.matrixMode))
+    }
+    if (stack().size() >= maxStackDepth(current.matrixMode)) {
         return raise(GL_STACK_OVERFLOW);
+    }
     stack().push_back(Matrix(stack().back()));
 }
 
 void popMatrix()
 {
-    if (!legal())
+    if (!legal()) {
         return;
-    if (stack().size() == 1)
+    }
+    if (stack().size() == 1) {
         return raise(GL_STACK_UNDERFLOW);
+    }
     stack().pop_back();
 }
 
@@ -179,10 +201,13 @@ Matrix identity()
 Matrix product(const Matrix& a, const Matrix& b)
 {
     Matrix result{};
-    for (int column = 0; column < 4; ++column)
-        for (int row = 0; row < 4; ++row)
-            for (int k = 0; k < 4; ++k)
+    for (int column = 0; column < 4; ++column) {
+        for (int row = 0; row < 4; ++row) {
+            for (int k = 0; k < 4; ++k) {
                 result[4 * column + row] += a[4 * k + row] * b[4 * column + k];
+            }
+        }
+    }
     return result;
 }
 
@@ -220,8 +245,9 @@ Matrix scaling(double x, double y, double z)
 Matrix rotation(double degrees, double x, double y, double z)
 {
     const double length = std::sqrt(x * x + y * y + z * z);
-    if (length == 0)
+    if (length == 0) {
         return identity();
+    }
     x /= length;
     y /= length;
     z /= length;
@@ -248,20 +274,24 @@ Matrix rotation(double degrees, double x, double y, double z)
 
 void selectBuffer(GLsizei size, GLuint* buffer)
 {
-    if (!legal())
+    if (!legal()) {
         return;
-    if (size < 0)
+    }
+    if (size < 0) {
         return raise(GL_INVALID_VALUE);
-    if (current.renderMode == GL_SELECT)
+    }
+    if (current.renderMode == GL_SELECT) {
         return raise(GL_INVALID_OPERATION);
+    }
     selectWords = buffer;
     selectSize = size;
 }
 
 GLint renderMode(GLenum mode)
 {
-    if (!legal())
+    if (!legal()) {
         return 0;
+    }
     if (mode == GL_SELECT && !selectWords) {
         raise(GL_INVALID_OPERATION);
         return 0;
@@ -279,41 +309,49 @@ GLint renderMode(GLenum mode)
 
 void initNames()
 {
-    if (legal() && current.renderMode == GL_SELECT)
+    if (legal() && current.renderMode == GL_SELECT) {
         current.names.clear();
+    }
 }
 
 void loadName(GLuint name)
 {
-    if (!legal() || current.renderMode != GL_SELECT)
+    if (!legal() || current.renderMode != GL_SELECT) {
         return;
-    if (current.names.empty())
+    }
+    if (current.names.empty()) {
         return raise(GL_INVALID_OPERATION);
+    }
     current.names.back() = name;
 }
 
 void pushName(GLuint name)
 {
-    if (!legal() || current.renderMode != GL_SELECT)
+    if (!legal() || current.renderMode != GL_SELECT) {
         return;
-    if (current.names.size() >= MAX_NAMES)
+    }
+    if (current.names.size() >= maxNames) {
         return raise(GL_STACK_OVERFLOW);
+    }
     current.names.push_back(name);
 }
 
 void popName()
 {
-    if (!legal() || current.renderMode != GL_SELECT)
+    if (!legal() || current.renderMode != GL_SELECT) {
         return;
-    if (current.names.empty())
+    }
+    if (current.names.empty()) {
         return raise(GL_STACK_UNDERFLOW);
+    }
     current.names.pop_back();
 }
 
 std::vector<double> query(GLenum name)
 {
-    if (!legal())
+    if (!legal()) {
         return {};
+    }
     const State& s = current;
     const auto all = [](const auto& values) { return std::vector<double>(std::begin(values), std::end(values)); };
     switch (name) {

@@ -7,10 +7,7 @@
 
 namespace glrecord {
 namespace {
-#define NAMED(value)                                                                                                   \
-    {                                                                                                                  \
-        value, #value                                                                                                  \
-    }
+#define NAMED(value) {value, #value}
 
 const std::map<GLenum, const char*>& enumTable()
 {
@@ -157,8 +154,9 @@ std::string primitiveName(GLenum value)
 
 std::string blendName(GLenum value)
 {
-    if (value == GL_ZERO)
+    if (value == GL_ZERO) {
         return "GL_ZERO";
+    }
     return value == GL_ONE ? "GL_ONE" : enumName(value);
 }
 
@@ -170,12 +168,14 @@ std::string clearMaskName(GLbitfield mask)
         {GL_STENCIL_BUFFER_BIT, "GL_STENCIL_BUFFER_BIT"}};
     std::string text;
     for (const auto& bit : bits) {
-        if (mask & bit.first)
+        if (mask & bit.first) {
             text += (text.empty() ? "" : "|") + std::string(bit.second);
+        }
         mask &= ~bit.first;
     }
-    if (mask || text.empty())
+    if (mask || text.empty()) {
         text += (text.empty() ? "" : "|") + format("0x%04X", mask);
+    }
     return text;
 }
 } // namespace glrecord

@@ -15,11 +15,13 @@ std::string arg(const void* value); // "data" or "null"
 
 template <class T> std::string vectorArg(const T* values, int count)
 {
-    if (!values)
+    if (!values) {
         return "null";
+    }
     std::string text;
-    for (int k = 0; k < count; ++k)
+    for (int k = 0; k < count; ++k) {
         text += (k ? "," : "") + arg(values[k]);
+    }
     return text;
 }
 

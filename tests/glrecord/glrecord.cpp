@@ -51,8 +51,9 @@ Lines lines()
 std::string text()
 {
     std::string all;
-    for (const std::string& line : recorded)
+    for (const std::string& line : recorded) {
         all += line + "\n";
+    }
     return all;
 }
 
@@ -69,17 +70,22 @@ Lines matching(const std::string& prefix)
 Lines matchingAny(const Lines& prefixes)
 {
     Lines found;
-    for (const std::string& line : recorded)
-        if (std::any_of(prefixes.begin(), prefixes.end(), [&](const auto& prefix) { return startsWith(line, prefix); }))
+    for (const std::string& line : recorded) {
+        if (std::any_of(prefixes.begin(), prefixes.end(),
+                        [&](const auto& prefix) { return startsWith(line, prefix); })) {
             found.push_back(line);
+        }
+    }
     return found;
 }
 
 int find(const std::string& prefix, int from)
 {
-    for (int k = from; k < static_cast<int>(recorded.size()); ++k)
-        if (startsWith(recorded[k], prefix))
+    for (int k = from; k < static_cast<int>(recorded.size()); ++k) {
+        if (startsWith(recorded[k], prefix)) {
             return k;
+        }
+    }
     return -1;
 }
 
@@ -100,8 +106,9 @@ Lines plain(const Lines& lines)
         for (const std::string family : families) {
             // "glColorMaterial(" is no vertex attribute: only digits and type letters may follow the family's name.
             if (startsWith(line, family) && open != std::string::npos &&
-                line.find_first_not_of("0123456789fdv", family.size()) == open)
+                line.find_first_not_of("0123456789fdv", family.size()) == open) {
                 line = family + line.substr(open);
+            }
         }
     }
     return result;
@@ -124,8 +131,9 @@ std::vector<const unsigned char*> bitmaps()
 
 void record(const std::string& line)
 {
-    if (recording && internalDepth == 0)
+    if (recording && internalDepth == 0) {
         recorded.push_back(line);
+    }
 }
 
 bool isForwarding()

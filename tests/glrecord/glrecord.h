@@ -55,12 +55,12 @@ enum class Mode
     RecordAndForward
 };
 
-// --- Recording -----------------------------------------------------------------------------------
+// --- Recording ---
 void start(Mode mode); // forgets all lines and resets state() to OpenGL's initial values
 void stop();           // from here on calls are only forwarded; the lines stay readable
 void clear();          // forgets the lines, keeps mode and state
 
-// --- Reading the lines ---------------------------------------------------------------------------
+// --- Reading the lines ---
 Lines lines();
 std::string text();                                // all lines, each with a newline
 int count(const std::string& function);            // calls of exactly this function: count("glBegin")
@@ -78,7 +78,7 @@ Lines plain(const Lines& lines);
 std::string enumName(GLenum value);
 std::string primitiveName(GLenum value);
 
-// --- The stand-in for OpenGL in RecordOnly -------------------------------------------------------
+// --- The stand-in for OpenGL in RecordOnly ---
 struct State
 {
     GLint viewport[4] = {0, 0, 0, 0};
@@ -110,7 +110,7 @@ const Matrix& projection();
 // glSelectBuffer (as many as fit) and returns `hits`. Used up by that call; the answer is 0 otherwise.
 void setSelectResult(int hits, const std::vector<GLuint>& words);
 
-// --- Pointers that the lines do not spell out ----------------------------------------------------
+// --- Pointers that the lines do not spell out ---
 const void* vertexPointer();                 // of the last glVertexPointer
 const void* normalPointer();                 // of the last glNormalPointer
 std::vector<const unsigned char*> bitmaps(); // of every glBitmap since clear(), in order

@@ -17,8 +17,9 @@ protected:
 
 void expectMatrix(const glrecord::Matrix& actual, const glrecord::Matrix& expected)
 {
-    for (int k = 0; k < 16; ++k)
+    for (int k = 0; k < 16; ++k) {
         EXPECT_NEAR(actual[k], expected[k], 1e-12) << "entry " << k;
+    }
 }
 
 // The model point (x, y, z) in eye space.
@@ -26,8 +27,9 @@ std::array<double, 3> transformed(double x, double y, double z)
 {
     const glrecord::Matrix& m = glrecord::modelview();
     std::array<double, 3> result;
-    for (int row = 0; row < 3; ++row)
+    for (int row = 0; row < 3; ++row) {
         result[row] = m[row] * x + m[4 + row] * y + m[8 + row] * z + m[12 + row];
+    }
     return result;
 }
 
@@ -39,7 +41,7 @@ void expectPoint(const std::array<double, 3>& actual, double x, double y, double
 }
 } // namespace
 
-TEST_F(Recorder, writesOneLinePerCallWithEnumsByName)
+TEST_F(Recorder, WritesOneLinePerCallWithEnumsByName)
 {
     const float point[3] = {1, 2.5f, 0.1f};
     const float position[4] = {1, -3, -4, 0};
@@ -53,7 +55,7 @@ TEST_F(Recorder, writesOneLinePerCallWithEnumsByName)
                                         "glClear(GL_COLOR_BUFFER_BIT|GL_DEPTH_BUFFER_BIT)"}));
 }
 
-TEST_F(Recorder, printsUnknownEnumsAsHexadecimal)
+TEST_F(Recorder, PrintsUnknownEnumsAsHexadecimal)
 {
     glEnable(0x1234);
     glBegin(77);
@@ -61,7 +63,7 @@ TEST_F(Recorder, printsUnknownEnumsAsHexadecimal)
     EXPECT_EQ(glrecord::lines(), (Lines{"glEnable(0x1234)", "glBegin(0x004D)", "glClear(0x0008)"}));
 }
 
-TEST_F(Recorder, tellsApartEnumsThatShareAValue)
+TEST_F(Recorder, TellsApartEnumsThatShareAValue)
 {
     glBegin(GL_POINTS);
     glEnd();
@@ -71,7 +73,7 @@ TEST_F(Recorder, tellsApartEnumsThatShareAValue)
               (Lines{"glBegin(GL_POINTS)", "glEnd()", "glBlendFunc(GL_ONE,GL_ZERO)", "glGetError()"}));
 }
 
-TEST_F(Recorder, writesArraysAndTextByContent)
+TEST_F(Recorder, WritesArraysAndTextByContent)
 {
     const GLuint indices[4] = {3, 2, 1, 0};
     glVertexPointer(3, GL_FLOAT, 0, nullptr);
@@ -82,7 +84,7 @@ TEST_F(Recorder, writesArraysAndTextByContent)
                      "glCallLists(2,GL_UNSIGNED_BYTE,\"17\")"}));
 }
 
-TEST_F(Recorder, remembersPointersThatTheLinesDoNotShow)
+TEST_F(Recorder, RemembersPointersThatTheLinesDoNotShow)
 {
     const float values[3] = {};
     const GLubyte image[4] = {};
@@ -94,7 +96,7 @@ TEST_F(Recorder, remembersPointersThatTheLinesDoNotShow)
     EXPECT_EQ(glrecord::bitmaps(), std::vector<const unsigned char*>{image});
 }
 
-TEST_F(Recorder, clearForgetsLinesAndKeepsState)
+TEST_F(Recorder, ClearForgetsLinesAndKeepsState)
 {
     glViewport(1, 2, 30, 40);
     glrecord::clear();
@@ -104,7 +106,7 @@ TEST_F(Recorder, clearForgetsLinesAndKeepsState)
     EXPECT_EQ(box[3], 40);
 }
 
-TEST_F(Recorder, startResetsTheState)
+TEST_F(Recorder, StartResetsTheState)
 {
     glViewport(1, 2, 30, 40);
     glEnable(GL_BLEND);
@@ -115,7 +117,7 @@ TEST_F(Recorder, startResetsTheState)
     EXPECT_EQ(glrecord::state().stacks[GL_MODELVIEW].size(), 1u);
 }
 
-TEST_F(Recorder, questionsFindLines)
+TEST_F(Recorder, QuestionsFindLines)
 {
     glPointSize(8);
     glBegin(GL_POINTS);
@@ -131,7 +133,7 @@ TEST_F(Recorder, questionsFindLines)
     EXPECT_EQ(glrecord::between("glBegin", "glEnd"), (Lines{"glBegin(GL_POINTS)", "glVertex3f(1,2,3)", "glEnd()"}));
 }
 
-TEST_F(Recorder, plainDropsTheTypeOfVertexAttributesOnly)
+TEST_F(Recorder, PlainDropsTheTypeOfVertexAttributesOnly)
 {
     EXPECT_EQ(glrecord::plain({"glVertex3dv(1,2,3)", "glColor3f(1,0,0)", "glRasterPos3fv(0,0,0)",
                                "glColorMaterial(a,b)", "glPointSize(1)", "glTranslated(1,2,3)"}),
@@ -139,7 +141,7 @@ TEST_F(Recorder, plainDropsTheTypeOfVertexAttributesOnly)
                      "glPointSize(1)", "glTranslate(1,2,3)"}));
 }
 
-TEST_F(Recorder, laterMatrixCallsActFirstOnThePoint)
+TEST_F(Recorder, LaterMatrixCallsActFirstOnThePoint)
 {
     glTranslatef(10, 0, 0);
     glRotatef(90, 0, 0, 1);
@@ -147,7 +149,7 @@ TEST_F(Recorder, laterMatrixCallsActFirstOnThePoint)
     expectPoint(transformed(1, 1, 1), 7, 2, 4); // scaled (2, 3, 4), turned (-3, 2, 4), moved
 }
 
-TEST_F(Recorder, rotationsAreCounterClockwiseAboutEachAxis)
+TEST_F(Recorder, RotationsAreCounterClockwiseAboutEachAxis)
 {
     glRotatef(90, 1, 0, 0);
     expectPoint(transformed(0, 1, 0), 0, 0, 1);
@@ -159,7 +161,7 @@ TEST_F(Recorder, rotationsAreCounterClockwiseAboutEachAxis)
     expectPoint(transformed(1, 0, 0), 0, -1, 0);
 }
 
-TEST_F(Recorder, rotationAboutASlantedAxisFollowsTheFormula)
+TEST_F(Recorder, RotationAboutASlantedAxisFollowsTheFormula)
 {
     glRotatef(120, 1, 1, 1); // carries x to y to z
     expectPoint(transformed(1, 2, 3), 3, 1, 2);
@@ -168,7 +170,7 @@ TEST_F(Recorder, rotationAboutASlantedAxisFollowsTheFormula)
     expectPoint(transformed(1, 0, 0), std::sqrt(0.75), 0.5, 0);
 }
 
-TEST_F(Recorder, loadedAndMultipliedMatricesAreColumnMajor)
+TEST_F(Recorder, LoadedAndMultipliedMatricesAreColumnMajor)
 {
     const GLdouble moved[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 6, 7, 1};
     glLoadMatrixd(moved);
@@ -181,7 +183,7 @@ TEST_F(Recorder, loadedAndMultipliedMatricesAreColumnMajor)
     EXPECT_EQ(read[0], 2);
 }
 
-TEST_F(Recorder, orthoMapsTheBoxToTheUnitCube)
+TEST_F(Recorder, OrthoMapsTheBoxToTheUnitCube)
 {
     glMatrixMode(GL_PROJECTION);
     glOrtho(-1, 3, 0, 2, 9999, -9999);
@@ -189,7 +191,7 @@ TEST_F(Recorder, orthoMapsTheBoxToTheUnitCube)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-TEST_F(Recorder, orthoWithEqualPlanesRaisesAnErrorAndLeavesTheMatrixAlone)
+TEST_F(Recorder, OrthoWithEqualPlanesRaisesAnErrorAndLeavesTheMatrixAlone)
 {
     glMatrixMode(GL_PROJECTION);
     const glrecord::Matrix before = glrecord::projection();
@@ -201,7 +203,7 @@ TEST_F(Recorder, orthoWithEqualPlanesRaisesAnErrorAndLeavesTheMatrixAlone)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "an error is fetched once";
 }
 
-TEST_F(Recorder, pushAndPopKeepTheModesApart)
+TEST_F(Recorder, PushAndPopKeepTheModesApart)
 {
     glTranslatef(1, 0, 0);
     glPushMatrix();
@@ -215,18 +217,19 @@ TEST_F(Recorder, pushAndPopKeepTheModesApart)
     EXPECT_EQ(glrecord::projection()[0], 2);
 }
 
-TEST_F(Recorder, stacksHaveABottomAndATop)
+TEST_F(Recorder, StacksHaveABottomAndATop)
 {
     glPopMatrix();
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_STACK_UNDERFLOW));
-    for (int k = 0; k < 31; ++k)
+    for (int k = 0; k < 31; ++k) {
         glPushMatrix();
+    }
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     glPushMatrix();
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_STACK_OVERFLOW));
 }
 
-TEST_F(Recorder, stateCallsBetweenBeginAndEndAreRefused)
+TEST_F(Recorder, StateCallsBetweenBeginAndEndAreRefused)
 {
     glBegin(GL_LINES);
     glEnable(GL_BLEND);
@@ -237,13 +240,13 @@ TEST_F(Recorder, stateCallsBetweenBeginAndEndAreRefused)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_OPERATION));
 }
 
-TEST_F(Recorder, endWithoutBeginIsAnError)
+TEST_F(Recorder, EndWithoutBeginIsAnError)
 {
     glEnd();
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_OPERATION));
 }
 
-TEST_F(Recorder, theFirstErrorStays)
+TEST_F(Recorder, TheFirstErrorStays)
 {
     glPopMatrix();
     glShadeModel(GL_LINE);
@@ -251,7 +254,7 @@ TEST_F(Recorder, theFirstErrorStays)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-TEST_F(Recorder, polygonModeIsKeptPerFace)
+TEST_F(Recorder, PolygonModeIsKeptPerFace)
 {
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
     glPolygonMode(GL_BACK, GL_POINT);
@@ -261,7 +264,7 @@ TEST_F(Recorder, polygonModeIsKeptPerFace)
     EXPECT_EQ(mode[1], GL_POINT);
 }
 
-TEST_F(Recorder, projectingAndUnprojectingUseTheRealArithmetic)
+TEST_F(Recorder, ProjectingAndUnprojectingUseTheRealArithmetic)
 {
     const GLint view[4] = {0, 0, 800, 600};
     const glrecord::Matrix& one = glrecord::modelview();
@@ -273,7 +276,7 @@ TEST_F(Recorder, projectingAndUnprojectingUseTheRealArithmetic)
     EXPECT_EQ(glrecord::lines(), (Lines{"gluUnProject(400,300,0.5)", "gluProject(1,-1,0)"}));
 }
 
-TEST_F(Recorder, pickMatrixEnlargesTheRegionToTheWholeViewport)
+TEST_F(Recorder, PickMatrixEnlargesTheRegionToTheWholeViewport)
 {
     GLint view[4] = {10, 20, 100, 50};
     glMatrixMode(GL_PROJECTION);
@@ -287,7 +290,7 @@ TEST_F(Recorder, pickMatrixEnlargesTheRegionToTheWholeViewport)
     EXPECT_EQ(glrecord::lines().back(), "gluPickMatrix(35,45,10,5,[10,20,100,50])") << "and nothing of its own calls";
 }
 
-TEST_F(Recorder, pickMatrixOfAnEmptyRegionChangesNothing)
+TEST_F(Recorder, PickMatrixOfAnEmptyRegionChangesNothing)
 {
     GLint view[4] = {0, 0, 100, 50};
     const glrecord::Matrix before = glrecord::modelview();
@@ -295,7 +298,7 @@ TEST_F(Recorder, pickMatrixOfAnEmptyRegionChangesNothing)
     EXPECT_EQ(glrecord::modelview(), before);
 }
 
-TEST_F(Recorder, namesCountOnlyInSelectionMode)
+TEST_F(Recorder, NamesCountOnlyInSelectionMode)
 {
     GLuint buffer[4] = {};
     glPushName(7);
@@ -313,7 +316,7 @@ TEST_F(Recorder, namesCountOnlyInSelectionMode)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_STACK_UNDERFLOW));
 }
 
-TEST_F(Recorder, leavingSelectionModeGivesThePreparedHitsOnce)
+TEST_F(Recorder, LeavingSelectionModeGivesThePreparedHitsOnce)
 {
     GLuint buffer[4] = {};
     glrecord::setSelectResult(1, {1, 10, 20, 3, 99});
@@ -325,14 +328,14 @@ TEST_F(Recorder, leavingSelectionModeGivesThePreparedHitsOnce)
     EXPECT_EQ(glRenderMode(GL_RENDER), 0);
 }
 
-TEST_F(Recorder, selectionModeNeedsABuffer)
+TEST_F(Recorder, SelectionModeNeedsABuffer)
 {
     EXPECT_EQ(glRenderMode(GL_SELECT), 0);
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_OPERATION));
     EXPECT_EQ(glrecord::state().renderMode, static_cast<GLenum>(GL_RENDER));
 }
 
-TEST_F(Recorder, lightsAreKeptAsPassed)
+TEST_F(Recorder, LightsAreKeptAsPassed)
 {
     const float color[4] = {0.5f, 0, 0, 1};
     glLightfv(GL_LIGHT1, GL_AMBIENT, color);
@@ -341,7 +344,7 @@ TEST_F(Recorder, lightsAreKeptAsPassed)
     EXPECT_EQ(glrecord::state().lights[GL_LIGHT1][GL_SPOT_EXPONENT], std::vector<float>{30});
 }
 
-TEST(StoppedRecorder, recordsNothing)
+TEST(StoppedRecorder, RecordsNothing)
 {
     glrecord::start(glrecord::Mode::RecordOnly);
     glFlush();

@@ -38,8 +38,9 @@ class BitmapFontTest : public Drawing
 TEST_F(BitmapFontTest, HasAListForEveryByte)
 {
     BitmapFont font(13);
-    for (unsigned int c = 0; c < 256; ++c)
+    for (unsigned int c = 0; c < 256; ++c) {
         EXPECT_TRUE(glIsList(font.base() + c)) << c;
+    }
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
@@ -89,8 +90,9 @@ TEST_F(BitmapFontTest, EveryCharacterIsEquallyWide)
 {
     const BitmapFont font(13);
     EXPECT_GT(font.width("0"), 5);
-    for (const char* text : {" ", "i", "W", "\xE4", "\x01"})
+    for (const char* text : {" ", "i", "W", "\xE4", "\x01"}) {
         EXPECT_EQ(font.width(text), font.width("0")) << text;
+    }
 }
 
 TEST_F(BitmapFontTest, BlanksAndUnknownCharactersDrawNothing)
@@ -123,6 +125,7 @@ TEST_F(BitmapFontTest, AMissingFontIsAnErrorThatNamesIt)
 
 TEST_F(BitmapFontTest, ImpossibleHeightsAreErrors)
 {
-    for (int height : {-1, 0, 3, 257})
+    for (int height : {-1, 0, 3, 257}) {
         EXPECT_TRUE(contains(hostError([&] { BitmapFont font(height); }), std::to_string(height)));
+    }
 }

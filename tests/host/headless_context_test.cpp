@@ -49,8 +49,9 @@ TEST(HeadlessContext, EveryListedDeviceHasItsOwnNumber)
 {
     const auto devices = kvo::listRenderDevices();
     ASSERT_FALSE(devices.empty());
-    for (std::size_t k = 0; k < devices.size(); ++k)
+    for (std::size_t k = 0; k < devices.size(); ++k) {
         EXPECT_EQ(devices[k].index, static_cast<int>(k));
+    }
     for (const auto& device : devices) {
         if (device.software) {
             EXPECT_TRUE(contains(HeadlessContext(std::to_string(device.index)).description(), "device "))

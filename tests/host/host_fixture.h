@@ -29,8 +29,9 @@ public:
     std::size_t count() const
     {
         std::size_t out = 0;
-        for (auto it = std::filesystem::directory_iterator(path); it != std::filesystem::directory_iterator(); ++it)
+        for (auto it = std::filesystem::directory_iterator(path); it != std::filesystem::directory_iterator(); ++it) {
             ++out;
+        }
         return out;
     }
 
@@ -87,8 +88,9 @@ inline Blob findColor(const kvo::Picture& picture, kvo::Color color)
     Blob out;
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
-            if (picture.at(x, y) != color)
+            if (picture.at(x, y) != color) {
                 continue;
+            }
             ++out.count;
             out.left = std::min(out.left, x);
             out.right = std::max(out.right, x);

@@ -15,10 +15,11 @@ Picture gradient(int width, int height)
 {
     Picture out(width, height);
     for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x)
+        for (int x = 0; x < width; ++x) {
             out.set(x, y,
                     {static_cast<std::uint8_t>(x * 5), static_cast<std::uint8_t>(y * 7),
                      static_cast<std::uint8_t>(x * y), static_cast<std::uint8_t>(255 - x - y)});
+        }
     }
     return out;
 }

@@ -16,8 +16,9 @@ Blob inkOf(const Picture& picture)
     Blob out;
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
-            if (picture.at(x, y) == black)
+            if (picture.at(x, y) == black) {
                 continue;
+            }
             ++out.count;
             out.left = std::min(out.left, x);
             out.right = std::max(out.right, x);

@@ -45,12 +45,15 @@ TEST(CommandLine, BadValuesAreUsageErrors)
     expectUsageError({"render", deck, "-o", picture, "--view", "side"}, "--view");
     expectUsageError({"render", deck, "-o", picture, "--shade", "matt"}, "--shade");
     expectUsageError({"render", deck, "-o", picture, "--mode", "cube"}, "--mode");
-    for (const char* size : {"640", "640x", "x480", "0x10", "640x480x2", "-5x5", "640x480 "})
+    for (const char* size : {"640", "640x", "x480", "0x10", "640x480x2", "-5x5", "640x480 "}) {
         expectUsageError({"render", deck, "-o", picture, "--size", size}, size);
-    for (const char* color : {"red", "#12345", "#12345g", "123456", "#1234567"})
+    }
+    for (const char* color : {"red", "#12345", "#12345g", "123456", "#1234567"}) {
         expectUsageError({"render", deck, "-o", picture, "--background", color}, color);
-    for (const char* ids : {"a", "1,", ",1", "5-2", "1-", "-3", "1 2", "4294967296", "1--2"})
+    }
+    for (const char* ids : {"a", "1,", ",1", "5-2", "1-", "-3", "1 2", "4294967296", "1--2"}) {
         expectUsageError({"render", deck, "-o", picture, std::string("--parts=") + ids}, "--parts");
+    }
     expectUsageError({"render", deck, "-o", picture, "--samples", "0"}, "--samples");
     EXPECT_EQ(folder.names(), std::vector<std::string>{"a.inp"});
 }
@@ -66,13 +69,15 @@ TEST(CommandLine, HelpIsAManual)
 {
     const KvoRun all = runKvo({"--help"});
     EXPECT_EQ(all.status, 0);
-    for (const char* part : {"EXAMPLES", "EXIT STATUS", "import", "info", "render"})
+    for (const char* part : {"EXAMPLES", "EXIT STATUS", "import", "info", "render"}) {
         EXPECT_TRUE(contains(all.out, part)) << part;
+    }
     const KvoRun render = runKvo({"render", "--help"});
     EXPECT_EQ(render.status, 0);
     EXPECT_FALSE(contains(render.out, "EXIT STATUS")); // the program's manual, not the command's
-    for (const char* part : {"--view", "--ops", "START_RUBBER_BAND X0 Y0 X1 Y1", "software", "EXAMPLES", "DEVICES"})
+    for (const char* part : {"--view", "--ops", "START_RUBBER_BAND X0 Y0 X1 Y1", "software", "EXAMPLES", "DEVICES"}) {
         EXPECT_TRUE(contains(render.out, part)) << part;
+    }
     EXPECT_TRUE(contains(runKvo({"import", "--help"}).out, ".inp"));
     EXPECT_TRUE(contains(runKvo({"info", "--help"}).out, "elements_by_kind"));
 }

@@ -67,8 +67,9 @@ void drawGoldenScene(const GoldenScene& scene, const std::string& picture)
         arguments.insert(arguments.end(), {"--ops", folder.file("ops")});
     }
     const KvoRun run = runKvo(arguments);
-    if (run.status != 0)
+    if (run.status != 0) {
         throw std::runtime_error(scene.name + ": " + run.err);
+    }
 }
 
 std::string goldenSessionName(bool contract)
@@ -89,10 +90,12 @@ std::string playGoldenSession(const std::string& session, const std::string& pic
     writeText(folder.file("ops/played.session"), session);
     std::vector<std::string> arguments = {
         "play", folder.file("ops/played.session"), "-o", picture, "--samples", "1", "--device", "software"};
-    if (contract)
+    if (contract) {
         arguments.push_back("--contract");
+    }
     const KvoRun run = runKvo(arguments);
-    if (run.status != 0)
+    if (run.status != 0) {
         throw std::runtime_error(goldenSessionName(contract) + ": " + run.err);
+    }
     return run.out;
 }

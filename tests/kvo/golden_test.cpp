@@ -42,16 +42,18 @@ std::string keepDifference(const std::string& name, const kvo::Picture& drawn, c
     std::filesystem::create_directories(KVO_DIFFERENCE_DIR);
     const std::string stem = std::string(KVO_DIFFERENCE_DIR) + "/" + name;
     kvo::writePng(drawn, stem + ".drawn.png");
-    if (difference.sameSize)
+    if (difference.sameSize) {
         kvo::writePng(difference.picture, stem + ".difference.png");
+    }
     return stem + ".*.png";
 }
 
 GoldenScene sceneNamed(const std::string& name)
 {
     for (const GoldenScene& scene : goldenScenes()) {
-        if (scene.name == name)
+        if (scene.name == name) {
             return scene;
+        }
     }
     throw std::invalid_argument("no scene " + name);
 }
@@ -69,16 +71,16 @@ TEST_P(Golden, AgreesWithItsReference)
         << "no reference picture " << referenceFile(scene.name);
     const kvo::Picture drawn = draw(scene);
     const auto difference = kvo::compare(kvo::readPng(referenceFile(scene.name)), drawn, levelTolerance);
-    if (!agree(difference))
+    if (!agree(difference)) {
         FAIL() << difference.differing << " pixels differ, the largest difference is " << difference.largest << ": see "
                << keepDifference(scene.name, drawn, difference);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenes, Golden, testing::ValuesIn(goldenScenes()),
                          [](const auto& instance) { return instance.param.name; });
 
-// --- A session: what its picks print, and its last frame
-// ------------------------------------------------------------------
+// --- A session: what its picks print, and its last frame ---
 
 class GoldenSession : public testing::TestWithParam<bool>
 {
@@ -104,8 +106,9 @@ TEST_P(GoldenSession, AgreesWithItsReference)
     ASSERT_TRUE(std::filesystem::exists(referenceFile(name())));
     EXPECT_EQ(play(goldenSessionText(), drawn), referenceText());
     const auto difference = kvo::compare(kvo::readPng(referenceFile(name())), drawn, levelTolerance);
-    if (!agree(difference))
+    if (!agree(difference)) {
         FAIL() << difference.differing << " pixels differ: see " << keepDifference(name(), drawn, difference);
+    }
 }
 
 TEST_P(GoldenSession, EveryVisibleLineMatters)
@@ -130,8 +133,7 @@ TEST_P(GoldenSession, EveryVisibleLineMatters)
     }
 }
 
-// --- Controls: the comparison can fail
-// -------------------------------------------------------------------------------------
+// --- Controls: the comparison can fail ---
 
 TEST(GoldenControl, NoTwoReferencesAgree)
 {

@@ -23,8 +23,9 @@ TEST_F(Import, SaysWhatTheModelConsistsOf)
 {
     const KvoRun run = runKvo({"import", deck(), "-o", model()});
     EXPECT_EQ(run.status, 0) << run.err;
-    for (const char* part : {"6 parts", "22 elements", "48 nodes", "shell: 14", "solid: 5", "beam: 2", "discrete: 1"})
+    for (const char* part : {"6 parts", "22 elements", "48 nodes", "shell: 14", "solid: 5", "beam: 2", "discrete: 1"}) {
         EXPECT_TRUE(contains(run.out, part)) << part << " in " << run.out;
+    }
     EXPECT_TRUE(std::filesystem::exists(model() + "/part_start"));
 }
 

@@ -35,8 +35,9 @@ protected:
 json partNamed(const json& info, const std::string& name)
 {
     for (const json& part : info.at("parts")) {
-        if (part.at("name").get<std::string>().find(name) != std::string::npos)
+        if (part.at("name").get<std::string>().find(name) != std::string::npos) {
             return part;
+        }
     }
     ADD_FAILURE() << "no part " << name;
     return {};
@@ -84,8 +85,9 @@ TEST_F(Info, JsonDescribesEveryPart)
     EXPECT_EQ(partNamed(info, "SPRING").at("kind"), "discrete");
     for (const json& part : info.at("parts")) {
         for (const char* key :
-             {"id", "name", "kind", "file", "elements", "nodes", "extents", "color", "property", "material"})
+             {"id", "name", "kind", "file", "elements", "nodes", "extents", "color", "property", "material"}) {
             EXPECT_TRUE(part.contains(key)) << key;
+        }
     }
 }
 
@@ -94,8 +96,9 @@ TEST_F(Info, ADeckSaysTheSameAsItsModel)
     json ofModel = infoJson(importModel("sample")), ofDeck = infoJson(folder.file("sample.inp"));
     for (json* info : {&ofModel, &ofDeck}) { // the file is named after its directory
         (*info)["files"][0].erase("name");
-        for (json& part : (*info)["parts"])
+        for (json& part : (*info)["parts"]) {
             part.erase("file");
+        }
     }
     EXPECT_EQ(ofModel, ofDeck);
 }
@@ -157,8 +160,9 @@ TEST_F(Info, ADamagedModelIsAnErrorThatNamesTheFile)
     const std::string model = importModel("model");
     int damaged = 0;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(model)) {
-        if (!entry.is_regular_file())
+        if (!entry.is_regular_file()) {
             continue;
+        }
         const std::string file = entry.path().string(), whole = readText(file);
         std::string flipped = whole;
         flipped.back() = static_cast<char>(flipped.back() ^ 0x55);

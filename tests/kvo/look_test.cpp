@@ -25,8 +25,9 @@ protected:
     {
         more.insert(more.begin(), {"render", deck(), "-o", picture(), "--samples", "1", "--device", "software"});
         const auto add = [&more](const std::string& option, const std::string& value) {
-            if (std::find(more.begin(), more.end(), option) == more.end())
+            if (std::find(more.begin(), more.end(), option) == more.end()) {
                 more.insert(more.end(), {option, value});
+            }
         };
         add("--size", "120x90");
         add("--background", "black");
@@ -59,9 +60,11 @@ std::size_t differing(const Picture& a, const Picture& b)
 template <class Test> int count(const Picture& picture, Test test)
 {
     int out = 0;
-    for (int y = 0; y < picture.height; ++y)
-        for (int x = 0; x < picture.width; ++x)
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
             out += test(picture.at(x, y)) ? 1 : 0;
+        }
+    }
     return out;
 }
 
@@ -77,8 +80,7 @@ int brightness(const Color& c)
 
 } // namespace
 
-// --- What is drawn at all
-// ---------------------------------------------------------------------------------------------------------
+// --- What is drawn at all ---
 
 TEST_F(Looks, TrianglesAndTetrahedraAreLit)
 {
@@ -100,17 +102,19 @@ TEST_F(Looks, BeamsAreDrawn)
     EXPECT_GT(differing(draw(beams), draw(contract)), 50u);
 }
 
-// --- Looks
-// ------------------------------------------------------------------------------------------------------------------------
+// --- Looks ---
 
 TEST_F(Looks, EveryStyleIsAnother)
 {
     std::vector<Picture> drawn;
-    for (const char* style : {"shaded", "edges", "hidden-line", "wire"})
+    for (const char* style : {"shaded", "edges", "hidden-line", "wire"}) {
         drawn.push_back(draw({"--style", style, "--background", "white"}));
-    for (std::size_t a = 0; a < drawn.size(); ++a)
-        for (std::size_t b = a + 1; b < drawn.size(); ++b)
+    }
+    for (std::size_t a = 0; a < drawn.size(); ++a) {
+        for (std::size_t b = a + 1; b < drawn.size(); ++b) {
             EXPECT_GT(differing(drawn[a], drawn[b]), 100u) << a << " " << b;
+        }
+    }
     EXPECT_EQ(differing(drawn[0], draw({"--background", "white"})), 0u);
     EXPECT_GT(count(drawn[3], isBlack), count(drawn[2], isBlack)); // covered edges
     EXPECT_GT(count(drawn[2], isBlack), 100);
@@ -248,15 +252,18 @@ TEST_F(Looks, ColorsFollowKindPropertyMaterialAndQuality)
 {
     // From both sides, since not every part is seen from one.
     std::vector<std::pair<Picture, Picture>> drawn;
-    for (const char* what : {"part", "kind", "property", "material", "quality:aspect-ratio", "quality:max-angle"})
+    for (const char* what : {"part", "kind", "property", "material", "quality:aspect-ratio", "quality:max-angle"}) {
         drawn.emplace_back(draw({"--view", "iso", "--color-by", what, "--no-legend"}),
                            draw({"--view", "bottom", "--color-by", what, "--no-legend"}));
+    }
     const auto differences = [&](std::size_t a, std::size_t b) {
         return differing(drawn[a].first, drawn[b].first) + differing(drawn[a].second, drawn[b].second);
     };
-    for (std::size_t a = 0; a < drawn.size(); ++a)
-        for (std::size_t b = a + 1; b < drawn.size(); ++b)
+    for (std::size_t a = 0; a < drawn.size(); ++a) {
+        for (std::size_t b = a + 1; b < drawn.size(); ++b) {
             EXPECT_GT(differences(a, b), 100u) << a << " " << b;
+        }
+    }
     EXPECT_EQ(differing(drawn[0].first, draw({"--view", "iso"})), 0u);
 }
 
@@ -283,8 +290,9 @@ TEST_F(Looks, LegendsAndLabelsAreWritten)
     };
     EXPECT_GT(differing(large({"--color-by", "kind"}), large({"--color-by", "kind", "--no-legend"})), 300u);
     const Picture plain = large({});
-    for (const char* what : {"parts", "elements", "nodes"})
+    for (const char* what : {"parts", "elements", "nodes"}) {
         EXPECT_GT(differing(plain, large({"--labels", what})), 50u) << what;
+    }
     EXPECT_GT(differing(large({"--labels", "parts"}), large({"--labels", "parts,nodes"})), 50u);
 }
 
@@ -307,8 +315,7 @@ TEST_F(Looks, SelectionsShowInEveryStyle)
     }
 }
 
-// --- What makes no sense
-// ----------------------------------------------------------------------------------------------------------
+// --- What makes no sense ---
 
 TEST_F(Looks, LooksDoNotGoWithContract)
 {
@@ -344,9 +351,10 @@ TEST_F(Looks, BadValuesAreUsageErrors)
         EXPECT_FALSE(std::filesystem::exists(picture()));
     }
     for (const char* plane :
-         {"x", "x=", "x=..", "x=1", "x=..1..", "w=..1", "x=..a", "x=nan..", "1,2,3", "1,2,3,4,5,6,7"})
+         {"x", "x=", "x=..", "x=1", "x=..1..", "w=..1", "x=..a", "x=nan..", "1,2,3", "1,2,3,4,5,6,7"}) {
         expectError({"--section", plane}, 2,
                     "--section: \"" + std::string(plane) + "\" is not x=FROM.., x=..TO (or y, z) or X,Y,Z,NX,NY,NZ");
+    }
     expectError({"--section", "1,2,3,0,0,0"}, 2, "--section: \"1,2,3,0,0,0\" has no direction towards what stays");
     for (const char* what : {"parts", "quality", "quality:", "quality:beauty"}) {
         const KvoRun done = render({"--color-by", what});
@@ -357,9 +365,10 @@ TEST_F(Looks, BadValuesAreUsageErrors)
     expectError({"--color-range", "1,2"}, 2, "--color-range needs --color-by quality:NAME");
     expectError({"--color-by", "quality:skew", "--color-range", "1,1"}, 2, "--color-range: \"1,1\" is no range");
     expectError({"--color-by", "quality:skew", "--color-range", "1"}, 2, "--color-range: \"1\" is not LOW,HIGH");
-    for (const char* alpha : {"0", "-0.1", "1.1", "x", "", "0.5x", "nan", "1e9"})
+    for (const char* alpha : {"0", "-0.1", "1.1", "x", "", "0.5x", "nan", "1e9"}) {
         expectError({"--transparent", std::string("1=") + alpha}, 2,
                     "--transparent: \"" + std::string(alpha) + "\" is no opacity above 0 and up to 1");
+    }
     expectError({"--transparent", "a"}, 2, "--transparent: \"a\" is neither an id nor a range such as 5-9");
     expectError({"--transparent", "1,7=0.5"}, 1, "part 7 is not in the model");
 }

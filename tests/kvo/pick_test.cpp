@@ -41,8 +41,9 @@ protected:
     std::multiset<std::pair<int, int>> ids(const std::string& type, const std::vector<std::string>& more)
     {
         std::multiset<std::pair<int, int>> out;
-        for (const Json& hit : hits(type, more))
+        for (const Json& hit : hits(type, more)) {
             out.insert({hit.at("part").get<int>(), hit.at(type).get<int>()});
+        }
         return out;
     }
 
@@ -73,8 +74,9 @@ class PickEachWay : public Pick, public testing::WithParamInterface<std::string>
 protected:
     PickEachWay()
     {
-        if (GetParam() != "visible")
+        if (GetParam() != "visible") {
             way = {"--" + GetParam()};
+        }
     }
     bool contract() const { return GetParam() == "contract"; }
     std::vector<std::string> drawingWay() const
@@ -106,20 +108,26 @@ public:
         width = plain.width;
         for (int part = 1; part <= numParts; ++part) {
             const kvo::Picture selected = draw({"--select-parts", std::to_string(part)});
-            for (int y = 0; y < plain.height; ++y)
-                for (int x = 0; x < plain.width; ++x)
-                    if (plain.at(x, y) != selected.at(x, y))
+            for (int y = 0; y < plain.height; ++y) {
+                for (int x = 0; x < plain.width; ++x) {
+                    if (plain.at(x, y) != selected.at(x, y)) {
                         shown[index(x, y)] = part;
+                    }
+                }
+            }
         }
     }
 
     int at(int x, int y) const
     {
         const int middle = shown[index(x, y)];
-        for (int dy = -3; dy <= 3; ++dy)
-            for (int dx = -3; dx <= 3; ++dx)
-                if (shown[index(x + dx, y + dy)] != middle)
+        for (int dy = -3; dy <= 3; ++dy) {
+            for (int dx = -3; dx <= 3; ++dx) {
+                if (shown[index(x + dx, y + dy)] != middle) {
                     return -1;
+                }
+            }
+        }
         return middle;
     }
 
@@ -131,8 +139,7 @@ private:
 
 } // namespace
 
-// --- What is hit
-// -----------------------------------------------------------------------------------------------------------
+// --- What is hit ---
 
 TEST_P(PickEachWay, APickedPartIsTheOneThatThePixelShows)
 {
@@ -140,8 +147,9 @@ TEST_P(PickEachWay, APickedPartIsTheOneThatThePixelShows)
         const std::vector<std::string> scene = {"--view", view, "--hide", "1"};
         const VisibleParts visible(6, [&](std::vector<std::string> more) {
             more.insert(more.end(), scene.begin(), scene.end());
-            for (const std::string& option : drawingWay())
+            for (const std::string& option : drawingWay()) {
                 more.push_back(option);
+            }
             return draw(more);
         });
         std::string session;
@@ -149,8 +157,9 @@ TEST_P(PickEachWay, APickedPartIsTheOneThatThePixelShows)
         std::set<int> seen;
         for (int y = 10; y < 170; y += 8) {
             for (int x = 10; x < 230; x += 8) {
-                if (visible.at(x, y) < 0)
+                if (visible.at(x, y) < 0) {
                     continue;
+                }
                 session += (GetParam() == "through" ? "PICK part through at " : "PICK part at ") + std::to_string(x) +
                            " " + std::to_string(y) + " 1\n";
                 expected.push_back(visible.at(x, y));
@@ -164,8 +173,9 @@ TEST_P(PickEachWay, APickedPartIsTheOneThatThePixelShows)
                                             "--size",   "240x180", "--ops", folder.file("picks"),
                                             "--device", "software"};
         command.insert(command.end(), scene.begin(), scene.end());
-        for (const std::string& option : drawingWay())
+        for (const std::string& option : drawingWay()) {
             command.push_back(option);
+        }
         const KvoRun played = runKvo(command);
         ASSERT_EQ(played.status, 0) << played.err;
         std::istringstream out(played.out);
@@ -183,14 +193,16 @@ TEST_P(PickThrough, ARectangleFindsEverythingInIt)
 {
     std::multiset<std::pair<int, int>> elements = {{2, 31}, {2, 32}, {3, 41}, {3, 42}, {4, 51},
                                                    {4, 52}, {4, 53}, {5, 61}, {5, 62}, {6, 71}};
-    for (int id = 1; id <= 12; ++id)
+    for (int id = 1; id <= 12; ++id) {
         elements.insert({1, id});
+    }
     EXPECT_EQ(ids("element", {"--rect", everything}), elements);
     EXPECT_EQ(ids("node", {"--rect", everything}).size(), static_cast<std::size_t>(sampleNodes));
     // Beams (part 5) are elements, but no parts.
     std::vector<int> parts;
-    for (const Json& hit : hits("part", {"--rect", everything}))
+    for (const Json& hit : hits("part", {"--rect", everything})) {
         parts.push_back(hit.at("part"));
+    }
     EXPECT_EQ(parts, (std::vector<int>{1, 2, 3, 4, 6}));
 }
 
@@ -198,8 +210,9 @@ TEST_P(PickEachWay, CornersOfARectangleMayComeInAnyOrder)
 {
     const auto wanted = ids("node", {"--rect", "20,30,150,120"});
     EXPECT_FALSE(wanted.empty());
-    for (const char* corners : {"150,120,20,30", "20,120,150,30", "150,30,20,120"})
+    for (const char* corners : {"150,120,20,30", "20,120,150,30", "150,30,20,120"}) {
         EXPECT_EQ(ids("node", {"--rect", corners}), wanted) << corners;
+    }
 }
 
 TEST_P(PickThrough, HalvesOfThePictureShareItsNodes)
@@ -208,10 +221,12 @@ TEST_P(PickThrough, HalvesOfThePictureShareItsNodes)
     const Json upper = hits("node", {"--rect", "0,0,240,90", "--view", "front"});
     const Json lower = hits("node", {"--rect", "0,90,240,180", "--view", "front"});
     EXPECT_EQ(upper.size() + lower.size(), static_cast<std::size_t>(sampleNodes));
-    for (const Json& hit : upper)
+    for (const Json& hit : upper) {
         EXPECT_GT(hit.at("at").at(2), 1.4);
-    for (const Json& hit : lower)
+    }
+    for (const Json& hit : lower) {
         EXPECT_LT(hit.at("at").at(2), 1.6);
+    }
 }
 
 TEST_P(PickEachWay, TheNearestOfARectangleIsWhatAClickNames)
@@ -222,8 +237,9 @@ TEST_P(PickEachWay, TheNearestOfARectangleIsWhatAClickNames)
         ASSERT_GE(all.size(), GetParam() == "visible" ? 1u : 2u);
         ASSERT_EQ(nearest.size(), 1u);
         double least = 2;
-        for (const Json& hit : all)
+        for (const Json& hit : all) {
             least = std::min(least, hit.at("depth").get<double>());
+        }
         EXPECT_EQ(nearest[0].at("depth").get<double>(), least) << type;
         EXPECT_NE(std::find(all.begin(), all.end(), nearest[0]), all.end()) << type;
     }
@@ -247,8 +263,7 @@ TEST_P(PickThrough, OperationsMoveWhatIsPicked)
     EXPECT_LT(before.size(), static_cast<std::size_t>(sampleNodes));
 }
 
-// --- What is said about it
-// -------------------------------------------------------------------------------------------------
+// --- What is said about it ---
 
 TEST_P(PickThrough, JsonNamesPartsIdsAndCoordinates)
 {
@@ -266,8 +281,9 @@ TEST_P(PickThrough, JsonNamesPartsIdsAndCoordinates)
     EXPECT_NEAR(elements[51][1], -2.0 / 3, 1e-6);    // a wedge
     EXPECT_NEAR(elements[51][2], 0.7, 1e-6);
     EXPECT_EQ(elements[61], Json({2.0, -1.0, 0.8}));
-    for (const Json& hit : hits("node", {"--rect", everything}))
+    for (const Json& hit : hits("node", {"--rect", everything})) {
         nodes[hit.at("node")] = hit.at("at");
+    }
     EXPECT_EQ(nodes[502], Json({-1.5, -0.5, 2.9}));
 }
 
@@ -307,8 +323,7 @@ TEST_P(PickEachWay, NothingHitIsNoError)
     }
 }
 
-// --- What the selection pass of the library does beside
-// --------------------------------------------------------------------------
+// --- What the selection pass of the library does beside ---
 
 TEST_P(PickEachWay, TheAxisTriadIsNoHit)
 {
@@ -383,8 +398,7 @@ TEST_F(Pick, OnlyTheLibrarysPassHasALimit)
     EXPECT_EQ(Json::parse(pick({"--rect", everything, "--through"}).out).at("hits").size(), 108900u);
 }
 
-// --- What the picture shows
-// -------------------------------------------------------------------------------------------------------
+// --- What the picture shows ---
 
 TEST_F(Pick, CoveredThingsAreFoundOnlyThrough)
 {
@@ -439,8 +453,9 @@ TEST_F(Pick, PolygonsTakeWhatIsInside)
         for (const char* through : {"", "--through"}) {
             auto options = scene;
             options.insert(options.end(), triangle.begin(), triangle.end());
-            if (*through)
+            if (*through) {
                 options.push_back(through);
+            }
             std::size_t below = 0;
             for (const Json& hit : hits(type, options)) {
                 EXPECT_LE(hit.at("at").at(1).get<double>(), hit.at("at").at(0).get<double>() * -1 + 10.01) << type;
@@ -462,8 +477,7 @@ TEST_F(Pick, PolygonsAreNamedInJson)
                                                         {"polygon", {{7.0, 9.0}, {17.0, 9.0}, {12.0, 30.0}}}}));
 }
 
-// --- Wrong places
-// ---------------------------------------------------------------------------------------------------------
+// --- Wrong places ---
 
 TEST_F(Pick, PlacesThatMakeNoSenseAreUsageErrors)
 {
@@ -474,8 +488,9 @@ TEST_F(Pick, PlacesThatMakeNoSenseAreUsageErrors)
     expectError({"--polygon", "1,2", "3,4", "5"}, 2, "--polygon: \"5\" is not X,Y");
     expectError({"--polygon", "1,2", "3,4", "5,1", "--contract"}, 2,
                 "--polygon goes through the scene, which --contract does without");
-    for (const char* text : {"1", "1,2,3,4", "1,2,", ",1,2", "a,b", "1;2", "1,2x", "1,,2"})
+    for (const char* text : {"1", "1,2,3,4", "1,2,", ",1,2", "a,b", "1;2", "1,2x", "1,,2"}) {
         expectError({"--at", text}, 2, "--at: \"" + std::string(text) + "\" is not X,Y or X,Y,SIZE");
+    }
     expectError({"--rect", "1,2,3"}, 2, "--rect: \"1,2,3\" is not X0,Y0,X1,Y1");
     EXPECT_EQ(runKvo({"pick", deck(), "--at", "1,2", "--type", "face"}).status, 2);
     EXPECT_EQ(runKvo({"pick", deck(), "--at", "1,2"}).status, 2);
@@ -483,12 +498,14 @@ TEST_F(Pick, PlacesThatMakeNoSenseAreUsageErrors)
 
 TEST_F(Pick, PlacesOutsideThePictureAreErrors)
 {
-    for (const char* place : {"240,5", "-1,5", "5,180", "5,-0.5"})
+    for (const char* place : {"240,5", "-1,5", "5,180", "5,-0.5"}) {
         expectError({"--at", place}, 1,
                     "the place " + std::string(place) + " is outside the picture of 240x180 pixels");
-    for (const char* place : {"0,0,241,5", "-1,0,5,5", "0,170,5,181", "300,300,310,310"})
+    }
+    for (const char* place : {"0,0,241,5", "-1,0,5,5", "0,170,5,181", "300,300,310,310"}) {
         expectError({"--rect", place}, 1,
                     "the rectangle " + std::string(place) + " reaches out of the picture of 240x180 pixels");
+    }
     expectError({"--polygon", "1,2", "3,4", "5,181"}, 1,
                 "the polygon 1,2 3,4 5,181 reaches out of the picture of 240x180 pixels");
 }

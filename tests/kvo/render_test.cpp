@@ -59,8 +59,9 @@ int countOther(const Picture& picture, Color color)
 {
     int out = 0;
     for (int y = 0; y < picture.height; ++y) {
-        for (int x = 0; x < picture.width; ++x)
+        for (int x = 0; x < picture.width; ++x) {
             out += picture.at(x, y) != color;
+        }
     }
     return out;
 }
@@ -102,8 +103,9 @@ TEST_F(Render, LogKeepsTheLibrarysCommentary)
         const KvoRun run = render(options);
         EXPECT_EQ(run.out + run.err, "");
         const std::string log = readText(folder.file("log"));
-        for (const char* label : {"MODEL EXTS=", "GTRAN=", "SCALE="})
+        for (const char* label : {"MODEL EXTS=", "GTRAN=", "SCALE="}) {
             EXPECT_TRUE(contains(log, label)) << label;
+        }
         EXPECT_EQ(contains(log, "TIME FOR DISPLAY PARTS="), !way.empty()); // the library's own frame
         EXPECT_FALSE(contains(log, "GL Error")) << log;
     }
@@ -120,8 +122,9 @@ TEST_F(Render, EveryStandardViewDiffersAndStaysInside)
         EXPECT_EQ(countOther(drawn.back().cut(0, 89, 120, 1), background), 0) << view;
     }
     for (std::size_t a = 0; a < drawn.size(); ++a) {
-        for (std::size_t b = a + 1; b < drawn.size(); ++b)
+        for (std::size_t b = a + 1; b < drawn.size(); ++b) {
             EXPECT_GT(differing(drawn[a], drawn[b]), 100u) << a << " " << b;
+        }
     }
 }
 
@@ -226,8 +229,9 @@ TEST_F(Render, DamagedModelsAreErrorsThatNameTheFile)
     const std::string model = folder.file("model");
     ASSERT_EQ(runKvo({"import", deck(), "-o", model}).status, 0);
     for (const auto& entry : std::filesystem::recursive_directory_iterator(model)) {
-        if (!entry.is_regular_file() || entry.path().filename() == "deck.json") // drawing does not read that one
+        if (!entry.is_regular_file() || entry.path().filename() == "deck.json") { // drawing does not read that one
             continue;
+        }
         const std::string file = entry.path().string(), whole = readText(file);
         writeText(file, whole.substr(0, whole.size() - 3));
         const KvoRun run = runKvo({"render", model, "-o", picture(), "--size", "30x30"});

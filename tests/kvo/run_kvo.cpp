@@ -26,11 +26,13 @@ namespace {
     setenv("LSAN_OPTIONS", ((leaks ? leaks : "") + std::string(":print_suppressions=0")).c_str(), 1);
     // The leak checker stops all threads to look at them, and now and then falls over those of Mesa's driver.
     setenv("ASAN_OPTIONS", "detect_leaks=0", 0);
-    for (const std::string& entry : environment)
+    for (const std::string& entry : environment) {
         setenv(entry.substr(0, entry.find('=')).c_str(), entry.substr(entry.find('=') + 1).c_str(), 1);
+    }
     std::vector<char*> words = {const_cast<char*>("kvo")};
-    for (const std::string& argument : arguments)
+    for (const std::string& argument : arguments) {
         words.push_back(const_cast<char*>(argument.c_str()));
+    }
     words.push_back(nullptr);
     execv(KVO_PROGRAM, words.data());
     _exit(127);
@@ -51,8 +53,9 @@ KvoRun runKvo(const std::vector<std::string>& arguments, const std::vector<std::
     const int out = open(folder.file("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     const int err = open(folder.file("err").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     const pid_t child = fork();
-    if (child == 0)
+    if (child == 0) {
         becomeKvo(arguments, environment, out, err);
+    }
     close(out);
     close(err);
     KvoRun run;
@@ -67,17 +70,20 @@ KvoRun runKvoOnTerminal(const std::vector<std::string>& arguments)
     const TemporaryFolder folder;
     const int out = open(folder.file("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     int master = -1, slave = -1;
-    if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0)
+    if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0) {
         throw std::runtime_error("no pseudo terminal");
+    }
     const pid_t child = fork();
-    if (child == 0)
+    if (child == 0) {
         becomeKvo(arguments, {}, out, slave);
+    }
     close(out);
     close(slave);
     KvoRun run;
     char buffer[4096];
-    for (ssize_t got; (got = read(master, buffer, sizeof buffer)) > 0;)
+    for (ssize_t got; (got = read(master, buffer, sizeof buffer)) > 0;) {
         run.err.append(buffer, static_cast<std::size_t>(got));
+    }
     close(master);
     run.status = waitFor(child);
     run.out = readText(folder.file("out"));
@@ -87,8 +93,9 @@ KvoRun runKvoOnTerminal(const std::vector<std::string>& arguments)
 TemporaryFolder::TemporaryFolder()
 {
     std::string name = (std::filesystem::temp_directory_path() / "kvo-test-XXXXXX").string();
-    if (!mkdtemp(&name[0]))
+    if (!mkdtemp(&name[0])) {
         throw std::runtime_error("no temporary folder");
+    }
     path = name;
 }
 
@@ -101,8 +108,9 @@ TemporaryFolder::~TemporaryFolder()
 std::vector<std::string> TemporaryFolder::names() const
 {
     std::vector<std::string> out;
-    for (const auto& entry : std::filesystem::directory_iterator(path))
+    for (const auto& entry : std::filesystem::directory_iterator(path)) {
         out.push_back(entry.path().filename().string());
+    }
     std::sort(out.begin(), out.end());
     return out;
 }

@@ -28,8 +28,9 @@ std::string nodes()
     node(out, 102, 6, -3, 0);
     node(out, 103, 6, 3, 0);
     node(out, 104, 0, 3, 0);
-    for (int k = 0; k < 12; ++k) // three layers of a column
+    for (int k = 0; k < 12; ++k) { // three layers of a column
         node(out, 201 + k, 1 + (k % 4 == 1 || k % 4 == 2), -1 + (k % 4 >= 2), 0.2 + k / 4 * 0.9);
+    }
     node(out, 301, 3, -1, 0.2); // wedge under a pyramid's neighbour
     node(out, 302, 4, -1, 0.2);
     node(out, 303, 3.5, 0, 0.2);

@@ -78,8 +78,9 @@ const char* const lines[] = {
 
 TEST(SessionFile, EveryLineIsWrittenAsItWasRead)
 {
-    for (const char* line : lines)
+    for (const char* line : lines) {
         EXPECT_EQ(kvo::formatOperation(parseOne(line)), line);
+    }
 }
 
 TEST(SessionFile, EveryTransformationReadsBackAsWritten)
@@ -89,8 +90,9 @@ TEST(SessionFile, EveryTransformationReadsBackAsWritten)
         operation.code = type;
         const kvo::TransformationName* named = kvo::findTransformation(type);
         ASSERT_NE(named, nullptr) << type;
-        for (int k = 0; k < named->count; ++k)
+        for (int k = 0; k < named->count; ++k) {
             operation.values[k] = -0.1f * static_cast<float>(k + 1);
+        }
         EXPECT_TRUE(parseOne(kvo::formatOperation(operation)) == operation) << named->name;
     }
 }
@@ -122,8 +124,9 @@ TEST(SessionFile, WholeSessionsReadBack)
     session.model = "a model";
     session.width = 640;
     session.height = 480;
-    for (const char* line : lines)
+    for (const char* line : lines) {
         session.operations.push_back(parseOne(line));
+    }
     const Session again = parse(kvo::formatSession(session));
     EXPECT_EQ(again.model, session.model);
     EXPECT_EQ(again.width, 640);
@@ -191,8 +194,9 @@ TEST(SessionFile, WrongWordsAreErrorsWithTheirLine)
         "Y1 or polygon X Y X Y X Y ...";
     for (const char* line :
          {"PICK", "PICK part", "PICK part near 1 2", "PICK part at 1", "PICK part at 1 2 3 4", "PICK part rect 1 2 3",
-          "PICK node rect 1 2 3 4 5", "PICK node through", "PICK through node at 1 2", "PICK node polygon 1 2 3 4"})
+          "PICK node rect 1 2 3 4 5", "PICK node through", "PICK through node at 1 2", "PICK node polygon 1 2 3 4"}) {
         EXPECT_EQ(errorOf(line), pick) << line;
+    }
     EXPECT_EQ(errorOf("PICK face at 1 2"), "s.session:1: \"face\" is no kind of pick (part, element, node)");
     EXPECT_EQ(errorOf("PICK node polygon 1 2 3 4 5 6 7"), "s.session:1: the last corner of the polygon has no y");
     EXPECT_EQ(errorOf("PICK part at 1 x"), "s.session:1: \"x\" is no number");
@@ -215,9 +219,11 @@ TEST(SessionFile, WrongWordsAreErrorsWithTheirLine)
 TEST(SessionFile, ManualsNameEveryOperation)
 {
     const std::string text = kvo::describeOperations();
-    for (const char* line : lines)
+    for (const char* line : lines) {
         EXPECT_NE(text.find("  " + std::string(line).substr(0, std::string(line).find(' ')) + " "), std::string::npos)
             << line;
-    for (int type = NO_TRANSFORM; type <= TRANS_MAX; ++type)
+    }
+    for (int type = NO_TRANSFORM; type <= TRANS_MAX; ++type) {
         EXPECT_NE(text.find(std::string("  ") + kvo::findTransformation(type)->name), std::string::npos) << type;
+    }
 }

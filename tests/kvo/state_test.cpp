@@ -79,8 +79,7 @@ const char* const elaborate = "VIEW left\nGLOBAL_ROTATION 40 40 70 55\nSCALE_INC
 
 } // namespace
 
-// --- Saving and restoring
-// -------------------------------------------------------------------------------------------------
+// --- Saving and restoring ---
 
 TEST_F(State, ARestoredStateDrawsTheSavedPicture)
 {
@@ -94,9 +93,10 @@ TEST_F(State, NormalsOfTheOtherShadingAreComputedAnew)
 {
     for (const char* shade : {"flat", "smooth"}) {
         const kvo::Picture saved = draw({"--shade", shade, "--save-state", state()});
-        for (const char* now : {"flat", "smooth"})
+        for (const char* now : {"flat", "smooth"}) {
             EXPECT_EQ(differing(draw({"--state", state(), "--shade", now}), draw({"--shade", now})), 0u)
                 << shade << " " << now;
+        }
         EXPECT_EQ(differing(draw({"--state", state()}), saved), 0u) << shade;
     }
 }
@@ -171,8 +171,7 @@ TEST_F(State, AllViewsHaveNoState)
     EXPECT_EQ(render({"--view", "all", "--save-state", state()}).status, 2);
 }
 
-// --- What is refused
-// ------------------------------------------------------------------------------------------------------
+// --- What is refused ---
 
 TEST_F(State, MissingStatesAndFoldersAreErrors)
 {
@@ -257,18 +256,21 @@ protected:
 TEST_F(StateCheck, NoShorterFileFits)
 {
     EXPECT_EQ(check(whole), "fits");
-    for (std::size_t length = 0; length < whole.size(); ++length)
+    for (std::size_t length = 0; length < whole.size(); ++length) {
         EXPECT_TRUE(contains(check(whole.substr(0, length)), "the file ends")) << length;
+    }
 }
 
 TEST_F(StateCheck, FlagsThatNoPartHasAreNamed)
 {
     const std::string wrong = "the flags of part number 3 are none that a part can have";
     const std::size_t offset = body + 2 * 20;
-    for (std::uint32_t flags : {0u, PART_SHOWN | PART_HIDDEN, PART_SHOWN | 1u, PART_SHOWN | 0x80000000u, 0xffffffffu})
+    for (std::uint32_t flags : {0u, PART_SHOWN | PART_HIDDEN, PART_SHOWN | 1u, PART_SHOWN | 0x80000000u, 0xffffffffu}) {
         EXPECT_EQ(checkWith(offset, flags), place(offset) + wrong) << flags;
-    for (std::uint32_t flags : {PART_SHOWN, PART_HIDDEN, PART_SHOWN | PART_SELECTED | PART_BOX_SHOWN})
+    }
+    for (std::uint32_t flags : {PART_SHOWN, PART_HIDDEN, PART_SHOWN | PART_SELECTED | PART_BOX_SHOWN}) {
         EXPECT_EQ(checkWith(offset, flags), "fits") << flags;
+    }
 }
 
 TEST_F(StateCheck, DamagedFieldsAreNamedWithTheirPlace)
@@ -279,16 +281,18 @@ TEST_F(StateCheck, DamagedFieldsAreNamedWithTheirPlace)
     EXPECT_EQ(checkWith(body + 8, noNumber), place(body + 8) + "a part's colour is no number");
     EXPECT_EQ(checkWith(drawing, 7), place(drawing) + "the shading is neither flat nor smooth");
     EXPECT_EQ(checkWith(drawing + 4, 2), place(drawing + 4) + "blending is neither on nor off");
-    for (std::size_t side : {8, 12})
+    for (std::size_t side : {8, 12}) {
         EXPECT_EQ(checkWith(drawing + side, 3),
                   place(drawing + side) + "the drawing mode is neither points, lines nor faces");
+    }
     EXPECT_EQ(checkWith(view, 8), place(view) + "there is no standard view 8");
     EXPECT_EQ(checkWith(view, -1), place(view) + "there is no standard view -1");
     EXPECT_EQ(checkWith(view, static_cast<int>(NO_VIEW)), "fits");
     EXPECT_EQ(checkWith(trans, 2), place(trans) + "the depth test is neither on nor off");
     EXPECT_EQ(checkWith(trans + 4 + 8 * 4, noNumber), place(trans + 36) + "a translation or rotation is no number");
-    for (float scale : {0.0f, -1.0f, noNumber})
+    for (float scale : {0.0f, -1.0f, noNumber}) {
         EXPECT_EQ(checkWith(trans + 40 + 4, scale), place(trans + 44) + "a scale is not more than 0");
+    }
     EXPECT_EQ(checkWith(trans + 52 + 3 * 128 + 16, noDouble),
               place(trans + 452) + "a matrix or the pivot is no number");
     EXPECT_EQ(checkWith(trans + 460 + 12, 3.0f), place(trans + 460) + "the rotation is no unit quaternion");

@@ -49,8 +49,9 @@ void addSheet(ModelWriter& writer)
 
 int main(int argc, char** argv)
 {
-    if (argc != 3)
+    if (argc != 3) {
         return 2;
+    }
     std::filesystem::remove_all(std::filesystem::path(argv[1]) / argv[2]);
     std::filesystem::create_directories(argv[1]);
     ModelWriter writer(argv[1], argv[2]);

@@ -9,9 +9,11 @@ PartInfoStr sheet(unsigned int n, float x, float y, float height)
 {
     Floats nodes;
     Indices corners;
-    for (unsigned int row = 0; row <= n; ++row)
-        for (unsigned int column = 0; column <= n; ++column)
+    for (unsigned int row = 0; row <= n; ++row) {
+        for (unsigned int column = 0; column <= n; ++column) {
             nodes.insert(nodes.end(), {x + static_cast<float>(column), y + static_cast<float>(row), height});
+        }
+    }
     for (unsigned int row = 0; row < n; ++row) {
         for (unsigned int column = 0; column < n; ++column) {
             const unsigned int first = row * (n + 1) + column;
@@ -27,13 +29,15 @@ PartInfoStr block(unsigned int n)
     const unsigned int m = n + 1;
     Floats nodes;
     Indices corners;
-    for (unsigned int k = 0; k < m * m * m; ++k)
+    for (unsigned int k = 0; k < m * m * m; ++k) {
         nodes.insert(nodes.end(), {1 + static_cast<float>(k % m), 1 + static_cast<float>(k / m % m),
                                    1 + static_cast<float>(k / m / m)});
+    }
     for (unsigned int k = 0; k < n * n * n; ++k) {
         const unsigned int first = k % n + k / n % n * m + k / n / n * m * m;
-        for (unsigned int layer : {first, first + m * m})
+        for (unsigned int layer : {first, first + m * m}) {
             corners.insert(corners.end(), {layer, layer + 1, layer + m + 1, layer + m});
+        }
     }
     return makePart(SOLID, 8, nodes, corners);
 }
@@ -51,8 +55,9 @@ double gap(const Polygon& polygon, const Region& region)
     for (std::size_t k = 0; k < polygon.size(); ++k) {
         const WindowPoint &a = polygon[k], &b = polygon[(k + 1) % polygon.size()];
         const double length = std::hypot(b.x - a.x, b.y - a.y);
-        if (length > 1e-9)
+        if (length > 1e-9) {
             normals.push_back({(b.y - a.y) / length, (a.x - b.x) / length});
+        }
     }
     double largest = -1e9;
     for (const auto& [nx, ny] : normals) {
@@ -70,8 +75,8 @@ double gap(const Polygon& polygon, const Region& region)
     return largest;
 }
 
-const unsigned int HEXA_FACES[6][4] = {{0, 1, 2, 3}, {4, 5, 6, 7}, {0, 1, 5, 4},
-                                       {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}};
+const unsigned int hexaFaces[6][4] = {{0, 1, 2, 3}, {4, 5, 6, 7}, {0, 1, 5, 4},
+                                      {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}};
 
 class HeadlessElements : public HeadlessPick
 {
@@ -81,8 +86,9 @@ protected:
     {
         const std::vector<WindowPoint> c = corners(part, element);
         double smallest = 1e9;
-        for (const auto& face : HEXA_FACES)
+        for (const auto& face : hexaFaces) {
             smallest = std::min(smallest, gap({c[face[0]], c[face[1]], c[face[2]], c[face[3]]}, region));
+        }
         return smallest;
     }
 
@@ -91,16 +97,18 @@ protected:
     {
         const std::vector<WindowPoint> c = corners(part, element);
         double smallest = 2;
-        for (const auto& face : HEXA_FACES) { // parallelograms: spot = a + u (b - a) + v (d - a)
+        for (const auto& face : hexaFaces) { // parallelograms: spot = a + u (b - a) + v (d - a)
             const WindowPoint &a = c[face[0]], &b = c[face[1]], &d = c[face[3]];
             const double bx = b.x - a.x, by = b.y - a.y, dx = d.x - a.x, dy = d.y - a.y;
             const double area = bx * dy - by * dx;
-            if (std::abs(area) < 1e-6)
+            if (std::abs(area) < 1e-6) {
                 continue;
+            }
             const double u = ((spot.x - a.x) * dy - (spot.y - a.y) * dx) / area;
             const double v = (bx * (spot.y - a.y) - by * (spot.x - a.x)) / area;
-            if (u >= 0 && u <= 1 && v >= 0 && v <= 1)
+            if (u >= 0 && u <= 1 && v >= 0 && v <= 1) {
                 smallest = std::min(smallest, a.depth + u * (b.depth - a.depth) + v * (d.depth - a.depth));
+            }
         }
         return smallest;
     }
@@ -114,9 +122,9 @@ protected:
 };
 } // namespace
 
-// --- Elements -------------------------------------------------------------------------------------------------------
+// --- Elements ---
 
-TEST_F(HeadlessElements, everyShellElementIsPickedByAClickOnIt)
+TEST_F(HeadlessElements, EveryShellElementIsPickedByAClickOnIt)
 {
     for (int shadeModel : {GL_FLAT, GL_SMOOTH}) {
         show({hidden(square(0, 0, 0)), sheet(3, 2, 2, 0), sheet(2, 6, 2, 1)}, TOP_VIEW, shadeModel);
@@ -133,7 +141,7 @@ TEST_F(HeadlessElements, everyShellElementIsPickedByAClickOnIt)
     }
 }
 
-TEST_F(HeadlessElements, clickReportsPartAndElementNumber)
+TEST_F(HeadlessElements, ClickReportsPartAndElementNumber)
 {
     show({square(0, 0, 0), sheet(3, 2, 2, 0)});
     click(PICK_TYPE_ELEMENT, middle(1, 2)); // the third element of the second part
@@ -144,7 +152,7 @@ TEST_F(HeadlessElements, clickReportsPartAndElementNumber)
         << text;
 }
 
-TEST_F(HeadlessElements, hiddenPartsDoNotShiftTheNumbers)
+TEST_F(HeadlessElements, HiddenPartsDoNotShiftTheNumbers)
 {
     show({hidden(sheet(3, 2, 2, 0)), sheet(3, 2, 2, 1)});
     EXPECT_EQ(click(PICK_TYPE_ELEMENT, middle(1, 4)), 1);
@@ -153,7 +161,7 @@ TEST_F(HeadlessElements, hiddenPartsDoNotShiftTheNumbers)
     EXPECT_EQ(elementMarks(0), marksOf(9, {}));
 }
 
-TEST_F(HeadlessElements, frontSheetIsPickedWithDepthTestingAndTheLastWithout)
+TEST_F(HeadlessElements, FrontSheetIsPickedWithDepthTestingAndTheLastWithout)
 {
     for (float second : {0.0f, 5.0f}) {
         show({hidden(square(0, 0, 0)), sheet(3, 2, 2, 2), sheet(3, 2, 2, second)});
@@ -168,7 +176,7 @@ TEST_F(HeadlessElements, frontSheetIsPickedWithDepthTestingAndTheLastWithout)
     }
 }
 
-TEST_F(HeadlessElements, ofElementsThatMeetTheEarlierWinsAndWithoutDepthTestingTheLater)
+TEST_F(HeadlessElements, OfElementsThatMeetTheEarlierWinsAndWithoutDepthTestingTheLater)
 {
     show({hidden(square(0, 0, 0)), sheet(2, 2, 2, 1)});
     const WindowPoint meeting = project(3, 3, 1); // the corner of all four
@@ -180,7 +188,7 @@ TEST_F(HeadlessElements, ofElementsThatMeetTheEarlierWinsAndWithoutDepthTestingT
     EXPECT_EQ(elementMarks(1), "0001");
 }
 
-TEST_F(HeadlessElements, rectangleSelectsTheShellsThatItTouches)
+TEST_F(HeadlessElements, RectangleSelectsTheShellsThatItTouches)
 {
     show({hidden(square(0, 0, 0)), sheet(6, 2, 2, 0)});
     turn(150, 120, 190, 150); // so that edges are slanted
@@ -190,43 +198,47 @@ TEST_F(HeadlessElements, rectangleSelectsTheShellsThatItTouches)
         std::set<unsigned int> inside, unclear;
         for (unsigned int element = 0; element < elementsOf(1); ++element) {
             const double apart = gap(corners(1, element), region);
-            if (apart < -0.01)
+            if (apart < -0.01) {
                 inside.insert(element);
-            else if (apart < 0.01)
+            } else if (apart < 0.01) {
                 unclear.insert(element);
+            }
         }
         ASSERT_TRUE(unclear.empty()) << "choose another region";
         ASSERT_GT(inside.size(), 1u);
         ASSERT_LT(inside.size(), 36u);
         EXPECT_EQ(process(PICK_TYPE_ELEMENT, RECT_PICK, region), static_cast<int>(inside.size()));
         EXPECT_EQ(elementMarks(1), marksOf(36, inside));
-        for (const auto& entry : pick.zPartMap)
+        for (const auto& entry : pick.zPartMap) {
             EXPECT_EQ(entry.second.eid, 0u);
+        }
     }
 }
 
-// --- Solids ---------------------------------------------------------------------------------------------------------
+// --- Solids ---
 
-TEST_F(HeadlessElements, clickOnATurnedBlockPicksTheCubeInFront)
+TEST_F(HeadlessElements, ClickOnATurnedBlockPicksTheCubeInFront)
 {
     for (int shadeModel : {GL_FLAT, GL_SMOOTH}) {
         show({hidden(square(-2, -2, 0)), block(3)}, ISO_VIEW, shadeModel);
         turn(150, 120, 240, 190);
         int decided = 0;
-        for (float x = 20; x < WIDTH; x += 37) {
-            for (float y = 15; y < HEIGHT; y += 31) {
+        for (float x = 20; x < windowWidth; x += 37) {
+            for (float y = 15; y < windowHeight; y += 31) {
                 clearSelection();
                 std::vector<std::pair<double, unsigned int>> order;
                 bool clear = true; // no edge near the spot
                 for (unsigned int e = 0; e < 27; ++e) {
                     order.push_back({depthOfHexaAt(1, e, {x, y, 0}), e});
-                    for (float d : {-2.0f, 2.0f})
+                    for (float d : {-2.0f, 2.0f}) {
                         clear = clear && (depthOfHexaAt(1, e, {x + d, y, 0}) < 2) == (order.back().first < 2) &&
                                 (depthOfHexaAt(1, e, {x, y + d, 0}) < 2) == (order.back().first < 2);
+                    }
                 }
                 std::sort(order.begin(), order.end());
-                if (!clear || order[0].first == 2 || order[1].first - order[0].first < 1e-5)
+                if (!clear || order[0].first == 2 || order[1].first - order[0].first < 1e-5) {
                     continue;
+                }
                 ++decided;
                 EXPECT_GE(process(PICK_TYPE_ELEMENT, SELECT_PICK, {x, y, 1, 1}), 1);
                 EXPECT_EQ(elementMarks(1), marksOf(27, {order[0].second})) << "at " << x << "," << y;
@@ -237,7 +249,7 @@ TEST_F(HeadlessElements, clickOnATurnedBlockPicksTheCubeInFront)
     }
 }
 
-TEST_F(HeadlessElements, rectangleSelectsCoveredCubesToo)
+TEST_F(HeadlessElements, RectangleSelectsCoveredCubesToo)
 {
     show({hidden(square(-2, -2, 0)), block(3)}, ISO_VIEW);
     turn(150, 120, 240, 190);
@@ -250,8 +262,9 @@ TEST_F(HeadlessElements, rectangleSelectsCoveredCubesToo)
         for (unsigned int element = 0; element < 27; ++element) {
             const double apart = gapOfHexa(1, element, region);
             ASSERT_GT(std::abs(apart), 0.01) << "choose another region";
-            if (apart < 0)
+            if (apart < 0) {
                 inside.insert(element);
+            }
         }
         ASSERT_GT(inside.size(), 2u);
         ASSERT_LT(inside.size(), 27u);
@@ -261,7 +274,7 @@ TEST_F(HeadlessElements, rectangleSelectsCoveredCubesToo)
     }
 }
 
-TEST_F(HeadlessElements, everySolidShapeIsPicked)
+TEST_F(HeadlessElements, EverySolidShapeIsPicked)
 {
     for (PartInfoStr (*shape)() : {tetraPart, pentaPart, hexaPart}) {
         show({shape(), hidden(square(3, 3, 3)), hidden(square(-3, -3, -3))}, ISO_VIEW);
@@ -270,33 +283,33 @@ TEST_F(HeadlessElements, everySolidShapeIsPicked)
     }
 }
 
-// --- Beams and discrete elements ------------------------------------------------------------------------------------
+// --- Beams and discrete elements ---
 
-TEST_F(HeadlessElements, beamWithoutThirdNodeIsHitOnItsLineOnly)
+TEST_F(HeadlessElements, BeamWithoutThirdNodeIsHitOnItsLineOnly)
 {
-    show({hidden(square(0, 0, 0)), makePart(BEAM, 3, {4, 1, 0, 8, 1, 0, 6, 4, 0}, {0, 1, NO_NODE})});
+    show({hidden(square(0, 0, 0)), makePart(BEAM, 3, {4, 1, 0, 8, 1, 0, 6, 4, 0}, {0, 1, noNode})});
     EXPECT_EQ(click(PICK_TYPE_ELEMENT, project(6, 4, 0)), 0);
     EXPECT_TRUE(nothingSelected());
     EXPECT_EQ(click(PICK_TYPE_ELEMENT, project(5, 1, 0)), 1);
     EXPECT_EQ(elementMarks(1), "1");
 }
 
-TEST_F(HeadlessElements, beamWithThirdNodeIsHitAtThatPointToo)
+TEST_F(HeadlessElements, BeamWithThirdNodeIsHitAtThatPointToo)
 {
     show({hidden(square(0, 0, 0)),
-          makePart(BEAM, 3, {4, 1, 0, 8, 1, 0, 6, 4, 0, 4, 2, 0, 8, 2, 0}, {3, 4, NO_NODE, 0, 1, 2})});
+          makePart(BEAM, 3, {4, 1, 0, 8, 1, 0, 6, 4, 0, 4, 2, 0, 8, 2, 0}, {3, 4, noNode, 0, 1, 2})});
     for (const WindowPoint& spot : {project(6, 4, 0), project(5, 1, 0)}) {
         clearSelection();
         EXPECT_EQ(click(PICK_TYPE_ELEMENT, spot), 1);
         EXPECT_EQ(elementMarks(1), "01");
     }
-    EXPECT_EQ(
-        process(PICK_TYPE_ELEMENT, RECT_PICK, Region{static_cast<float>(middle(1, 1).x), HEIGHT / 2.0f, 100, HEIGHT}),
-        2)
+    EXPECT_EQ(process(PICK_TYPE_ELEMENT, RECT_PICK,
+                      Region{static_cast<float>(middle(1, 1).x), windowHeight / 2.0f, 100, windowHeight}),
+              2)
         << "line and point of a beam are one hit";
 }
 
-TEST_F(HeadlessElements, discreteElementsAreHitOnTheirLines)
+TEST_F(HeadlessElements, DiscreteElementsAreHitOnTheirLines)
 {
     show({hidden(square(0, 0, 0)), makePart(DISCRETE, 3, {4, 1, 0, 8, 1, 0, 4, 4, 0, 8, 4, 0}, {0, 1, 0, 2, 3, 0})});
     for (unsigned int element : {0u, 1u}) {
@@ -306,9 +319,9 @@ TEST_F(HeadlessElements, discreteElementsAreHitOnTheirLines)
     }
 }
 
-// --- Nodes ----------------------------------------------------------------------------------------------------------
+// --- Nodes ---
 
-TEST_F(HeadlessElements, everyNodeIsPickedByAClickOnIt)
+TEST_F(HeadlessElements, EveryNodeIsPickedByAClickOnIt)
 {
     show({hidden(square(0, 0, 0)), sheet(3, 2, 2, 0), makePart(BEAM, 3, {7, 7, 1, 8, 8, 1, 7, 3, 0}, {0, 1, 2})});
     for (unsigned int part : {1u, 2u}) {
@@ -325,14 +338,14 @@ TEST_F(HeadlessElements, everyNodeIsPickedByAClickOnIt)
     }
 }
 
-TEST_F(HeadlessElements, nodeIsMissedBetweenNodes)
+TEST_F(HeadlessElements, NodeIsMissedBetweenNodes)
 {
     show({hidden(square(0, 0, 0)), sheet(3, 2, 2, 0)});
     EXPECT_EQ(click(PICK_TYPE_NODE, middle(1, 4)), 0);
     EXPECT_TRUE(nothingSelected());
 }
 
-TEST_F(HeadlessElements, rectangleSelectsTheNodesInsideInEveryVisiblePart)
+TEST_F(HeadlessElements, RectangleSelectsTheNodesInsideInEveryVisiblePart)
 {
     show({hidden(sheet(4, 2, 2, 3)), sheet(6, 2, 2, 0), block(3)}, ISO_VIEW);
     turn(150, 120, 200, 190);
@@ -343,8 +356,9 @@ TEST_F(HeadlessElements, rectangleSelectsTheNodesInsideInEveryVisiblePart)
         for (unsigned int n = 0; n < model->part(part).partNodes.numNodes; ++n) {
             const WindowPoint at = node(part, n);
             ASSERT_EQ(region.grown(0.01f).holds(at), region.grown(-0.01f).holds(at)) << "choose another region";
-            if (region.holds(at))
+            if (region.holds(at)) {
                 inside[part].insert(n);
+            }
         }
         ASSERT_GT(inside[part].size(), 3u);
         total += inside[part].size();
@@ -356,7 +370,7 @@ TEST_F(HeadlessElements, rectangleSelectsTheNodesInsideInEveryVisiblePart)
     EXPECT_EQ(partsWith(PART_NODES_SELECTED), (Indices{2, 3}));
 }
 
-TEST_F(HeadlessElements, nodeInFrontIsPickedWithDepthTestingAndTheLastWithout)
+TEST_F(HeadlessElements, NodeInFrontIsPickedWithDepthTestingAndTheLastWithout)
 {
     for (float second : {0.0f, 5.0f}) {
         show({hidden(square(0, 0, 0)), sheet(1, 3, 3, 2), sheet(2, 2, 2, second)});
@@ -372,16 +386,16 @@ TEST_F(HeadlessElements, nodeInFrontIsPickedWithDepthTestingAndTheLastWithout)
     }
 }
 
-// --- The selection buffer -------------------------------------------------------------------------------------------
+// --- The selection buffer ---
 
-TEST_F(HeadlessElements, bufferTakesJustAsManyElementsAsFit)
+TEST_F(HeadlessElements, BufferTakesJustAsManyElementsAsFit)
 {
     show({quadStripPart(104856)}); // 5 words each, and the triad's 4: all but 4 of the buffer's 524288
     EXPECT_EQ(process(PICK_TYPE_ELEMENT, RECT_PICK, wholeWindow()), 104857);
     EXPECT_EQ(elementMarks(0), std::string(104856, SELECTED_CHAR));
 }
 
-TEST_F(HeadlessElements, moreHitsThanTheBufferTakesPickNothing)
+TEST_F(HeadlessElements, MoreHitsThanTheBufferTakesPickNothing)
 {
     show({square(0, 4, 0), quadStripPart(104858)});
     EXPECT_EQ(process(PICK_TYPE_ELEMENT, RECT_PICK, wholeWindow()), 0);

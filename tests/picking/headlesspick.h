@@ -45,14 +45,14 @@ struct Region
 class HeadlessPick : public testing::Test
 {
 protected:
-    static constexpr int WIDTH = 400, HEIGHT = 300;
+    static constexpr int windowWidth = 400, windowHeight = 300;
 
     void SetUp() override
     {
         output.emplace(1);
         errors.emplace(2);
         context.emplace("software");
-        target.emplace(WIDTH, HEIGHT);
+        target.emplace(windowWidth, windowHeight);
     }
 
     void TearDown() override
@@ -62,23 +62,25 @@ protected:
         context.reset();
         errors->stop();
         output->stop();
-        if (HasFailure())
+        if (HasFailure()) {
             std::fputs(output->all().c_str(), stdout);
+        }
     }
 
     // Everything up to the first frame; lights off, so that pixels have the parts' own colours.
     void load(const std::vector<PartInfoStr>& parts, int viewType = TOP_VIEW, int shadeModel = GL_FLAT)
     {
         model.reset(new TestModel(shadeModel));
-        for (const PartInfoStr& part : parts)
+        for (const PartInfoStr& part : parts) {
             model->add(part);
+        }
         model->install();
         env = &**model;
         glShadeModel(static_cast<GLenum>(shadeModel));
         env->computeNormals();
         env->setHideMode(1);
         env->mView->mViewType = viewType;
-        env->resizeModel(WIDTH, HEIGHT);
+        env->resizeModel(windowWidth, windowHeight);
     }
 
     // A model with one frame drawn, as hosts pick.
@@ -104,12 +106,12 @@ protected:
 
     int click(unsigned int type, const WindowPoint& point) { return process(type, SELECT_PICK, Region::around(point)); }
 
-    static Region wholeWindow() { return {WIDTH / 2.0f, HEIGHT / 2.0f, WIDTH, HEIGHT}; }
+    static Region wholeWindow() { return {windowWidth / 2.0f, windowHeight / 2.0f, windowWidth, windowHeight}; }
 
     // Where a point of the model is in the frame drawn last.
     WindowPoint project(const float* xyz) const
     {
-        const GLint viewport[] = {0, 0, WIDTH, HEIGHT};
+        const GLint viewport[] = {0, 0, windowWidth, windowHeight};
         WindowPoint point = {0, 0, 0};
         gluProject(xyz[0], xyz[1], xyz[2], modelview, projection, viewport, &point.x, &point.y, &point.depth);
         return point;
@@ -129,8 +131,9 @@ protected:
     {
         const std::vector<WindowPoint> points = corners(part, element);
         WindowPoint sum = {0, 0, 0};
-        for (const WindowPoint& p : points)
+        for (const WindowPoint& p : points) {
             sum = {sum.x + p.x, sum.y + p.y, sum.depth + p.depth};
+        }
         const double n = static_cast<double>(points.size());
         return {sum.x / n, sum.y / n, sum.depth / n};
     }
@@ -139,8 +142,9 @@ protected:
     {
         const PartElementsStr& e = model->part(part).partElements;
         std::vector<WindowPoint> points;
-        for (unsigned int k = 0; k < (e.nodesPerElement == 3 ? 2 : e.nodesPerElement); ++k)
+        for (unsigned int k = 0; k < (e.nodesPerElement == 3 ? 2 : e.nodesPerElement); ++k) {
             points.push_back(node(part, e.elmIndices[e.nodesPerElement * element + k]));
+        }
         return points;
     }
 
@@ -154,9 +158,11 @@ protected:
     Indices partsWith(unsigned int flag) const
     {
         Indices numbers;
-        for (unsigned int k = 0; k < env->numParts; ++k)
-            if (model->flags(k) & flag)
+        for (unsigned int k = 0; k < env->numParts; ++k) {
+            if (model->flags(k) & flag) {
                 numbers.push_back(k + 1);
+            }
+        }
         return numbers;
     }
     Indices selectedParts() const { return partsWith(PART_SELECTED); }
@@ -181,8 +187,9 @@ protected:
     static std::string marksOf(unsigned int count, const std::set<unsigned int>& marked)
     {
         std::string marks(count, NOT_SELECTED_CHAR);
-        for (unsigned int k : marked)
+        for (unsigned int k : marked) {
             marks[k] = SELECTED_CHAR;
+        }
         return marks;
     }
 
@@ -197,7 +204,7 @@ protected:
 
     kvo::Color pixelAt(const WindowPoint& point)
     {
-        return target->read().at(static_cast<int>(point.x), HEIGHT - 1 - static_cast<int>(point.y));
+        return target->read().at(static_cast<int>(point.x), windowHeight - 1 - static_cast<int>(point.y));
     }
 
     static PartInfoStr colored(PartInfoStr part, float r, float g, float b)

@@ -3,7 +3,7 @@
 #include "headlesspick.h"
 
 namespace {
-const WindowPoint CORNER = {8, 8, 0}; // of the window: outside of every model here
+const WindowPoint corner = {8, 8, 0}; // of the window: outside of every model here
 
 // Three squares above each other, in three colours, that share the spot (0.5, 0.5); given from back to front or not.
 std::vector<PartInfoStr> stack(float z1, float z2, float z3)
@@ -47,9 +47,9 @@ protected:
 };
 } // namespace
 
-// --- Clicks ---------------------------------------------------------------------------------------------------------
+// --- Clicks ---
 
-TEST_F(HeadlessParts, clickSelectsThePartUnderIt)
+TEST_F(HeadlessParts, ClickSelectsThePartUnderIt)
 {
     show({square(-3, 0, 0), square(3, 0, 1), square(3, 4, 2)});
     for (unsigned int part = 0; part < 3; ++part) {
@@ -64,10 +64,10 @@ TEST_F(HeadlessParts, clickSelectsThePartUnderIt)
     }
 }
 
-TEST_F(HeadlessParts, clickBesideEveryPartSelectsNothing)
+TEST_F(HeadlessParts, ClickBesideEveryPartSelectsNothing)
 {
     show({square(-3, 0, 0), square(3, 0, 1)});
-    EXPECT_EQ(click(PICK_TYPE_PART, CORNER), 0);
+    EXPECT_EQ(click(PICK_TYPE_PART, corner), 0);
     EXPECT_TRUE(pick.zPartMap.empty());
     EXPECT_TRUE(nothingSelected());
     const std::vector<std::string> lines = splitLines(printed());
@@ -76,15 +76,15 @@ TEST_F(HeadlessParts, clickBesideEveryPartSelectsNothing)
     EXPECT_EQ(lines[1].find("TIME FOR DISPLAY PARTS="), 0u);
 }
 
-TEST_F(HeadlessParts, clickIsMeasuredUpwardsFromTheLowerLeft)
+TEST_F(HeadlessParts, ClickIsMeasuredUpwardsFromTheLowerLeft)
 {
     show({square(0, -3, 0), square(0, 3, 0)});
     const WindowPoint spot = middle(0, 0);
-    click(PICK_TYPE_PART, {spot.x, HEIGHT - spot.y, 0}); // mirrored: the other part
+    click(PICK_TYPE_PART, {spot.x, windowHeight - spot.y, 0}); // mirrored: the other part
     EXPECT_EQ(selectedParts(), Indices{2});
 }
 
-TEST_F(HeadlessParts, regionReachesAsFarAsItsSize)
+TEST_F(HeadlessParts, RegionReachesAsFarAsItsSize)
 {
     show({square(0, 0, 0), square(5, 5, 0)});
     const WindowPoint left = project(4, 5, 0); // on the second square's edge
@@ -95,7 +95,7 @@ TEST_F(HeadlessParts, regionReachesAsFarAsItsSize)
     EXPECT_EQ(selectedParts(), Indices{2});
 }
 
-TEST_F(HeadlessParts, nextFrameDrawsThePickedPartInTheSelectionColour)
+TEST_F(HeadlessParts, NextFrameDrawsThePickedPartInTheSelectionColour)
 {
     show({colored(square(-3, 0, 0), 1, 1, 0), colored(square(3, 0, 0), 0, 1, 0)});
     const WindowPoint spot = middle(1, 0);
@@ -106,7 +106,7 @@ TEST_F(HeadlessParts, nextFrameDrawsThePickedPartInTheSelectionColour)
     EXPECT_EQ(pixelAt(middle(0, 0)), (kvo::Color{255, 255, 0, 255}));
 }
 
-TEST_F(HeadlessParts, pickingTwiceGivesTheSameAnswer)
+TEST_F(HeadlessParts, PickingTwiceGivesTheSameAnswer)
 {
     show({square(-3, 0, 0), square(3, 0, 1)});
     for (int k = 0; k < 3; ++k) {
@@ -117,7 +117,7 @@ TEST_F(HeadlessParts, pickingTwiceGivesTheSameAnswer)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-TEST_F(HeadlessParts, clickFollowsRotationPanAndScale)
+TEST_F(HeadlessParts, ClickFollowsRotationPanAndScale)
 {
     show({square(-3, 0, 0), square(3, 0, 1), square(0, 4, -2)});
     float drag[] = {200, 150, 260, 120};
@@ -134,7 +134,7 @@ TEST_F(HeadlessParts, clickFollowsRotationPanAndScale)
     }
 }
 
-TEST_F(HeadlessParts, everyShadingAndShapeIsPicked)
+TEST_F(HeadlessParts, EveryShadingAndShapeIsPicked)
 {
     for (int shadeModel : {GL_FLAT, GL_SMOOTH}) {
         show({square(4, 4, 0), hexaPart(), discretePart()}, ISO_VIEW, shadeModel);
@@ -146,18 +146,18 @@ TEST_F(HeadlessParts, everyShadingAndShapeIsPicked)
     }
 }
 
-TEST_F(HeadlessParts, discretePartsArePickedAndBeamPartsAreNot)
+TEST_F(HeadlessParts, DiscretePartsArePickedAndBeamPartsAreNot)
 {
-    show({makePart(DISCRETE, 3, {4, 1, 0, 8, 1, 0}, {0, 1, 0}), makePart(BEAM, 3, {4, 4, 0, 8, 4, 0}, {0, 1, NO_NODE}),
+    show({makePart(DISCRETE, 3, {4, 1, 0, 8, 1, 0}, {0, 1, 0}), makePart(BEAM, 3, {4, 4, 0, 8, 4, 0}, {0, 1, noNode}),
           hidden(square(0, 0, 0))});
     EXPECT_EQ(click(PICK_TYPE_PART, middle(0, 0)), 1);
     EXPECT_EQ(selectedParts(), Indices{1});
     EXPECT_EQ(click(PICK_TYPE_PART, middle(1, 0)), 0) << "a frame does not draw it either";
 }
 
-// --- In front of each other -----------------------------------------------------------------------------------------
+// --- In front of each other ---
 
-TEST_F(HeadlessParts, withDepthTestingThePartDrawnOnTopWins)
+TEST_F(HeadlessParts, WithDepthTestingThePartDrawnOnTopWins)
 {
     const float heights[][3] = {{0, 1, 2}, {2, 1, 0}, {1, 2, 0}, {0, 2, 1}, {1, 0, 2}, {2, 0, 1}};
     for (int viewType : {TOP_VIEW, BOTTOM_VIEW}) {
@@ -174,13 +174,14 @@ TEST_F(HeadlessParts, withDepthTestingThePartDrawnOnTopWins)
     }
 }
 
-TEST_F(HeadlessParts, hitsAreOrderedByDepth)
+TEST_F(HeadlessParts, HitsAreOrderedByDepth)
 {
     show(stack(1, 2, 0));
     click(PICK_TYPE_PART, project(0.5f, 0.5f, 0));
     Indices byDepth, expected = {1, 2, 3};
-    for (const auto& entry : pick.zPartMap)
+    for (const auto& entry : pick.zPartMap) {
         byDepth.push_back(entry.second.pid);
+    }
     std::sort(expected.begin(), expected.end(),
               [&](unsigned int a, unsigned int b) { return middle(a - 1, 0).depth < middle(b - 1, 0).depth; });
     EXPECT_EQ(byDepth, (Indices{expected[0], expected[0], expected[1], expected[1], expected[2], expected[2]}));
@@ -189,7 +190,7 @@ TEST_F(HeadlessParts, hitsAreOrderedByDepth)
     EXPECT_NE(text.find("LAST PART=" + std::to_string(expected[2]) + "\n"), std::string::npos);
 }
 
-TEST_F(HeadlessParts, smallerEyeDepthIsInFront)
+TEST_F(HeadlessParts, SmallerEyeDepthIsInFront)
 {
     show(stack(0, 1, 2));
     const float* z = nullptr;
@@ -202,7 +203,7 @@ TEST_F(HeadlessParts, smallerEyeDepthIsInFront)
     EXPECT_EQ(selectedParts(), Indices{eye[0] < eye[1] ? 1u : 3u}) << "near and far planes are exchanged";
 }
 
-TEST_F(HeadlessParts, withoutDepthTestingTheLastPartDrawnWins)
+TEST_F(HeadlessParts, WithoutDepthTestingTheLastPartDrawnWins)
 {
     for (float top : {0.0f, 5.0f}) {
         show(stack(1, 2, top));
@@ -218,7 +219,7 @@ TEST_F(HeadlessParts, withoutDepthTestingTheLastPartDrawnWins)
     }
 }
 
-TEST_F(HeadlessParts, ofEqualDepthsTheEarlierPartWins)
+TEST_F(HeadlessParts, OfEqualDepthsTheEarlierPartWins)
 {
     show({square(3, 0, 1), square(3, 0, 1), hidden(square(-3, 0, 0))});
     EXPECT_EQ(click(PICK_TYPE_PART, middle(0, 0)), 2);
@@ -229,15 +230,17 @@ TEST_F(HeadlessParts, ofEqualDepthsTheEarlierPartWins)
     EXPECT_EQ(selectedParts(), Indices{2});
 }
 
-// --- Rectangles -----------------------------------------------------------------------------------------------------
+// --- Rectangles ---
 
-TEST_F(HeadlessParts, rectangleSelectsThePartsThatItTouches)
+TEST_F(HeadlessParts, RectangleSelectsThePartsThatItTouches)
 {
     std::vector<PartInfoStr> grid;
-    for (int row = 0; row < 4; ++row)
-        for (int column = 0; column < 5; ++column)
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 5; ++column) {
             grid.push_back(square(3.0f * static_cast<float>(column) + 3, 3.0f * static_cast<float>(row) + 3,
                                   static_cast<float>((row + column) % 3)));
+        }
+    }
     show(grid);
     const Region regions[] = {{100, 100, 90, 70}, {200, 150, 300, 60}, {333, 222, 40, 140}, {60, 250, 17, 31}};
     for (const Region& region : regions) {
@@ -248,8 +251,9 @@ TEST_F(HeadlessParts, rectangleSelectsThePartsThatItTouches)
             const bool apart =
                 std::max(a.x, b.x) < region.x - region.width / 2 || std::min(a.x, b.x) > region.x + region.width / 2 ||
                 std::max(a.y, b.y) < region.y - region.height / 2 || std::min(a.y, b.y) > region.y + region.height / 2;
-            if (!apart)
+            if (!apart) {
                 expected.push_back(part + 1);
+            }
         }
         ASSERT_FALSE(expected.empty());
         ASSERT_LT(expected.size(), grid.size());
@@ -258,14 +262,14 @@ TEST_F(HeadlessParts, rectangleSelectsThePartsThatItTouches)
     }
 }
 
-TEST_F(HeadlessParts, rectangleSelectsWhatIsCoveredToo)
+TEST_F(HeadlessParts, RectangleSelectsWhatIsCoveredToo)
 {
     show(stack(0, 1, 2));
     EXPECT_EQ(process(PICK_TYPE_PART, RECT_PICK, Region::around(project(0.5f, 0.5f, 0))), 3);
     EXPECT_EQ(selectedParts(), (Indices{1, 2, 3}));
 }
 
-TEST_F(HeadlessParts, rectangleOverTheWindowSelectsEveryVisiblePart)
+TEST_F(HeadlessParts, RectangleOverTheWindowSelectsEveryVisiblePart)
 {
     for (bool depthTest : {true, false}) {
         show({square(-3, 0, 0), hidden(square(3, 0, 1)), square(3, 4, 2)});
@@ -276,7 +280,7 @@ TEST_F(HeadlessParts, rectangleOverTheWindowSelectsEveryVisiblePart)
     }
 }
 
-TEST_F(HeadlessParts, regionWithoutSizeIsTheWholeWindow)
+TEST_F(HeadlessParts, RegionWithoutSizeIsTheWholeWindow)
 {
     show({square(-3, 0, 0), square(3, 4, 2)});
     for (const Region& region : {Region{10, 10, 0, 5}, Region{10, 10, 5, 0}, Region{10, 10, -5, 5}}) {
@@ -286,9 +290,9 @@ TEST_F(HeadlessParts, regionWithoutSizeIsTheWholeWindow)
     }
 }
 
-// --- Hidden parts ---------------------------------------------------------------------------------------------------
+// --- Hidden parts ---
 
-TEST_F(HeadlessParts, hiddenPartsAreClickedThrough)
+TEST_F(HeadlessParts, HiddenPartsAreClickedThrough)
 {
     show(stack(0, 1, 2));
     const WindowPoint spot = project(0.5f, 0.5f, 0);
@@ -299,7 +303,7 @@ TEST_F(HeadlessParts, hiddenPartsAreClickedThrough)
     EXPECT_FALSE(model->flags(front - 1) & PART_SELECTED);
 }
 
-TEST_F(HeadlessParts, withEveryPartHiddenThereIsNothingToPick)
+TEST_F(HeadlessParts, WithEveryPartHiddenThereIsNothingToPick)
 {
     for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE}) {
         show({square(3, 3, 0), square(8, 8, 0)});
@@ -311,15 +315,15 @@ TEST_F(HeadlessParts, withEveryPartHiddenThereIsNothingToPick)
     }
 }
 
-TEST_F(HeadlessParts, modelWithoutPartsHasOnlyTheTriad)
+TEST_F(HeadlessParts, ModelWithoutPartsHasOnlyTheTriad)
 {
     show({});
-    EXPECT_EQ(click(PICK_TYPE_PART, CORNER), 0);
+    EXPECT_EQ(click(PICK_TYPE_PART, corner), 0);
     EXPECT_EQ(process(PICK_TYPE_PART, RECT_PICK, wholeWindow()), 1);
     EXPECT_EQ(pick.zPartMap.begin()->second.pid, 0xFFFFFFFFu);
 }
 
-// --- The axis triad -------------------------------------------------------------------------------------------------
+// --- The axis triad ---
 
 namespace {
 // The triad stands at the model's origin, where a hidden part keeps the place free; the visible parts lie elsewhere.
@@ -353,7 +357,7 @@ protected:
 };
 } // namespace
 
-TEST_F(HeadlessTriad, clickOnItSelectsTheLastVisiblePart)
+TEST_F(HeadlessTriad, ClickOnItSelectsTheLastVisiblePart)
 {
     for (int depthTest : {1, 0}) {
         clearSelection();
@@ -363,7 +367,7 @@ TEST_F(HeadlessTriad, clickOnItSelectsTheLastVisiblePart)
     }
 }
 
-TEST_F(HeadlessTriad, withEveryPartHiddenItCountsAsAHitOfNoPart)
+TEST_F(HeadlessTriad, WithEveryPartHiddenItCountsAsAHitOfNoPart)
 {
     env->setDisplay(2, 4);
     env->setDisplay(3, 4);
@@ -377,7 +381,7 @@ TEST_F(HeadlessTriad, withEveryPartHiddenItCountsAsAHitOfNoPart)
     EXPECT_TRUE(nothingSelected());
 }
 
-TEST_F(HeadlessTriad, elementClickOnItFlagsTheLastVisiblePartAndMarksNoElement)
+TEST_F(HeadlessTriad, ElementClickOnItFlagsTheLastVisiblePartAndMarksNoElement)
 {
     for (int depthTest : {1, 0}) {
         clearSelection();
@@ -389,7 +393,7 @@ TEST_F(HeadlessTriad, elementClickOnItFlagsTheLastVisiblePartAndMarksNoElement)
     }
 }
 
-TEST_F(HeadlessTriad, rectangleOfElementsCountsOneTooMany)
+TEST_F(HeadlessTriad, RectangleOfElementsCountsOneTooMany)
 {
     EXPECT_EQ(process(PICK_TYPE_ELEMENT, RECT_PICK, wholeWindow()), 1 + 3 + 1);
     EXPECT_EQ(elementMarks(1), "1");
@@ -398,7 +402,7 @@ TEST_F(HeadlessTriad, rectangleOfElementsCountsOneTooMany)
     EXPECT_NE(printed().find("NUM PARTS SELECTED=5\n"), std::string::npos);
 }
 
-TEST_F(HeadlessTriad, withoutDepthTestingItTakesThePickFromTheElement)
+TEST_F(HeadlessTriad, WithoutDepthTestingItTakesThePickFromTheElement)
 {
     env->setHideMode(0);
     const Region both = triadAnd(project(4.5f, 0, 0)); // the first visible part
@@ -408,7 +412,7 @@ TEST_F(HeadlessTriad, withoutDepthTestingItTakesThePickFromTheElement)
     EXPECT_EQ(elementMarks(2), "000");
 }
 
-TEST_F(HeadlessTriad, withoutDepthTestingItTakesTheNodeIntoTheLastVisiblePart)
+TEST_F(HeadlessTriad, WithoutDepthTestingItTakesTheNodeIntoTheLastVisiblePart)
 {
     env->setHideMode(0);
     const Region both = triadAnd(project(4, 0, 0)).grown(40); // and the square's left nodes, number 1 and 4
@@ -418,14 +422,14 @@ TEST_F(HeadlessTriad, withoutDepthTestingItTakesTheNodeIntoTheLastVisiblePart)
     EXPECT_EQ(nodeMarks(2), "00010000") << "the node read last, in the part read last";
 }
 
-TEST_F(HeadlessTriad, withDepthTestingItDoesNotTakeTheNode)
+TEST_F(HeadlessTriad, WithDepthTestingItDoesNotTakeTheNode)
 {
     EXPECT_EQ(process(PICK_TYPE_NODE, SELECT_PICK, triadAnd(project(4, 0, 0)).grown(40)), 2);
     EXPECT_EQ(partsWith(PART_NODES_SELECTED), Indices{2});
     EXPECT_EQ(nodeMarks(1), "1000") << "the first of equal depths";
 }
 
-TEST_F(HeadlessTriad, pendingRubberBandIsHitLikeIt)
+TEST_F(HeadlessTriad, PendingRubberBandIsHitLikeIt)
 {
     const WindowPoint spot = project(0, 5, 0); // nothing there
     EXPECT_EQ(click(PICK_TYPE_PART, spot), 0);
@@ -438,23 +442,23 @@ TEST_F(HeadlessTriad, pendingRubberBandIsHitLikeIt)
     EXPECT_EQ(env->mTrans->mTransType, NO_TRANSFORM) << "used up";
 }
 
-// --- Before the first frame -----------------------------------------------------------------------------------------
+// --- Before the first frame ---
 
-TEST_F(HeadlessParts, pickBeforeTheFirstFrameSeesTheExtentsStretchedOverTheWindow)
+TEST_F(HeadlessParts, PickBeforeTheFirstFrameSeesTheExtentsStretchedOverTheWindow)
 {
     load({square(2, 2, 0), square(6, 8, 0)});
     const float* e = env->modelExtents; // no view is applied yet
-    const WindowPoint spot = {(6 - e[0]) / (e[1] - e[0]) * WIDTH, (8 - e[2]) / (e[3] - e[2]) * HEIGHT, 0};
+    const WindowPoint spot = {(6 - e[0]) / (e[1] - e[0]) * windowWidth, (8 - e[2]) / (e[3] - e[2]) * windowHeight, 0};
     EXPECT_EQ(click(PICK_TYPE_PART, spot), 1);
     EXPECT_EQ(selectedParts(), Indices{2});
 }
 
-TEST_F(HeadlessParts, pickBeforeTheFirstFrameUsesUpTheCentreOfTheWindow)
+TEST_F(HeadlessParts, PickBeforeTheFirstFrameUsesUpTheCentreOfTheWindow)
 {
     load({square(2, 2, 0), square(6, 8, 0)});
     const float* e = env->modelExtents;
     click(PICK_TYPE_PART, {40, 30, 0});
-    const double unit[2] = {(e[1] - e[0]) / WIDTH, (e[3] - e[2]) / HEIGHT};
+    const double unit[2] = {(e[1] - e[0]) / windowWidth, (e[3] - e[2]) / windowHeight};
     // The middle of the window under a projection enlarged to the region: the region's own middle.
     EXPECT_NEAR(env->mTrans->centerOfWindow[0], e[0] + 40 * unit[0], 1e-4);
     EXPECT_NEAR(env->mTrans->centerOfWindow[1], e[2] + 30 * unit[1], 1e-4);

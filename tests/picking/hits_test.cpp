@@ -1,12 +1,12 @@
 // Decoding of hit records: every pick type with every method, and what is printed of them.
 #include "hitstest.h"
 
-// --- The part type -------------------------------------------------------------------------------
+// --- The part type ---
 
-TEST_F(Hits, singlePartPickPrintsEveryRecordAndSelectsTheNearest)
+TEST_F(Hits, SinglePartPickPrintsEveryRecordAndSelectsTheNearest)
 {
-    record(HALF, THREE_QUARTERS, {1});
-    record(QUARTER, HALF, {3});
+    record(half, threeQuarters, {1});
+    record(quarter, half, {3});
     EXPECT_EQ(decode(PICK_TYPE_PART, SELECT_PICK), 2);
     EXPECT_EQ(printed(), "hits = 2\n"
                          " number of parts for hit = 1\n"
@@ -22,10 +22,10 @@ TEST_F(Hits, singlePartPickPrintsEveryRecordAndSelectsTheNearest)
     EXPECT_EQ(entities(), (Lines{"3 0", "1 0", "3 0", "1 0"})) << "both depths, equal ones in order of insertion";
 }
 
-TEST_F(Hits, rectanglePartPickSelectsEveryPartHit)
+TEST_F(Hits, RectanglePartPickSelectsEveryPartHit)
 {
-    record(HALF, HALF, {1});
-    record(QUARTER, QUARTER, {3});
+    record(half, half, {1});
+    record(quarter, quarter, {3});
     EXPECT_EQ(decode(PICK_TYPE_PART, RECT_PICK), 2);
     EXPECT_EQ(printed(), "hits = 2\n"
                          " number of parts for hit = 1\n"
@@ -41,9 +41,9 @@ TEST_F(Hits, rectanglePartPickSelectsEveryPartHit)
     EXPECT_EQ(entities(), (Lines{"3 0", "3 0", "1 0", "1 0"}));
 }
 
-TEST_F(Hits, partRecordWithTwoNamesCountsBothAsParts)
+TEST_F(Hits, PartRecordWithTwoNamesCountsBothAsParts)
 {
-    record(QUARTER, HALF, {1, 3});
+    record(quarter, half, {1, 3});
     EXPECT_EQ(decode(PICK_TYPE_PART, RECT_PICK), 2);
     EXPECT_EQ(selectedParts(), (Indices{1, 3}));
     EXPECT_EQ(entities(), (Lines{"1 0", "3 0", "1 0", "3 0"}));
@@ -54,9 +54,9 @@ TEST_F(Hits, partRecordWithTwoNamesCountsBothAsParts)
     EXPECT_EQ(selectedParts(), Indices{1});
 }
 
-TEST_F(Hits, triadAloneCountsAsAHitOfNoPart)
+TEST_F(Hits, TriadAloneCountsAsAHitOfNoPart)
 {
-    record(HALF, HALF, {NO_PART});
+    record(half, half, {noPart});
     EXPECT_EQ(decode(PICK_TYPE_PART, SELECT_PICK), 1);
     EXPECT_EQ(printed(), "hits = 1\n"
                          " number of parts for hit = 1\n"
@@ -68,13 +68,13 @@ TEST_F(Hits, triadAloneCountsAsAHitOfNoPart)
     EXPECT_TRUE(nothingSelected());
 }
 
-// --- The element type ----------------------------------------------------------------------------
+// --- The element type ---
 
-TEST_F(Hits, singleElementPickStoresElementNumbersAndNamesTheWinner)
+TEST_F(Hits, SingleElementPickStoresElementNumbersAndNamesTheWinner)
 {
     replace(1, quadStripPart(3));
-    record(HALF, HALF, {1, 1});
-    record(QUARTER, QUARTER, {2, 3});
+    record(half, half, {1, 1});
+    record(quarter, quarter, {2, 3});
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, SELECT_PICK), 2);
     EXPECT_EQ(printed(), "hits = 2\n"
                          " number of parts for hit = 2\n"
@@ -92,12 +92,12 @@ TEST_F(Hits, singleElementPickStoresElementNumbersAndNamesTheWinner)
     EXPECT_EQ(numbersWith(PART_ELEMENTS_SELECTED), Indices{2});
 }
 
-TEST_F(Hits, rectangleElementPickSelectsEveryElementAndStoresElementNumberZero)
+TEST_F(Hits, RectangleElementPickSelectsEveryElementAndStoresElementNumberZero)
 {
     replace(1, quadStripPart(3));
-    record(HALF, HALF, {1, 1});
-    record(QUARTER, QUARTER, {2, 1});
-    record(EIGHTH, EIGHTH, {2, 3});
+    record(half, half, {1, 1});
+    record(quarter, quarter, {2, 1});
+    record(eighth, eighth, {2, 3});
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, RECT_PICK), 3);
     EXPECT_EQ(elementMarks(0), "1");
     EXPECT_EQ(elementMarks(1), "101");
@@ -108,9 +108,9 @@ TEST_F(Hits, rectangleElementPickSelectsEveryElementAndStoresElementNumberZero)
     EXPECT_NE(text.find("FIRST PART=2\nLAST PART=1\nNUM PARTS SELECTED=3\n"), std::string::npos);
 }
 
-TEST_F(Hits, elementRecordWithOneNameTakesTheWordAfterItAsElement)
+TEST_F(Hits, ElementRecordWithOneNameTakesTheWordAfterItAsElement)
 {
-    record(QUARTER, HALF, {2}); // the axis triad: drawn under the part's name alone
+    record(quarter, half, {2}); // the axis triad: drawn under the part's name alone
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, SELECT_PICK), 1);
     EXPECT_EQ(printed(), "hits = 1\n"
                          " number of parts for hit = 1\n"
@@ -124,30 +124,30 @@ TEST_F(Hits, elementRecordWithOneNameTakesTheWordAfterItAsElement)
     EXPECT_EQ(elementMarks(1), "0");
 }
 
-TEST_F(Hits, triadInARectangleElementPickCountsOneTooManyAndMarksNothing)
+TEST_F(Hits, TriadInARectangleElementPickCountsOneTooManyAndMarksNothing)
 {
-    record(HALF, HALF, {1, 1});
-    record(QUARTER, QUARTER, {3});
+    record(half, half, {1, 1});
+    record(quarter, quarter, {3});
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, RECT_PICK), 2);
     EXPECT_EQ(numbersWith(PART_ELEMENTS_SELECTED), (Indices{1, 3}));
     EXPECT_EQ(elementMarks(0), "1");
     EXPECT_EQ(elementMarks(2), "0");
 }
 
-TEST_F(Hits, triadWinsAnElementPickWithoutDepthTesting)
+TEST_F(Hits, TriadWinsAnElementPickWithoutDepthTesting)
 {
     glDisable(GL_DEPTH_TEST);
-    record(EIGHTH, EIGHTH, {1, 1});
-    record(THREE_QUARTERS, THREE_QUARTERS, {3});
+    record(eighth, eighth, {1, 1});
+    record(threeQuarters, threeQuarters, {3});
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, SELECT_PICK), 2);
     EXPECT_EQ(numbersWith(PART_ELEMENTS_SELECTED), Indices{3});
     EXPECT_EQ(elementMarks(0), "0");
     EXPECT_EQ(elementMarks(2), "0");
 }
 
-TEST_F(Hits, elementPickOnTheTriadWithEveryPartHiddenIsSilent)
+TEST_F(Hits, ElementPickOnTheTriadWithEveryPartHiddenIsSilent)
 {
-    record(HALF, HALF, {NO_PART});
+    record(half, half, {noPart});
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, SELECT_PICK), 1);
     EXPECT_NE(printed().find("FIRST PART=4294967295\nLAST PART=4294967295\nPID=4294967295 EID=0\n"
                              "NUM PARTS SELECTED=1\n"),
@@ -155,13 +155,13 @@ TEST_F(Hits, elementPickOnTheTriadWithEveryPartHiddenIsSilent)
     EXPECT_TRUE(nothingSelected());
 }
 
-TEST_F(Hits, elementRecordWithFourNamesIsTwoElements)
+TEST_F(Hits, ElementRecordWithFourNamesIsTwoElements)
 {
     for (unsigned int method : {RECT_PICK, SELECT_PICK}) {
         words.clear();
         records = 0;
         pick.zPartMap.clear();
-        record(QUARTER, HALF, {1, 1, 3, 1});
+        record(quarter, half, {1, 1, 3, 1});
         EXPECT_EQ(decode(PICK_TYPE_ELEMENT, method), 2) << "two names at a time, whatever their number";
         EXPECT_NE(printed().find(" number of parts for hit = 4\n  z1 is 0.25; z2 is 0.5\n   the part is 1 3 \n"),
                   std::string::npos);
@@ -171,10 +171,10 @@ TEST_F(Hits, elementRecordWithFourNamesIsTwoElements)
     EXPECT_EQ(elementMarks(2), "1");
 }
 
-TEST_F(Hits, elementRecordInTheMiddleWithOneNameShiftsTheNext)
+TEST_F(Hits, ElementRecordInTheMiddleWithOneNameShiftsTheNext)
 {
-    record(HALF, HALF, {1});    // element number: the next record's name count, 2
-    record(0, QUARTER, {1, 1}); // read as name count 0, depths QUARTER and 1
+    record(half, half, {1});    // element number: the next record's name count, 2
+    record(0, quarter, {1, 1}); // read as name count 0, depths quarter and 1
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, SELECT_PICK), 1);
     EXPECT_EQ(printed(), "hits = 2\n"
                          " number of parts for hit = 1\n"
@@ -189,12 +189,12 @@ TEST_F(Hits, elementRecordInTheMiddleWithOneNameShiftsTheNext)
                          "NUM PARTS SELECTED=1\n");
 }
 
-// --- The node type -------------------------------------------------------------------------------
+// --- The node type ---
 
-TEST_F(Hits, singleNodePickPrintsPartAndNodeAndSelectsTheNearest)
+TEST_F(Hits, SingleNodePickPrintsPartAndNodeAndSelectsTheNearest)
 {
-    record(HALF, HALF, {1, 4});
-    record(QUARTER, QUARTER, {2, 3});
+    record(half, half, {1, 4});
+    record(quarter, quarter, {2, 3});
     EXPECT_EQ(decode(PICK_TYPE_NODE, SELECT_PICK), 2);
     EXPECT_EQ(printed(), "hits = 2\n"
                          " number of parts for hit = 2\n"
@@ -216,10 +216,10 @@ TEST_F(Hits, singleNodePickPrintsPartAndNodeAndSelectsTheNearest)
     EXPECT_EQ(nodeMarks(1), "0010");
 }
 
-TEST_F(Hits, rectangleNodePickSelectsEveryNodeAndStoresItsNumber)
+TEST_F(Hits, RectangleNodePickSelectsEveryNodeAndStoresItsNumber)
 {
-    record(HALF, HALF, {1, 4});
-    record(QUARTER, QUARTER, {2, 3});
+    record(half, half, {1, 4});
+    record(quarter, quarter, {2, 3});
     EXPECT_EQ(decode(PICK_TYPE_NODE, RECT_PICK), 2);
     EXPECT_EQ(printed(), "hits = 2\n"
                          " number of parts for hit = 2\n"
@@ -240,9 +240,9 @@ TEST_F(Hits, rectangleNodePickSelectsEveryNodeAndStoresItsNumber)
     EXPECT_EQ(nodeMarks(1), "0010");
 }
 
-TEST_F(Hits, rectangleNodePickReportsANodeOutOfRangeAfterItsNumber)
+TEST_F(Hits, RectangleNodePickReportsANodeOutOfRangeAfterItsNumber)
 {
-    record(HALF, HALF, {1, 5});
+    record(half, half, {1, 5});
     EXPECT_EQ(decode(PICK_TYPE_NODE, RECT_PICK), 1) << "counted all the same";
     EXPECT_NE(printed().find("   the part is 1 PART IDX=1\n"
                              "NODE IDX=5\n"
@@ -253,12 +253,12 @@ TEST_F(Hits, rectangleNodePickReportsANodeOutOfRangeAfterItsNumber)
     EXPECT_TRUE(nothingSelected());
 }
 
-TEST_F(Hits, nodeRecordsWithOneNameArePrintedButNeitherCountedNorSelected)
+TEST_F(Hits, NodeRecordsWithOneNameArePrintedButNeitherCountedNorSelected)
 {
     for (unsigned int method : {RECT_PICK, SELECT_PICK}) {
         words.clear();
         records = 0;
-        record(QUARTER, HALF, {2});
+        record(quarter, half, {2});
         EXPECT_EQ(decode(PICK_TYPE_NODE, method), 0);
         EXPECT_EQ(printed(), "hits = 1\n"
                              " number of parts for hit = 1\n"
@@ -271,20 +271,20 @@ TEST_F(Hits, nodeRecordsWithOneNameArePrintedButNeitherCountedNorSelected)
     }
 }
 
-TEST_F(Hits, nodeRecordsWithOneNameAreReadWhole)
+TEST_F(Hits, NodeRecordsWithOneNameAreReadWhole)
 {
-    record(QUARTER, HALF, {2});
-    record(QUARTER, HALF, {1, 3});
+    record(quarter, half, {2});
+    record(quarter, half, {1, 3});
     EXPECT_EQ(decode(PICK_TYPE_NODE, SELECT_PICK), 1);
     EXPECT_EQ(nodeMarks(0), "0010");
 }
 
-TEST_F(Hits, nodeRecordsWithThreeNamesAreNotReadOn)
+TEST_F(Hits, NodeRecordsWithThreeNamesAreNotReadOn)
 {
     for (unsigned int method : {RECT_PICK, SELECT_PICK}) {
         words.clear();
         records = 0;
-        record(QUARTER, HALF, {1, 2, 3});
+        record(quarter, half, {1, 2, 3});
         EXPECT_EQ(decode(PICK_TYPE_NODE, method), 0);
         EXPECT_EQ(printed(), "hits = 1\n"
                              " number of parts for hit = 3\n"
@@ -295,15 +295,15 @@ TEST_F(Hits, nodeRecordsWithThreeNamesAreNotReadOn)
     }
 }
 
-// --- Types and methods that interpret nothing ----------------------------------------------------
+// --- Types and methods that interpret nothing ---
 
-TEST_F(Hits, unknownTypesLeaveTheNamesUnreadSoTheNextRecordIsReadFromThem)
+TEST_F(Hits, UnknownTypesLeaveTheNamesUnreadSoTheNextRecordIsReadFromThem)
 {
     for (unsigned int method : {RECT_PICK, SELECT_PICK}) {
         words.clear();
         records = 0;
-        record(QUARTER, HALF, {3});
-        record(HALF, 77, {2}); // read as: name count 3, depths 1 and HALF, names from 77 on
+        record(quarter, half, {3});
+        record(half, 77, {2}); // read as: name count 3, depths 1 and half, names from 77 on
         EXPECT_EQ(decode(0x2000, method), 0);
         EXPECT_EQ(printed(), "hits = 2\n"
                              " number of parts for hit = 1\n"
@@ -317,13 +317,13 @@ TEST_F(Hits, unknownTypesLeaveTheNamesUnreadSoTheNextRecordIsReadFromThem)
     }
 }
 
-TEST_F(Hits, unknownMethodsPrintTheRecordsButNeitherStoreNorSelect)
+TEST_F(Hits, UnknownMethodsPrintTheRecordsButNeitherStoreNorSelect)
 {
     for (unsigned int method : {unsigned(POLYLINE_PICK), 0u, 999u}) {
         for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE}) {
             words.clear();
             records = 0;
-            record(QUARTER, HALF, {2, 3});
+            record(quarter, half, {2, 3});
             EXPECT_EQ(decode(type, method), 0);
             EXPECT_EQ(printed(), "hits = 1\n"
                                  " number of parts for hit = 2\n"
@@ -336,9 +336,9 @@ TEST_F(Hits, unknownMethodsPrintTheRecordsButNeitherStoreNorSelect)
     }
 }
 
-TEST_F(Hits, nameCountsAreReadAsSigned)
+TEST_F(Hits, NameCountsAreReadAsSigned)
 {
-    words = {0xFFFFFFFE, QUARTER, HALF};
+    words = {0xFFFFFFFE, quarter, half};
     records = 1;
     EXPECT_EQ(decode(PICK_TYPE_PART, SELECT_PICK), 0);
     EXPECT_EQ(printed(), "hits = 1\n"
@@ -348,38 +348,38 @@ TEST_F(Hits, nameCountsAreReadAsSigned)
                          "NUM PARTS SELECTED=0\n");
 }
 
-// --- Bounds of what a record may name ------------------------------------------------------------
+// --- Bounds of what a record may name ---
 
-TEST_F(Hits, elementNumbersAboveTheElementCountFlagThePartAndWriteNothing)
+TEST_F(Hits, ElementNumbersAboveTheElementCountFlagThePartAndWriteNothing)
 {
-    record(HALF, HALF, {1, 2}); // one element, four index entries
+    record(half, half, {1, 2}); // one element, four index entries
     EXPECT_EQ(decode(PICK_TYPE_ELEMENT, RECT_PICK), 1);
     EXPECT_EQ(numbersWith(PART_ELEMENTS_SELECTED), Indices{1});
     EXPECT_EQ(elementMarks(0), "0");
     EXPECT_EQ(printed().find("ERROR"), std::string::npos);
 }
 
-TEST_F(Hits, nodeZeroFlagsThePartAndWritesNothing)
+TEST_F(Hits, NodeZeroFlagsThePartAndWritesNothing)
 {
-    record(HALF, HALF, {1, 0});
+    record(half, half, {1, 0});
     EXPECT_EQ(decode(PICK_TYPE_NODE, RECT_PICK), 1);
     EXPECT_EQ(numbersWith(PART_NODES_SELECTED), Indices{1});
     EXPECT_EQ(nodeMarks(0), "0000");
 }
 
-TEST_F(Hits, selectionsAddToThoseAlreadyMade)
+TEST_F(Hits, SelectionsAddToThoseAlreadyMade)
 {
     model->selectPart(2);
-    record(HALF, HALF, {1});
+    record(half, half, {1});
     decode(PICK_TYPE_PART, SELECT_PICK);
     EXPECT_EQ(selectedParts(), (Indices{1, 2}));
 }
 
-TEST_F(Hits, selectionsGoToTheCurrentEnvironment)
+TEST_F(Hits, SelectionsGoToTheCurrentEnvironment)
 {
     TestModel other(GL_FLAT); // the newest is current
     other.add(quadPart()).install();
-    record(HALF, HALF, {1});
+    record(half, half, {1});
     decode(PICK_TYPE_PART, SELECT_PICK);
     EXPECT_TRUE(other.flags(0) & PART_SELECTED);
     EXPECT_TRUE(nothingSelected());

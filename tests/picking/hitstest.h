@@ -9,8 +9,8 @@
 #include "recordedtest.h"
 
 // Depth words that print as 0.125, 0.25, 0.5 and 0.75.
-const GLuint EIGHTH = 0x20000000, QUARTER = 0x40000000, HALF = 0x80000000, THREE_QUARTERS = 0xC0000000;
-const GLuint NO_PART = 0xFFFFFFFF; // the name below all parts
+const GLuint eighth = 0x20000000, quarter = 0x40000000, half = 0x80000000, threeQuarters = 0xC0000000;
+const GLuint noPart = 0xFFFFFFFF; // the name below all parts
 
 class Hits : public RecordedTest
 {
@@ -18,8 +18,9 @@ protected:
     void SetUp() override
     {
         RecordedTest::SetUp();
-        for (float x : {0.0f, 10.0f, 20.0f})
+        for (float x : {0.0f, 10.0f, 20.0f}) {
             model.add(quadPart(x));
+        }
         model.install();
         glEnable(GL_DEPTH_TEST);
         forget();
@@ -52,16 +53,18 @@ protected:
     Lines entities()
     {
         Lines list;
-        for (const auto& entry : pick.zPartMap)
+        for (const auto& entry : pick.zPartMap) {
             list.push_back(std::to_string(entry.second.pid) + " " + std::to_string(entry.second.eid));
+        }
         return list;
     }
 
     Floats depths()
     {
         Floats keys;
-        for (const auto& entry : pick.zPartMap)
+        for (const auto& entry : pick.zPartMap) {
             keys.push_back(entry.first);
+        }
         return keys;
     }
 
@@ -82,9 +85,11 @@ protected:
     Indices numbersWith(unsigned int flag)
     {
         Indices numbers;
-        for (unsigned int k = 0; k < model->numParts; ++k)
-            if (model.flags(k) & flag)
+        for (unsigned int k = 0; k < model->numParts; ++k) {
+            if (model.flags(k) & flag) {
                 numbers.push_back(k + 1);
+            }
+        }
         return numbers;
     }
 

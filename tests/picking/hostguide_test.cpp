@@ -37,11 +37,14 @@ std::vector<std::pair<unsigned int, unsigned int>> selectedElements(CAEEnv& env)
     for (const auto& [partId, position] : *env.getPartsMapPtr()) {
         const PartInfoStr& part = env.getPartsList()[position];
         const PartElementsStr& elements = part.partElements;
-        if (!(part.partFlag & PART_ELEMENTS_SELECTED) || !elements.selectedList || !elements.eidMap)
+        if (!(part.partFlag & PART_ELEMENTS_SELECTED) || !elements.selectedList || !elements.eidMap) {
             continue;
-        for (const auto& [elementId, element] : *elements.eidMap)
-            if (elements.selectedList[element] == SELECTED_CHAR)
+        }
+        for (const auto& [elementId, element] : *elements.eidMap) {
+            if (elements.selectedList[element] == SELECTED_CHAR) {
                 found.push_back({partId, elementId});
+            }
+        }
     }
     return found;
 }
@@ -50,8 +53,9 @@ std::vector<std::pair<unsigned int, unsigned int>> selectedElements(CAEEnv& env)
 std::string readName(std::FILE* file)
 {
     unsigned int length = 0;
-    if (std::fread(&length, sizeof length, 1, file) != 1 || length > 4096)
+    if (std::fread(&length, sizeof length, 1, file) != 1 || length > 4096) {
         return "";
+    }
     std::string name(length, '\0');
     return std::fread(&name[0], 1, length, file) == length ? name : "";
 }
@@ -60,15 +64,17 @@ std::string readName(std::FILE* file)
 bool restoreView(CAEEnv& env, const char* path)
 {
     std::FILE* file = std::fopen(path, "rb");
-    if (!file)
+    if (!file) {
         return false;
+    }
     bool fits = readName(file) == env.dirName && readName(file) == env.modelName;
     const long state = std::ftell(file);
     std::fseek(file, 0, SEEK_END);
     fits = fits && std::ftell(file) - state == 496 + 20L * env.getNumParts();
     std::fseek(file, state, SEEK_SET);
-    if (fits)
+    if (fits) {
         env.restore(file);
+    }
     std::fclose(file);
     return fits;
 }
@@ -92,7 +98,7 @@ protected:
 
     // Pixels from the top left, as a window system gives them.
     static int pixelX(const WindowPoint& point) { return static_cast<int>(point.x); }
-    static int pixelY(const WindowPoint& point) { return HEIGHT - 1 - static_cast<int>(point.y); }
+    static int pixelY(const WindowPoint& point) { return windowHeight - 1 - static_cast<int>(point.y); }
 
     std::string path;
 };
@@ -101,32 +107,33 @@ using Pairs = std::vector<std::pair<unsigned int, unsigned int>>;
 
 } // namespace
 
-TEST_F(HostGuide, clickSelectsUnderTheMouse)
+TEST_F(HostGuide, ClickSelectsUnderTheMouse)
 {
     const WindowPoint spot = middle(1, 2);
-    EXPECT_EQ(pickAt(*env, PICK_TYPE_ELEMENT, pixelX(spot), pixelY(spot), HEIGHT), 1);
+    EXPECT_EQ(pickAt(*env, PICK_TYPE_ELEMENT, pixelX(spot), pixelY(spot), windowHeight), 1);
     EXPECT_EQ(selectedElements(*env), (Pairs{{12, 103}}));
     const WindowPoint corner = node(2, 3);
-    EXPECT_EQ(pickAt(*env, PICK_TYPE_NODE, pixelX(corner) + 2, pixelY(corner) - 2, HEIGHT), 1);
+    EXPECT_EQ(pickAt(*env, PICK_TYPE_NODE, pixelX(corner) + 2, pixelY(corner) - 2, windowHeight), 1);
     EXPECT_EQ(nodeMarks(2), "0001");
-    EXPECT_EQ(pickAt(*env, PICK_TYPE_NODE, pixelX(corner) + 8, pixelY(corner), HEIGHT), 0);
+    EXPECT_EQ(pickAt(*env, PICK_TYPE_NODE, pixelX(corner) + 8, pixelY(corner), windowHeight), 0);
 }
 
-TEST_F(HostGuide, rectangleSelectsInsideWhicheverWayItWasDragged)
+TEST_F(HostGuide, RectangleSelectsInsideWhicheverWayItWasDragged)
 {
     const WindowPoint a = project(1.5f, 0.5f, 0), b = project(2.5f, 0.6f, 0);
-    EXPECT_EQ(pickInside(*env, PICK_TYPE_ELEMENT, pixelX(b), pixelY(b), pixelX(a), pixelY(a), HEIGHT), 2);
+    EXPECT_EQ(pickInside(*env, PICK_TYPE_ELEMENT, pixelX(b), pixelY(b), pixelX(a), pixelY(a), windowHeight), 2);
     EXPECT_EQ(selectedElements(*env), (Pairs{{12, 102}, {12, 103}}));
 }
 
-TEST_F(HostGuide, rectangleWithoutSizeIsAPixel)
+TEST_F(HostGuide, RectangleWithoutSizeIsAPixel)
 {
     const WindowPoint spot = middle(1, 0);
-    EXPECT_EQ(pickInside(*env, PICK_TYPE_PART, pixelX(spot), pixelY(spot), pixelX(spot), pixelY(spot), HEIGHT), 1);
+    EXPECT_EQ(pickInside(*env, PICK_TYPE_PART, pixelX(spot), pixelY(spot), pixelX(spot), pixelY(spot), windowHeight),
+              1);
     EXPECT_EQ(selectedParts(), Indices{2});
 }
 
-TEST_F(HostGuide, savedViewDrawsTheSamePictureInAFreshEnvironment)
+TEST_F(HostGuide, SavedViewDrawsTheSamePictureInAFreshEnvironment)
 {
     float drag[] = {150, 120, 240, 190};
     env->mTrans->updateValues(GLOBAL_ROTATION, drag);
@@ -145,7 +152,7 @@ TEST_F(HostGuide, savedViewDrawsTheSamePictureInAFreshEnvironment)
     EXPECT_EQ(kvo::compare(before, target->read()).differing, 0u);
 }
 
-TEST_F(HostGuide, viewOfAnotherModelIsRefused)
+TEST_F(HostGuide, ViewOfAnotherModelIsRefused)
 {
     env->selectPart(3);
     ASSERT_EQ(env->save(path.c_str()), 0);

@@ -25,10 +25,12 @@ protected:
             nodeReaders.erase(model->readNodes);
             idReaders.erase(model->readIDS);
         }
-        for (ReadNodes* reader : nodeReaders)
+        for (ReadNodes* reader : nodeReaders) {
             delete reader;
-        for (ReadIDS* reader : idReaders)
+        }
+        for (ReadIDS* reader : idReaders) {
             delete reader;
+        }
         readerstub::reset();
         Selection::TearDown();
     }
@@ -46,15 +48,17 @@ protected:
 
     std::string extentsLine()
     {
-        for (const std::string& line : printedLines())
-            if (line.find("EXTENTS=") == 0)
+        for (const std::string& line : printedLines()) {
+            if (line.find("EXTENTS=") == 0) {
                 return line;
+            }
+        }
         return "none";
     }
 };
 } // namespace
 
-TEST_F(NodeList, nodesAreMarkedInTheModelWideList)
+TEST_F(NodeList, NodesAreMarkedInTheModelWideList)
 {
     selectNodeList({10, 30});
     EXPECT_TRUE(model->compFlag & NODE_LIST_SELECTED);
@@ -65,32 +69,32 @@ TEST_F(NodeList, nodesAreMarkedInTheModelWideList)
     EXPECT_EQ(nodeMarks(0), "none");
 }
 
-TEST_F(NodeList, oneNodePrintsNegatedMaximaButForTheYMinimum)
+TEST_F(NodeList, OneNodePrintsNegatedMaximaButForTheYMinimum)
 {
     selectNodeList({10}); // (3, 5, 7): the y minimum takes x, so it differs from the maximum and is not negated
     EXPECT_EQ(extentsLine(), "EXTENTS=-3,3,3,5,-7,7");
 }
 
-TEST_F(NodeList, oneNodeWithEqualXAndYPrintsNegatedMaximaOnEveryAxis)
+TEST_F(NodeList, OneNodeWithEqualXAndYPrintsNegatedMaximaOnEveryAxis)
 {
     readerstub::files["model"].nodeValues = {5, 5, 7, -1, 8, -4, 2, -6, 2};
     selectNodeList({10});
     EXPECT_EQ(extentsLine(), "EXTENTS=-5,5,-5,5,-7,7");
 }
 
-TEST_F(NodeList, lowerYStoresX)
+TEST_F(NodeList, LowerYStoresX)
 {
     selectNodeList({10, 20, 30}); // y: 5 stores x 3, 8 is above it, -6 stores x 2
     EXPECT_EQ(extentsLine(), "EXTENTS=-1,3,2,8,-4,7");
 }
 
-TEST_F(NodeList, noNodeFoundPrintsTheStartingBox)
+TEST_F(NodeList, NoNodeFoundPrintsTheStartingBox)
 {
     selectNodeList({});
     EXPECT_EQ(extentsLine(), "EXTENTS=1e+06,-1e+06,1e+06,-1e+06,1e+06,-1e+06");
 }
 
-TEST_F(NodeList, boxIsPrintedOnly)
+TEST_F(NodeList, BoxIsPrintedOnly)
 {
     const Floats before(model->modelExtents, model->modelExtents + 6);
     selectNodeList({10});
@@ -98,7 +102,7 @@ TEST_F(NodeList, boxIsPrintedOnly)
     EXPECT_EQ(Floats(model->orgModelExtents, model->orgModelExtents + 6), before);
 }
 
-TEST_F(NodeList, unknownNodeIsReportedByTheReaderAndByTheEnvironment)
+TEST_F(NodeList, UnknownNodeIsReportedByTheReaderAndByTheEnvironment)
 {
     selectNodeList({99, 20, 0});
     const Lines lines = printedLines();
@@ -110,7 +114,7 @@ TEST_F(NodeList, unknownNodeIsReportedByTheReaderAndByTheEnvironment)
     EXPECT_EQ(marks(), "010");
 }
 
-TEST_F(NodeList, idsBeyondTheNodesMarkNothing)
+TEST_F(NodeList, IdsBeyondTheNodesMarkNothing)
 {
     readerstub::files["model"].nodeIds = {10, 20, 30, 40}; // more ids than nodes
     selectNodeList({40, 20});
@@ -118,7 +122,7 @@ TEST_F(NodeList, idsBeyondTheNodesMarkNothing)
     EXPECT_EQ(extentsLine().find("EXTENTS="), 0u);
 }
 
-TEST_F(NodeList, readersAreAskedForTheModelItself)
+TEST_F(NodeList, ReadersAreAskedForTheModelItself)
 {
     readerstub::watched = true;
     selectNodeList({});
@@ -130,7 +134,7 @@ TEST_F(NodeList, readersAreAskedForTheModelItself)
     readerstub::watched = false;
 }
 
-TEST_F(NodeList, viewportProjectionLightsAndWindowCentreAreSetAgain)
+TEST_F(NodeList, ViewportProjectionLightsAndWindowCentreAreSetAgain)
 {
     glViewport(10, 20, 640, 480);
     forget();
@@ -145,14 +149,14 @@ TEST_F(NodeList, viewportProjectionLightsAndWindowCentreAreSetAgain)
     EXPECT_LT(text.find("EXTENTS=-3"), text.find("RESIZE MODEL EXTS="));
 }
 
-TEST_F(NodeList, counterIsLeftAlone)
+TEST_F(NodeList, CounterIsLeftAlone)
 {
     model->i = 77;
     selectNodeList({10, 99});
     EXPECT_EQ(model->i, 77u);
 }
 
-TEST_F(NodeList, flagIsSetEvenIfTheNodesCannotBeRead)
+TEST_F(NodeList, FlagIsSetEvenIfTheNodesCannotBeRead)
 {
     readerstub::files.clear();
     selectNodeList({10});
@@ -165,7 +169,7 @@ TEST_F(NodeList, flagIsSetEvenIfTheNodesCannotBeRead)
     EXPECT_EQ(glrecord::lines(), Lines{});
 }
 
-TEST_F(NodeList, nodesStaySetIfTheIdsCannotBeRead)
+TEST_F(NodeList, NodesStaySetIfTheIdsCannotBeRead)
 {
     readerstub::files["model"].nodeIds.clear();
     selectNodeList({10});
@@ -175,7 +179,7 @@ TEST_F(NodeList, nodesStaySetIfTheIdsCannotBeRead)
     EXPECT_EQ(glrecord::lines(), Lines{});
 }
 
-TEST_F(NodeList, marksOfAnEarlierCallStayReadableAfterAFailedOne)
+TEST_F(NodeList, MarksOfAnEarlierCallStayReadableAfterAFailedOne)
 {
     selectNodeList({20});
     const char* const before = model->selectedNodes;
@@ -185,14 +189,14 @@ TEST_F(NodeList, marksOfAnEarlierCallStayReadableAfterAFailedOne)
     EXPECT_EQ(marks(), "010") << "the earlier reader is not released";
 }
 
-TEST_F(NodeList, secondCallStartsWithFreshMarks)
+TEST_F(NodeList, SecondCallStartsWithFreshMarks)
 {
     selectNodeList({20});
     selectNodeList({10});
     EXPECT_EQ(marks(), "100");
 }
 
-TEST_F(NodeList, clearingSelectedNodesKeepsTheModelWideOnes)
+TEST_F(NodeList, ClearingSelectedNodesKeepsTheModelWideOnes)
 {
     selectNodeList({20});
     model->clearSelectedNodes();
@@ -200,7 +204,7 @@ TEST_F(NodeList, clearingSelectedNodesKeepsTheModelWideOnes)
     EXPECT_TRUE(model->compFlag & NODE_LIST_SELECTED);
 }
 
-TEST(NodeListReaders, areReleasedWithTheEnvironmentOnlyIfNodesWereRead)
+TEST(NodeListReaders, AreReleasedWithTheEnvironmentOnlyIfNodesWereRead)
 {
     for (bool readable : {true, false}) {
         readerstub::reset();
@@ -223,8 +227,9 @@ TEST(NodeListReaders, areReleasedWithTheEnvironmentOnlyIfNodesWereRead)
         const std::string expected = readable ? "reader: ~ReadNodes model\nreader: ~ReadIDS model\n" : "";
         EXPECT_EQ(output.take(), expected);
         readerstub::reset();
-        if (!readable)
+        if (!readable) {
             delete kept;
+        }
         glrecord::stop();
     }
 }

@@ -6,7 +6,7 @@
 #include "recordedtest.h"
 
 namespace {
-const int UNNORMALISED = 0x1D02; // neither GL_FLAT nor GL_SMOOTH
+const int unnormalised = 0x1D02; // neither GL_FLAT nor GL_SMOOTH
 
 class PickNames : public RecordedTest
 {
@@ -21,8 +21,9 @@ protected:
     void install(const std::vector<PartInfoStr>& parts, int shadeModel = GL_FLAT)
     {
         model.reset(new TestModel(shadeModel));
-        for (const PartInfoStr& part : parts)
+        for (const PartInfoStr& part : parts) {
             model->add(part);
+        }
         model->install();
         (*model)->computeNormals();
     }
@@ -48,20 +49,21 @@ protected:
         int vertices = 0;
         for (const std::string& line : glrecord::lines()) {
             const std::string argument = line.substr(line.find('(') + 1, line.find_first_of(",)") - line.find('(') - 1);
-            if (line.find("glLoadName") == 0)
+            if (line.find("glLoadName") == 0) {
                 names.back() = argument;
-            else if (line.find("glPushName") == 0)
+            } else if (line.find("glPushName") == 0) {
                 names.push_back(argument);
-            else if (line.find("glPopName") == 0)
+            } else if (line.find("glPopName") == 0) {
                 names.pop_back();
-            else if (line.find("glBegin") == 0)
+            } else if (line.find("glBegin") == 0) {
                 primitive = argument, vertices = 0;
-            else if (line.find("glVertex") == 0 && line.find("glVertexPointer") != 0)
+            } else if (line.find("glVertex") == 0 && line.find("glVertexPointer") != 0) {
                 ++vertices;
-            else if (line.find("glEnd()") == 0)
+            } else if (line.find("glEnd()") == 0) {
                 drawn.push_back(joined(names) + ": " + primitive + " " + std::to_string(vertices));
-            else if (line.find("glDrawElements") == 0)
+            } else if (line.find("glDrawElements") == 0) {
                 drawn.push_back(joined(names) + ": array");
+            }
         }
         return drawn;
     }
@@ -69,8 +71,9 @@ protected:
     static std::string joined(const Lines& names)
     {
         std::string text;
-        for (const std::string& name : names)
+        for (const std::string& name : names) {
             text += (text.empty() ? "" : " ") + name;
+        }
         return text;
     }
 
@@ -88,9 +91,9 @@ protected:
 };
 } // namespace
 
-// --- The layout of names -------------------------------------------------------------------------
+// --- The layout of names ---
 
-TEST_F(PickNames, thirdElementOfTheSecondPartIsTwoThree)
+TEST_F(PickNames, ThirdElementOfTheSecondPartIsTwoThree)
 {
     draw(PICK_TYPE_ELEMENT, {quadPart(), quadStripPart(3)});
     EXPECT_EQ(named(), (Lines{"1 1: GL_QUADS 4", "2 1: GL_QUADS 4", "2 2: GL_QUADS 4", "2 3: GL_QUADS 4"}));
@@ -98,14 +101,14 @@ TEST_F(PickNames, thirdElementOfTheSecondPartIsTwoThree)
     EXPECT_EQ(glrecord::plain(third)[3], glrecord::plain({vertexLine(model->part(1), 2)})[0]);
 }
 
-TEST_F(PickNames, hiddenPartsProduceNoNamesAndTheOthersKeepTheirNumbers)
+TEST_F(PickNames, HiddenPartsProduceNoNamesAndTheOthersKeepTheirNumbers)
 {
     draw(PICK_TYPE_ELEMENT, {withFlag(quadPart(), PART_HIDDEN), quadPart()});
     EXPECT_EQ(named(), Lines{"2 1: GL_QUADS 4"});
     EXPECT_EQ(glrecord::matching("glLoadName"), Lines{"glLoadName(2)"});
 }
 
-TEST_F(PickNames, everyTypeNamesPartsByTheirPosition)
+TEST_F(PickNames, EveryTypeNamesPartsByTheirPosition)
 {
     for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE, 0x2000u}) {
         draw(type, {quadPart(), withFlag(quadPart(), PART_HIDDEN), tetraPart()});
@@ -114,7 +117,7 @@ TEST_F(PickNames, everyTypeNamesPartsByTheirPosition)
     }
 }
 
-TEST_F(PickNames, nodesAreNamedByTheirPositionInThePart)
+TEST_F(PickNames, NodesAreNamedByTheirPositionInThePart)
 {
     draw(PICK_TYPE_NODE, {withFlag(quadPart(), PART_HIDDEN), trianglePart()});
     EXPECT_EQ(named(), (Lines{"2 1: GL_POINTS 1", "2 2: GL_POINTS 1", "2 3: GL_POINTS 1"}));
@@ -123,7 +126,7 @@ TEST_F(PickNames, nodesAreNamedByTheirPositionInThePart)
     EXPECT_EQ(glrecord::matching("glColor"), Lines{colorLine(model->part(1).partColor)});
 }
 
-TEST_F(PickNames, stackNeverHoldsMoreThanTwoNamesAndNoneIsZero)
+TEST_F(PickNames, StackNeverHoldsMoreThanTwoNamesAndNoneIsZero)
 {
     for (unsigned int type : {PICK_TYPE_PART, PICK_TYPE_ELEMENT, PICK_TYPE_NODE}) {
         draw(type, {quadStripPart(3), hexaPart(), beamPart(2), discretePart()});
@@ -137,22 +140,23 @@ TEST_F(PickNames, stackNeverHoldsMoreThanTwoNamesAndNoneIsZero)
     }
 }
 
-TEST_F(PickNames, partPicksCarryTheOnePartName)
+TEST_F(PickNames, PartPicksCarryTheOnePartName)
 {
     draw(PICK_TYPE_PART, {quadPart(), hexaPart(), discretePart()});
     EXPECT_EQ(glrecord::count("glPushName"), 0);
     const Lines drawn = named();
-    for (const char* expected : {"1: GL_QUADS 4", "2: GL_QUADS 24", "3: GL_LINES 2"})
+    for (const char* expected : {"1: GL_QUADS 4", "2: GL_QUADS 24", "3: GL_LINES 2"}) {
         EXPECT_EQ(std::count(drawn.begin(), drawn.end(), expected), 1) << expected;
+    }
 }
 
-TEST_F(PickNames, unknownTypesDrawNothing)
+TEST_F(PickNames, UnknownTypesDrawNothing)
 {
     draw(0x2000, {quadPart(), tetraPart(), beamPart(), discretePart()});
     EXPECT_EQ(named(), Lines{});
 }
 
-TEST_F(PickNames, unknownDrawTypesDrawNothingButTheirNodes)
+TEST_F(PickNames, UnknownDrawTypesDrawNothingButTheirNodes)
 {
     PartInfoStr odd = quadPart();
     odd.partDrawType = 7;
@@ -162,7 +166,7 @@ TEST_F(PickNames, unknownDrawTypesDrawNothingButTheirNodes)
     EXPECT_EQ(named().size(), 4u);
 }
 
-TEST_F(PickNames, noPartsNoNames)
+TEST_F(PickNames, NoPartsNoNames)
 {
     draw(PICK_TYPE_ELEMENT, {});
     EXPECT_EQ(named(), Lines{});
@@ -171,15 +175,15 @@ TEST_F(PickNames, noPartsNoNames)
     EXPECT_TRUE(isTiming(lines[0], "TIME FOR DISPLAY PARTS=")) << lines[0];
 }
 
-// --- Beams and discrete elements -----------------------------------------------------------------
+// --- Beams and discrete elements ---
 
-TEST_F(PickNames, beamWithoutThirdNodeIsALineOnly)
+TEST_F(PickNames, BeamWithoutThirdNodeIsALineOnly)
 {
     draw(PICK_TYPE_ELEMENT, {beamPart()});
     EXPECT_EQ(named(), Lines{"1 1: GL_LINES 2"});
 }
 
-TEST_F(PickNames, beamWithThirdNodeIsALineAndThatPointUnderOneName)
+TEST_F(PickNames, BeamWithThirdNodeIsALineAndThatPointUnderOneName)
 {
     draw(PICK_TYPE_ELEMENT, {beamPart(2)});
     EXPECT_EQ(named(), (Lines{"1 1: GL_LINES 2", "1 1: GL_POINTS 1"}));
@@ -188,13 +192,13 @@ TEST_F(PickNames, beamWithThirdNodeIsALineAndThatPointUnderOneName)
     EXPECT_EQ(glrecord::plain({glrecord::lines()[point + 1]}), glrecord::plain({vertexLine(model->part(0), 2)}));
 }
 
-TEST_F(PickNames, beamThirdEntryIsReadAsSigned)
+TEST_F(PickNames, BeamThirdEntryIsReadAsSigned)
 {
     draw(PICK_TYPE_ELEMENT, {beamPart(0x80000000)});
     EXPECT_EQ(named(), Lines{"1 1: GL_LINES 2"});
 }
 
-TEST_F(PickNames, beamsArePickableAsElementsThoughNotAsParts)
+TEST_F(PickNames, BeamsArePickableAsElementsThoughNotAsParts)
 {
     draw(PICK_TYPE_PART, {beamPart(2)});
     EXPECT_EQ(named(), Lines{});
@@ -203,7 +207,7 @@ TEST_F(PickNames, beamsArePickableAsElementsThoughNotAsParts)
     EXPECT_EQ(named().size(), 2u);
 }
 
-TEST_F(PickNames, beamsAreWideAroundAllElements)
+TEST_F(PickNames, BeamsAreWideAroundAllElements)
 {
     draw(PICK_TYPE_ELEMENT, {beamPart(2)});
     const Lines lines = glrecord::between("glColor4fv", "glPointSize(1)");
@@ -213,7 +217,7 @@ TEST_F(PickNames, beamsAreWideAroundAllElements)
     EXPECT_EQ(Lines(lines.end() - 3, lines.end()), (Lines{"glPopName()", "glLineWidth(1)", "glPointSize(1)"}));
 }
 
-TEST_F(PickNames, discreteElementsAreLinesOfWidthTwo)
+TEST_F(PickNames, DiscreteElementsAreLinesOfWidthTwo)
 {
     draw(PICK_TYPE_ELEMENT, {discretePart()});
     EXPECT_EQ(named(), Lines{"1 1: GL_LINES 2"});
@@ -223,15 +227,15 @@ TEST_F(PickNames, discreteElementsAreLinesOfWidthTwo)
                                vertexLine(part, 0), vertexLine(part, 1), "glEnd()", "glPopName()", "glLineWidth(1)"}));
 }
 
-TEST_F(PickNames, linesAreDrawnUnderAnyShadeModel)
+TEST_F(PickNames, LinesAreDrawnUnderAnyShadeModel)
 {
-    draw(PICK_TYPE_ELEMENT, {beamPart(), discretePart()}, UNNORMALISED);
+    draw(PICK_TYPE_ELEMENT, {beamPart(), discretePart()}, unnormalised);
     EXPECT_EQ(named(), (Lines{"1 1: GL_LINES 2", "2 1: GL_LINES 2"}));
 }
 
-// --- Shells --------------------------------------------------------------------------------------
+// --- Shells ---
 
-TEST_F(PickNames, flatShellHasOneNormalAndFourCorners)
+TEST_F(PickNames, FlatShellHasOneNormalAndFourCorners)
 {
     draw(PICK_TYPE_ELEMENT, {quadPart()});
     const PartInfoStr& part = model->part(0);
@@ -241,7 +245,7 @@ TEST_F(PickNames, flatShellHasOneNormalAndFourCorners)
                                vertexLine(part, 2), vertexLine(part, 3), "glEnd()", "glPopName()"}));
 }
 
-TEST_F(PickNames, smoothShellIsDrawnCornerByCornerThoughTheFrameDrawsAnArray)
+TEST_F(PickNames, SmoothShellIsDrawnCornerByCornerThoughTheFrameDrawsAnArray)
 {
     draw(PICK_TYPE_ELEMENT, {quadPart()}, GL_SMOOTH);
     EXPECT_EQ(named(), Lines{"1 1: GL_QUADS 4"});
@@ -258,15 +262,15 @@ TEST_F(PickNames, smoothShellIsDrawnCornerByCornerThoughTheFrameDrawsAnArray)
     EXPECT_EQ(named(), Lines{"1: array"});
 }
 
-TEST_F(PickNames, shellsUnderAnotherShadeModelHaveNoNamesButTheirColour)
+TEST_F(PickNames, ShellsUnderAnotherShadeModelHaveNoNamesButTheirColour)
 {
-    draw(PICK_TYPE_ELEMENT, {quadPart()}, UNNORMALISED);
+    draw(PICK_TYPE_ELEMENT, {quadPart()}, unnormalised);
     EXPECT_EQ(named(), Lines{});
     EXPECT_EQ(glrecord::count("glPushName"), 0);
     EXPECT_EQ(glrecord::matching("glColor"), Lines{colorLine(model->part(0).partColor)});
 }
 
-TEST_F(PickNames, shadeModelIsTheFieldsAndNotTheContexts)
+TEST_F(PickNames, ShadeModelIsTheFieldsAndNotTheContexts)
 {
     install({quadPart()}, GL_FLAT);
     glShadeModel(GL_SMOOTH); // seen by the next frame only
@@ -275,7 +279,7 @@ TEST_F(PickNames, shadeModelIsTheFieldsAndNotTheContexts)
     EXPECT_EQ(glrecord::count("glGetIntegerv"), 0);
 }
 
-TEST_F(PickNames, incompleteElementsAtTheEndAreNotDrawn)
+TEST_F(PickNames, IncompleteElementsAtTheEndAreNotDrawn)
 {
     PartInfoStr part = quadStripPart(2);
     part.partElements.numElements = 7; // one entry short of two elements
@@ -283,7 +287,7 @@ TEST_F(PickNames, incompleteElementsAtTheEndAreNotDrawn)
     EXPECT_EQ(named(), Lines{"1 1: GL_QUADS 4"});
 }
 
-TEST_F(PickNames, partsWithoutStrideHaveNoElements)
+TEST_F(PickNames, PartsWithoutStrideHaveNoElements)
 {
     PartInfoStr part = quadPart();
     part.partElements.nodesPerElement = 0;
@@ -291,15 +295,15 @@ TEST_F(PickNames, partsWithoutStrideHaveNoElements)
     EXPECT_EQ(named(), Lines{});
 }
 
-// --- Solids --------------------------------------------------------------------------------------
+// --- Solids ---
 
-TEST_F(PickNames, solidsAreNamedOneByOneWithTheFacesOfTheirShape)
+TEST_F(PickNames, SolidsAreNamedOneByOneWithTheFacesOfTheirShape)
 {
     draw(PICK_TYPE_ELEMENT, {tetraPart(), pentaPart(), hexaPart()});
     EXPECT_EQ(named(), (Lines{"1 1: GL_QUADS 16", "2 1: GL_QUADS 20", "3 1: GL_QUADS 24"}));
 }
 
-TEST_F(PickNames, solidsDrawTheSameFacesAsTheFrame)
+TEST_F(PickNames, SolidsDrawTheSameFacesAsTheFrame)
 {
     for (int shadeModel : {GL_FLAT, GL_SMOOTH}) {
         draw(PICK_TYPE_ELEMENT, {tetraPart(), pentaPart(), hexaPart()}, shadeModel);
@@ -311,23 +315,26 @@ TEST_F(PickNames, solidsDrawTheSameFacesAsTheFrame)
     }
 }
 
-TEST_F(PickNames, flatSolidsTakeFaceNormalsEighteenFloatsApart)
+TEST_F(PickNames, FlatSolidsTakeFaceNormalsEighteenFloatsApart)
 {
     PartInfoStr two =
         makePart(SOLID, 8, {0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2, 3, 3, 3, 3, 3, 0, 1, 2, 3, 3, 3, 3, 3});
     install({two});
     float* const normals = model->part(0).partElements.elmNormals;
-    for (int k = 0; k < 36; ++k)
+    for (int k = 0; k < 36; ++k) {
         normals[k] = static_cast<float>(k);
+    }
     drawAgain(PICK_TYPE_ELEMENT);
     Lines expected;
-    for (int element : {0, 1})
-        for (int face = 0; face < 4; ++face)
+    for (int element : {0, 1}) {
+        for (int face = 0; face < 4; ++face) {
             expected.push_back(normalLine(normals + 18 * element + 3 * face));
+        }
+    }
     EXPECT_EQ(glrecord::plain(glrecord::matching("glNormal")), glrecord::plain(expected));
 }
 
-TEST_F(PickNames, unknownShapesOfSolidsAreEmptyNamedBlocks)
+TEST_F(PickNames, UnknownShapesOfSolidsAreEmptyNamedBlocks)
 {
     install({tetraPart()});
     model->part(0).partElements.NPE[0] = '5';
@@ -335,13 +342,13 @@ TEST_F(PickNames, unknownShapesOfSolidsAreEmptyNamedBlocks)
     EXPECT_EQ(named(), Lines{"1 1: GL_QUADS 0"});
 }
 
-TEST_F(PickNames, solidsUnderAnotherShadeModelAreEmptyNamedBlocks)
+TEST_F(PickNames, SolidsUnderAnotherShadeModelAreEmptyNamedBlocks)
 {
-    draw(PICK_TYPE_ELEMENT, {hexaPart()}, UNNORMALISED);
+    draw(PICK_TYPE_ELEMENT, {hexaPart()}, unnormalised);
     EXPECT_EQ(named(), Lines{"1 1: GL_QUADS 0"});
 }
 
-TEST_F(PickNames, partsWhoseNormalsAreMissingDrawNothing)
+TEST_F(PickNames, PartsWhoseNormalsAreMissingDrawNothing)
 {
     install({quadPart(), hexaPart()}, GL_FLAT);
     (*model)->shadeModel = GL_SMOOTH; // no node normals were computed
@@ -352,9 +359,9 @@ TEST_F(PickNames, partsWhoseNormalsAreMissingDrawNothing)
     }
 }
 
-// --- Colours and client states -------------------------------------------------------------------
+// --- Colours and client states ---
 
-TEST_F(PickNames, partColourIsChosenAsInAFrame)
+TEST_F(PickNames, PartColourIsChosenAsInAFrame)
 {
     install({quadPart(), withFlag(quadPart(), PART_SHOWN | PART_SELECTED | PART_HIGHLIGHTED),
              withFlag(quadPart(), PART_SHOWN | PART_HIGHLIGHTED)});
@@ -363,7 +370,7 @@ TEST_F(PickNames, partColourIsChosenAsInAFrame)
                                                     colorLine((*model)->colorGreen)}));
 }
 
-TEST_F(PickNames, selectedElementsAreNotDrawnDifferently)
+TEST_F(PickNames, SelectedElementsAreNotDrawnDifferently)
 {
     install({quadStripPart(3)});
     unsigned int part = 1, element = 2;
@@ -375,7 +382,7 @@ TEST_F(PickNames, selectedElementsAreNotDrawnDifferently)
     EXPECT_EQ(glrecord::matching("glColor"), Lines{colorLine(model->part(0).partColor)});
 }
 
-TEST_F(PickNames, clientStatesGoOffInTheReverseOrderOfAFrame)
+TEST_F(PickNames, ClientStatesGoOffInTheReverseOrderOfAFrame)
 {
     draw(PICK_TYPE_NODE, {quadPart()});
     EXPECT_EQ(glrecord::matchingAny({"glEnableClientState", "glDisableClientState"}),
@@ -387,7 +394,7 @@ TEST_F(PickNames, clientStatesGoOffInTheReverseOrderOfAFrame)
               (Lines{"glDisableClientState(GL_NORMAL_ARRAY)", "glDisableClientState(GL_VERTEX_ARRAY)"}));
 }
 
-TEST_F(PickNames, boxesSegmentAndSelectedNodesAreNotDrawn)
+TEST_F(PickNames, BoxesSegmentAndSelectedNodesAreNotDrawn)
 {
     install({withFlag(quadPart(), PART_SHOWN | PART_BOX_SHOWN | PART_NODES_SELECTED)});
     PartInfoStr segment = quadPart(5);
@@ -399,7 +406,7 @@ TEST_F(PickNames, boxesSegmentAndSelectedNodesAreNotDrawn)
     releasePart(segment);
 }
 
-TEST_F(PickNames, partsOfEveryFileAreDrawnAndTheCounterEndsAtTheirNumber)
+TEST_F(PickNames, PartsOfEveryFileAreDrawnAndTheCounterEndsAtTheirNumber)
 {
     PartInfoStr other = quadPart();
     other.partFileIndex = 7;

@@ -9,7 +9,7 @@
 #include "recordedtest.h"
 
 namespace {
-const GLuint HALF = 0x80000000;
+const GLuint half = 0x80000000;
 
 class PickPass : public RecordedTest
 {
@@ -50,9 +50,9 @@ protected:
 };
 } // namespace
 
-// --- The calls in order --------------------------------------------------------------------------
+// --- The calls in order ---
 
-TEST_F(PickPass, entersSelectionModeWithOneNameOnTheStack)
+TEST_F(PickPass, EntersSelectionModeWithOneNameOnTheStack)
 {
     process();
     const Lines lines = glrecord::lines();
@@ -62,7 +62,7 @@ TEST_F(PickPass, entersSelectionModeWithOneNameOnTheStack)
                      "glInitNames()", "glPushName(4294967295)"}));
 }
 
-TEST_F(PickPass, projectsTheExtentsThroughThePickMatrixWithNearAndFarReversed)
+TEST_F(PickPass, ProjectsTheExtentsThroughThePickMatrixWithNearAndFarReversed)
 {
     process();
     const Lines lines = glrecord::lines();
@@ -75,7 +75,7 @@ TEST_F(PickPass, projectsTheExtentsThroughThePickMatrixWithNearAndFarReversed)
     EXPECT_LT(glrecord::find("glTranslatef"), pickMatrix) << "the view is applied before it";
 }
 
-TEST_F(PickPass, putsTheProjectionBackBeforeItLeavesSelectionMode)
+TEST_F(PickPass, PutsTheProjectionBackBeforeItLeavesSelectionMode)
 {
     process(PICK_TYPE_PART, RECT_PICK);
     const Lines lines = glrecord::lines();
@@ -84,7 +84,7 @@ TEST_F(PickPass, putsTheProjectionBackBeforeItLeavesSelectionMode)
               (Lines{"glMatrixMode(GL_PROJECTION)", "glPopMatrix()", "glFlush()", "glRenderMode(GL_RENDER)"}));
 }
 
-TEST_F(PickPass, leavesMatricesModeAndErrorsAsTheyWere)
+TEST_F(PickPass, LeavesMatricesModeAndErrorsAsTheyWere)
 {
     const glrecord::Matrix projection = glrecord::projection(), modelview = glrecord::modelview();
     process();
@@ -96,13 +96,13 @@ TEST_F(PickPass, leavesMatricesModeAndErrorsAsTheyWere)
     EXPECT_EQ(glrecord::state().error, GLenum(GL_NO_ERROR));
 }
 
-TEST_F(PickPass, leavesTheProjectionAsTheCurrentMatrix)
+TEST_F(PickPass, LeavesTheProjectionAsTheCurrentMatrix)
 {
     process();
     EXPECT_EQ(glrecord::state().matrixMode, GLenum(GL_PROJECTION));
 }
 
-TEST_F(PickPass, capturesThePickProjectionForLaterUnprojection)
+TEST_F(PickPass, CapturesThePickProjectionForLaterUnprojection)
 {
     process();
     const glrecord::Matrix projection = glrecord::projection();
@@ -112,14 +112,14 @@ TEST_F(PickPass, capturesThePickProjectionForLaterUnprojection)
     EXPECT_DOUBLE_EQ(model->mTrans->projMatrix[0], projection[0]) << "until the next frame";
 }
 
-TEST_F(PickPass, usesUpTheOneComputationOfTheWindowCentre)
+TEST_F(PickPass, UsesUpTheOneComputationOfTheWindowCentre)
 {
     model->mTrans->onlyOnce = 2;
     process();
     EXPECT_EQ(model->mTrans->onlyOnce & 2, 0);
 }
 
-TEST_F(PickPass, printsTheCentreOfTheWindowOnlyIfItIsTheFirst)
+TEST_F(PickPass, PrintsTheCentreOfTheWindowOnlyIfItIsTheFirst)
 {
     model->mTrans->onlyOnce = 2;
     process();
@@ -128,7 +128,7 @@ TEST_F(PickPass, printsTheCentreOfTheWindowOnlyIfItIsTheFirst)
     EXPECT_EQ(printed().find("cos="), std::string::npos);
 }
 
-TEST_F(PickPass, withoutAnEnvironmentItDoesNothing)
+TEST_F(PickPass, WithoutAnEnvironmentItDoesNothing)
 {
     CAEEnv::setPtr(nullptr);
     EXPECT_EQ(process(PICK_TYPE_PART, RECT_PICK), 0);
@@ -136,7 +136,7 @@ TEST_F(PickPass, withoutAnEnvironmentItDoesNothing)
     CAEEnv::setPtr(&*model);
 }
 
-TEST_F(PickPass, emptyRegionPicksTheWholeWindow)
+TEST_F(PickPass, EmptyRegionPicksTheWholeWindow)
 {
     const glrecord::Matrix projection = glrecord::projection();
     float region[] = {50, 25, 0, 3};
@@ -144,9 +144,9 @@ TEST_F(PickPass, emptyRegionPicksTheWholeWindow)
     EXPECT_TRUE(std::equal(projection.begin(), projection.end(), model->mTrans->projMatrix));
 }
 
-// --- Results -------------------------------------------------------------------------------------
+// --- Results ---
 
-TEST_F(PickPass, clickOnEmptySpaceSelectsNothing)
+TEST_F(PickPass, ClickOnEmptySpaceSelectsNothing)
 {
     EXPECT_EQ(process(), 0);
     EXPECT_TRUE(pick.zPartMap.empty());
@@ -158,16 +158,16 @@ TEST_F(PickPass, clickOnEmptySpaceSelectsNothing)
     EXPECT_EQ(glrecord::count("glIsEnabled"), 1) << "the frame bracket's question, not the choice of a winner";
 }
 
-TEST_F(PickPass, hitsAreDecodedAndSelected)
+TEST_F(PickPass, HitsAreDecodedAndSelected)
 {
     glEnable(GL_DEPTH_TEST);
-    glrecord::setSelectResult(1, {2, HALF, HALF, 2, 3});
+    glrecord::setSelectResult(1, {2, half, half, 2, 3});
     EXPECT_EQ(process(), 1);
     EXPECT_EQ(std::string(model.part(1).partElements.selectedList, 3), "001");
     EXPECT_NE(printed().find("\nhits = 1\n"), std::string::npos);
 }
 
-TEST_F(PickPass, typeAndMethodAreKeptAndGivenToTheEnvironment)
+TEST_F(PickPass, TypeAndMethodAreKeptAndGivenToTheEnvironment)
 {
     process(PICK_TYPE_NODE, RECT_PICK);
     EXPECT_EQ(pick.pickType, PICK_TYPE_NODE);
@@ -179,21 +179,21 @@ TEST_F(PickPass, typeAndMethodAreKeptAndGivenToTheEnvironment)
     EXPECT_EQ(model->pickType, 0x7777u);
 }
 
-TEST_F(PickPass, hitsStayReadableUntilTheNextPass)
+TEST_F(PickPass, HitsStayReadableUntilTheNextPass)
 {
-    glrecord::setSelectResult(1, {1, HALF, HALF, 2});
+    glrecord::setSelectResult(1, {1, half, half, 2});
     process(PICK_TYPE_PART);
     EXPECT_EQ(pick.zPartMap.size(), 2u);
     process(PICK_TYPE_PART);
     EXPECT_TRUE(pick.zPartMap.empty());
 }
 
-TEST_F(PickPass, overflowAbandonsThePick)
+TEST_F(PickPass, OverflowAbandonsThePick)
 {
-    glrecord::setSelectResult(1, {1, HALF, HALF, 2});
+    glrecord::setSelectResult(1, {1, half, half, 2});
     process(PICK_TYPE_PART, POLYLINE_PICK);
     printed();
-    glrecord::setSelectResult(-1, {1, HALF, HALF, 2}); // earlier hits would have fitted
+    glrecord::setSelectResult(-1, {1, half, half, 2}); // earlier hits would have fitted
     EXPECT_EQ(process(PICK_TYPE_PART, RECT_PICK), 0);
     EXPECT_TRUE(pick.zPartMap.empty());
     EXPECT_FALSE(model.flags(1) & PART_SELECTED);
@@ -202,7 +202,7 @@ TEST_F(PickPass, overflowAbandonsThePick)
     EXPECT_EQ(lines[2], "ERROR: Too many items got selected. So none got picked");
 }
 
-TEST_F(PickPass, onlyMinusOneMeansOverflow)
+TEST_F(PickPass, OnlyMinusOneMeansOverflow)
 {
     glrecord::setSelectResult(-2, {});
     EXPECT_EQ(process(PICK_TYPE_PART), 0);
@@ -211,20 +211,20 @@ TEST_F(PickPass, onlyMinusOneMeansOverflow)
     EXPECT_NE(text.find("\nhits = -2\nNUM PARTS SELECTED=0\n"), std::string::npos);
 }
 
-TEST_F(PickPass, hitsOfAnEarlierPassDoNotShowThrough)
+TEST_F(PickPass, HitsOfAnEarlierPassDoNotShowThrough)
 {
-    glrecord::setSelectResult(1, {2, HALF, HALF, 2, 3});
+    glrecord::setSelectResult(1, {2, half, half, 2, 3});
     process(PICK_TYPE_ELEMENT, RECT_PICK);
     model->clearSelectedElements();
-    glrecord::setSelectResult(1, {1, HALF, HALF, 2}); // one name: the word behind it is zero again
+    glrecord::setSelectResult(1, {1, half, half, 2}); // one name: the word behind it is zero again
     process(PICK_TYPE_ELEMENT, RECT_PICK);
     EXPECT_EQ(std::string(model.part(1).partElements.selectedList, 3), "000");
 }
 
-TEST_F(PickPass, namesReadPastAFullBufferAreZero)
+TEST_F(PickPass, NamesReadPastAFullBufferAreZero)
 {
     std::vector<GLuint> words(524288, 0);
-    const std::vector<GLuint> last = {3, HALF, HALF, 2, 3}; // the third name would be read with a fourth, past the end
+    const std::vector<GLuint> last = {3, half, half, 2, 3}; // the third name would be read with a fourth, past the end
     std::copy(last.begin(), last.end(), words.end() - 5);
     const int empty = (524288 - 5) / 3; // records without names before it
     glrecord::setSelectResult(empty + 1, words);
@@ -233,16 +233,16 @@ TEST_F(PickPass, namesReadPastAFullBufferAreZero)
     printed();
 }
 
-TEST_F(PickPass, partLoopUsesTheSharedCounter)
+TEST_F(PickPass, PartLoopUsesTheSharedCounter)
 {
     model->i = 77;
     process();
     EXPECT_EQ(model->i, 2u);
 }
 
-// --- Overlays ------------------------------------------------------------------------------------
+// --- Overlays ---
 
-TEST_F(PickPass, axisTriadIsDrawnUnderTheNameOfTheLastVisiblePart)
+TEST_F(PickPass, AxisTriadIsDrawnUnderTheNameOfTheLastVisiblePart)
 {
     model.part(1).partFlag = PART_HIDDEN;
     process();
@@ -252,16 +252,17 @@ TEST_F(PickPass, axisTriadIsDrawnUnderTheNameOfTheLastVisiblePart)
     EXPECT_EQ(std::count_if(overlay.begin(), overlay.end(),
                             [](const std::string& line) { return line.find("glRasterPos") == 0; }),
               3);
-    for (const char* call : {"glLoadName", "glPushName", "glPopName", "glInitNames"})
+    for (const char* call : {"glLoadName", "glPushName", "glPopName", "glInitNames"}) {
         EXPECT_FALSE(
             std::any_of(overlay.begin(), overlay.end(), [&](const std::string& line) { return line.find(call) == 0; }))
             << call << ": the stack stays as the last part left it";
+    }
 }
 
-TEST_F(PickPass, axisTriadHasTheNameOfNoPartWhenAllAreHidden)
+TEST_F(PickPass, AxisTriadHasTheNameOfNoPartWhenAllAreHidden)
 {
     model.part(0).partFlag = model.part(1).partFlag = PART_HIDDEN;
-    glrecord::setSelectResult(1, {1, HALF, HALF, 0xFFFFFFFF}); // what OpenGL then answers on the triad
+    glrecord::setSelectResult(1, {1, half, half, 0xFFFFFFFF}); // what OpenGL then answers on the triad
     EXPECT_EQ(process(PICK_TYPE_PART), 1);
     EXPECT_EQ(glrecord::count("glLoadName"), 0);
     EXPECT_TRUE(has(afterParts(), "glBegin(GL_LINES)"));
@@ -269,7 +270,7 @@ TEST_F(PickPass, axisTriadHasTheNameOfNoPartWhenAllAreHidden)
     EXPECT_FALSE((model.flags(0) | model.flags(1)) & PART_SELECTED);
 }
 
-TEST_F(PickPass, pendingMarkerIsDrawnInThePassAndNotInTheNextFrame)
+TEST_F(PickPass, PendingMarkerIsDrawnInThePassAndNotInTheNextFrame)
 {
     model->mTrans->mTransType = RECT_PICK;
     process();
@@ -280,11 +281,12 @@ TEST_F(PickPass, pendingMarkerIsDrawnInThePassAndNotInTheNextFrame)
     EXPECT_EQ(glrecord::count("glPointSize"), 0);
 }
 
-TEST_F(PickPass, pendingPolylineIsDrawnInThePassAndNotInTheNextFrame)
+TEST_F(PickPass, PendingPolylineIsDrawnInThePassAndNotInTheNextFrame)
 {
     Point3D points[4] = {};
-    for (Point3D& point : points)
+    for (Point3D& point : points) {
         model->mTrans->pointsList.push_back(&point);
+    }
     model->mTrans->mTransType = START_POLYLINE;
     process();
     EXPECT_TRUE(has(afterParts(), "glBegin(GL_POLYGON)"));
@@ -293,7 +295,7 @@ TEST_F(PickPass, pendingPolylineIsDrawnInThePassAndNotInTheNextFrame)
     EXPECT_LT(glrecord::find("glBegin(GL_POLYGON)"), 0);
 }
 
-TEST_F(PickPass, pendingRubberBandIsDrawnInThePassWithTheLastFramesProjection)
+TEST_F(PickPass, PendingRubberBandIsDrawnInThePassWithTheLastFramesProjection)
 {
     model->renderModel();
     float band[] = {50, 25, 150, 75};
@@ -305,7 +307,7 @@ TEST_F(PickPass, pendingRubberBandIsDrawnInThePassWithTheLastFramesProjection)
         << "a quarter and three quarters of the extents, not of the pick region";
 }
 
-TEST_F(PickPass, pendingKeyboardStepIsCarriedOutByThePassOnce)
+TEST_F(PickPass, PendingKeyboardStepIsCarriedOutByThePassOnce)
 {
     model->mTrans->updateValues(ROTATE_Y_CCW, nullptr);
     process();
@@ -314,7 +316,7 @@ TEST_F(PickPass, pendingKeyboardStepIsCarriedOutByThePassOnce)
     EXPECT_EQ(model->mTrans->globalRot[1], 5);
 }
 
-TEST_F(PickPass, rightAfterItAFrameWithoutViewFitsOnTheProjection)
+TEST_F(PickPass, RightAfterItAFrameWithoutViewFitsOnTheProjection)
 {
     model->mView->mViewType = NO_VIEW;
     glMatrixMode(GL_MODELVIEW);
@@ -325,10 +327,10 @@ TEST_F(PickPass, rightAfterItAFrameWithoutViewFitsOnTheProjection)
     EXPECT_NE(glrecord::projection(), projection) << "nothing selects the modelview before the fit";
 }
 
-TEST_F(PickPass, depthTestIsTheHostsForTheWinnerThoughTheOverlaysAreDrawnWithoutIt)
+TEST_F(PickPass, DepthTestIsTheHostsForTheWinnerThoughTheOverlaysAreDrawnWithoutIt)
 {
     glEnable(GL_DEPTH_TEST);
-    glrecord::setSelectResult(2, {1, HALF / 2, HALF, 1, 1, HALF, HALF, 2});
+    glrecord::setSelectResult(2, {1, half / 2, half, 1, 1, half, half, 2});
     process(PICK_TYPE_PART);
     EXPECT_TRUE(model.flags(0) & PART_SELECTED);
     EXPECT_FALSE(model.flags(1) & PART_SELECTED);

@@ -3,16 +3,16 @@
 
 #include "selectiontest.h"
 
-// --- Parts ---------------------------------------------------------------------------------------
+// --- Parts ---
 
-TEST_F(Selection, lastPartNumberSelectsTheLastPart)
+TEST_F(Selection, LastPartNumberSelectsTheLastPart)
 {
     model->selectPart(3);
     EXPECT_EQ(allFlags(), (Indices{S, S, S | PART_SELECTED}));
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, partNumbersOutOfRangeChangeNothingAndPrintNothing)
+TEST_F(Selection, PartNumbersOutOfRangeChangeNothingAndPrintNothing)
 {
     for (unsigned int number : {4u, 0u, 0xFFFFFFFFu}) {
         model->selectPart(number);
@@ -22,14 +22,14 @@ TEST_F(Selection, partNumbersOutOfRangeChangeNothingAndPrintNothing)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, lastPartNumberHighlightsTheLastPart)
+TEST_F(Selection, LastPartNumberHighlightsTheLastPart)
 {
     model->highlightPart(3);
     EXPECT_EQ(allFlags(), (Indices{S, S, S | PART_HIGHLIGHTED}));
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, clearingSelectedPartsKeepsEveryOtherFlag)
+TEST_F(Selection, ClearingSelectedPartsKeepsEveryOtherFlag)
 {
     setFlags({S | PART_SELECTED | PART_HIGHLIGHTED, H | PART_SELECTED | PART_BOX_SHOWN, S | E | N});
     model->clearSelectedParts();
@@ -37,9 +37,9 @@ TEST_F(Selection, clearingSelectedPartsKeepsEveryOtherFlag)
     EXPECT_EQ(printed(), "");
 }
 
-// --- Single nodes --------------------------------------------------------------------------------
+// --- Single nodes ---
 
-TEST_F(Selection, firstNodeSelectionMakesTheMarksOfEveryPart)
+TEST_F(Selection, FirstNodeSelectionMakesTheMarksOfEveryPart)
 {
     selectNode(2, 3);
     EXPECT_EQ(nodeMarks(0), "0000");
@@ -51,13 +51,13 @@ TEST_F(Selection, firstNodeSelectionMakesTheMarksOfEveryPart)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, nodeNumberEqualToTheNodeCountMarksTheLastNode)
+TEST_F(Selection, NodeNumberEqualToTheNodeCountMarksTheLastNode)
 {
     selectNode(1, 4);
     EXPECT_EQ(nodeMarks(0), "0001");
 }
 
-TEST_F(Selection, nodeNumberOnePastTheNodeCountIsReportedAndChangesNothing)
+TEST_F(Selection, NodeNumberOnePastTheNodeCountIsReportedAndChangesNothing)
 {
     selectNode(1, 5);
     EXPECT_EQ(printed(), "ERROR: CAEEnv::selectNode node index out of bounds\n");
@@ -66,14 +66,14 @@ TEST_F(Selection, nodeNumberOnePastTheNodeCountIsReportedAndChangesNothing)
     EXPECT_FALSE(model->compFlag & NODE_SELECT_LISTS_CREATED);
 }
 
-TEST_F(Selection, nodeOfAPartOutOfRangeIsReported)
+TEST_F(Selection, NodeOfAPartOutOfRangeIsReported)
 {
     selectNode(4, 1);
     EXPECT_EQ(printed(), "ERROR: CAEEnv::selectNode part index out of bounds\n");
     EXPECT_EQ(allFlags(), (Indices{S, S, S}));
 }
 
-TEST_F(Selection, nodeZeroSetsTheFlagAndMarksNothing)
+TEST_F(Selection, NodeZeroSetsTheFlagAndMarksNothing)
 {
     selectNode(1, 0);
     EXPECT_EQ(allFlags(), (Indices{S | N, S, S}));
@@ -81,7 +81,7 @@ TEST_F(Selection, nodeZeroSetsTheFlagAndMarksNothing)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, nodeAndElementOfPartZeroChangeNothing)
+TEST_F(Selection, NodeAndElementOfPartZeroChangeNothing)
 {
     selectNode(0, 1);
     selectElement(0, 1);
@@ -89,7 +89,7 @@ TEST_F(Selection, nodeAndElementOfPartZeroChangeNothing)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, furtherNodeSelectionsKeepTheMarks)
+TEST_F(Selection, FurtherNodeSelectionsKeepTheMarks)
 {
     selectNode(2, 1);
     selectNode(2, 8);
@@ -98,7 +98,7 @@ TEST_F(Selection, furtherNodeSelectionsKeepTheMarks)
     EXPECT_EQ(nodeMarks(0), "1000");
 }
 
-TEST_F(Selection, clearingSelectedNodesResetsTheMarksOfFlaggedPartsOnly)
+TEST_F(Selection, ClearingSelectedNodesResetsTheMarksOfFlaggedPartsOnly)
 {
     selectNode(1, 1);
     selectNode(2, 2);
@@ -110,7 +110,7 @@ TEST_F(Selection, clearingSelectedNodesResetsTheMarksOfFlaggedPartsOnly)
     EXPECT_TRUE(model->compFlag & NODE_SELECT_LISTS_CREATED) << "the lists stay";
 }
 
-TEST_F(Selection, clearingMarksOfRestoredFlagsWithoutArraysIsHarmless)
+TEST_F(Selection, ClearingMarksOfRestoredFlagsWithoutArraysIsHarmless)
 {
     setFlags({S | N | E, S, H | N | E});
     model->clearSelectedNodes();
@@ -120,9 +120,9 @@ TEST_F(Selection, clearingMarksOfRestoredFlagsWithoutArraysIsHarmless)
     EXPECT_EQ(elementMarks(2), "none");
 }
 
-// --- Single elements -----------------------------------------------------------------------------
+// --- Single elements ---
 
-TEST_F(Selection, firstElementSelectionMakesTheMarksOfEveryPart)
+TEST_F(Selection, FirstElementSelectionMakesTheMarksOfEveryPart)
 {
     selectElement(2, 3);
     EXPECT_EQ(elementMarks(0), "0");
@@ -134,7 +134,7 @@ TEST_F(Selection, firstElementSelectionMakesTheMarksOfEveryPart)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, elementOfAPartOutOfRangeIsNotReported)
+TEST_F(Selection, ElementOfAPartOutOfRangeIsNotReported)
 {
     selectElement(4, 1);
     EXPECT_EQ(printed(), "") << "unlike a node's";
@@ -142,7 +142,7 @@ TEST_F(Selection, elementOfAPartOutOfRangeIsNotReported)
     EXPECT_EQ(elementMarks(0), "none");
 }
 
-TEST_F(Selection, elementNumberAboveTheElementCountIsAcceptedUpToTheIndexCount)
+TEST_F(Selection, ElementNumberAboveTheElementCountIsAcceptedUpToTheIndexCount)
 {
     for (unsigned int number : {4u, 12u}) { // three elements, twelve index entries
         setFlags({S, S, S});
@@ -153,7 +153,7 @@ TEST_F(Selection, elementNumberAboveTheElementCountIsAcceptedUpToTheIndexCount)
     }
 }
 
-TEST_F(Selection, elementNumberAboveTheIndexCountIsReported)
+TEST_F(Selection, ElementNumberAboveTheIndexCountIsReported)
 {
     selectElement(2, 13);
     EXPECT_EQ(printed(), "ERROR: CAEEnv::selectElement element index out of bounds\n");
@@ -162,7 +162,7 @@ TEST_F(Selection, elementNumberAboveTheIndexCountIsReported)
     EXPECT_FALSE(model->compFlag & ELEMENT_SELECT_LISTS_CREATED);
 }
 
-TEST_F(Selection, elementZeroSetsTheFlagAndMarksNothing)
+TEST_F(Selection, ElementZeroSetsTheFlagAndMarksNothing)
 {
     selectElement(2, 0);
     EXPECT_EQ(allFlags(), (Indices{S, S | E, S}));
@@ -170,7 +170,7 @@ TEST_F(Selection, elementZeroSetsTheFlagAndMarksNothing)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Selection, clearingSelectedElementsResetsTheMarksOfFlaggedPartsOnly)
+TEST_F(Selection, ClearingSelectedElementsResetsTheMarksOfFlaggedPartsOnly)
 {
     selectElement(1, 1);
     selectElement(2, 2);
@@ -182,7 +182,7 @@ TEST_F(Selection, clearingSelectedElementsResetsTheMarksOfFlaggedPartsOnly)
     EXPECT_TRUE(model->compFlag & ELEMENT_SELECT_LISTS_CREATED);
 }
 
-TEST_F(Selection, listsMadeByTheHostAreNotRememberedSoTheFirstSelectionMakesThemAnew)
+TEST_F(Selection, ListsMadeByTheHostAreNotRememberedSoTheFirstSelectionMakesThemAnew)
 {
     model->createNodeSelectedList();
     model->createElementSelectedList();
@@ -203,7 +203,7 @@ TEST_F(Selection, listsMadeByTheHostAreNotRememberedSoTheFirstSelectionMakesThem
     }
 }
 
-TEST_F(Selection, partsWithoutStrideHaveNoElementsToMark)
+TEST_F(Selection, PartsWithoutStrideHaveNoElementsToMark)
 {
     model.part(2).partElements.nodesPerElement = 0;
     selectElement(1, 1);
@@ -213,9 +213,9 @@ TEST_F(Selection, partsWithoutStrideHaveNoElementsToMark)
     EXPECT_EQ(allFlags(), (Indices{S, S, S}));
 }
 
-// --- The loop counter ----------------------------------------------------------------------------
+// --- The loop counter ---
 
-TEST_F(Selection, operationsThatLoopOverThePartsLeaveTheCounterAtTheirNumber)
+TEST_F(Selection, OperationsThatLoopOverThePartsLeaveTheCounterAtTheirNumber)
 {
     const std::vector<std::function<void()>> operations = {
         [&] { model->clearSelectedParts(); },    [&] { selectNode(1, 1); },
@@ -230,7 +230,7 @@ TEST_F(Selection, operationsThatLoopOverThePartsLeaveTheCounterAtTheirNumber)
     }
 }
 
-TEST_F(Selection, listMakersLeaveTheCounterAtTheNumberOfParts)
+TEST_F(Selection, ListMakersLeaveTheCounterAtTheNumberOfParts)
 {
     model->i = 77;
     model->createNodeSelectedList();
@@ -240,7 +240,7 @@ TEST_F(Selection, listMakersLeaveTheCounterAtTheNumberOfParts)
     EXPECT_EQ(model->i, 3u);
 }
 
-TEST_F(Selection, operationsWithoutALoopOverThePartsLeaveTheCounterAlone)
+TEST_F(Selection, OperationsWithoutALoopOverThePartsLeaveTheCounterAlone)
 {
     selectNode(1, 1);
     selectElement(1, 1);
@@ -256,7 +256,7 @@ TEST_F(Selection, operationsWithoutALoopOverThePartsLeaveTheCounterAlone)
     EXPECT_EQ(model->i, 77u);
 }
 
-TEST_F(Selection, elementListIsWalkedFromItsStartThoughTheMarksAreMadeWithTheSameCounter)
+TEST_F(Selection, ElementListIsWalkedFromItsStartThoughTheMarksAreMadeWithTheSameCounter)
 {
     selectElements({101, 102, 103, 101}, {12, 12, 12, 11}); // longer than the parts; the lists are made in this call
     EXPECT_EQ(elementMarks(0), "1");
@@ -264,9 +264,9 @@ TEST_F(Selection, elementListIsWalkedFromItsStartThoughTheMarksAreMadeWithTheSam
     EXPECT_EQ(model->i, 3u);
 }
 
-// --- Printing ------------------------------------------------------------------------------------
+// --- Printing ---
 
-TEST_F(Selection, nodesArePrintedInColumns)
+TEST_F(Selection, NodesArePrintedInColumns)
 {
     float coordinates[] = {1, -2.5f, 1000000};
     model->printNode(42, coordinates);

@@ -24,15 +24,17 @@ protected:
     Indices allFlags()
     {
         Indices flags;
-        for (unsigned int k = 0; k < model->numParts; ++k)
+        for (unsigned int k = 0; k < model->numParts; ++k) {
             flags.push_back(model.flags(k));
+        }
         return flags;
     }
 
     void setFlags(const Indices& flags)
     {
-        for (unsigned int k = 0; k < model->numParts; ++k)
+        for (unsigned int k = 0; k < model->numParts; ++k) {
             model.part(k).partFlag = flags[k];
+        }
     }
 
     void selectNode(unsigned int part, unsigned int node) { model->selectNode(&part, &node); }

@@ -14,7 +14,7 @@
 #include "recordedtest.h"
 
 namespace {
-const std::size_t NAMES = 4 + 3 + 4 + 5; // "dir" and "model" with their lengths
+const std::size_t namesOffset = 4 + 3 + 4 + 5; // "dir" and "model" with their lengths
 
 // One field of the transformation block: where it stands behind the parts, counted from the shade model.
 struct Row
@@ -22,12 +22,12 @@ struct Row
     const char* name;
     std::size_t offset, bytes;
 };
-const Row ROWS[] = {{"shadeModel", 0, 4},        {"blendFlag", 4, 4},     {"polygonMode", 8, 8},
-                    {"mViewType", 16, 4},        {"depthTest", 20, 4},    {"localTrans", 24, 12},
-                    {"globalRot", 36, 12},       {"globalTrans", 48, 12}, {"localScale", 60, 12},
-                    {"mvMatrixLocal", 72, 128},  {"mvMatrix", 200, 128},  {"projMatrix", 328, 128},
-                    {"centerOfWindow", 456, 24}, {"curQuat", 480, 16}};
-const std::size_t STATE = 496;
+const Row stateRows[] = {{"shadeModel", 0, 4},        {"blendFlag", 4, 4},     {"polygonMode", 8, 8},
+                         {"mViewType", 16, 4},        {"depthTest", 20, 4},    {"localTrans", 24, 12},
+                         {"globalRot", 36, 12},       {"globalTrans", 48, 12}, {"localScale", 60, 12},
+                         {"mvMatrixLocal", 72, 128},  {"mvMatrix", 200, 128},  {"projMatrix", 328, 128},
+                         {"centerOfWindow", 456, 24}, {"curQuat", 480, 16}};
+const std::size_t stateOffset = 496;
 
 std::string readFile(const std::string& path)
 {
@@ -46,8 +46,9 @@ template <class T> std::string bytesOf(T value)
 
 template <class T, std::size_t COUNT> void fill(T (&values)[COUNT], T first)
 {
-    for (std::size_t k = 0; k < COUNT; ++k)
+    for (std::size_t k = 0; k < COUNT; ++k) {
         values[k] = first + static_cast<T>(k);
+    }
 }
 
 class StateFile : public RecordedTest
@@ -92,9 +93,11 @@ protected:
 
     std::string row(const std::string& bytes, const std::string& name, std::size_t parts = 2)
     {
-        for (const Row& r : ROWS)
-            if (name == r.name)
-                return bytes.substr(NAMES + 20 * parts + r.offset, r.bytes);
+        for (const Row& r : stateRows) {
+            if (name == r.name) {
+                return bytes.substr(namesOffset + 20 * parts + r.offset, r.bytes);
+            }
+        }
         ADD_FAILURE() << "no row " << name;
         return "";
     }
@@ -104,7 +107,7 @@ protected:
     {
         std::ofstream(path, std::ios::binary) << bytes;
         FILE* const file = std::fopen(path.c_str(), "rb");
-        std::fseek(file, NAMES, SEEK_SET);
+        std::fseek(file, namesOffset, SEEK_SET);
         target->restore(file);
         consumed = std::ftell(file);
         EXPECT_EQ(std::fclose(file), 0) << "the host's to close";
@@ -116,9 +119,9 @@ protected:
 };
 } // namespace
 
-// --- Saving --------------------------------------------------------------------------------------
+// --- Saving ---
 
-TEST_F(StateFile, sizeFollowsFromNamesAndParts)
+TEST_F(StateFile, SizeFollowsFromNamesAndParts)
 {
     EXPECT_EQ(saved(model).size(), 504u + 3 + 5 + 20 * 2);
     TestModel empty(GL_FLAT);
@@ -129,13 +132,14 @@ TEST_F(StateFile, sizeFollowsFromNamesAndParts)
     EXPECT_EQ(saved(empty).size(), 504u + 300);
 }
 
-TEST_F(StateFile, beginsWithTheNamesAndTheirLengths)
+TEST_F(StateFile, BeginsWithTheNamesAndTheirLengths)
 {
     const std::string bytes = saved(model);
-    EXPECT_EQ(bytes.substr(0, NAMES), std::string("\3\0\0\0dir\5\0\0\0model", NAMES)) << "without terminators";
+    EXPECT_EQ(bytes.substr(0, namesOffset), std::string("\3\0\0\0dir\5\0\0\0model", namesOffset))
+        << "without terminators";
 }
 
-TEST_F(StateFile, partsFollowInListOrderEachWithFlagAndColour)
+TEST_F(StateFile, PartsFollowInListOrderEachWithFlagAndColour)
 {
     model.part(0).partFlag = 0x12345678;
     model.part(1).partFlag = 0x80000002;
@@ -144,10 +148,10 @@ TEST_F(StateFile, partsFollowInListOrderEachWithFlagAndColour)
     const std::string bytes = saved(model);
     const std::string expected = bytesOf(0x12345678u) + bytesOf(model.part(0).partColor) + bytesOf(0x80000002u) +
                                  bytesOf(model.part(1).partColor);
-    EXPECT_EQ(bytes.substr(NAMES, 40), expected);
+    EXPECT_EQ(bytes.substr(namesOffset, 40), expected);
 }
 
-TEST_F(StateFile, environmentBlockFollowsTheParts)
+TEST_F(StateFile, EnvironmentBlockFollowsTheParts)
 {
     model->shadeModel = GL_SMOOTH;
     glEnable(GL_BLEND);
@@ -161,7 +165,7 @@ TEST_F(StateFile, environmentBlockFollowsTheParts)
     EXPECT_EQ(row(bytes, "mViewType"), bytesOf(int32_t(BACK_VIEW)));
 }
 
-TEST_F(StateFile, transformationBlockEndsTheFileRowByRow)
+TEST_F(StateFile, TransformationBlockEndsTheFileRowByRow)
 {
     number(*model->mTrans);
     MTransform& t = *model->mTrans;
@@ -173,10 +177,10 @@ TEST_F(StateFile, transformationBlockEndsTheFileRowByRow)
     EXPECT_EQ(row(bytes, "localScale"), bytesOf(t.localScale));
     EXPECT_EQ(row(bytes, "centerOfWindow"), bytesOf(t.centerOfWindow));
     EXPECT_EQ(row(bytes, "curQuat"), bytesOf(t.curQuat));
-    EXPECT_EQ(bytes.size(), NAMES + 40 + STATE);
+    EXPECT_EQ(bytes.size(), namesOffset + 40 + stateOffset);
 }
 
-TEST_F(StateFile, localMatrixComesBeforeTheCompleteOne)
+TEST_F(StateFile, LocalMatrixComesBeforeTheCompleteOne)
 {
     number(*model->mTrans);
     const std::string bytes = saved(model);
@@ -186,10 +190,10 @@ TEST_F(StateFile, localMatrixComesBeforeTheCompleteOne)
         expected[16 + k] = 100 + k; // mvMatrix
         expected[32 + k] = 300 + k; // projMatrix
     }
-    EXPECT_EQ(bytes.substr(NAMES + 40 + 72, 384), bytesOf(expected));
+    EXPECT_EQ(bytes.substr(namesOffset + 40 + 72, 384), bytesOf(expected));
 }
 
-TEST_F(StateFile, shadeModelIsTheFieldsButBlendingAndPolygonModeAreTheContexts)
+TEST_F(StateFile, ShadeModelIsTheFieldsButBlendingAndPolygonModeAreTheContexts)
 {
     model->shadeModel = GL_FLAT;
     glShadeModel(GL_SMOOTH);
@@ -204,14 +208,14 @@ TEST_F(StateFile, shadeModelIsTheFieldsButBlendingAndPolygonModeAreTheContexts)
     EXPECT_EQ(model->polygonMode[1], GL_FILL);
 }
 
-TEST_F(StateFile, savingPrintsNothingAndAsksForBlendingAndPolygonModeOnly)
+TEST_F(StateFile, SavingPrintsNothingAndAsksForBlendingAndPolygonModeOnly)
 {
     saved(model);
     EXPECT_EQ(printed(), "");
     EXPECT_EQ(glrecord::lines(), (Lines{"glIsEnabled(GL_BLEND)", "glGetIntegerv(GL_POLYGON_MODE)"}));
 }
 
-TEST_F(StateFile, savedDepthTestIsThatOfTheLastFrame)
+TEST_F(StateFile, SavedDepthTestIsThatOfTheLastFrame)
 {
     glDisable(GL_DEPTH_TEST);
     model->mTrans->depthTest = 1;
@@ -221,13 +225,13 @@ TEST_F(StateFile, savedDepthTestIsThatOfTheLastFrame)
     EXPECT_EQ(row(saved(model), "depthTest"), bytesOf(int32_t(0)));
 }
 
-TEST_F(StateFile, depthTestIsOffInAFileSavedBeforeAnyFrame)
+TEST_F(StateFile, DepthTestIsOffInAFileSavedBeforeAnyFrame)
 {
     glEnable(GL_DEPTH_TEST);
     EXPECT_EQ(row(saved(model), "depthTest"), bytesOf(int32_t(0)));
 }
 
-TEST_F(StateFile, aFrameCapturesTheDepthTestForTheFile)
+TEST_F(StateFile, AFrameCapturesTheDepthTestForTheFile)
 {
     model->resizeModel(100, 100);
     glEnable(GL_DEPTH_TEST);
@@ -239,14 +243,14 @@ TEST_F(StateFile, aFrameCapturesTheDepthTestForTheFile)
     EXPECT_EQ(row(saved(model), "depthTest"), bytesOf(int32_t(0)));
 }
 
-TEST_F(StateFile, savingLoopsOverThePartsWithTheSharedCounter)
+TEST_F(StateFile, SavingLoopsOverThePartsWithTheSharedCounter)
 {
     model->i = 77;
     saved(model);
     EXPECT_EQ(model->i, 2u);
 }
 
-TEST_F(StateFile, unwritableFileIsReportedByTheNameGiven)
+TEST_F(StateFile, UnwritableFileIsReportedByTheNameGiven)
 {
     EXPECT_EQ(model->save("/no/such/folder/x.state"), 1);
     EXPECT_EQ(printed(), "Unable to open file </no/such/folder/x.state> to save\n");
@@ -254,7 +258,7 @@ TEST_F(StateFile, unwritableFileIsReportedByTheNameGiven)
     EXPECT_EQ(glrecord::lines(), Lines{});
 }
 
-TEST_F(StateFile, viewAndTransformationWriteTheirOwnBlocks)
+TEST_F(StateFile, ViewAndTransformationWriteTheirOwnBlocks)
 {
     number(*model->mTrans);
     FILE* file = std::fopen(path.c_str(), "wb");
@@ -264,12 +268,12 @@ TEST_F(StateFile, viewAndTransformationWriteTheirOwnBlocks)
     EXPECT_EQ(std::ftell(file), 480);
     std::fclose(file);
     const std::string blocks = readFile(path);
-    EXPECT_EQ(blocks, saved(model).substr(NAMES + 40 + 16));
+    EXPECT_EQ(blocks, saved(model).substr(namesOffset + 40 + 16));
 }
 
-// --- Restoring -----------------------------------------------------------------------------------
+// --- Restoring ---
 
-TEST_F(StateFile, everyFieldComesBackAsSaved)
+TEST_F(StateFile, EveryFieldComesBackAsSaved)
 {
     number(*model->mTrans);
     model.part(0).partFlag = PART_HIDDEN | PART_SELECTED | PART_HIGHLIGHTED | PART_BOX_SHOWN | 0x40000000;
@@ -299,7 +303,7 @@ TEST_F(StateFile, everyFieldComesBackAsSaved)
     EXPECT_EQ(bytesOf(t.curQuat), bytesOf(s.curQuat));
 }
 
-TEST_F(StateFile, blendingAndLineModeComeBackInAFreshEnvironment)
+TEST_F(StateFile, BlendingAndLineModeComeBackInAFreshEnvironment)
 {
     glEnable(GL_BLEND);
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
@@ -317,7 +321,7 @@ TEST_F(StateFile, blendingAndLineModeComeBackInAFreshEnvironment)
     EXPECT_EQ(fresh->polygonMode[0], GL_LINE);
 }
 
-TEST_F(StateFile, frontPolygonModeIsAppliedToBothFaces)
+TEST_F(StateFile, FrontPolygonModeIsAppliedToBothFaces)
 {
     glPolygonMode(GL_FRONT, GL_POINT);
     glPolygonMode(GL_BACK, GL_LINE);
@@ -328,7 +332,7 @@ TEST_F(StateFile, frontPolygonModeIsAppliedToBothFaces)
     EXPECT_EQ(model->polygonMode[1], GL_LINE) << "read, but not applied";
 }
 
-TEST_F(StateFile, restoringSetsTheStateInTheOrderOfTheFile)
+TEST_F(StateFile, RestoringSetsTheStateInTheOrderOfTheFile)
 {
     number(*model->mTrans);
     glEnable(GL_BLEND);
@@ -346,7 +350,7 @@ TEST_F(StateFile, restoringSetsTheStateInTheOrderOfTheFile)
     EXPECT_EQ(lines[1], "DEPTH ENABLE");
 }
 
-TEST_F(StateFile, depthTestingOffComesBackOffWithoutAWord)
+TEST_F(StateFile, DepthTestingOffComesBackOffWithoutAWord)
 {
     const std::string bytes = saved(model);
     glEnable(GL_DEPTH_TEST);
@@ -358,7 +362,7 @@ TEST_F(StateFile, depthTestingOffComesBackOffWithoutAWord)
     EXPECT_EQ(glrecord::count("glDepthRange"), 0);
 }
 
-TEST_F(StateFile, anyNonZeroDepthTestSwitchesItOnOnce)
+TEST_F(StateFile, AnyNonZeroDepthTestSwitchesItOnOnce)
 {
     model->mTrans->depthTest = 0x01000000;
     const std::string bytes = saved(model);
@@ -370,7 +374,7 @@ TEST_F(StateFile, anyNonZeroDepthTestSwitchesItOnOnce)
     EXPECT_EQ(text.find("DEPTH ENABLE"), text.rfind("DEPTH ENABLE"));
 }
 
-TEST_F(StateFile, restoredCentreIsNotComputedAgainAtTheNextFrame)
+TEST_F(StateFile, RestoredCentreIsNotComputedAgainAtTheNextFrame)
 {
     number(*model->mTrans);
     const std::string bytes = saved(model);
@@ -383,7 +387,7 @@ TEST_F(StateFile, restoredCentreIsNotComputedAgainAtTheNextFrame)
     EXPECT_EQ(model->mTrans->centerOfWindow[0], 400);
 }
 
-TEST_F(StateFile, restoringLeavesExtentsStreamAndComputeFlagsAlone)
+TEST_F(StateFile, RestoringLeavesExtentsStreamAndComputeFlagsAlone)
 {
     model.part(1).partFlag = PART_HIDDEN;
     const std::string bytes = saved(model);
@@ -399,7 +403,7 @@ TEST_F(StateFile, restoringLeavesExtentsStreamAndComputeFlagsAlone)
     EXPECT_EQ(glrecord::count("glOrtho"), 0);
 }
 
-TEST_F(StateFile, restoringLeavesTheCounterAtTheNumberOfParts)
+TEST_F(StateFile, RestoringLeavesTheCounterAtTheNumberOfParts)
 {
     const std::string bytes = saved(model);
     model->i = 77;
@@ -407,7 +411,7 @@ TEST_F(StateFile, restoringLeavesTheCounterAtTheNumberOfParts)
     EXPECT_EQ(model->i, 2u);
 }
 
-TEST_F(StateFile, shadeModelComesBackWithItsNormals)
+TEST_F(StateFile, ShadeModelComesBackWithItsNormals)
 {
     model->shadeModel = GL_SMOOTH;
     const std::string bytes = saved(model);
@@ -419,9 +423,9 @@ TEST_F(StateFile, shadeModelComesBackWithItsNormals)
     EXPECT_NE(fresh.part(0).partNodes.nodeNormals, nullptr);
 }
 
-// --- Flags without arrays ------------------------------------------------------------------------
+// --- Flags without arrays ---
 
-TEST_F(StateFile, restoredSelectionFlagsWithoutMarksDrawWithoutThem)
+TEST_F(StateFile, RestoredSelectionFlagsWithoutMarksDrawWithoutThem)
 {
     model.part(0).partFlag |= PART_ELEMENTS_SELECTED | PART_NODES_SELECTED;
     const std::string bytes = saved(model);
@@ -437,7 +441,7 @@ TEST_F(StateFile, restoredSelectionFlagsWithoutMarksDrawWithoutThem)
     EXPECT_GE(glrecord::count("glVertex3fv"), 8) << "both parts are drawn";
 }
 
-TEST_F(StateFile, restoredSelectionFlagsWithoutMarksAreSafeToSelectOn)
+TEST_F(StateFile, RestoredSelectionFlagsWithoutMarksAreSafeToSelectOn)
 {
     model.part(0).partFlag |= PART_ELEMENTS_SELECTED | PART_NODES_SELECTED;
     const std::string bytes = saved(model);
@@ -451,7 +455,7 @@ TEST_F(StateFile, restoredSelectionFlagsWithoutMarksAreSafeToSelectOn)
     EXPECT_EQ(fresh.part(1).partNodes.selectedNodes[0], SELECTED_CHAR);
 }
 
-TEST_F(StateFile, restoredNormalsFlagWithoutNormalsDrawsNothingOfThePart)
+TEST_F(StateFile, RestoredNormalsFlagWithoutNormalsDrawsNothingOfThePart)
 {
     model->setShadeModel(GL_SMOOTH); // saved smooth, with normals
     const std::string bytes = saved(model);
@@ -466,7 +470,7 @@ TEST_F(StateFile, restoredNormalsFlagWithoutNormalsDrawsNothingOfThePart)
     EXPECT_LT(glrecord::find("glNormalPointer(GL_FLOAT,0,null)"), 0);
 }
 
-TEST_F(StateFile, restoredNormalsFlagOfASolidWithoutShapesDrawsNothingOfIt)
+TEST_F(StateFile, RestoredNormalsFlagOfASolidWithoutShapesDrawsNothingOfIt)
 {
     TestModel source(GL_FLAT), fresh(GL_FLAT);
     source.add(hexaPart()).install();
@@ -485,7 +489,7 @@ TEST_F(StateFile, restoredNormalsFlagOfASolidWithoutShapesDrawsNothingOfIt)
     }
 }
 
-TEST_F(StateFile, restoredFlagsWithoutTheNormalsBitComputeThemAgain)
+TEST_F(StateFile, RestoredFlagsWithoutTheNormalsBitComputeThemAgain)
 {
     const std::string bytes = saved(model); // before any normals
     model->computeNormals();
@@ -496,7 +500,7 @@ TEST_F(StateFile, restoredFlagsWithoutTheNormalsBitComputeThemAgain)
     EXPECT_EQ(model.part(0).partElements.elmNormals[2], 1);
 }
 
-TEST_F(StateFile, restoredFlagsWithoutMarksAreSafeThoughTheListsCountAsMade)
+TEST_F(StateFile, RestoredFlagsWithoutMarksAreSafeThoughTheListsCountAsMade)
 {
     model.part(0).partFlag |= PART_ELEMENTS_SELECTED | PART_NODES_SELECTED;
     restore(model, saved(model));
@@ -513,27 +517,27 @@ TEST_F(StateFile, restoredFlagsWithoutMarksAreSafeThoughTheListsCountAsMade)
     EXPECT_TRUE(model.flags(0) & PART_ELEMENTS_SELECTED);
 }
 
-// --- Files that end early or belong to another model ---------------------------------------------
+// --- Files that end early or belong to another model ---
 
-TEST_F(StateFile, filesCutAnywhereLeaveTheFieldsBehindTheCutAsTheyWere)
+TEST_F(StateFile, FilesCutAnywhereLeaveTheFieldsBehindTheCutAsTheyWere)
 {
     number(*model->mTrans);
     const std::string bytes = saved(model);
-    for (std::size_t cut = NAMES; cut < bytes.size(); ++cut) {
+    for (std::size_t cut = namesOffset; cut < bytes.size(); ++cut) {
         TestModel fresh(GL_FLAT);
         fresh.add(quadPart()).add(quadPart(10)).install();
         fresh->mTrans->curQuat[3] = 77;
         fresh->mTrans->centerOfWindow[0] = 88;
         restore(fresh, bytes.substr(0, cut));
         EXPECT_EQ(fresh->mTrans->curQuat[3], 77) << "cut at " << cut;
-        if (cut <= NAMES + 40 + 456) {
+        if (cut <= namesOffset + 40 + 456) {
             EXPECT_EQ(fresh->mTrans->centerOfWindow[0], 88) << "cut at " << cut;
         }
         EXPECT_EQ(fresh->mTrans->onlyOnce & 2, 0);
     }
 }
 
-TEST_F(StateFile, emptyFileLeavesPartsAndViewAsTheyWere)
+TEST_F(StateFile, EmptyFileLeavesPartsAndViewAsTheyWere)
 {
     model.part(0).partFlag = 0x42;
     model->mView->mViewType = TOP_VIEW;
@@ -546,7 +550,7 @@ TEST_F(StateFile, emptyFileLeavesPartsAndViewAsTheyWere)
     EXPECT_EQ(model->mTrans->globalTrans[2], 7);
 }
 
-TEST_F(StateFile, environmentWithMorePartsTakesTheFollowingFieldsAsPartData)
+TEST_F(StateFile, EnvironmentWithMorePartsTakesTheFollowingFieldsAsPartData)
 {
     model->mView->mViewType = RIGHT_VIEW;
     const std::string bytes = saved(model);
@@ -555,15 +559,15 @@ TEST_F(StateFile, environmentWithMorePartsTakesTheFollowingFieldsAsPartData)
     restore(larger, bytes);
     EXPECT_EQ(consumed, bytes.size());
     EXPECT_EQ(larger.flags(2) & GL_FLAT, unsigned(GL_FLAT)) << "the shade model became the flag";
-    EXPECT_EQ(bytesOf(larger.part(2).partColor), bytes.substr(NAMES + 40 + 4, 16))
+    EXPECT_EQ(bytesOf(larger.part(2).partColor), bytes.substr(namesOffset + 40 + 4, 16))
         << "blend flag, polygon modes and view became the colour";
 }
 
-TEST_F(StateFile, foreignFileNeitherReadsNorWritesOutsideTheRecords)
+TEST_F(StateFile, ForeignFileNeitherReadsNorWritesOutsideTheRecords)
 {
     const std::string noise(2000, '\xA5');
     restore(model, noise);
-    EXPECT_EQ(consumed, NAMES + 40 + STATE);
+    EXPECT_EQ(consumed, namesOffset + 40 + stateOffset);
     EXPECT_EQ(model.flags(0), 0xA5A5A5A5u);
     EXPECT_EQ(model->mView->mViewType, int(0xA5A5A5A5u));
     model->resizeModel(100, 100);

@@ -10,7 +10,7 @@ using namespace readgen;
 
 namespace {
 
-const char* const FILES[] = {"node_ids", "node_coords", "parts", "elements"};
+const char* const fileNames[] = {"node_ids", "node_coords", "parts", "elements"};
 
 struct BadFile : testing::TestWithParam<const char*>
 {
@@ -43,16 +43,16 @@ struct BadFile : testing::TestWithParam<const char*>
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Each, BadFile, testing::ValuesIn(FILES),
+INSTANTIATE_TEST_SUITE_P(Each, BadFile, testing::ValuesIn(fileNames),
                          [](const testing::TestParamInfo<const char*>& info) { return std::string(info.param); });
 
-TEST_P(BadFile, missing)
+TEST_P(BadFile, Missing)
 {
     fs::remove(path);
     expectRefused("missing");
 }
 
-TEST_P(BadFile, cutAtEveryLength)
+TEST_P(BadFile, CutAtEveryLength)
 {
     for (std::size_t size = 0; size < whole.size(); ++size) {
         writeBytes(path, whole.substr(0, size));
@@ -60,7 +60,7 @@ TEST_P(BadFile, cutAtEveryLength)
     }
 }
 
-TEST_P(BadFile, longerThanItShouldBe)
+TEST_P(BadFile, LongerThanItShouldBe)
 {
     writeBytes(path, whole + '\0');
     expectRefused("one byte more");
@@ -68,37 +68,40 @@ TEST_P(BadFile, longerThanItShouldBe)
     expectRefused("twice");
 }
 
-TEST_P(BadFile, changedAtEveryByte)
+TEST_P(BadFile, ChangedAtEveryByte)
 {
-    for (std::size_t k = 0; k < whole.size(); ++k)
+    for (std::size_t k = 0; k < whole.size(); ++k) {
         for (char change : {'\x01', '\x80', '\xFF'}) {
             std::string bytes = whole;
             bytes[k] = static_cast<char>(bytes[k] ^ change);
             writeBytes(path, bytes);
             expectRefused("byte " + std::to_string(k));
         }
+    }
 }
 
-TEST_P(BadFile, ofZeroes)
+TEST_P(BadFile, OfZeroes)
 {
     writeBytes(path, std::string(whole.size(), '\0'));
     expectRefused("zeroes");
 }
 
-TEST_P(BadFile, ofAnotherKind)
+TEST_P(BadFile, OfAnotherKind)
 {
-    for (const char* other : FILES)
+    for (const char* other : fileNames) {
         if (other != std::string(GetParam())) {
             writeBytes(path, readBytes(folder.path + "/tiny/" + other));
             expectRefused(other);
             writeBytes(path, whole);
         }
+    }
 }
 
-TEST_P(BadFile, fromAnotherModel)
+TEST_P(BadFile, FromAnotherModel)
 {
-    if (std::string(GetParam()) == "node_ids" || std::string(GetParam()) == "parts")
+    if (std::string(GetParam()) == "node_ids" || std::string(GetParam()) == "parts") {
         return; // valid by themselves: their partners notice, in the tests below
+    }
     ModelWriter writer(folder.path, "other");
     const Ids ids = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
     addNodes(writer, ids);
@@ -108,43 +111,45 @@ TEST_P(BadFile, fromAnotherModel)
     expectRefused("another model's");
 }
 
-TEST_P(BadFile, thatIsAFolder)
+TEST_P(BadFile, ThatIsAFolder)
 {
     fs::remove(path);
     fs::create_directory(path);
     expectRefused("a folder");
 }
 
-TEST_P(BadFile, thatIsAPipe)
+TEST_P(BadFile, ThatIsAPipe)
 {
     fs::remove(path);
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
     expectRefused("a pipe"); // and does not wait for a writer
 }
 
-TEST_P(BadFile, ofAnotherVersion)
+TEST_P(BadFile, OfAnotherVersion)
 {
     EditedFolder edited(folder.path + "/tiny");
-    for (std::string* file : {&edited.nodeIds, &edited.nodeCoords, &edited.parts, &edited.elements})
+    for (std::string* file : {&edited.nodeIds, &edited.nodeCoords, &edited.parts, &edited.elements}) {
         edited.header(*file).version = 2;
+    }
     const EditedFolder good(folder.path + "/tiny");
     edited.sealAndSave();
-    for (const char* other : FILES)
-        if (other != std::string(GetParam()))
-            writeBytes(folder.path + "/tiny/" + other, other == FILES[0]   ? good.nodeIds
-                                                       : other == FILES[1] ? good.nodeCoords
-                                                       : other == FILES[2] ? good.parts
-                                                                           : good.elements);
+    for (const char* other : fileNames) {
+        if (other != std::string(GetParam())) {
+            writeBytes(folder.path + "/tiny/" + other, other == fileNames[0]   ? good.nodeIds
+                                                       : other == fileNames[1] ? good.nodeCoords
+                                                       : other == fileNames[2] ? good.parts
+                                                                               : good.elements);
+        }
+    }
     const LoadReport report = loadAndReport(folder.path);
     ASSERT_FALSE(report.lines.empty());
     EXPECT_EQ(report.lines[0], "kvoread: " + path + ": offset 8: format version 2; this library reads version 1");
     EXPECT_EQ(report.numParts, 0u);
 }
 
-// --- What is not an error
-// ----------------------------------------------------------------------------------------------
+// --- What is not an error ---
 
-TEST(MissingNodes, ofAFileWithoutNodesAreNoError)
+TEST(MissingNodes, OfAFileWithoutNodesAreNoError)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -157,12 +162,13 @@ TEST(MissingNodes, ofAFileWithoutNodesAreNoError)
     EXPECT_TRUE(report.lines.empty());
 }
 
-TEST(MissingNodes, ofAMissingFolderAreReported)
+TEST(MissingNodes, OfAMissingFolderAreReported)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
-    for (const char* file : FILES)
+    for (const char* file : fileNames) {
         fs::remove(folder.path + "/tiny/" + file);
+    }
     writeBytes(folder.path + "/tiny/part_start", readBytes(folder.path + "/tiny/part_start").substr(0, 24) +
                                                      std::string("\2\0\0\0\1\0\0\0a\1\0\0\0b", 14));
     const LoadReport report = loadAndReport(folder.path, "tiny");

@@ -40,8 +40,9 @@ struct BadModel : testing::Test
         EXPECT_EQ(report.numParts, 0u);
         EXPECT_EQ(report.elements, 0);
         const std::string start = "kvoread: " + folder.path + "/tiny/";
-        if (report.lines.empty() || report.lines[0].rfind(start, 0) != 0)
+        if (report.lines.empty() || report.lines[0].rfind(start, 0) != 0) {
             return "no line";
+        }
         return report.lines[0].substr(start.size());
     }
 
@@ -49,11 +50,11 @@ struct BadModel : testing::Test
     std::unique_ptr<EditedFolder> edited;
 };
 
-constexpr std::uint64_t HUGE_COUNT = 0xFFFFFFFFFFFFFFF0u;
+constexpr std::uint64_t hugeCount = 0xFFFFFFFFFFFFFFF0u;
 
 } // namespace
 
-TEST_F(BadModel, sealedWithoutChangeLoads)
+TEST_F(BadModel, SealedWithoutChangeLoads)
 {
     edited->sealAndSave();
     const LoadReport report = loadAndReport(folder.path);
@@ -61,29 +62,28 @@ TEST_F(BadModel, sealedWithoutChangeLoads)
     EXPECT_TRUE(report.lines.empty());
 }
 
-// --- Headers
-// -----------------------------------------------------------------------------------------------------------
+// --- Headers ---
 
-TEST_F(BadModel, wrongHeaderSize)
+TEST_F(BadModel, WrongHeaderSize)
 {
     idHeader().headerSize = 32;
     EXPECT_EQ(problem(), "node_ids: offset 12: the header is not one of this version");
 }
 
-TEST_F(BadModel, reservedFieldInUse)
+TEST_F(BadModel, ReservedFieldInUse)
 {
     idHeader().reserved = 1;
     EXPECT_EQ(problem(), "node_ids: offset 12: the header is not one of this version");
 }
 
-TEST_F(BadModel, payloadSizeBeyondTheFile)
+TEST_F(BadModel, PayloadSizeBeyondTheFile)
 {
-    coordHeader().payloadSize = HUGE_COUNT;
+    coordHeader().payloadSize = hugeCount;
     EXPECT_EQ(problem(),
               "node_coords: offset 24: announces 18446744073709551600 bytes after the header, the file has 144");
 }
 
-TEST_F(BadModel, wrongHeaderChecksum)
+TEST_F(BadModel, WrongHeaderChecksum)
 {
     edited->seal();
     idHeader().headerChecksum ^= 1;
@@ -92,25 +92,24 @@ TEST_F(BadModel, wrongHeaderChecksum)
               "kvoread: " + folder.path + "/tiny/node_ids: offset 56: the header does not match its checksum");
 }
 
-// --- Nodes
-// -------------------------------------------------------------------------------------------------------------
+// --- Nodes ---
 
-TEST_F(BadModel, nodeCountThatDoesNotFit)
+TEST_F(BadModel, NodeCountThatDoesNotFit)
 {
-    for (std::uint64_t count : {std::uint64_t{0}, std::uint64_t{11}, std::uint64_t{13}, HUGE_COUNT, HUGE_COUNT / 4}) {
+    for (std::uint64_t count : {std::uint64_t{0}, std::uint64_t{11}, std::uint64_t{13}, hugeCount, hugeCount / 4}) {
         idHeader().count = count;
         EXPECT_EQ(problem(),
                   "node_ids: offset 16: a count of " + std::to_string(count) + " does not fit 48 bytes of 4 each");
     }
 }
 
-TEST_F(BadModel, coordinateCountThatDoesNotFit)
+TEST_F(BadModel, CoordinateCountThatDoesNotFit)
 {
     coordHeader().count = 13;
     EXPECT_EQ(problem(), "node_coords: offset 16: a count of 13 does not fit 144 bytes of 12 each");
 }
 
-TEST_F(BadModel, coordinatesOfFewerNodesThanIds)
+TEST_F(BadModel, CoordinatesOfFewerNodesThanIds)
 {
     edited->nodeCoords.resize(edited->nodeCoords.size() - 12);
     coordHeader().count = 11;
@@ -118,7 +117,7 @@ TEST_F(BadModel, coordinatesOfFewerNodesThanIds)
     EXPECT_EQ(problem(), "node_coords: offset 16: 11 nodes, but 12 in node_ids");
 }
 
-TEST_F(BadModel, coordinatesWrittenWithOtherIds)
+TEST_F(BadModel, CoordinatesWrittenWithOtherIds)
 {
     edited->seal();
     coordHeader().partner ^= 1;
@@ -128,25 +127,25 @@ TEST_F(BadModel, coordinatesWrittenWithOtherIds)
               "kvoread: " + folder.path + "/tiny/node_coords: offset 40: was not written together with its node_ids");
 }
 
-TEST_F(BadModel, nodeIdZero)
+TEST_F(BadModel, NodeIdZero)
 {
     ids()[0] = 0;
     EXPECT_EQ(problem(), "node_ids: offset 64: node id 0");
 }
 
-TEST_F(BadModel, nodeIdsNotAscending)
+TEST_F(BadModel, NodeIdsNotAscending)
 {
     std::swap(ids()[3], ids()[4]);
     EXPECT_EQ(problem(), "node_ids: offset 80: node ids are not ascending: 14 after 15");
 }
 
-TEST_F(BadModel, nodeIdTwice)
+TEST_F(BadModel, NodeIdTwice)
 {
     ids()[5] = ids()[4];
     EXPECT_EQ(problem(), "node_ids: offset 84: node id 15 occurs twice");
 }
 
-TEST_F(BadModel, coordinateThatIsNoNumber)
+TEST_F(BadModel, CoordinateThatIsNoNumber)
 {
     for (float bad : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(), -INFINITY}) {
         coords()[20] = bad;
@@ -155,7 +154,7 @@ TEST_F(BadModel, coordinateThatIsNoNumber)
 }
 
 // A file of that length holds nothing but a hole; no memory may be taken for it.
-TEST_F(BadModel, moreNodesThanAFileMayHave)
+TEST_F(BadModel, MoreNodesThanAFileMayHave)
 {
     const std::uint64_t count = 0x80000000u;
     idHeader().count = count;
@@ -169,77 +168,76 @@ TEST_F(BadModel, moreNodesThanAFileMayHave)
                                    "/tiny/node_ids: offset 16: 2147483648 nodes are more than one file may have");
 }
 
-// --- Part table
-// --------------------------------------------------------------------------------------------------------
+// --- Part table ---
 
-TEST_F(BadModel, partCountThatDoesNotFit)
+TEST_F(BadModel, PartCountThatDoesNotFit)
 {
-    partHeader().count = HUGE_COUNT;
+    partHeader().count = hugeCount;
     const std::string size = std::to_string(edited->parts.size() - sizeof(FileHeader));
     EXPECT_EQ(problem(), "parts: offset 16: a count of 18446744073709551600 parts does not fit " + size + " bytes");
 }
 
-TEST_F(BadModel, partCountTooSmall)
+TEST_F(BadModel, PartCountTooSmall)
 {
     partHeader().count = 3;
     EXPECT_EQ(problem(), "parts: offset 24: the texts do not fill the file");
 }
 
-TEST_F(BadModel, strideZero)
+TEST_F(BadModel, StrideZero)
 {
     edited->record(1).stride = 0;
     EXPECT_EQ(problem(),
               "parts: offset " + std::to_string(64 + 136 + 8) + ": part 20: a stride of 0 does not fit draw type 41");
 }
 
-TEST_F(BadModel, strideOfAnotherFamily)
+TEST_F(BadModel, StrideOfAnotherFamily)
 {
     edited->record(0).stride = 4;
     EXPECT_EQ(problem(), "parts: offset 72: part 10: a stride of 4 does not fit draw type 48");
 }
 
-TEST_F(BadModel, strideZeroOfAnUnknownFamily)
+TEST_F(BadModel, StrideZeroOfAnUnknownFamily)
 {
     edited->record(0).drawType = 99;
     edited->record(0).stride = 0;
     EXPECT_EQ(problem(), "parts: offset 72: part 10: a stride of 0 does not fit draw type 99");
 }
 
-TEST_F(BadModel, moreElementsThanAPartMayHave)
+TEST_F(BadModel, MoreElementsThanAPartMayHave)
 {
-    for (std::uint64_t count : {std::uint64_t{0x20000000}, HUGE_COUNT}) {
+    for (std::uint64_t count : {std::uint64_t{0x20000000}, hugeCount}) {
         edited->record(0).numElements = count;
         EXPECT_EQ(problem(),
                   "parts: offset 128: part 10: " + std::to_string(count) + " elements are more than one part may have");
     }
 }
 
-TEST_F(BadModel, moreElementsThanTheFileHas)
+TEST_F(BadModel, MoreElementsThanTheFileHas)
 {
     edited->record(3).numElements = 2;
     EXPECT_EQ(problem(), "parts: offset " + std::to_string(64 + 3 * 136 + 72) + ": an element block out of place");
 }
 
-TEST_F(BadModel, elementBlocksThatOverlap)
+TEST_F(BadModel, ElementBlocksThatOverlap)
 {
     edited->record(2).idsOffset -= 4;
     EXPECT_EQ(problem(), "parts: offset " + std::to_string(64 + 2 * 136 + 72) + ": an element block out of place");
 }
 
-TEST_F(BadModel, elementFileThatIsTooLong)
+TEST_F(BadModel, ElementFileThatIsTooLong)
 {
     edited->elements += "more";
     elementHeader().payloadSize += 4;
     EXPECT_EQ(problem(), "elements: offset 16: 8 elements in 200 bytes, but the parts need 8 in 196");
 }
 
-TEST_F(BadModel, elementFileWithAnotherCount)
+TEST_F(BadModel, ElementFileWithAnotherCount)
 {
     elementHeader().count = 9;
     EXPECT_EQ(problem(), "elements: offset 16: 9 elements in 196 bytes, but the parts need 8 in 196");
 }
 
-TEST_F(BadModel, elementFileOfOtherParts)
+TEST_F(BadModel, ElementFileOfOtherParts)
 {
     edited->seal();
     elementHeader().partner ^= 1;
@@ -249,77 +247,76 @@ TEST_F(BadModel, elementFileOfOtherParts)
               "kvoread: " + folder.path + "/tiny/elements: offset 40: was not written together with its parts");
 }
 
-TEST_F(BadModel, unknownFlags)
+TEST_F(BadModel, UnknownFlags)
 {
     edited->record(0).flags = 4;
     EXPECT_EQ(problem(), "parts: offset 76: part 10: unknown flags");
 }
 
-TEST_F(BadModel, textOutOfPlace)
+TEST_F(BadModel, TextOutOfPlace)
 {
     edited->record(1).textOffset = 0;
     EXPECT_EQ(problem(), "parts: offset " + std::to_string(64 + 136 + 56) + ": a text out of place");
 }
 
-TEST_F(BadModel, textBeyondTheFile)
+TEST_F(BadModel, TextBeyondTheFile)
 {
     edited->record(3).nameLength = 0xFFFFFFFF;
     EXPECT_EQ(problem(), "parts: offset 24: the texts do not fill the file");
 }
 
-TEST_F(BadModel, partIdTwice)
+TEST_F(BadModel, PartIdTwice)
 {
     edited->record(3).id = 10;
     EXPECT_EQ(problem(), "parts: offset 64: part id 10 occurs twice");
 }
 
-// --- Elements
-// ----------------------------------------------------------------------------------------------------------
+// --- Elements ---
 
-TEST_F(BadModel, elementIdTwice)
+TEST_F(BadModel, ElementIdTwice)
 {
     elementIds(1)[1] = 201;
     EXPECT_EQ(problem(), "elements: offset " + std::to_string(64 + edited->record(1).idsOffset + 4) +
                              ": part 20: element id 201 occurs twice");
 }
 
-TEST_F(BadModel, elementIdTwiceAmongUnsortedOnes)
+TEST_F(BadModel, ElementIdTwiceAmongUnsortedOnes)
 {
     elementIds(0)[0] = 103; // 103, 102, 103
     EXPECT_EQ(problem(), "elements: offset 72: part 10: element id 103 occurs twice");
 }
 
-TEST_F(BadModel, nodeThatNoFileHas)
+TEST_F(BadModel, NodeThatNoFileHas)
 {
     references(1)[5] = 99;
     EXPECT_EQ(problem(), "elements: offset " + std::to_string(64 + edited->record(1).refsOffset + 20) +
                              ": part 20, element 202: node 99 is in no file of the model");
 }
 
-TEST_F(BadModel, emptySlotWhereNoneMayBe)
+TEST_F(BadModel, EmptySlotWhereNoneMayBe)
 {
-    references(1)[2] = NO_NODE;
+    references(1)[2] = noNode;
     EXPECT_NE(problem().find("part 20, element 201: node 4294967295 is in no file"), std::string::npos);
     references(1)[2] = 0;
     EXPECT_NE(problem().find("part 20, element 201: node 0 is in no file"), std::string::npos);
 }
 
-TEST_F(BadModel, indexPastTheNodes)
+TEST_F(BadModel, IndexPastTheNodes)
 {
-    edited->record(3).flags = PART_REFS_BY_INDEX;
+    edited->record(3).flags = partRefsByIndex;
     references(3)[0] = 0;
     references(3)[1] = 12;
     EXPECT_NE(problem().find("part 40, element 401: node index 12 is past the nodes of its file"), std::string::npos);
 }
 
-TEST_F(BadModel, negativeIndex)
+TEST_F(BadModel, NegativeIndex)
 {
-    edited->record(3).flags = PART_REFS_BY_INDEX;
+    edited->record(3).flags = partRefsByIndex;
     references(3)[0] = 0x80000000u;
     EXPECT_NE(problem().find("node index 2147483648 is past"), std::string::npos);
 }
 
-TEST_F(BadModel, damageInOneBlockNamesItsPart)
+TEST_F(BadModel, DamageInOneBlockNamesItsPart)
 {
     edited->seal();
     references(2)[0] ^= 1;

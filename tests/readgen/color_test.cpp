@@ -19,8 +19,9 @@ std::vector<Color> firstColors(int count)
 {
     ReadElements reader(nullptr, nullptr, nullptr);
     std::vector<Color> colors(count);
-    for (Color& color : colors)
+    for (Color& color : colors) {
         reader.randomColor(color.data());
+    }
     return colors;
 }
 
@@ -35,31 +36,34 @@ void writeManyParts(const std::string& dir)
 {
     ModelWriter writer(dir, "many");
     addNodes(writer, {1, 2, 3, 4});
-    for (unsigned int id = 1; id <= 6; ++id)
+    for (unsigned int id = 1; id <= 6; ++id) {
         addPart(writer, makePart(id, SHELL, 4), {id}, {1, 2, 3, 4});
+    }
     writer.beginFile("many/more");
-    for (unsigned int id = 7; id <= 9; ++id)
+    for (unsigned int id = 7; id <= 9; ++id) {
         addPart(writer, makePart(id, SHELL, 4), {id}, {1, 2, 3, 4});
+    }
     writeOrFail(writer);
 }
 
 } // namespace
 
-TEST(Palette, givesTheSameColorsInTheSameOrder)
+TEST(Palette, GivesTheSameColorsInTheSameOrder)
 {
     EXPECT_EQ(firstColors(50), firstColors(50));
 }
 
-TEST(Palette, staysInRangeAndOpaque)
+TEST(Palette, StaysInRangeAndOpaque)
 {
     for (const Color& color : firstColors(1000)) {
-        for (float v : color)
+        for (float v : color) {
             EXPECT_TRUE(v >= 0 && v <= 1) << v;
+        }
         EXPECT_EQ(color[3], 1);
     }
 }
 
-TEST(Palette, keepsOffTheColorsOfSelectionAndHighlight)
+TEST(Palette, KeepsOffTheColorsOfSelectionAndHighlight)
 {
     for (const Color& color : firstColors(1000)) {
         EXPECT_GT(distance(color, {0, 0, 1, 1}), 0.4);
@@ -68,28 +72,32 @@ TEST(Palette, keepsOffTheColorsOfSelectionAndHighlight)
     }
 }
 
-TEST(Palette, spreadsItsFirstColors)
+TEST(Palette, SpreadsItsFirstColors)
 {
     const std::vector<Color> colors = firstColors(12);
-    for (std::size_t a = 0; a < colors.size(); ++a)
-        for (std::size_t b = 0; b < a; ++b)
+    for (std::size_t a = 0; a < colors.size(); ++a) {
+        for (std::size_t b = 0; b < a; ++b) {
             EXPECT_GT(distance(colors[a], colors[b]), 0.1) << a << " " << b;
-    for (std::size_t a = 1; a < colors.size(); ++a)
+        }
+    }
+    for (std::size_t a = 1; a < colors.size(); ++a) {
         EXPECT_GT(distance(colors[a], colors[a - 1]), 0.25) << a;
+    }
 }
 
-TEST(PartColors, followThePlaceInTheModelAcrossFiles)
+TEST(PartColors, FollowThePlaceInTheModelAcrossFiles)
 {
     TempFolder folder;
     writeManyParts(folder.path);
     const LoadedModel model(folder.path, "many");
     const std::vector<Color> palette = firstColors(9);
     ASSERT_EQ(model.numParts, 9u);
-    for (unsigned int k = 0; k < 9; ++k)
+    for (unsigned int k = 0; k < 9; ++k) {
         EXPECT_EQ(colorOf(model.parts[k]), palette[k]) << k;
+    }
 }
 
-TEST(PartColors, areTheSameWhenOnlySomePartsAreLoaded)
+TEST(PartColors, AreTheSameWhenOnlySomePartsAreLoaded)
 {
     TempFolder folder;
     writeManyParts(folder.path);
@@ -97,11 +105,12 @@ TEST(PartColors, areTheSameWhenOnlySomePartsAreLoaded)
     Ids wanted = {8, 3};
     const LoadedModel some(folder.path, "many", &wanted);
     ASSERT_EQ(some.numParts, 2u);
-    for (unsigned int id : wanted)
+    for (unsigned int id : wanted) {
         EXPECT_EQ(colorOf(some.part(id)), colorOf(whole.part(id)));
+    }
 }
 
-TEST(PartColors, areTheModelsOwnWhereItHasThem)
+TEST(PartColors, AreTheModelsOwnWhereItHasThem)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");

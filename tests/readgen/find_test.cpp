@@ -17,7 +17,7 @@ std::string printedBy(ReadIDS& ids, unsigned int id)
 
 } // namespace
 
-TEST(CompareIds, isAscendingAndUnsigned)
+TEST(CompareIds, IsAscendingAndUnsigned)
 {
     const unsigned int ids[] = {1, 2, 0xFFFFFFFFu};
     EXPECT_LT(compareIDs(&ids[0], &ids[1]), 0);
@@ -27,19 +27,19 @@ TEST(CompareIds, isAscendingAndUnsigned)
     EXPECT_GT(compareIDs(&ids[2], &ids[0]), 0);
 }
 
-TEST(ReadIds, findsEveryIdAtItsPlace)
+TEST(ReadIds, FindsEveryIdAtItsPlace)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
     ReadIDS ids(folder.path.c_str(), "tiny");
     ASSERT_EQ(ids.get("node_ids"), 12);
     for (unsigned int k = 0; k < 12; ++k) {
-        EXPECT_EQ(ids.idList[k], TINY_NODES[k]);
-        EXPECT_EQ(ids.find(TINY_NODES[k]), k);
+        EXPECT_EQ(ids.idList[k], tinyNodes[k]);
+        EXPECT_EQ(ids.find(tinyNodes[k]), k);
     }
 }
 
-TEST(ReadIds, readsNothingBeforeGet)
+TEST(ReadIds, ReadsNothingBeforeGet)
 {
     ReadIDS ids("/nowhere", "nothing");
     EXPECT_EQ(ids.numIDs, 0u);
@@ -48,7 +48,7 @@ TEST(ReadIds, readsNothingBeforeGet)
     EXPECT_STREQ(ids.modelName, "nothing");
 }
 
-TEST(ReadIds, keepsCopiesOfItsNames)
+TEST(ReadIds, KeepsCopiesOfItsNames)
 {
     std::string dir = "dir", file = "file";
     ReadIDS ids(dir.c_str(), file.c_str());
@@ -59,7 +59,7 @@ TEST(ReadIds, keepsCopiesOfItsNames)
     EXPECT_STREQ(ids.modelName, "dir");
 }
 
-TEST(ReadIds, getReplacesWhatItHeld)
+TEST(ReadIds, GetReplacesWhatItHeld)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -72,7 +72,7 @@ TEST(ReadIds, getReplacesWhatItHeld)
     EXPECT_EQ(ids.numIDs, 0u);
 }
 
-TEST(ReadIds, absentIdIsNegativeAndPrintedOncePerCall)
+TEST(ReadIds, AbsentIdIsNegativeAndPrintedOncePerCall)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -87,7 +87,7 @@ TEST(ReadIds, absentIdIsNegativeAndPrintedOncePerCall)
     std::cout.flush();
 }
 
-TEST(ReadIds, idZeroIsNotFoundWithoutAWord)
+TEST(ReadIds, IdZeroIsNotFoundWithoutAWord)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -97,7 +97,7 @@ TEST(ReadIds, idZeroIsNotFoundWithoutAWord)
     EXPECT_EQ(ids.find(0), 0x80000000u);
 }
 
-TEST(ReadIds, emptyListFindsNothing)
+TEST(ReadIds, EmptyListFindsNothing)
 {
     ReadIDS ids;
     EXPECT_EQ(printedBy(ids, 7), "Node ID <7> not found\n");
@@ -106,7 +106,7 @@ TEST(ReadIds, emptyListFindsNothing)
     std::cout.flush();
 }
 
-TEST(ReadIds, foundIdPrintsNothing)
+TEST(ReadIds, FoundIdPrintsNothing)
 {
     TempFolder folder;
     writeTinyModel(folder.path);

@@ -18,7 +18,7 @@ std::string errorOf(const std::string& dir, const std::string& name)
 
 } // namespace
 
-TEST(ModelInfo, describesTheTinyModel)
+TEST(ModelInfo, DescribesTheTinyModel)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -37,7 +37,7 @@ TEST(ModelInfo, describesTheTinyModel)
     EXPECT_EQ(info.parts[2].numNodes, 3u);
 }
 
-TEST(ModelInfo, agreesWithWhatLoadingGives)
+TEST(ModelInfo, AgreesWithWhatLoadingGives)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -51,14 +51,15 @@ TEST(ModelInfo, agreesWithWhatLoadingGives)
         EXPECT_EQ(info.parts[k].numNodes, part.partNodes.numNodes);
         EXPECT_TRUE(std::equal(part.partExtents, part.partExtents + 6, info.parts[k].extents));
         EXPECT_TRUE(std::equal(part.partColor, part.partColor + 4, info.parts[k].part.color));
-        for (int side = 0; side < 6; ++side)
+        for (int side = 0; side < 6; ++side) {
             extents[side] = side % 2 ? std::max(extents[side], part.partExtents[side])
                                      : std::min(extents[side], part.partExtents[side]);
+        }
     }
     EXPECT_TRUE(std::equal(extents, extents + 6, info.extents));
 }
 
-TEST(ModelInfo, keepsAllThatAPartCanSay)
+TEST(ModelInfo, KeepsAllThatAPartCanSay)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -89,7 +90,7 @@ TEST(ModelInfo, keepsAllThatAPartCanSay)
     EXPECT_EQ(info.parts[0].part.name, "");
 }
 
-TEST(ModelInfo, listsFilesAndTheirNodes)
+TEST(ModelInfo, ListsFilesAndTheirNodes)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -106,14 +107,14 @@ TEST(ModelInfo, listsFilesAndTheirNodes)
     EXPECT_EQ(info.parts[0].fileIndex, 1);
 }
 
-TEST(ModelInfo, ofAMissingModelNamesTheFile)
+TEST(ModelInfo, OfAMissingModelNamesTheFile)
 {
     TempFolder folder;
     EXPECT_EQ(errorOf(folder.path, "none"),
               folder.path + "/none/part_start: offset 0: cannot be opened: No such file or directory");
 }
 
-TEST(ModelInfo, ofACutIndexFailsAtEveryLength)
+TEST(ModelInfo, OfACutIndexFailsAtEveryLength)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -130,7 +131,7 @@ TEST(ModelInfo, ofACutIndexFailsAtEveryLength)
     }
 }
 
-TEST(ModelInfo, refusesAnAbsurdNumberOfFiles)
+TEST(ModelInfo, RefusesAnAbsurdNumberOfFiles)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -141,7 +142,7 @@ TEST(ModelInfo, refusesAnAbsurdNumberOfFiles)
     EXPECT_EQ(errorOf(folder.path, "tiny"), path + ": offset 24: 4294967295 file names do not fit the file");
 }
 
-TEST(ModelInfo, passesOnWhatIsWrongWithThePartTable)
+TEST(ModelInfo, PassesOnWhatIsWrongWithThePartTable)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -152,7 +153,7 @@ TEST(ModelInfo, passesOnWhatIsWrongWithThePartTable)
     EXPECT_EQ(errorOf(folder.path, "tiny"), path + ": offset 64: the contents do not match their checksum");
 }
 
-TEST(FamilyNames, areWhatGetPartTypeTakes)
+TEST(FamilyNames, AreWhatGetPartTypeTakes)
 {
     EXPECT_STREQ(partFamilyName(SHELL), "shell");
     EXPECT_STREQ(partFamilyName(DISCRETE), "discrete");

@@ -6,7 +6,7 @@
 #include "outputcapture.h"
 #include "readelements.h"
 
-using readgen::NO_NODE;
+using readgen::noNode;
 
 namespace {
 
@@ -23,7 +23,7 @@ Ids idsOf(const PartInfoStr& part)
 
 } // namespace
 
-TEST(Loading, ofTheTinyModelCountsEverything)
+TEST(Loading, OfTheTinyModelCountsEverything)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -38,7 +38,7 @@ TEST(Loading, ofTheTinyModelCountsEverything)
     EXPECT_EQ(model.pidMap, (UIUIMap{{10, 0}, {20, 1}, {30, 2}, {40, 3}}));
 }
 
-TEST(Loading, givesEveryCornerOfEveryElement)
+TEST(Loading, GivesEveryCornerOfEveryElement)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -50,7 +50,7 @@ TEST(Loading, givesEveryCornerOfEveryElement)
     EXPECT_EQ(cornersOf(model.part(20), 202), (Ids{18, 19, 20, 20}));
 }
 
-TEST(Loading, fillsEveryFieldOfARecord)
+TEST(Loading, FillsEveryFieldOfARecord)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -70,7 +70,7 @@ TEST(Loading, fillsEveryFieldOfARecord)
     EXPECT_EQ(part.partElements.NPE, nullptr);
 }
 
-TEST(Loading, measuresEachPartOverItsOwnNodes)
+TEST(Loading, MeasuresEachPartOverItsOwnNodes)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -89,22 +89,22 @@ TEST(Loading, measuresEachPartOverItsOwnNodes)
     }
 }
 
-TEST(Loading, keepsAnEmptyThirdSlotOfABeamNegative)
+TEST(Loading, KeepsAnEmptyThirdSlotOfABeamNegative)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
     const LoadedModel model(folder.path, "tiny");
     EXPECT_EQ(cornersOf(model.part(30), 301), (Ids{19, 20, 21}));
-    EXPECT_EQ(cornersOf(model.part(30), 302), (Ids{20, 21, NO_NODE}));
+    EXPECT_EQ(cornersOf(model.part(30), 302), (Ids{20, 21, noNode}));
     EXPECT_LT(static_cast<int>(model.part(30).partElements.elmIndices[5]), 0);
-    EXPECT_EQ(cornersOf(model.part(40), 401), (Ids{11, 22, NO_NODE})); // id 0 means none as well
+    EXPECT_EQ(cornersOf(model.part(40), 401), (Ids{11, 22, noNode})); // id 0 means none as well
 }
 
-TEST(Loading, ofEveryStride)
+TEST(Loading, OfEveryStride)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
-    addNodes(writer, TINY_NODES);
+    addNodes(writer, tinyNodes);
     addPart(writer, makePart(1, SOLID, 10), {5}, {11, 12, 13, 14, 15, 16, 17, 18, 19, 20});
     addPart(writer, makePart(2, 77, 1), {6, 7}, {22, 11}); // a draw type that is kept but not drawn
     addPart(writer, makePart(3, 78, 6), {8}, {11, 12, 13, 14, 15, 16});
@@ -116,7 +116,7 @@ TEST(Loading, ofEveryStride)
     EXPECT_EQ(model.part(2).partDrawType, 77u);
 }
 
-TEST(Loading, ofNodesAndElementsGivenInNoOrder)
+TEST(Loading, OfNodesAndElementsGivenInNoOrder)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -133,22 +133,21 @@ TEST(Loading, ofNodesAndElementsGivenInNoOrder)
     EXPECT_EQ(cornersOf(part, 20), (Ids{2000, 1, 3, 7}));
 }
 
-TEST(Loading, ofReferencesByIndex)
+TEST(Loading, OfReferencesByIndex)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
     addNodes(writer, {50, 7, 9, 3}); // sorted: 3, 7, 9, 50
     addPart(writer, makePart(1, SHELL, 4), {1}, {0, 1, 2, 3}, NodeReference::ByIndex);
-    addPart(writer, makePart(2, BEAM, 3), {2, 3}, {3, 2, NO_NODE, 1, 0, 0}, NodeReference::ByIndex);
+    addPart(writer, makePart(2, BEAM, 3), {2, 3}, {3, 2, noNode, 1, 0, 0}, NodeReference::ByIndex);
     writeOrFail(writer);
     const LoadedModel model(folder.path, "m");
     EXPECT_EQ(cornersOf(model.part(1), 1), (Ids{3, 7, 9, 50}));
-    EXPECT_EQ(cornersOf(model.part(2), 2), (Ids{50, 9, NO_NODE}));
+    EXPECT_EQ(cornersOf(model.part(2), 2), (Ids{50, 9, noNode}));
     EXPECT_EQ(cornersOf(model.part(2), 3), (Ids{7, 3, 3})); // index 0 is a node
 }
 
-// --- Several files
-// -----------------------------------------------------------------------------------------------------
+// --- Several files ---
 
 namespace {
 
@@ -185,13 +184,14 @@ void expectThreeFiles(const std::string& dir)
     EXPECT_EQ(cornersOf(model.part(2), 3), (Ids{8, 7, 6, 5}));
     EXPECT_EQ(cornersOf(model.part(3), 4), (Ids{1, 3, 5, 7}));
     EXPECT_EQ(cornersOf(model.part(4), 5), (Ids{8, 1, 5}));
-    for (unsigned int id : {1u, 2u, 3u, 4u})
+    for (unsigned int id : {1u, 2u, 3u, 4u}) {
         EXPECT_TRUE(ascending(model.part(id).partNodes)) << id;
+    }
 }
 
 } // namespace
 
-TEST(LoadingFiles, thatUseEachOthersNodes)
+TEST(LoadingFiles, ThatUseEachOthersNodes)
 {
     TempFolder folder;
     writeThreeFiles(folder.path, "");
@@ -199,7 +199,7 @@ TEST(LoadingFiles, thatUseEachOthersNodes)
     expectThreeFiles(folder.path);
 }
 
-TEST(LoadingFiles, thatLieInTheModelsFolder)
+TEST(LoadingFiles, ThatLieInTheModelsFolder)
 {
     TempFolder folder;
     writeThreeFiles(folder.path, "m/");
@@ -207,7 +207,7 @@ TEST(LoadingFiles, thatLieInTheModelsFolder)
     expectThreeFiles(folder.path);
 }
 
-TEST(LoadingFiles, givesTheNodesOfAllFilesUnderTheModelsName)
+TEST(LoadingFiles, GivesTheNodesOfAllFilesUnderTheModelsName)
 {
     TempFolder folder;
     writeThreeFiles(folder.path, "m/");
@@ -220,7 +220,7 @@ TEST(LoadingFiles, givesTheNodesOfAllFilesUnderTheModelsName)
     EXPECT_EQ(std::vector<float>(nodes.nodeValues, nodes.nodeValues + 24), coordinatesOf(all));
 }
 
-TEST(LoadingFiles, thatNumberTheirNodesAlikeKeepsThemApart)
+TEST(LoadingFiles, ThatNumberTheirNodesAlikeKeepsThemApart)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -239,10 +239,9 @@ TEST(LoadingFiles, thatNumberTheirNodesAlikeKeepsThemApart)
     EXPECT_EQ(model.part(2).partExtents[1], 11);
 }
 
-// --- Some parts only
-// ---------------------------------------------------------------------------------------------------
+// --- Some parts only ---
 
-TEST(LoadingByIds, givesTheListedPartsInTheModelsOrder)
+TEST(LoadingByIds, GivesTheListedPartsInTheModelsOrder)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -256,7 +255,7 @@ TEST(LoadingByIds, givesTheListedPartsInTheModelsOrder)
     EXPECT_EQ(cornersOf(model.part(20), 201), (Ids{15, 16, 17, 18}));
 }
 
-TEST(LoadingByIds, ofNoneGivesNothing)
+TEST(LoadingByIds, OfNoneGivesNothing)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -267,7 +266,7 @@ TEST(LoadingByIds, ofNoneGivesNothing)
     EXPECT_TRUE(model.pidMap.empty());
 }
 
-TEST(LoadingByIds, leavesDamageInOtherPartsAlone)
+TEST(LoadingByIds, LeavesDamageInOtherPartsAlone)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -279,7 +278,7 @@ TEST(LoadingByIds, leavesDamageInOtherPartsAlone)
     EXPECT_EQ(model.numParts, 1u);
 }
 
-TEST(LoadingByName, givesThePartsOfExactlyThatName)
+TEST(LoadingByName, GivesThePartsOfExactlyThatName)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -296,12 +295,13 @@ TEST(LoadingByName, givesThePartsOfExactlyThatName)
     EXPECT_EQ(pidMap, (UIUIMap{{20, 1}, {30, 0}}));
     EXPECT_EQ(cornersOf(parts[0], 301), (Ids{19, 20, 21}));
     EXPECT_EQ(cornersOf(parts[1], 201), (Ids{15, 16, 17, 18}));
-    for (unsigned int k = 0; k < numParts; ++k)
+    for (unsigned int k = 0; k < numParts; ++k) {
         releasePart(parts[k]);
+    }
     delete[] parts;
 }
 
-TEST(Loading, appendsToACountWithoutAnArray)
+TEST(Loading, AppendsToACountWithoutAnArray)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -314,16 +314,17 @@ TEST(Loading, appendsToACountWithoutAnArray)
     EXPECT_EQ(parts[1].partFlag, 0u);
     EXPECT_EQ(parts[1].partNodes.idList, nullptr);
     EXPECT_EQ(pidMap[10], 2u);
-    for (unsigned int k = 0; k < numParts; ++k)
+    for (unsigned int k = 0; k < numParts; ++k) {
         releasePart(parts[k]);
+    }
     delete[] parts;
 }
 
-TEST(Loading, ofAPartWithoutElementsKeepsItAndTheModelsBox)
+TEST(Loading, OfAPartWithoutElementsKeepsItAndTheModelsBox)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
-    addNodes(writer, TINY_NODES);
+    addNodes(writer, tinyNodes);
     addPart(writer, makePart(1, SHELL, 4), {}, {});
     addPart(writer, makePart(2, SHELL, 4), {1}, {11, 12, 13, 14});
     writeOrFail(writer);
@@ -338,37 +339,38 @@ TEST(Loading, ofAPartWithoutElementsKeepsItAndTheModelsBox)
 }
 
 // Large enough for several threads; the order of the table's parts and the ids must not depend on them.
-TEST(Loading, withThreadsGivesEveryElementOfALargeModel)
+TEST(Loading, WithThreadsGivesEveryElementOfALargeModel)
 {
-    constexpr unsigned int COUNT = 120000;
+    constexpr unsigned int nodeCount = 120000;
     TempFolder folder;
-    Ids nodeIds(COUNT + 3), elementIds(COUNT), refs;
+    Ids nodeIds(nodeCount + 3), elementIds(nodeCount), refs;
     std::iota(nodeIds.begin(), nodeIds.end(), 1000u);
-    for (unsigned int e = 0; e < COUNT; ++e) {
-        elementIds[e] = (e * 7919u) % COUNT + 1; // a permutation: not sorted
+    for (unsigned int e = 0; e < nodeCount; ++e) {
+        elementIds[e] = (e * 7919u) % nodeCount + 1; // a permutation: not sorted
         refs.insert(refs.end(), {1000 + e, 1001 + e, 1002 + e, 1003 + e});
     }
     ModelWriter writer(folder.path, "m");
     addNodes(writer, nodeIds);
-    for (unsigned int id : {3u, 1u, 2u})
+    for (unsigned int id : {3u, 1u, 2u}) {
         addPart(writer, makePart(id, SHELL, 4), elementIds, refs);
+    }
     writeOrFail(writer);
     const LoadedModel model(folder.path, "m");
-    EXPECT_EQ(model.elementCounts, std::vector<int>{3 * COUNT});
+    EXPECT_EQ(model.elementCounts, std::vector<int>{3 * nodeCount});
     EXPECT_EQ(model.pidMap, (UIUIMap{{3, 0}, {1, 1}, {2, 2}}));
     for (unsigned int k = 0; k < 3; ++k) {
         const PartInfoStr& part = model.parts[k];
-        ASSERT_EQ(part.partNodes.numNodes, COUNT + 3);
-        ASSERT_EQ(part.partElements.eidMap->size(), COUNT);
-        for (unsigned int e = 0; e < COUNT; e += 101)
+        ASSERT_EQ(part.partNodes.numNodes, nodeCount + 3);
+        ASSERT_EQ(part.partElements.eidMap->size(), nodeCount);
+        for (unsigned int e = 0; e < nodeCount; e += 101) {
             ASSERT_EQ(cornersOf(part, elementIds[e]), (Ids{1000 + e, 1001 + e, 1002 + e, 1003 + e}));
+        }
     }
 }
 
-// --- Smaller members
-// ---------------------------------------------------------------------------------------------------
+// --- Smaller members ---
 
-TEST(PartType, isTheDrawTypeOfAFamilyName)
+TEST(PartType, IsTheDrawTypeOfAFamilyName)
 {
     ReadElements reader(nullptr, nullptr, nullptr);
     EXPECT_EQ(reader.getPartType("shell"), SHELL);
@@ -380,32 +382,34 @@ TEST(PartType, isTheDrawTypeOfAFamilyName)
     EXPECT_EQ(reader.getPartType(nullptr), 0);
 }
 
-TEST(FillNodeDetails, replacesPositionsByThePartsOwn)
+TEST(FillNodeDetails, ReplacesPositionsByThePartsOwn)
 {
     TempFolder folder;
     writeThreeFiles(folder.path, "");
     ReadIDS even(folder.path.c_str(), "even"), odd(folder.path.c_str(), "odd");
     ReadNodes evenNodes(folder.path.c_str(), "even"), oddNodes(folder.path.c_str(), "odd");
-    for (ReadIDS* ids : {&even, &odd})
+    for (ReadIDS* ids : {&even, &odd}) {
         ids->get("node_ids");
-    for (ReadNodes* nodes : {&evenNodes, &oddNodes})
+    }
+    for (ReadNodes* nodes : {&evenNodes, &oddNodes}) {
         nodes->getValues();
+    }
     std::vector<ReadIDS*> ids = {&even, &odd};
     std::vector<ReadNodes*> nodes = {&evenNodes, &oddNodes};
     ReadElements reader(nullptr, &ids, &nodes);
 
     PartInfoStr part = {};
-    part.partElements.elmIndices = new unsigned int[4]{7, 0, NO_NODE, 4}; // ids 7, 2, none, 1
+    part.partElements.elmIndices = new unsigned int[4]{7, 0, noNode, 4}; // ids 7, 2, none, 1
     reader.fillNodeDetails(4, &part);
     EXPECT_EQ(idsOf(part), (Ids{1, 2, 7}));
-    EXPECT_EQ(Ids(part.partElements.elmIndices, part.partElements.elmIndices + 4), (Ids{2, 1, NO_NODE, 0}));
+    EXPECT_EQ(Ids(part.partElements.elmIndices, part.partElements.elmIndices + 4), (Ids{2, 1, noNode, 0}));
     EXPECT_EQ(std::vector<float>(part.partNodes.nodeValues, part.partNodes.nodeValues + 9), coordinatesOf({1, 2, 7}));
     EXPECT_EQ(part.partExtents[0], 0.5f);
     EXPECT_EQ(part.partExtents[1], 3.5f);
     releasePart(part);
 }
 
-TEST(FillNodeDetails, refusesAPositionPastTheNodes)
+TEST(FillNodeDetails, RefusesAPositionPastTheNodes)
 {
     TempFolder folder;
     writeTinyModel(folder.path);

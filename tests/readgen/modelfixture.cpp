@@ -14,14 +14,14 @@
 namespace fs = std::filesystem;
 using namespace readgen;
 
-// --- Folders and files
-// -------------------------------------------------------------------------------------------------
+// --- Folders and files ---
 
 TempFolder::TempFolder()
 {
     path = (fs::temp_directory_path() / "kvo-readgen-XXXXXX").string();
-    if (!mkdtemp(&path[0]))
+    if (!mkdtemp(&path[0])) {
         throw std::runtime_error("no temporary folder");
+    }
 }
 
 TempFolder::~TempFolder()
@@ -47,21 +47,22 @@ void writeBytes(const std::string& path, const std::string& bytes)
 std::vector<std::string> listTree(const std::string& folder)
 {
     std::vector<std::string> names;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder))
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
         names.push_back(fs::relative(entry.path(), folder).string() + (entry.is_directory() ? "/" : ""));
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
 
-// --- Writing
-// -----------------------------------------------------------------------------------------------------------
+// --- Writing ---
 
 std::vector<float> coordinatesOf(const Ids& nodeIds)
 {
     std::vector<float> xyz;
-    for (unsigned int id : nodeIds)
+    for (unsigned int id : nodeIds) {
         xyz.insert(xyz.end(),
                    {0.5f * static_cast<float>(id), static_cast<float>(id % 7) - 3, -2.0f * static_cast<float>(id % 5)});
+    }
     return xyz;
 }
 
@@ -92,22 +93,21 @@ void writeOrFail(ModelWriter& writer)
     ASSERT_TRUE(writer.write(&error)) << error;
 }
 
-const Ids TINY_NODES = {11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22};
+const Ids tinyNodes = {11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22};
 
 void writeTinyModel(const std::string& dir, const std::string& name)
 {
     ModelWriter writer(dir, name);
-    addNodes(writer, TINY_NODES);
+    addNodes(writer, tinyNodes);
     addPart(writer, makePart(10, SOLID, 8, "solids"), {101, 102, 103},
             {11, 12, 13, 14, 15, 16, 17, 18, 11, 12, 13, 15, 15, 15, 15, 15, 11, 14, 13, 12, 15, 15, 16, 16});
     addPart(writer, makePart(20, SHELL, 4, "shells"), {201, 202}, {15, 16, 17, 18, 18, 19, 20, 20});
-    addPart(writer, makePart(30, BEAM, 3, "beams"), {301, 302}, {19, 20, 21, 20, 21, NO_NODE});
+    addPart(writer, makePart(30, BEAM, 3, "beams"), {301, 302}, {19, 20, 21, 20, 21, noNode});
     addPart(writer, makePart(40, DISCRETE, 3, "springs"), {401}, {11, 22, 0});
     writeOrFail(writer);
 }
 
-// --- Loading
-// -----------------------------------------------------------------------------------------------------------
+// --- Loading ---
 
 std::vector<std::string> filesOf(const std::string& dir, const std::string& modelName)
 {
@@ -147,16 +147,18 @@ LoadedModel::LoadedModel(const std::string& dir, const std::string& modelName, I
 
 LoadedModel::~LoadedModel()
 {
-    for (unsigned int k = 0; k < numParts; ++k)
+    for (unsigned int k = 0; k < numParts; ++k) {
         releasePart(parts[k]);
+    }
     delete[] parts;
 }
 
 const PartInfoStr& LoadedModel::part(unsigned int id) const
 {
     const auto found = pidMap.find(id);
-    if (found == pidMap.end() || found->second >= numParts)
+    if (found == pidMap.end() || found->second >= numParts) {
         throw std::runtime_error("no part " + std::to_string(id));
+    }
     return parts[found->second];
 }
 
@@ -172,17 +174,19 @@ Ids cornersOf(const PartInfoStr& part, unsigned int elementId)
 {
     const PartElementsStr& elements = part.partElements;
     const auto found = elements.eidMap->find(elementId);
-    if (found == elements.eidMap->end())
+    if (found == elements.eidMap->end()) {
         return {};
+    }
     Ids corners;
     for (unsigned int slot = 0; slot < elements.nodesPerElement; ++slot) {
         const unsigned int index = elements.elmIndices[found->second * elements.nodesPerElement + slot];
         if (static_cast<int>(index) < 0) {
-            corners.push_back(NO_NODE);
+            corners.push_back(noNode);
             continue;
         }
-        if (index >= part.partNodes.numNodes)
+        if (index >= part.partNodes.numNodes) {
             throw std::runtime_error("a node index out of range");
+        }
         corners.push_back(part.partNodes.idList[index]);
         const std::vector<float> xyz = coordinatesOf({corners.back()});
         EXPECT_TRUE(std::equal(xyz.begin(), xyz.end(), part.partNodes.nodeValues + 3 * index)) << corners.back();
@@ -198,8 +202,7 @@ LoadReport loadAndReport(const std::string& dir, const std::string& name)
     return {model.idCounts[0], model.nodeCounts[0], model.elementCounts[0], model.numParts, splitLines(errors.all())};
 }
 
-// --- Editing
-// -----------------------------------------------------------------------------------------------------------
+// --- Editing ---
 
 EditedFolder::EditedFolder(const std::string& path)
     : folder(path), nodeIds(readBytes(path + "/node_ids")), nodeCoords(readBytes(path + "/node_coords")),
@@ -213,17 +216,20 @@ void EditedFolder::seal()
     for (std::size_t k = 0; k < (parts.size() - head) / sizeof(PartRecord) && k < header(parts).count; ++k) {
         PartRecord& r = record(k);
         const std::uint64_t idBytes = 4 * r.numElements;
-        if (r.refsOffset + idBytes * r.stride > elements.size() - head || idBytes > elements.size())
+        if (r.refsOffset + idBytes * r.stride > elements.size() - head || idBytes > elements.size()) {
             continue;
+        }
         r.idsChecksum = checksum(&elements[head] + r.idsOffset, idBytes);
         r.refsChecksum = checksum(&elements[head] + r.refsOffset, idBytes * r.stride);
     }
-    for (std::string* file : {&nodeIds, &nodeCoords, &parts})
+    for (std::string* file : {&nodeIds, &nodeCoords, &parts}) {
         header(*file).payloadChecksum = checksum(file->data() + head, file->size() - head);
+    }
     header(nodeCoords).partner = header(nodeIds).payloadChecksum;
     header(elements).partner = header(parts).payloadChecksum;
-    for (std::string* file : {&nodeIds, &nodeCoords, &parts, &elements})
+    for (std::string* file : {&nodeIds, &nodeCoords, &parts, &elements}) {
         header(*file).headerChecksum = headerChecksum(header(*file));
+    }
 }
 
 void EditedFolder::save() const

@@ -43,7 +43,7 @@ void writeOrFail(ModelWriter& writer);
 // Four parts in one file: 10 solids (hexahedron 101, tetrahedron 102, wedge 103), 20 shells (quadrilateral 201,
 // triangle 202), 30 beams (301 with third node, 302 without), 40 discretes (401). Node ids 11 ... 22.
 void writeTinyModel(const std::string& dir, const std::string& name = "tiny");
-extern const Ids TINY_NODES;
+extern const Ids tinyNodes;
 
 // A model loaded by the calls of the environment, with the counts that they returned.
 struct LoadedModel
@@ -68,7 +68,7 @@ std::vector<std::string> filesOf(const std::string& dir, const std::string& mode
 
 void releasePart(PartInfoStr& part);
 
-// The external node ids of an element, by its id; NO_NODE for an empty slot. Also checks the coordinates of each.
+// The external node ids of an element, by its id; noNode for an empty slot. Also checks the coordinates of each.
 Ids cornersOf(const PartInfoStr& part, unsigned int elementId);
 
 // Counts and what the readers print on standard error for a possibly damaged model.

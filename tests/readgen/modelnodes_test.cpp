@@ -13,8 +13,9 @@ namespace {
 Ids everyNth(unsigned int first, unsigned int count, unsigned int step)
 {
     Ids ids;
-    for (unsigned int k = 0; k < count; ++k)
+    for (unsigned int k = 0; k < count; ++k) {
         ids.push_back(first + k * step);
+    }
     return ids;
 }
 
@@ -25,11 +26,13 @@ void expectPlainAnswers(const Ids& ids)
     const std::set<unsigned int> members(ids.begin(), ids.end());
     for (std::uint32_t k = 0; k < ids.size(); ++k) {
         EXPECT_EQ(index.find(ids[k]), k) << ids[k];
-        for (unsigned int neighbour : {ids[k] - 1, ids[k] + 1})
+        for (unsigned int neighbour : {ids[k] - 1, ids[k] + 1}) {
             EXPECT_EQ(isPosition(index.find(neighbour)), members.count(neighbour) == 1) << neighbour;
+        }
     }
-    for (unsigned int id : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu})
+    for (unsigned int id : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
         EXPECT_EQ(isPosition(index.find(id)), members.count(id) == 1) << id;
+    }
 }
 
 // Clusters with gaps that grow: crowded and empty buckets.
@@ -38,8 +41,9 @@ Ids clusters()
     Ids ids;
     unsigned int id = 5;
     for (unsigned int gap = 3; gap < 500000000; gap *= 3) {
-        for (unsigned int k = 0; k < 40; ++k)
+        for (unsigned int k = 0; k < 40; ++k) {
             ids.push_back(id += 1 + k % 3);
+        }
         id += gap;
     }
     return ids;
@@ -62,67 +66,68 @@ void expectDistinctAscending(const Ids& positions)
     const UsedNodes used(positions.data(), positions.size());
     EXPECT_EQ(used.count(), expected.size());
     EXPECT_EQ(positionsOf(used), expected);
-    for (std::uint32_t k = 0; k < expected.size(); ++k)
+    for (std::uint32_t k = 0; k < expected.size(); ++k) {
         EXPECT_EQ(used.rank(expected[k]), k);
+    }
 }
 
 } // namespace
 
-TEST(IdIndex, findsContiguousIds)
+TEST(IdIndex, FindsContiguousIds)
 {
     expectPlainAnswers(everyNth(17, 1000, 1));
 }
-TEST(IdIndex, findsDenseIds)
+TEST(IdIndex, FindsDenseIds)
 {
     expectPlainAnswers(everyNth(1, 1000, 3));
 }
-TEST(IdIndex, findsSparseIds)
+TEST(IdIndex, FindsSparseIds)
 {
     expectPlainAnswers(everyNth(7, 1000, 4000000));
 }
-TEST(IdIndex, findsIdsOfTheWholeRange)
+TEST(IdIndex, FindsIdsOfTheWholeRange)
 {
     expectPlainAnswers({1, 2, 3, 1000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE});
 }
-TEST(IdIndex, findsClusteredIds)
+TEST(IdIndex, FindsClusteredIds)
 {
     expectPlainAnswers(clusters());
 }
-TEST(IdIndex, findsASingleId)
+TEST(IdIndex, FindsASingleId)
 {
     expectPlainAnswers({4000000000u});
 }
-TEST(IdIndex, findsNothingInAnEmptyList)
+TEST(IdIndex, FindsNothingInAnEmptyList)
 {
     expectPlainAnswers({});
 }
 
-TEST(UsedNodes, ofACrowdedRange)
+TEST(UsedNodes, OfACrowdedRange)
 {
     expectDistinctAscending({5, 9, 5, 6, 7, 100, 9, 8});
 }
-TEST(UsedNodes, ofAWideRange)
+TEST(UsedNodes, OfAWideRange)
 {
     expectDistinctAscending({2000000000u, 3, 1000000, 3, 2000000000u, 4});
 }
-TEST(UsedNodes, passesOverEmptySlots)
+TEST(UsedNodes, PassesOverEmptySlots)
 {
-    expectDistinctAscending({4, NO_NODE, 5, NOT_FOUND, 4});
+    expectDistinctAscending({4, noNode, 5, notFound, 4});
 }
-TEST(UsedNodes, ofEmptySlotsOnly)
+TEST(UsedNodes, OfEmptySlotsOnly)
 {
-    expectDistinctAscending({NO_NODE, NO_NODE});
+    expectDistinctAscending({noNode, noNode});
 }
-TEST(UsedNodes, ofNothing)
+TEST(UsedNodes, OfNothing)
 {
     expectDistinctAscending({});
 }
-TEST(UsedNodes, ofPositionZero)
+TEST(UsedNodes, OfPositionZero)
 {
     expectDistinctAscending({0});
 }
 
-TEST(ModelNodes, findsInTheFirstFileThatHasTheId)
+TEST(ModelNodes, FindsInTheFirstFileThatHasTheId)
 {
     const Ids first = {10, 20, 30}, second = {20, 40};
     const std::vector<float> xyz(9);
@@ -136,7 +141,7 @@ TEST(ModelNodes, findsInTheFirstFileThatHasTheId)
     EXPECT_FALSE(isPosition(nodes.find(50)));
 }
 
-TEST(ModelNodes, resolvesInTheOwnFileFirst)
+TEST(ModelNodes, ResolvesInTheOwnFileFirst)
 {
     const Ids first = {10, 20, 30}, second = {20, 40};
     const std::vector<float> xyz(9);

@@ -4,18 +4,18 @@
 #include "modelfixture.h"
 #include "outputcapture.h"
 
-TEST(ReadNodes, givesCoordinatesInTheOrderOfIds)
+TEST(ReadNodes, GivesCoordinatesInTheOrderOfIds)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
     ReadNodes nodes(folder.path.c_str(), "tiny");
     ASSERT_EQ(nodes.getValues(), 12);
     EXPECT_EQ(nodes.getNumNodes(), 12);
-    const std::vector<float> xyz = coordinatesOf(TINY_NODES);
+    const std::vector<float> xyz = coordinatesOf(tinyNodes);
     EXPECT_EQ(std::vector<float>(nodes.getValuesPtr(), nodes.getValuesPtr() + 36), xyz);
 }
 
-TEST(ReadNodes, startsWithNoNodeSelected)
+TEST(ReadNodes, StartsWithNoNodeSelected)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -24,7 +24,7 @@ TEST(ReadNodes, startsWithNoNodeSelected)
     EXPECT_EQ(std::string(nodes.getSelectedPtr(), 12), std::string(12, NOT_SELECTED_CHAR));
 }
 
-TEST(ReadNodes, isEmptyBeforeReading)
+TEST(ReadNodes, IsEmptyBeforeReading)
 {
     ReadNodes nodes("/nowhere", "nothing");
     EXPECT_EQ(nodes.getNumNodes(), 0);
@@ -32,7 +32,7 @@ TEST(ReadNodes, isEmptyBeforeReading)
     EXPECT_EQ(nodes.getSelectedPtr(), nullptr);
 }
 
-TEST(ReadNodes, addsNodesAtTheEnd)
+TEST(ReadNodes, AddsNodesAtTheEnd)
 {
     ReadNodes nodes("", "");
     for (int k = 0; k < 1000; ++k) {
@@ -47,7 +47,7 @@ TEST(ReadNodes, addsNodesAtTheEnd)
     }
 }
 
-TEST(ReadNodes, addsANodeAtAPositionAndFillsTheGap)
+TEST(ReadNodes, AddsANodeAtAPositionAndFillsTheGap)
 {
     ReadNodes nodes("", "");
     float xyz[3] = {1, 2, 3};
@@ -62,7 +62,7 @@ TEST(ReadNodes, addsANodeAtAPositionAndFillsTheGap)
     EXPECT_EQ(nodes.nodeValues[3 * 200 + 1], 5);
 }
 
-TEST(ReadNodes, addsToWhatWasRead)
+TEST(ReadNodes, AddsToWhatWasRead)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -75,7 +75,7 @@ TEST(ReadNodes, addsToWhatWasRead)
     EXPECT_EQ(nodes.nodeValues[3 * 12 + 2], 9);
 }
 
-TEST(ReadNodes, refusesAPositionThatMeansNotFound)
+TEST(ReadNodes, RefusesAPositionThatMeansNotFound)
 {
     ReadNodes nodes("", "");
     float xyz[3] = {1, 2, 3};

@@ -20,14 +20,16 @@ struct Segment
     }
     ~Segment()
     {
-        if (part)
+        if (part) {
             releasePart(*part);
+        }
     }
     Ids corners() const
     {
         Ids ids;
-        for (unsigned int k = 0; k < part->partElements.numElements; ++k)
+        for (unsigned int k = 0; k < part->partElements.numElements; ++k) {
             ids.push_back(part->partNodes.idList[part->partElements.elmIndices[k]]);
+        }
         return ids;
     }
     std::unique_ptr<PartInfoStr> part;
@@ -36,7 +38,7 @@ struct Segment
 
 } // namespace
 
-TEST(Segment, ofFourIdsAFaceIsAShellPart)
+TEST(Segment, OfFourIdsAFaceIsAShellPart)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -58,7 +60,7 @@ TEST(Segment, ofFourIdsAFaceIsAShellPart)
     EXPECT_TRUE(segment.lines.empty());
 }
 
-TEST(Segment, takesTrianglesAsRepeatedThirdOrZeroFourth)
+TEST(Segment, TakesTrianglesAsRepeatedThirdOrZeroFourth)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -66,22 +68,22 @@ TEST(Segment, takesTrianglesAsRepeatedThirdOrZeroFourth)
     EXPECT_EQ(Segment(folder.path, {11, 12, 13, 0}).corners(), (Ids{11, 12, 13, 13}));
 }
 
-TEST(Segment, ofThreeIdsAFaceIsMadeOfTriangles)
+TEST(Segment, OfThreeIdsAFaceIsMadeOfTriangles)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
     EXPECT_EQ(Segment(folder.path, {11, 12, 13, 14, 15, 16}).corners(), (Ids{11, 12, 13, 13, 14, 15, 16, 16}));
 }
 
-TEST(Segment, ofTwelveIdsIsThreeQuadrilaterals)
+TEST(Segment, OfTwelveIdsIsThreeQuadrilaterals)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
-    const Segment segment(folder.path, TINY_NODES);
+    const Segment segment(folder.path, tinyNodes);
     EXPECT_EQ(segment.part->partElements.numElements, 12u);
 }
 
-TEST(Segment, ofAnyOtherLengthIsRefused)
+TEST(Segment, OfAnyOtherLengthIsRefused)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -94,7 +96,7 @@ TEST(Segment, ofAnyOtherLengthIsRefused)
     }
 }
 
-TEST(Segment, withAnUnknownNodeIsRefused)
+TEST(Segment, WithAnUnknownNodeIsRefused)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -104,7 +106,7 @@ TEST(Segment, withAnUnknownNodeIsRefused)
     EXPECT_EQ(segment.lines[0], "kvoread: segment: face 2 uses node 99, which the model does not have");
 }
 
-TEST(Segment, withIdZeroAsACornerIsRefused)
+TEST(Segment, WithIdZeroAsACornerIsRefused)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -112,7 +114,7 @@ TEST(Segment, withIdZeroAsACornerIsRefused)
     EXPECT_EQ(Segment(folder.path, {11, 12, 0, 0}).part, nullptr);
 }
 
-TEST(SingleFileReader, loadsItsOwnNodes)
+TEST(SingleFileReader, LoadsItsOwnNodes)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -126,12 +128,13 @@ TEST(SingleFileReader, loadsItsOwnNodes)
     ASSERT_EQ(numParts, 4u);
     EXPECT_EQ(parts[0].partFileIndex, 5);
     EXPECT_EQ(cornersOf(parts[1], 202), (Ids{18, 19, 20, 20}));
-    for (unsigned int k = 0; k < numParts; ++k)
+    for (unsigned int k = 0; k < numParts; ++k) {
         releasePart(parts[k]);
+    }
     delete[] parts;
 }
 
-TEST(SingleFileReader, canBeGivenAnotherFile)
+TEST(SingleFileReader, CanBeGivenAnotherFile)
 {
     TempFolder folder;
     writeTinyModel(folder.path);

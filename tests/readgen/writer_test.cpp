@@ -9,8 +9,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::vector<std::string> TINY_TREE = {"tiny/",         "tiny/elements",   "tiny/node_coords",
-                                            "tiny/node_ids", "tiny/part_start", "tiny/parts"};
+const std::vector<std::string> tinyTree = {"tiny/",         "tiny/elements",   "tiny/node_coords",
+                                           "tiny/node_ids", "tiny/part_start", "tiny/parts"};
 
 std::vector<float> extentsOf(const std::string& partStart)
 {
@@ -21,25 +21,26 @@ std::vector<float> extentsOf(const std::string& partStart)
 
 } // namespace
 
-TEST(Writer, makesTheFilesOfAModelAndNothingElse)
+TEST(Writer, MakesTheFilesOfAModelAndNothingElse)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
-    EXPECT_EQ(listTree(folder.path), TINY_TREE);
+    EXPECT_EQ(listTree(folder.path), tinyTree);
 }
 
-TEST(Writer, makesTheSameBytesForTheSameModel)
+TEST(Writer, MakesTheSameBytesForTheSameModel)
 {
     TempFolder a, b;
     writeTinyModel(a.path);
     writeTinyModel(b.path);
-    for (const std::string& name : TINY_TREE)
+    for (const std::string& name : tinyTree) {
         if (name.back() != '/') {
             EXPECT_EQ(readBytes(a.path + "/" + name), readBytes(b.path + "/" + name)) << name;
         }
+    }
 }
 
-TEST(Writer, writesThePartStartOfASingleFile)
+TEST(Writer, WritesThePartStartOfASingleFile)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -52,7 +53,7 @@ TEST(Writer, writesThePartStartOfASingleFile)
     EXPECT_EQ(readBytes(folder.path + "/m/part_start").substr(24), std::string("\1\0\0\0", 4));
 }
 
-TEST(Writer, writesThePartStartOfSeveralFiles)
+TEST(Writer, WritesThePartStartOfSeveralFiles)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -62,7 +63,7 @@ TEST(Writer, writesThePartStartOfSeveralFiles)
     EXPECT_EQ(readBytes(folder.path + "/m/part_start").substr(24), std::string("\2\0\0\0\1\0\0\0m\4\0\0\0m/xy", 17));
 }
 
-TEST(Writer, givesTheOnlyFileTheModelsName)
+TEST(Writer, GivesTheOnlyFileTheModelsName)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -74,7 +75,7 @@ TEST(Writer, givesTheOnlyFileTheModelsName)
     EXPECT_EQ(LoadedModel(folder.path, "m").numParts, 1u);
 }
 
-TEST(Writer, measuresAllNodesWhenNoPartUsesAny)
+TEST(Writer, MeasuresAllNodesWhenNoPartUsesAny)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -83,7 +84,7 @@ TEST(Writer, measuresAllNodesWhenNoPartUsesAny)
     EXPECT_EQ(extentsOf(folder.path + "/m/part_start"), (std::vector<float>{0.5f, 1, -2, -1, -4, -2}));
 }
 
-TEST(Writer, writesAnEmptyModel)
+TEST(Writer, WritesAnEmptyModel)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -93,7 +94,7 @@ TEST(Writer, writesAnEmptyModel)
     EXPECT_EQ(extentsOf(folder.path + "/m/part_start"), std::vector<float>(6, 0.0f));
 }
 
-TEST(Writer, makesTheFoldersOnTheWay)
+TEST(Writer, MakesTheFoldersOnTheWay)
 {
     TempFolder folder;
     writeTinyModel(folder.path + "/a/b");
@@ -102,7 +103,7 @@ TEST(Writer, makesTheFoldersOnTheWay)
     EXPECT_EQ(LoadedModel(folder.path, "deep/er/tiny").numParts, 4u);
 }
 
-TEST(Writer, canWriteTwice)
+TEST(Writer, CanWriteTwice)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -114,7 +115,7 @@ TEST(Writer, canWriteTwice)
     EXPECT_EQ(LoadedModel(folder.path, "m").numParts, 2u);
 }
 
-TEST(Writer, acceptsAFileNameOf255Bytes)
+TEST(Writer, AcceptsAFileNameOf255Bytes)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "m");
@@ -124,10 +125,9 @@ TEST(Writer, acceptsAFileNameOf255Bytes)
     EXPECT_EQ(filesOf(folder.path, "m")[1], std::string(255, 'f'));
 }
 
-// --- Replacing
-// ---------------------------------------------------------------------------------------------------------
+// --- Replacing ---
 
-TEST(WriterReplaces, anOlderModelWhole)
+TEST(WriterReplaces, AnOlderModelWhole)
 {
     TempFolder folder;
     ModelWriter older(folder.path, "tiny");
@@ -136,11 +136,11 @@ TEST(WriterReplaces, anOlderModelWhole)
     older.beginFile("tiny/two");
     writeOrFail(older);
     writeTinyModel(folder.path);
-    EXPECT_EQ(listTree(folder.path), TINY_TREE); // also nothing of the old one
+    EXPECT_EQ(listTree(folder.path), tinyTree); // also nothing of the old one
     EXPECT_EQ(LoadedModel(folder.path, "tiny").numParts, 4u);
 }
 
-TEST(WriterReplaces, aDamagedModel)
+TEST(WriterReplaces, ADamagedModel)
 {
     TempFolder folder;
     writeTinyModel(folder.path);
@@ -150,15 +150,15 @@ TEST(WriterReplaces, aDamagedModel)
     EXPECT_EQ(LoadedModel(folder.path, "tiny").numParts, 4u);
 }
 
-TEST(WriterReplaces, anEmptyFolder)
+TEST(WriterReplaces, AnEmptyFolder)
 {
     TempFolder folder;
     fs::create_directory(folder.path + "/tiny");
     writeTinyModel(folder.path);
-    EXPECT_EQ(listTree(folder.path), TINY_TREE);
+    EXPECT_EQ(listTree(folder.path), tinyTree);
 }
 
-TEST(WriterReplaces, filesOutsideTheModelsFolderToo)
+TEST(WriterReplaces, FilesOutsideTheModelsFolderToo)
 {
     TempFolder folder;
     for (unsigned int round = 1; round <= 2; ++round) {
@@ -173,13 +173,14 @@ TEST(WriterReplaces, filesOutsideTheModelsFolderToo)
     }
 }
 
-TEST(WriterReplaces, noNeighbouringModel)
+TEST(WriterReplaces, NoNeighbouringModel)
 {
     TempFolder folder;
     writeTinyModel(folder.path, "tiny");
     writeTinyModel(folder.path, "tiny2");
     writeTinyModel(folder.path, "group/tiny");
     writeTinyModel(folder.path, "tiny");
-    for (const char* name : {"tiny", "tiny2", "group/tiny"})
+    for (const char* name : {"tiny", "tiny2", "group/tiny"}) {
         EXPECT_EQ(LoadedModel(folder.path, name).numParts, 4u) << name;
+    }
 }

@@ -13,9 +13,8 @@
 
 namespace fs = std::filesystem;
 
-// --- A disk that fails on demand
-// --------------------------------------------------------------------------------------- Definitions in the program
-// win over the system's, also for the library.
+// --- A disk that fails on demand ---
+// Definitions in the program win over the system's, also for the library.
 
 namespace disk {
 
@@ -90,8 +89,9 @@ struct Spoiled
 std::string snapshot(const std::string& folder)
 {
     std::string all;
-    for (const std::string& name : listTree(folder))
+    for (const std::string& name : listTree(folder)) {
         all += name + "\n" + (name.back() == '/' ? "" : readBytes(folder + "/" + name));
+    }
     return all;
 }
 
@@ -119,10 +119,9 @@ struct FailingDisk : testing::Test
 
 } // namespace
 
-// --- Models that are wrong
-// ---------------------------------------------------------------------------------------------
+// --- Models that are wrong ---
 
-TEST(WriterRefuses, aPartIdTwice)
+TEST(WriterRefuses, APartIdTwice)
 {
     Spoiled model;
     model.part(makePart(5, SHELL, 4), {1}, {1, 2, 3, 4});
@@ -131,14 +130,14 @@ TEST(WriterRefuses, aPartIdTwice)
     EXPECT_EQ(model.error(), "file other: part id 5 occurs twice");
 }
 
-TEST(WriterRefuses, aNodeIdTwice)
+TEST(WriterRefuses, ANodeIdTwice)
 {
     Spoiled model;
     addNodes(model.writer, {9, 3});
     EXPECT_EQ(model.error(), "node id 3 occurs twice");
 }
 
-TEST(WriterRefuses, nodeIdsThatMeanNone)
+TEST(WriterRefuses, NodeIdsThatMeanNone)
 {
     Spoiled zero, all;
     addNodes(zero.writer, {0});
@@ -147,7 +146,7 @@ TEST(WriterRefuses, nodeIdsThatMeanNone)
     EXPECT_EQ(all.error(), "node id 4294967295 is reserved for \"no node\"");
 }
 
-TEST(WriterRefuses, aCoordinateThatIsNoNumber)
+TEST(WriterRefuses, ACoordinateThatIsNoNumber)
 {
     Spoiled model;
     const unsigned int id = 77;
@@ -156,7 +155,7 @@ TEST(WriterRefuses, aCoordinateThatIsNoNumber)
     EXPECT_EQ(model.error(), "a coordinate of node 77 is not a finite number");
 }
 
-TEST(WriterRefuses, stridesThatDoNotFitTheDrawType)
+TEST(WriterRefuses, StridesThatDoNotFitTheDrawType)
 {
     const unsigned int pairs[][2] = {{SHELL, 3}, {SHELL, 8},    {SOLID, 4}, {SOLID, 6},
                                      {BEAM, 2},  {DISCRETE, 4}, {77, 0},    {77, 65}};
@@ -169,42 +168,42 @@ TEST(WriterRefuses, stridesThatDoNotFitTheDrawType)
     }
 }
 
-TEST(WriterRefuses, aReferenceToNoNode)
+TEST(WriterRefuses, AReferenceToNoNode)
 {
     Spoiled model;
     model.part(makePart(5, SHELL, 4), {11, 12}, {1, 2, 3, 4, 1, 2, 8, 4});
     EXPECT_EQ(model.error(), "part 5: element 12 uses node 8, which does not exist");
 }
 
-TEST(WriterRefuses, anIndexPastTheNodes)
+TEST(WriterRefuses, AnIndexPastTheNodes)
 {
     Spoiled model;
     model.part(makePart(5, SHELL, 4), {11}, {0, 1, 2, 4}, NodeReference::ByIndex);
     EXPECT_EQ(model.error(), "part 5: element 11 uses node index 4, which does not exist");
 }
 
-TEST(WriterRefuses, anEmptySlotInAShell)
+TEST(WriterRefuses, AnEmptySlotInAShell)
 {
     Spoiled model;
     model.part(makePart(5, SHELL, 4), {11}, {1, 2, 0xFFFFFFFF, 4});
     EXPECT_EQ(model.error(), "part 5: element 11 uses node 4294967295, which does not exist");
 }
 
-TEST(WriterRefuses, anEmptyEndOfABeam)
+TEST(WriterRefuses, AnEmptyEndOfABeam)
 {
     Spoiled model;
     model.part(makePart(5, BEAM, 3), {11}, {1, 0xFFFFFFFF, 2});
     EXPECT_EQ(model.error(), "part 5: element 11 uses node 4294967295, which does not exist");
 }
 
-TEST(WriterRefuses, anElementIdTwiceInAPart)
+TEST(WriterRefuses, AnElementIdTwiceInAPart)
 {
     Spoiled model;
     model.part(makePart(5, SHELL, 4), {7, 6, 7}, {1, 2, 3, 4, 1, 2, 3, 4, 1, 2, 3, 4});
     EXPECT_EQ(model.error(), "part 5: element id 7 occurs twice");
 }
 
-TEST(WriterRefuses, aColorOutOfRange)
+TEST(WriterRefuses, AColorOutOfRange)
 {
     Spoiled model;
     ModelPart part = makePart(5, SHELL, 4);
@@ -214,14 +213,14 @@ TEST(WriterRefuses, aColorOutOfRange)
     EXPECT_EQ(model.error(), "part 5: a colour outside 0 to 1");
 }
 
-TEST(WriterRefuses, aFileNameOf256Bytes)
+TEST(WriterRefuses, AFileNameOf256Bytes)
 {
     Spoiled model;
     model.writer.beginFile(std::string(256, 'f'));
     EXPECT_NE(model.error().find("has 256 bytes; at most 255 are allowed"), std::string::npos);
 }
 
-TEST(WriterRefuses, namesThatLeaveTheDirectoryOrCollide)
+TEST(WriterRefuses, NamesThatLeaveTheDirectoryOrCollide)
 {
     for (const char* name : {"", "/tmp/x", "../x", "a/../b", "a//b", "a/", ".", "m/parts", "part_start"}) {
         Spoiled model;
@@ -235,7 +234,7 @@ TEST(WriterRefuses, namesThatLeaveTheDirectoryOrCollide)
     EXPECT_EQ(errorOf(nowhere), "no directory to write into");
 }
 
-TEST(WriterRefuses, aFileNameTwice)
+TEST(WriterRefuses, AFileNameTwice)
 {
     Spoiled model;
     model.writer.beginFile("x");
@@ -243,7 +242,7 @@ TEST(WriterRefuses, aFileNameTwice)
     EXPECT_EQ(model.error(), "file name \"x\" is used twice");
 }
 
-TEST(WriterRefuses, aPlainFileInPlaceOfTheModel)
+TEST(WriterRefuses, APlainFileInPlaceOfTheModel)
 {
     TempFolder folder;
     writeBytes(folder.path + "/m", "text");
@@ -252,7 +251,7 @@ TEST(WriterRefuses, aPlainFileInPlaceOfTheModel)
     EXPECT_EQ(snapshot(folder.path), "m\ntext");
 }
 
-TEST(WriterRefuses, aFolderWithAUsersFiles)
+TEST(WriterRefuses, AFolderWithAUsersFiles)
 {
     TempFolder folder;
     writeTinyModel(folder.path, "m");
@@ -265,7 +264,7 @@ TEST(WriterRefuses, aFolderWithAUsersFiles)
     EXPECT_TRUE(snapshot(folder.path) == before);
 }
 
-TEST(WriterRefuses, aLinkInPlaceOfTheModel)
+TEST(WriterRefuses, ALinkInPlaceOfTheModel)
 {
     TempFolder folder;
     writeTinyModel(folder.path, "real");
@@ -275,7 +274,7 @@ TEST(WriterRefuses, aLinkInPlaceOfTheModel)
     EXPECT_EQ(LoadedModel(folder.path, "m").numParts, 4u);
 }
 
-TEST(WriterRefuses, aDirectoryThatCannotBeMade)
+TEST(WriterRefuses, ADirectoryThatCannotBeMade)
 {
     TempFolder folder;
     writeBytes(folder.path + "/file", "");
@@ -285,24 +284,24 @@ TEST(WriterRefuses, aDirectoryThatCannotBeMade)
     EXPECT_NE(errorOf(kernel).find("/proc: cannot be written into: "), std::string::npos);
 }
 
-TEST(WriterRefuses, withoutAPlaceForTheError)
+TEST(WriterRefuses, WithoutAPlaceForTheError)
 {
     TempFolder folder;
     ModelWriter writer(folder.path, "..");
     EXPECT_FALSE(writer.write(nullptr));
 }
 
-// --- Disks that fail
-// ---------------------------------------------------------------------------------------------------
+// --- Disks that fail ---
 
-TEST_F(FailingDisk, fullAtEveryFileLeavesNothing)
+TEST_F(FailingDisk, FullAtEveryFileLeavesNothing)
 {
     int failures = 0;
     for (;; ++failures) {
         disk::syncsUntilFull = failures;
         const std::string error = writeThreeFolders(folder.path + "/new/dir", 1);
-        if (error.empty())
+        if (error.empty()) {
             break;
+        }
         EXPECT_NE(error.find("cannot be written: No space left on device"), std::string::npos);
         EXPECT_TRUE(listTree(folder.path).empty()) << failures;
     }
@@ -310,7 +309,7 @@ TEST_F(FailingDisk, fullAtEveryFileLeavesNothing)
     EXPECT_EQ(failures, 2 + 2 + 2 + 2 + 1);
 }
 
-TEST_F(FailingDisk, fullAtEveryFileKeepsTheOldModel)
+TEST_F(FailingDisk, FullAtEveryFileKeepsTheOldModel)
 {
     ASSERT_EQ(writeThreeFolders(folder.path, 1), "");
     const std::string before = snapshot(folder.path);
@@ -321,7 +320,7 @@ TEST_F(FailingDisk, fullAtEveryFileKeepsTheOldModel)
     }
 }
 
-TEST_F(FailingDisk, withAFileSizeLimitLeavesNothing)
+TEST_F(FailingDisk, WithAFileSizeLimitLeavesNothing)
 {
     rlimit old;
     getrlimit(RLIMIT_FSIZE, &old);
@@ -336,7 +335,7 @@ TEST_F(FailingDisk, withAFileSizeLimitLeavesNothing)
 }
 
 // Every renaming that can fail, without the exchange in one step.
-TEST_F(FailingDisk, failingToRenameKeepsTheOldModel)
+TEST_F(FailingDisk, FailingToRenameKeepsTheOldModel)
 {
     ASSERT_EQ(writeThreeFolders(folder.path, 1), "");
     const std::string before = snapshot(folder.path);
@@ -345,8 +344,9 @@ TEST_F(FailingDisk, failingToRenameKeepsTheOldModel)
     for (;; ++failures) {
         disk::renamesUntilFailure = failures;
         const std::string error = writeThreeFolders(folder.path, 2);
-        if (error.empty())
+        if (error.empty()) {
             break;
+        }
         EXPECT_NE(error.find("Input/output error"), std::string::npos) << error;
         EXPECT_TRUE(snapshot(folder.path) == before) << failures;
     }
@@ -354,7 +354,7 @@ TEST_F(FailingDisk, failingToRenameKeepsTheOldModel)
     EXPECT_EQ(LoadedModel(folder.path, "m").pidMap.count(2), 1u);
 }
 
-TEST_F(FailingDisk, failingToRenameANewModelLeavesNothing)
+TEST_F(FailingDisk, FailingToRenameANewModelLeavesNothing)
 {
     for (int k = 0; k < 3; ++k) {
         disk::renamesUntilFailure = k;
@@ -363,7 +363,7 @@ TEST_F(FailingDisk, failingToRenameANewModelLeavesNothing)
     }
 }
 
-TEST_F(FailingDisk, anObstacleForTheLastFolderRestoresTheFirst)
+TEST_F(FailingDisk, AnObstacleForTheLastFolderRestoresTheFirst)
 {
     ASSERT_EQ(writeThreeFolders(folder.path, 1), "");
     fs::remove_all(folder.path + "/deep");
@@ -373,7 +373,7 @@ TEST_F(FailingDisk, anObstacleForTheLastFolderRestoresTheFirst)
     EXPECT_TRUE(snapshot(folder.path) == before);
 }
 
-TEST_F(FailingDisk, withoutExchangeStillReplaces)
+TEST_F(FailingDisk, WithoutExchangeStillReplaces)
 {
     disk::canExchange = false;
     ASSERT_EQ(writeThreeFolders(folder.path, 1), "");

@@ -7,7 +7,7 @@
 #include "recordedtest.h"
 #include "unit_axis.h"
 
-// --- BoundBox ------------------------------------------------------------------------------------
+// --- BoundBox ---
 
 namespace {
 class Box : public RecordedTest
@@ -18,7 +18,7 @@ protected:
 };
 } // namespace
 
-TEST_F(Box, cornersAreNumberedLikeAHexahedron)
+TEST_F(Box, CornersAreNumberedLikeAHexahedron)
 {
     const Floats expected = {0, 0, 0, 1, 0, 0, 1, 2, 0, 0, 2, 0, 0, 0, 3, 1, 0, 3, 1, 2, 3, 0, 2, 3};
     EXPECT_EQ(Floats(box.boxVertices, box.boxVertices + 24), expected);
@@ -26,13 +26,13 @@ TEST_F(Box, cornersAreNumberedLikeAHexahedron)
     EXPECT_EQ(box.boxVertices[3], 1) << "the extents are copied";
 }
 
-TEST_F(Box, facesAreAHexahedronsFaces)
+TEST_F(Box, FacesAreAHexahedronsFaces)
 {
     const Indices expected = {0, 1, 2, 3, 1, 2, 6, 5, 4, 5, 6, 7, 3, 0, 4, 7, 2, 3, 7, 6, 0, 1, 5, 4};
     EXPECT_EQ(Indices(BoundBox::boxIndices, BoundBox::boxIndices + 24), expected);
 }
 
-TEST_F(Box, isDrawnInTheFixedOrder)
+TEST_F(Box, IsDrawnInTheFixedOrder)
 {
     BoundBox::setFontBase(1000);
     box.render();
@@ -64,7 +64,7 @@ TEST_F(Box, isDrawnInTheFixedOrder)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-TEST_F(Box, leavesTheVertexArrayOnAndPointingAtItself)
+TEST_F(Box, LeavesTheVertexArrayOnAndPointingAtItself)
 {
     box.render();
     EXPECT_TRUE(glrecord::state().clientEnabled.count(GL_VERTEX_ARRAY));
@@ -72,7 +72,7 @@ TEST_F(Box, leavesTheVertexArrayOnAndPointingAtItself)
     EXPECT_EQ(glrecord::count("glDisableClientState"), 0);
 }
 
-TEST_F(Box, leavesTheListBaseOnTheFont)
+TEST_F(Box, LeavesTheListBaseOnTheFont)
 {
     glListBase(5);
     BoundBox::setFontBase(1000);
@@ -81,7 +81,7 @@ TEST_F(Box, leavesTheListBaseOnTheFont)
     EXPECT_EQ(glrecord::count("glListBase"), 9) << "once per label, never put back";
 }
 
-TEST_F(Box, putsThePolygonModeBack)
+TEST_F(Box, PutsThePolygonModeBack)
 {
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     box.render();
@@ -89,7 +89,7 @@ TEST_F(Box, putsThePolygonModeBack)
     EXPECT_EQ(glrecord::state().polygonMode[1], GL_FILL);
 }
 
-TEST_F(Box, putsTheFrontModeBackForBothFaces)
+TEST_F(Box, PutsTheFrontModeBackForBothFaces)
 {
     glPolygonMode(GL_FRONT, GL_POINT);
     glPolygonMode(GL_BACK, GL_FILL);
@@ -98,7 +98,7 @@ TEST_F(Box, putsTheFrontModeBackForBothFaces)
     EXPECT_EQ(glrecord::state().polygonMode[1], GL_POINT);
 }
 
-TEST_F(Box, sharesOneFontAmongAllBoxes)
+TEST_F(Box, SharesOneFontAmongAllBoxes)
 {
     BoundBox other(extents);
     BoundBox::setFontBase(300);
@@ -107,7 +107,7 @@ TEST_F(Box, sharesOneFontAmongAllBoxes)
     EXPECT_EQ(BoundBox::fontBase, 300u);
 }
 
-// --- UnitAxis ------------------------------------------------------------------------------------
+// --- UnitAxis ---
 
 class Triad : public RecordedTest
 {
@@ -115,7 +115,7 @@ protected:
     float lengths[3] = {2, 4, 6};
 };
 
-TEST_F(Triad, isDrawnInTheFixedOrder)
+TEST_F(Triad, IsDrawnInTheFixedOrder)
 {
     UnitAxis::render(lengths, 0.5f);
     const Lines expected = {"glLineWidth(4)",
@@ -153,14 +153,14 @@ TEST_F(Triad, isDrawnInTheFixedOrder)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
-TEST_F(Triad, lettersAreXYZInOrder)
+TEST_F(Triad, LettersAreXYZInOrder)
 {
     UnitAxis::render(lengths, 0);
     EXPECT_EQ(glrecord::bitmaps(),
               (std::vector<const unsigned char*>{UnitAxis::xbitmap, UnitAxis::ybitmap, UnitAxis::zbitmap}));
 }
 
-TEST_F(Triad, theYArmPointsDownWithItsLetter)
+TEST_F(Triad, TheYArmPointsDownWithItsLetter)
 {
     UnitAxis::render(lengths, 0.5f);
     const Lines plain = glrecord::plain(glrecord::lines());
@@ -168,7 +168,7 @@ TEST_F(Triad, theYArmPointsDownWithItsLetter)
     EXPECT_EQ(std::count(plain.begin(), plain.end(), "glRasterPos(0,-4.5,0)"), 1);
 }
 
-TEST_F(Triad, isBracketedByAMatrixPushAlthoughNothingNeedsIt)
+TEST_F(Triad, IsBracketedByAMatrixPushAlthoughNothingNeedsIt)
 {
     UnitAxis::render(lengths, 0);
     EXPECT_LT(glrecord::find("glPushMatrix"), glrecord::find("glBegin"));
@@ -176,7 +176,7 @@ TEST_F(Triad, isBracketedByAMatrixPushAlthoughNothingNeedsIt)
     EXPECT_EQ(glrecord::state().stacks[GL_MODELVIEW].size(), 1u);
 }
 
-TEST_F(Triad, lettersAreSixteenRowsOfTwoBytesAndTwoOfPadding)
+TEST_F(Triad, LettersAreSixteenRowsOfTwoBytesAndTwoOfPadding)
 {
     for (const unsigned char* letter : {UnitAxis::xbitmap, UnitAxis::ybitmap, UnitAxis::zbitmap}) {
         int ink = 0;
@@ -188,14 +188,16 @@ TEST_F(Triad, lettersAreSixteenRowsOfTwoBytesAndTwoOfPadding)
     }
 }
 
-TEST_F(Triad, lettersStandUpright)
+TEST_F(Triad, LettersStandUpright)
 {
     const auto row = [](const unsigned char* letter, int k) { return letter[4 * k] << 8 | letter[4 * k + 1]; };
     const auto inkedRows = [&](const unsigned char* letter) {
         std::vector<int> rows;
-        for (int k = 0; k < 16; ++k)
-            if (row(letter, k))
+        for (int k = 0; k < 16; ++k) {
+            if (row(letter, k)) {
                 rows.push_back(row(letter, k));
+            }
+        }
         return rows;
     };
     const auto pixels = [](int bits) { return __builtin_popcount(bits); };
@@ -210,11 +212,11 @@ TEST_F(Triad, lettersStandUpright)
     EXPECT_GT(z[z.size() / 3], z[2 * z.size() / 3]) << "the diagonal rises to the right";
 }
 
-// --- GLFuncs -------------------------------------------------------------------------------------
+// --- GLFuncs ---
 
 using Toggles = RecordedTest;
 
-TEST_F(Toggles, linesAndFillChangePlaces)
+TEST_F(Toggles, LinesAndFillChangePlaces)
 {
     GLFuncs::process(GL_POLYGON_MODE);
     EXPECT_EQ(glrecord::lines(), (Lines{"glGetIntegerv(GL_POLYGON_MODE)", "glPolygonMode(GL_FRONT_AND_BACK,GL_LINE)"}));
@@ -222,7 +224,7 @@ TEST_F(Toggles, linesAndFillChangePlaces)
     EXPECT_EQ(glrecord::lines().back(), "glPolygonMode(GL_FRONT_AND_BACK,GL_FILL)");
 }
 
-TEST_F(Toggles, pointModeIsLeftAsItIs)
+TEST_F(Toggles, PointModeIsLeftAsItIs)
 {
     glPolygonMode(GL_FRONT_AND_BACK, GL_POINT);
     forget();
@@ -230,7 +232,7 @@ TEST_F(Toggles, pointModeIsLeftAsItIs)
     EXPECT_EQ(glrecord::count("glPolygonMode"), 0);
 }
 
-TEST_F(Toggles, theFrontModeDecidesForBothFaces)
+TEST_F(Toggles, TheFrontModeDecidesForBothFaces)
 {
     glPolygonMode(GL_FRONT, GL_LINE);
     GLFuncs::process(GL_POLYGON_MODE);
@@ -241,7 +243,7 @@ TEST_F(Toggles, theFrontModeDecidesForBothFaces)
     EXPECT_EQ(glrecord::state().polygonMode[0], GL_LINE);
 }
 
-TEST_F(Toggles, flatAndSmoothChangePlaces)
+TEST_F(Toggles, FlatAndSmoothChangePlaces)
 {
     GLFuncs::process(GL_SHADE_MODEL);
     EXPECT_EQ(glrecord::state().shadeModel, GL_FLAT);
@@ -249,7 +251,7 @@ TEST_F(Toggles, flatAndSmoothChangePlaces)
     EXPECT_EQ(glrecord::state().shadeModel, GL_SMOOTH);
 }
 
-TEST_F(Toggles, theDepthTestComesWithItsFunctionAndRange)
+TEST_F(Toggles, TheDepthTestComesWithItsFunctionAndRange)
 {
     GLFuncs::process(GL_DEPTH_TEST);
     EXPECT_EQ(glrecord::matchingAny({"glEnable", "glDepth"}),
@@ -259,7 +261,7 @@ TEST_F(Toggles, theDepthTestComesWithItsFunctionAndRange)
     EXPECT_EQ(glrecord::matchingAny({"glEnable", "glDisable", "glDepth"}), Lines{"glDisable(GL_DEPTH_TEST)"});
 }
 
-TEST_F(Toggles, blendingTwiceIsAsBefore)
+TEST_F(Toggles, BlendingTwiceIsAsBefore)
 {
     GLFuncs::process(GL_BLEND);
     EXPECT_EQ(glrecord::matchingAny({"glEnable", "glBlendFunc"}),
@@ -269,7 +271,7 @@ TEST_F(Toggles, blendingTwiceIsAsBefore)
     EXPECT_EQ(glrecord::count("glBlendFunc"), 1);
 }
 
-TEST_F(Toggles, anythingElseDoesNothing)
+TEST_F(Toggles, AnythingElseDoesNothing)
 {
     for (int type : {GL_LIGHTING, 0, -1}) {
         GLFuncs::process(type);
@@ -277,9 +279,10 @@ TEST_F(Toggles, anythingElseDoesNothing)
     }
 }
 
-TEST_F(Toggles, nothingIsPrinted)
+TEST_F(Toggles, NothingIsPrinted)
 {
-    for (int type : {GL_POLYGON_MODE, GL_SHADE_MODEL, GL_DEPTH_TEST, GL_BLEND})
+    for (int type : {GL_POLYGON_MODE, GL_SHADE_MODEL, GL_DEPTH_TEST, GL_BLEND}) {
         GLFuncs::process(type);
+    }
     EXPECT_EQ(printed(), "");
 }

@@ -3,9 +3,9 @@
 #include "mtrans.h"
 #include "mview.h"
 
-// --- Switching parts -----------------------------------------------------------------------------
+// --- Switching parts ---
 
-TEST_F(Frame, displayAllPartsShowsEveryPartAndRestoresTheLoadedExtents)
+TEST_F(Frame, DisplayAllPartsShowsEveryPartAndRestoresTheLoadedExtents)
 {
     install({quadPart(), quadPart(5), quadPart(9)});
     part(0).partFlag = H | PART_SELECTED;
@@ -19,7 +19,7 @@ TEST_F(Frame, displayAllPartsShowsEveryPartAndRestoresTheLoadedExtents)
     EXPECT_EQ(env->i, 3u);
 }
 
-TEST_F(Frame, displayAllPartsSetsProjectionThenLights)
+TEST_F(Frame, DisplayAllPartsSetsProjectionThenLights)
 {
     install({quadPart()});
     glViewport(5, 6, 300, 200);
@@ -34,7 +34,7 @@ TEST_F(Frame, displayAllPartsSetsProjectionThenLights)
         << "the extents are not recomputed from the parts";
 }
 
-TEST_F(Frame, displayAllPartsClassifiesTheAxesAgainButKeepsThePivot)
+TEST_F(Frame, DisplayAllPartsClassifiesTheAxesAgainButKeepsThePivot)
 {
     install({quadPart(5, 5)});
     ASSERT_EQ(env->mView->xAxisType, X_BOTH_POSITIVE);
@@ -47,7 +47,7 @@ TEST_F(Frame, displayAllPartsClassifiesTheAxesAgainButKeepsThePivot)
     EXPECT_EQ(env->mTrans->centerOfWindow[0], 42);
 }
 
-TEST_F(Frame, extentsModifiedByVisibilityDoNotReclassifyTheAxes)
+TEST_F(Frame, ExtentsModifiedByVisibilityDoNotReclassifyTheAxes)
 {
     install({quadPart(5, 5), quadPart(-9, -9)});
     ASSERT_EQ(env->mView->xAxisType, AXIS_OTHER_TYPE);
@@ -57,7 +57,7 @@ TEST_F(Frame, extentsModifiedByVisibilityDoNotReclassifyTheAxes)
     EXPECT_EQ(env->mView->xAxisType, AXIS_OTHER_TYPE);
 }
 
-TEST_F(Frame, setDisplayByListShowsAndHides)
+TEST_F(Frame, SetDisplayByListShowsAndHides)
 {
     install({quadPart(), quadPart(5), quadPart(9)});
     unsigned int list[] = {3, 1};
@@ -70,7 +70,7 @@ TEST_F(Frame, setDisplayByListShowsAndHides)
     EXPECT_EQ(part(0).partFlag & (S | H), H);
 }
 
-TEST_F(Frame, setDisplayByListIgnoresNumbersOutOfRange)
+TEST_F(Frame, SetDisplayByListIgnoresNumbersOutOfRange)
 {
     install({quadPart(), quadPart(5)});
     unsigned int list[] = {0, 3, 0xFFFFFFFFu, 2};
@@ -80,7 +80,7 @@ TEST_F(Frame, setDisplayByListIgnoresNumbersOutOfRange)
     EXPECT_EQ(env->i, 4u) << "the counter counted the list's entries";
 }
 
-TEST_F(Frame, setDisplayTakesNoOtherModes)
+TEST_F(Frame, SetDisplayTakesNoOtherModes)
 {
     install({quadPart(), quadPart(5)});
     part(1).partFlag = H;
@@ -95,7 +95,7 @@ TEST_F(Frame, setDisplayTakesNoOtherModes)
     }
 }
 
-TEST_F(Frame, setDisplayOfOnePartIgnoresNumbersOutOfRange)
+TEST_F(Frame, SetDisplayOfOnePartIgnoresNumbersOutOfRange)
 {
     install({quadPart(), quadPart(5)});
     env->setDisplay(3u, 4u);
@@ -108,7 +108,7 @@ TEST_F(Frame, setDisplayOfOnePartIgnoresNumbersOutOfRange)
     EXPECT_EQ(part(1).partFlag & (S | H), S);
 }
 
-TEST_F(Frame, setDisplayDoesNotRecomputeTheExtents)
+TEST_F(Frame, SetDisplayDoesNotRecomputeTheExtents)
 {
     install({quadPart(), quadPart(50)});
     unsigned int list[] = {2};
@@ -119,7 +119,7 @@ TEST_F(Frame, setDisplayDoesNotRecomputeTheExtents)
     EXPECT_TRUE(glrecord::lines().empty());
 }
 
-TEST_F(Frame, boxesGoOnAndOffForPartsThatAreNotHidden)
+TEST_F(Frame, BoxesGoOnAndOffForPartsThatAreNotHidden)
 {
     install({quadPart(), quadPart(5), quadPart(9)});
     part(1).partFlag = H;
@@ -137,9 +137,9 @@ TEST_F(Frame, boxesGoOnAndOffForPartsThatAreNotHidden)
     EXPECT_EQ(env->i, 3u);
 }
 
-// --- Render state --------------------------------------------------------------------------------
+// --- Render state ---
 
-TEST_F(Frame, blendingIsSwitchedInTheContextOnly)
+TEST_F(Frame, BlendingIsSwitchedInTheContextOnly)
 {
     install({});
     env->blendFlag = 77;
@@ -151,7 +151,7 @@ TEST_F(Frame, blendingIsSwitchedInTheContextOnly)
     EXPECT_EQ(env->blendFlag, 77);
 }
 
-TEST_F(Frame, hiddenSurfaceRemovalIsTheDepthTest)
+TEST_F(Frame, HiddenSurfaceRemovalIsTheDepthTest)
 {
     install({});
     env->setHideMode(1);
@@ -161,7 +161,7 @@ TEST_F(Frame, hiddenSurfaceRemovalIsTheDepthTest)
     EXPECT_EQ(glrecord::lines(), Lines{"glDisable(GL_DEPTH_TEST)"});
 }
 
-TEST_F(Frame, thePolygonModeIsPassedOnAndNotStored)
+TEST_F(Frame, ThePolygonModeIsPassedOnAndNotStored)
 {
     install({});
     env->polygonMode[0] = 77;
@@ -170,7 +170,7 @@ TEST_F(Frame, thePolygonModeIsPassedOnAndNotStored)
     EXPECT_EQ(env->polygonMode[0], 77);
 }
 
-TEST_F(Frame, theShadeModelIsStoredAppliedAndItsNormalsComputed)
+TEST_F(Frame, TheShadeModelIsStoredAppliedAndItsNormalsComputed)
 {
     install({quadPart()}, GL_FLAT);
     env->setShadeModel(GL_SMOOTH);

@@ -4,9 +4,9 @@
 
 namespace {
 float RED[4] = {1, 0, 0, 1};
-const std::string RED_LINE = "glColor4fv(1,0,0,1)";
-const std::string BLUE_LINE = "glColor4fv(0,0,1,1)";
-const int OTHER_SHADE = 0x1D02;
+const std::string redLine = "glColor4fv(1,0,0,1)";
+const std::string blueLine = "glColor4fv(0,0,1,1)";
+const int otherShade = 0x1D02;
 
 using Renderer = void (CAEEnv::*)(PartInfoPtr, float*);
 
@@ -25,10 +25,12 @@ protected:
         releasePart(part);
         part = drawn;
         env.shadeModel = shadeModel;
-        if (part.partDrawType == SHELL)
+        if (part.partDrawType == SHELL) {
             env.computeShellNormals(&part);
-        if (part.partDrawType == SOLID)
+        }
+        if (part.partDrawType == SOLID) {
             env.computeSolidNormals(&part);
+        }
         return redraw(renderer);
     }
 
@@ -60,8 +62,9 @@ PartInfoStr selected(PartInfoStr part, const std::string& flags)
 Floats tellingNodes(int count = 8)
 {
     Floats nodes;
-    for (int k = 0; k < count; ++k)
+    for (int k = 0; k < count; ++k) {
         nodes.insert(nodes.end(), {float(k), 10.0f * k, 100.0f * k});
+    }
     return nodes;
 }
 
@@ -71,11 +74,14 @@ PartInfoStr tellingSolid(const Indices& indices, const std::string& npe, unsigne
     PartInfoStr part = makePart(SOLID, stride, tellingNodes(), indices);
     part.partElements.NPE = newChars(npe);
     Floats faces, corners;
-    for (std::size_t e = 0; e < npe.size(); ++e)
-        for (int k = 0; k < 6; ++k)
+    for (std::size_t e = 0; e < npe.size(); ++e) {
+        for (int k = 0; k < 6; ++k) {
             faces.insert(faces.end(), {float(e), float(k), 0});
-    for (int k = 0; k < 8; ++k)
+        }
+    }
+    for (int k = 0; k < 8; ++k) {
         corners.insert(corners.end(), {0, 0, float(k)});
+    }
     part.partElements.elmNormals = newFloats(faces);
     part.partNodes.nodeNormals = newFloats(corners);
     part.partFlag |= PART_ELEMENT_NORMALS_DONE | PART_NODE_NORMALS_DONE;
@@ -94,9 +100,9 @@ std::string face(int element, int k)
 }
 
 using Faces = std::vector<std::vector<int>>; // node slots
-const Faces TETRA = {{0, 1, 2, 2}, {0, 1, 3, 3}, {0, 3, 2, 2}, {1, 2, 3, 3}};
-const Faces PENTA = {{0, 1, 2, 3}, {1, 2, 6, 4}, {3, 0, 4, 6}, {0, 1, 4, 4}, {2, 3, 6, 6}};
-const Faces HEXA = {{0, 1, 2, 3}, {1, 2, 6, 5}, {4, 5, 6, 7}, {3, 0, 4, 7}, {2, 3, 7, 6}, {0, 1, 5, 4}};
+const Faces tetra = {{0, 1, 2, 2}, {0, 1, 3, 3}, {0, 3, 2, 2}, {1, 2, 3, 3}};
+const Faces penta = {{0, 1, 2, 3}, {1, 2, 6, 4}, {3, 0, 4, 6}, {0, 1, 4, 4}, {2, 3, 6, 6}};
+const Faces hexa = {{0, 1, 2, 3}, {1, 2, 6, 5}, {4, 5, 6, 7}, {3, 0, 4, 7}, {2, 3, 7, 6}, {0, 1, 5, 4}};
 
 // The lines of one element drawn with its face normals; slot s is node s.
 Lines byFaceNormals(const Faces& faces, int element)
@@ -104,8 +110,9 @@ Lines byFaceNormals(const Faces& faces, int element)
     Lines lines;
     for (std::size_t k = 0; k < faces.size(); ++k) {
         lines.push_back(face(element, static_cast<int>(k)));
-        for (int slot : faces[k])
+        for (int slot : faces[k]) {
             lines.push_back(at(slot));
+        }
     }
     return lines;
 }
@@ -125,136 +132,138 @@ Lines byNodeNormals(const Faces& faces)
 Lines joined(std::initializer_list<Lines> blocks)
 {
     Lines all;
-    for (const Lines& block : blocks)
+    for (const Lines& block : blocks) {
         all.insert(all.end(), block.begin(), block.end());
+    }
     return all;
 }
 
-const Lines QUADS_OPEN = {RED_LINE, "glBegin(GL_QUADS)"};
-const Lines END = {"glEnd()"};
-const Indices EIGHT = {0, 1, 2, 3, 4, 5, 6, 7};
+const Lines quadsOpen = {redLine, "glBegin(GL_QUADS)"};
+const Lines endLine = {"glEnd()"};
+const Indices eight = {0, 1, 2, 3, 4, 5, 6, 7};
 } // namespace
 
-// --- Whole shell parts ---------------------------------------------------------------------------
+// --- Whole shell parts ---
 
-TEST_F(Elements, aFlatShellPartHasOneNormalPerElement)
+TEST_F(Elements, AFlatShellPartHasOneNormalPerElement)
 {
     const Lines lines = draw(quadStripPart(2), &CAEEnv::renderShellPart, GL_FLAT);
-    EXPECT_EQ(lines, (Lines{RED_LINE, "glBegin(GL_QUADS)", "glNormal3fv(0,0,1)", v(0), v(1), v(4), v(3),
+    EXPECT_EQ(lines, (Lines{redLine, "glBegin(GL_QUADS)", "glNormal3fv(0,0,1)", v(0), v(1), v(4), v(3),
                             "glNormal3fv(0,0,1)", v(1), v(2), v(5), v(4), "glEnd()"}));
 }
 
-TEST_F(Elements, aSmoothShellPartIsOneIndexedDrawFromItsOwnArrays)
+TEST_F(Elements, ASmoothShellPartIsOneIndexedDrawFromItsOwnArrays)
 {
     const Lines lines = draw(quadStripPart(2), &CAEEnv::renderShellPart, GL_SMOOTH);
-    EXPECT_EQ(lines, (Lines{"glVertexPointer(3,GL_FLOAT,0,data)", "glNormalPointer(GL_FLOAT,0,data)", RED_LINE,
+    EXPECT_EQ(lines, (Lines{"glVertexPointer(3,GL_FLOAT,0,data)", "glNormalPointer(GL_FLOAT,0,data)", redLine,
                             "glDrawElements(GL_QUADS,8,GL_UNSIGNED_INT,[0,1,4,3,1,2,5,4])"}));
     EXPECT_EQ(glrecord::vertexPointer(), part.partNodes.nodeValues);
     EXPECT_EQ(glrecord::normalPointer(), part.partNodes.nodeNormals);
 }
 
-TEST_F(Elements, aTriangularShellIsADegenerateQuad)
+TEST_F(Elements, ATriangularShellIsADegenerateQuad)
 {
     const Lines lines = draw(trianglePart(), &CAEEnv::renderShellPart, GL_FLAT);
-    EXPECT_EQ(lines, (Lines{RED_LINE, "glBegin(GL_QUADS)", "glNormal3fv(0,0,0)", v(0), v(1), v(2), v(2), "glEnd()"}));
+    EXPECT_EQ(lines, (Lines{redLine, "glBegin(GL_QUADS)", "glNormal3fv(0,0,0)", v(0), v(1), v(2), v(2), "glEnd()"}));
 }
 
-TEST_F(Elements, aShellPartUnderAnotherShadeModelIsNotTouchedAtAll)
+TEST_F(Elements, AShellPartUnderAnotherShadeModelIsNotTouchedAtAll)
 {
     draw(quadPart(), &CAEEnv::renderShellPart, GL_FLAT);
-    env.shadeModel = OTHER_SHADE;
+    env.shadeModel = otherShade;
     EXPECT_EQ(redraw(&CAEEnv::renderShellPart), Lines{});
 }
 
-// --- Shells element by element -------------------------------------------------------------------
+// --- Shells element by element ---
 
-TEST_F(Elements, flatShellsTakeEachElementsColour)
+TEST_F(Elements, FlatShellsTakeEachElementsColour)
 {
     const Lines lines = draw(selected(quadStripPart(3), "01?"), &CAEEnv::renderShells, GL_FLAT);
     const std::string up = "glNormal3fv(0,0,1)";
-    EXPECT_EQ(lines, (Lines{RED_LINE,  "glBegin(GL_QUADS)", //
-                            RED_LINE,  up,
-                            v(0),      v(1),
-                            v(5),      v(4), //
-                            BLUE_LINE, up,
-                            v(1),      v(2),
-                            v(6),      v(5), //
-                            up,        v(2),
-                            v(3),      v(7),
-                            v(6),      "glEnd()"}))
+    EXPECT_EQ(lines, (Lines{redLine,  "glBegin(GL_QUADS)", //
+                            redLine,  up,
+                            v(0),     v(1),
+                            v(5),     v(4), //
+                            blueLine, up,
+                            v(1),     v(2),
+                            v(6),     v(5), //
+                            up,       v(2),
+                            v(3),     v(7),
+                            v(6),     "glEnd()"}))
         << "a flag that is neither 0 nor 1 leaves the colour as it is";
 }
 
-TEST_F(Elements, smoothShellsHaveANormalBeforeEveryVertex)
+TEST_F(Elements, SmoothShellsHaveANormalBeforeEveryVertex)
 {
     const Lines lines = draw(selected(quadPart(), "1"), &CAEEnv::renderShells, GL_SMOOTH);
-    EXPECT_EQ(lines, (Lines{RED_LINE, "glBegin(GL_QUADS)", BLUE_LINE, n(0), v(0), n(1), v(1), n(2), v(2), n(3), v(3),
+    EXPECT_EQ(lines, (Lines{redLine, "glBegin(GL_QUADS)", blueLine, n(0), v(0), n(1), v(1), n(2), v(2), n(3), v(3),
                             "glEnd()"}));
     EXPECT_EQ(n(2), "glNormal3fv(0,0,1)");
 }
 
-TEST_F(Elements, shellsUnderAnotherShadeModelSetTheColourOnly)
+TEST_F(Elements, ShellsUnderAnotherShadeModelSetTheColourOnly)
 {
     draw(selected(quadPart(), "1"), &CAEEnv::renderShells, GL_FLAT);
-    env.shadeModel = OTHER_SHADE;
-    EXPECT_EQ(redraw(&CAEEnv::renderShells), Lines{RED_LINE});
+    env.shadeModel = otherShade;
+    EXPECT_EQ(redraw(&CAEEnv::renderShells), Lines{redLine});
 }
 
-TEST_F(Elements, theSelectionColourIsTheEnvironmentsOwn)
+TEST_F(Elements, TheSelectionColourIsTheEnvironmentsOwn)
 {
     env.colorBlue[0] = 0.5f;
     const Lines lines = draw(selected(quadPart(), "1"), &CAEEnv::renderShells, GL_FLAT);
     EXPECT_EQ(lines[2], "glColor4fv(0.5,0,1,1)");
 }
 
-// --- Solids --------------------------------------------------------------------------------------
+// --- Solids ---
 
-TEST_F(Elements, aFlatTetrahedronDrawsItsFourTriangles)
+TEST_F(Elements, AFlatTetrahedronDrawsItsFourTriangles)
 {
-    EXPECT_EQ(draw(tellingSolid(EIGHT, "4"), &CAEEnv::renderSolidPart, GL_FLAT),
-              joined({QUADS_OPEN, byFaceNormals(TETRA, 0), END}));
+    EXPECT_EQ(draw(tellingSolid(eight, "4"), &CAEEnv::renderSolidPart, GL_FLAT),
+              joined({quadsOpen, byFaceNormals(tetra, 0), endLine}));
 }
 
-TEST_F(Elements, aFlatPentahedronDrawsThreeQuadsAndTwoTriangles)
+TEST_F(Elements, AFlatPentahedronDrawsThreeQuadsAndTwoTriangles)
 {
-    EXPECT_EQ(draw(tellingSolid(EIGHT, "6"), &CAEEnv::renderSolidPart, GL_FLAT),
-              joined({QUADS_OPEN, byFaceNormals(PENTA, 0), END}));
+    EXPECT_EQ(draw(tellingSolid(eight, "6"), &CAEEnv::renderSolidPart, GL_FLAT),
+              joined({quadsOpen, byFaceNormals(penta, 0), endLine}));
 }
 
-TEST_F(Elements, aFlatHexahedronDrawsSixQuads)
+TEST_F(Elements, AFlatHexahedronDrawsSixQuads)
 {
-    EXPECT_EQ(draw(tellingSolid(EIGHT, "8"), &CAEEnv::renderSolidPart, GL_FLAT),
-              joined({QUADS_OPEN, byFaceNormals(HEXA, 0), END}));
+    EXPECT_EQ(draw(tellingSolid(eight, "8"), &CAEEnv::renderSolidPart, GL_FLAT),
+              joined({quadsOpen, byFaceNormals(hexa, 0), endLine}));
 }
 
-TEST_F(Elements, smoothSolidsDrawTheSameFacesWithNodeNormals)
+TEST_F(Elements, SmoothSolidsDrawTheSameFacesWithNodeNormals)
 {
-    const std::pair<const char*, Faces> shapes[] = {{"4", TETRA}, {"6", PENTA}, {"8", HEXA}};
-    for (const auto& shape : shapes)
-        EXPECT_EQ(draw(tellingSolid(EIGHT, shape.first), &CAEEnv::renderSolidPart, GL_SMOOTH),
-                  joined({QUADS_OPEN, byNodeNormals(shape.second), END}))
+    const std::pair<const char*, Faces> shapes[] = {{"4", tetra}, {"6", penta}, {"8", hexa}};
+    for (const auto& shape : shapes) {
+        EXPECT_EQ(draw(tellingSolid(eight, shape.first), &CAEEnv::renderSolidPart, GL_SMOOTH),
+                  joined({quadsOpen, byNodeNormals(shape.second), endLine}))
             << shape.first;
+    }
 }
 
-TEST_F(Elements, aPentahedronNeverReadsSlotsFiveAndSeven)
+TEST_F(Elements, APentahedronNeverReadsSlotsFiveAndSeven)
 {
     for (int shade : {GL_FLAT, GL_SMOOTH}) {
-        const Lines lines = draw(tellingSolid(EIGHT, "6"), &CAEEnv::renderSolidPart, shade);
+        const Lines lines = draw(tellingSolid(eight, "6"), &CAEEnv::renderSolidPart, shade);
         EXPECT_EQ(std::count(lines.begin(), lines.end(), at(5)), 0);
         EXPECT_EQ(std::count(lines.begin(), lines.end(), at(7)), 0);
         EXPECT_EQ(std::count(lines.begin(), lines.end(), at(6)), 4); // two quads, twice in a triangle
     }
 }
 
-TEST_F(Elements, anUnknownShapeIsSkippedAndTheNextOneKeepsItsNormals)
+TEST_F(Elements, AnUnknownShapeIsSkippedAndTheNextOneKeepsItsNormals)
 {
-    Indices twice = EIGHT;
-    twice.insert(twice.end(), EIGHT.begin(), EIGHT.end());
+    Indices twice = eight;
+    twice.insert(twice.end(), eight.begin(), eight.end());
     EXPECT_EQ(draw(tellingSolid(twice, "58"), &CAEEnv::renderSolidPart, GL_FLAT),
-              joined({QUADS_OPEN, byFaceNormals(HEXA, 1), END}));
+              joined({quadsOpen, byFaceNormals(hexa, 1), endLine}));
 }
 
-TEST_F(Elements, aTenSlotSolidIsReadWithAStepOfEight)
+TEST_F(Elements, ATenSlotSolidIsReadWithAStepOfEight)
 {
     Indices indices(30, 7);
     for (unsigned int k = 0; k < 4; ++k) {
@@ -264,87 +273,87 @@ TEST_F(Elements, aTenSlotSolidIsReadWithAStepOfEight)
     }
     const Lines lines = draw(tellingSolid(indices, "444", 10), &CAEEnv::renderSolidPart, GL_FLAT);
     ASSERT_EQ(lines.size(), 3u + 3 * 20) << "three elements";
-    EXPECT_EQ(Lines(lines.begin() + 2, lines.begin() + 22), byFaceNormals(TETRA, 0));
-    EXPECT_EQ(Lines(lines.begin() + 22, lines.begin() + 42), byFaceNormals(TETRA, 1));
+    EXPECT_EQ(Lines(lines.begin() + 2, lines.begin() + 22), byFaceNormals(tetra, 0));
+    EXPECT_EQ(Lines(lines.begin() + 22, lines.begin() + 42), byFaceNormals(tetra, 1));
     EXPECT_EQ(Lines(lines.begin() + 42, lines.begin() + 47), (Lines{face(2, 0), at(3), at(2), at(1), at(1)}));
 }
 
-TEST_F(Elements, solidsTakeEachElementsColour)
+TEST_F(Elements, SolidsTakeEachElementsColour)
 {
-    Indices three = EIGHT;
-    three.insert(three.end(), EIGHT.begin(), EIGHT.end());
-    three.insert(three.end(), EIGHT.begin(), EIGHT.end());
+    Indices three = eight;
+    three.insert(three.end(), eight.begin(), eight.end());
+    three.insert(three.end(), eight.begin(), eight.end());
     const Lines lines = draw(selected(tellingSolid(three, "486"), "10x"), &CAEEnv::renderSolids, GL_FLAT);
-    EXPECT_EQ(lines, joined({QUADS_OPEN,
-                             {BLUE_LINE},
-                             byFaceNormals(TETRA, 0),
-                             {RED_LINE},
-                             byFaceNormals(HEXA, 1),
-                             byFaceNormals(PENTA, 2),
-                             END}));
+    EXPECT_EQ(lines, joined({quadsOpen,
+                             {blueLine},
+                             byFaceNormals(tetra, 0),
+                             {redLine},
+                             byFaceNormals(hexa, 1),
+                             byFaceNormals(penta, 2),
+                             endLine}));
 }
 
-TEST_F(Elements, anUnknownShapeStillSetsItsColour)
+TEST_F(Elements, AnUnknownShapeStillSetsItsColour)
 {
-    const Lines lines = draw(selected(tellingSolid(EIGHT, "5"), "1"), &CAEEnv::renderSolids, GL_FLAT);
-    EXPECT_EQ(lines, joined({QUADS_OPEN, {BLUE_LINE}, END}));
+    const Lines lines = draw(selected(tellingSolid(eight, "5"), "1"), &CAEEnv::renderSolids, GL_FLAT);
+    EXPECT_EQ(lines, joined({quadsOpen, {blueLine}, endLine}));
 }
 
-TEST_F(Elements, solidsUnderAnotherShadeModelAreAnEmptyBlock)
+TEST_F(Elements, SolidsUnderAnotherShadeModelAreAnEmptyBlock)
 {
-    draw(tellingSolid(EIGHT, "8"), &CAEEnv::renderSolidPart, GL_FLAT);
-    env.shadeModel = OTHER_SHADE;
-    EXPECT_EQ(redraw(&CAEEnv::renderSolidPart), joined({QUADS_OPEN, END}));
+    draw(tellingSolid(eight, "8"), &CAEEnv::renderSolidPart, GL_FLAT);
+    env.shadeModel = otherShade;
+    EXPECT_EQ(redraw(&CAEEnv::renderSolidPart), joined({quadsOpen, endLine}));
 }
 
-TEST_F(Elements, computedSolidsDrawWithComputedNormals)
+TEST_F(Elements, ComputedSolidsDrawWithComputedNormals)
 {
     const Lines lines = draw(hexaPart(), &CAEEnv::renderSolidPart, GL_FLAT);
     EXPECT_EQ(Lines(lines.begin() + 2, lines.begin() + 7), (Lines{"glNormal3fv(0,0,1)", v(0), v(1), v(2), v(3)}));
     EXPECT_EQ(Lines(lines.begin() + 7, lines.begin() + 12), (Lines{"glNormal3fv(1,0,0)", v(1), v(2), v(6), v(5)}));
 }
 
-// --- Beams ---------------------------------------------------------------------------------------
+// --- Beams ---
 
-TEST_F(Elements, aWholeBeamPartIsInvisible)
+TEST_F(Elements, AWholeBeamPartIsInvisible)
 {
     EXPECT_EQ(draw(beamPart(2), &CAEEnv::renderBeamPart, GL_FLAT), Lines{});
 }
 
-TEST_F(Elements, aBeamWithoutThirdNodeIsItsLine)
+TEST_F(Elements, ABeamWithoutThirdNodeIsItsLine)
 {
     const Lines lines = draw(selected(beamPart(), "0"), &CAEEnv::renderBeams, GL_FLAT);
-    EXPECT_EQ(lines, (Lines{RED_LINE, "glLineWidth(5)", "glPointSize(5)", RED_LINE, "glBegin(GL_LINES)", v(0), v(1),
+    EXPECT_EQ(lines, (Lines{redLine, "glLineWidth(5)", "glPointSize(5)", redLine, "glBegin(GL_LINES)", v(0), v(1),
                             "glEnd()", "glLineWidth(1)", "glPointSize(1)"}));
 }
 
-TEST_F(Elements, aBeamWithThirdNodeAlsoHasItsPoint)
+TEST_F(Elements, ABeamWithThirdNodeAlsoHasItsPoint)
 {
     const Lines lines = draw(selected(beamPart(2), "1"), &CAEEnv::renderBeams, GL_FLAT);
-    EXPECT_EQ(lines, (Lines{RED_LINE, "glLineWidth(5)", "glPointSize(5)", BLUE_LINE, "glBegin(GL_LINES)", v(0), v(1),
+    EXPECT_EQ(lines, (Lines{redLine, "glLineWidth(5)", "glPointSize(5)", blueLine, "glBegin(GL_LINES)", v(0), v(1),
                             "glEnd()", "glBegin(GL_POINTS)", v(2), "glEnd()", "glLineWidth(1)", "glPointSize(1)"}));
 }
 
-TEST_F(Elements, aBeamsThirdNodeMayBeNodeZero)
+TEST_F(Elements, ABeamsThirdNodeMayBeNodeZero)
 {
     const Lines lines = draw(selected(beamPart(0), "0"), &CAEEnv::renderBeams, GL_FLAT);
     EXPECT_EQ(glrecord::between("glBegin(GL_POINTS)", "glEnd"), (Lines{"glBegin(GL_POINTS)", v(0), "glEnd()"}));
 }
 
-TEST_F(Elements, anyThirdEntryNegativeAsSignedMeansNoNode)
+TEST_F(Elements, AnyThirdEntryNegativeAsSignedMeansNoNode)
 {
     draw(selected(beamPart(0x80000000u), "0"), &CAEEnv::renderBeams, GL_FLAT);
     EXPECT_EQ(glrecord::find("glBegin(GL_POINTS)"), -1);
 }
 
-TEST_F(Elements, beamsHaveABlockEachAndIgnoreTheShadeModel)
+TEST_F(Elements, BeamsHaveABlockEachAndIgnoreTheShadeModel)
 {
-    PartInfoStr beams = makePart(BEAM, 3, tellingNodes(), {0, 1, NO_NODE, 1, 2, 3, 2, 3, NO_NODE});
-    const Lines lines = draw(selected(beams, "0x1"), &CAEEnv::renderBeams, OTHER_SHADE);
-    EXPECT_EQ(lines, (Lines{RED_LINE,
+    PartInfoStr beams = makePart(BEAM, 3, tellingNodes(), {0, 1, noNode, 1, 2, 3, 2, 3, noNode});
+    const Lines lines = draw(selected(beams, "0x1"), &CAEEnv::renderBeams, otherShade);
+    EXPECT_EQ(lines, (Lines{redLine,
                             "glLineWidth(5)",
                             "glPointSize(5)", //
-                            RED_LINE,
+                            redLine,
                             "glBegin(GL_LINES)",
                             at(0),
                             at(1),
@@ -356,7 +365,7 @@ TEST_F(Elements, beamsHaveABlockEachAndIgnoreTheShadeModel)
                             "glBegin(GL_POINTS)",
                             at(3),
                             "glEnd()", //
-                            BLUE_LINE,
+                            blueLine,
                             "glBegin(GL_LINES)",
                             at(2),
                             at(3),
@@ -365,27 +374,27 @@ TEST_F(Elements, beamsHaveABlockEachAndIgnoreTheShadeModel)
                             "glPointSize(1)"}));
 }
 
-// --- Discretes -----------------------------------------------------------------------------------
+// --- Discretes ---
 
-TEST_F(Elements, aWholeDiscretePartIsOneBlockOfLines)
+TEST_F(Elements, AWholeDiscretePartIsOneBlockOfLines)
 {
     PartInfoStr springs = makePart(DISCRETE, 3, tellingNodes(), {0, 1, 7, 2, 3, 7});
-    EXPECT_EQ(draw(springs, &CAEEnv::renderDiscretePart, OTHER_SHADE),
-              (Lines{RED_LINE, "glLineWidth(2)", "glBegin(GL_LINES)", at(0), at(1), at(2), at(3), "glEnd()",
+    EXPECT_EQ(draw(springs, &CAEEnv::renderDiscretePart, otherShade),
+              (Lines{redLine, "glLineWidth(2)", "glBegin(GL_LINES)", at(0), at(1), at(2), at(3), "glEnd()",
                      "glLineWidth(1)"}));
 }
 
-TEST_F(Elements, discretesHaveABlockEach)
+TEST_F(Elements, DiscretesHaveABlockEach)
 {
     PartInfoStr springs = makePart(DISCRETE, 3, tellingNodes(), {0, 1, 7, 2, 3, 7});
     EXPECT_EQ(draw(selected(springs, "10"), &CAEEnv::renderDiscretes, GL_FLAT),
-              (Lines{RED_LINE, "glLineWidth(2)", BLUE_LINE, "glBegin(GL_LINES)", at(0), at(1), "glEnd()", RED_LINE,
+              (Lines{redLine, "glLineWidth(2)", blueLine, "glBegin(GL_LINES)", at(0), at(1), "glEnd()", redLine,
                      "glBegin(GL_LINES)", at(2), at(3), "glEnd()", "glLineWidth(1)"}));
 }
 
-// --- What is missing or does not fit -------------------------------------------------------------
+// --- What is missing or does not fit ---
 
-TEST_F(Elements, partsWithoutTheNormalsOfTheShadeModelAreNotDrawn)
+TEST_F(Elements, PartsWithoutTheNormalsOfTheShadeModelAreNotDrawn)
 {
     const std::pair<PartInfoStr (*)(), std::vector<Renderer>> kinds[] = {
         {[] { return quadPart(); }, {&CAEEnv::renderShellPart, &CAEEnv::renderShells}},
@@ -402,7 +411,7 @@ TEST_F(Elements, partsWithoutTheNormalsOfTheShadeModelAreNotDrawn)
     }
 }
 
-TEST_F(Elements, withoutSelectionFlagsTheColourDoesNotChange)
+TEST_F(Elements, WithoutSelectionFlagsTheColourDoesNotChange)
 {
     const std::pair<PartInfoStr, Renderer> kinds[] = {{quadPart(), &CAEEnv::renderShells},
                                                       {hexaPart(), &CAEEnv::renderSolids},
@@ -415,7 +424,7 @@ TEST_F(Elements, withoutSelectionFlagsTheColourDoesNotChange)
     }
 }
 
-TEST_F(Elements, aRemainderOfIndicesIsNotDrawn)
+TEST_F(Elements, ARemainderOfIndicesIsNotDrawn)
 {
     PartInfoStr quad = makePart(SHELL, 4, tellingNodes(), {0, 1, 2, 3, 4, 5, 6});
     draw(quad, &CAEEnv::renderShellPart, GL_FLAT);
@@ -425,10 +434,10 @@ TEST_F(Elements, aRemainderOfIndicesIsNotDrawn)
     EXPECT_EQ(glrecord::count("glVertex3fv"), 2);
     PartInfoStr flagged = makePart(SHELL, 4, tellingNodes(), {0, 1, 2, 3, 4, 5, 6});
     draw(selected(flagged, "11"), &CAEEnv::renderShells, GL_FLAT);
-    EXPECT_EQ(glrecord::matching("glColor4fv"), (Lines{RED_LINE, BLUE_LINE})) << "not even its colour";
+    EXPECT_EQ(glrecord::matching("glColor4fv"), (Lines{redLine, blueLine})) << "not even its colour";
 }
 
-TEST_F(Elements, aStrideOfZeroDrawsNoElements)
+TEST_F(Elements, AStrideOfZeroDrawsNoElements)
 {
     const std::pair<unsigned int, Renderer> kinds[] = {
         {SHELL, &CAEEnv::renderShellPart},      {SHELL, &CAEEnv::renderShells}, {SOLID, &CAEEnv::renderSolidPart},
@@ -440,35 +449,35 @@ TEST_F(Elements, aStrideOfZeroDrawsNoElements)
     }
 }
 
-TEST_F(Elements, elementsAreCountedByTheStrideButReadWithAFixedStep)
+TEST_F(Elements, ElementsAreCountedByTheStrideButReadWithAFixedStep)
 {
     // Four springs by the stride of 2; read by threes, the last two lie past the array.
     PartInfoStr springs = makePart(DISCRETE, 2, tellingNodes(), {0, 1, 2, 3, 4, 5, 6, 7});
     EXPECT_EQ(draw(springs, &CAEEnv::renderDiscretePart, GL_FLAT),
-              (Lines{RED_LINE, "glLineWidth(2)", "glBegin(GL_LINES)", at(0), at(1), at(3), at(4), "glEnd()",
+              (Lines{redLine, "glLineWidth(2)", "glBegin(GL_LINES)", at(0), at(1), at(3), at(4), "glEnd()",
                      "glLineWidth(1)"}));
 }
 
-TEST_F(Elements, anElementPastTheArrayIsSkippedButSetsItsColour)
+TEST_F(Elements, AnElementPastTheArrayIsSkippedButSetsItsColour)
 {
     PartInfoStr springs = makePart(DISCRETE, 2, tellingNodes(), {0, 1, 2, 3});
     const Lines lines = draw(selected(springs, "01"), &CAEEnv::renderDiscretes, GL_FLAT);
-    EXPECT_EQ(lines, (Lines{RED_LINE, "glLineWidth(2)", RED_LINE, "glBegin(GL_LINES)", at(0), at(1), "glEnd()",
-                            BLUE_LINE, "glLineWidth(1)"}));
+    EXPECT_EQ(lines, (Lines{redLine, "glLineWidth(2)", redLine, "glBegin(GL_LINES)", at(0), at(1), "glEnd()", blueLine,
+                            "glLineWidth(1)"}));
     PartInfoStr quads = makePart(SHELL, 2, tellingNodes(), {0, 1, 2, 3});
     quads.partElements.elmNormals = newFloats({0, 0, 1, 0, 0, 2});
     quads.partFlag |= PART_ELEMENT_NORMALS_DONE;
     EXPECT_EQ(draw(selected(quads, "01"), &CAEEnv::renderShells, GL_FLAT),
-              (Lines{RED_LINE, "glBegin(GL_QUADS)", RED_LINE, "glNormal3fv(0,0,1)", at(0), at(1), at(2), at(3),
-                     BLUE_LINE, "glEnd()"}));
-    PartInfoStr solids = tellingSolid(EIGHT, "48", 4); // two elements by the stride, one by the step
+              (Lines{redLine, "glBegin(GL_QUADS)", redLine, "glNormal3fv(0,0,1)", at(0), at(1), at(2), at(3), blueLine,
+                     "glEnd()"}));
+    PartInfoStr solids = tellingSolid(eight, "48", 4); // two elements by the stride, one by the step
     EXPECT_EQ(draw(selected(solids, "01"), &CAEEnv::renderSolids, GL_FLAT),
-              joined({QUADS_OPEN, {RED_LINE}, byFaceNormals(TETRA, 0), {BLUE_LINE}, END}));
+              joined({quadsOpen, {redLine}, byFaceNormals(tetra, 0), {blueLine}, endLine}));
 }
 
-// --- Faces of one element ------------------------------------------------------------------------
+// --- Faces of one element ---
 
-TEST_F(Elements, aTriangleIsAQuadWhoseLastCornerRepeats)
+TEST_F(Elements, ATriangleIsAQuadWhoseLastCornerRepeats)
 {
     float nodes[9] = {0, 0, 0, 1, 0, 0, 0, 1, 0}, normals[9] = {0, 0, 1, 0, 0, 2, 0, 0, 3}, one[3] = {0, 0, 9};
     unsigned int offsets[3] = {0, 3, 6};
@@ -482,7 +491,7 @@ TEST_F(Elements, aTriangleIsAQuadWhoseLastCornerRepeats)
                      "glNormal3fv(0,0,3)", "glVertex3fv(0,1,0)", "glNormal3fv(0,0,3)", "glVertex3fv(0,1,0)"}));
 }
 
-TEST_F(Elements, aQuadKeepsItsCornersInOrder)
+TEST_F(Elements, AQuadKeepsItsCornersInOrder)
 {
     float nodes[12] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, normals[12] = {1, 0, 0, 2, 0, 0, 3, 0, 0, 4, 0, 0};
     unsigned int offsets[4] = {9, 6, 3, 0};
@@ -495,7 +504,7 @@ TEST_F(Elements, aQuadKeepsItsCornersInOrder)
               (Lines{"glNormal3fv(4,0,0)", "glNormal3fv(3,0,0)", "glNormal3fv(2,0,0)", "glNormal3fv(1,0,0)"}));
 }
 
-TEST_F(Elements, shapesTakeFlatListsOfOffsets)
+TEST_F(Elements, ShapesTakeFlatListsOfOffsets)
 {
     Floats nodes, normals;
     for (int k = 0; k < 24; ++k) {
@@ -509,9 +518,10 @@ TEST_F(Elements, shapesTakeFlatListsOfOffsets)
     }
     const auto order = [](const std::string& kind) { // the first numbers of the lines
         std::string text;
-        for (const std::string& line : glrecord::matching(kind))
+        for (const std::string& line : glrecord::matching(kind)) {
             text += (text.empty() ? "" : " ") + (kind == "glVertex3fv" ? line.substr(12, line.find(',') - 12)
                                                                        : line.substr(14, line.rfind(',') - 14));
+        }
         return text;
     };
     env.renderTetraByNormal(offsets.data(), faces.data(), normals.data(), nodes.data());

@@ -19,8 +19,9 @@ protected:
 
     void modify(const std::vector<Floats>& parts)
     {
-        for (const Floats& extents : parts)
+        for (const Floats& extents : parts) {
             model.add(partWith(extents));
+        }
         model.install();
         glViewport(0, 0, 800, 600);
         forget();
@@ -29,45 +30,46 @@ protected:
 
     void expectExtents(const Floats& expected)
     {
-        for (int k = 0; k < 6; ++k)
+        for (int k = 0; k < 6; ++k) {
             EXPECT_EQ(model->modelExtents[k], expected[k]) << "entry " << k;
+        }
     }
 
     TestModel model{GL_FLAT};
 };
 } // namespace
 
-TEST_F(Extents, coverAllShownParts)
+TEST_F(Extents, CoverAllShownParts)
 {
     modify({{-1, 2, 0, 1, 0, 1}, {5, 9, -3, -2, 0.5f, 4}});
     expectExtents({-1, 9, -3, 1, 0, 4});
 }
 
-TEST_F(Extents, arePrintedOnThreeLines)
+TEST_F(Extents, ArePrintedOnThreeLines)
 {
     modify({{-1.5f, 2, 0, 1e7f, 0.1234567f, 4}});
     EXPECT_EQ(printed().find("xmin=-1.5 xmax=2\nymin=0 ymax=1e+07\nzmin=0.123457 zmax=4\n"), 0u);
 }
 
-TEST_F(Extents, aPairOfZerosBecomesTheWidestPair)
+TEST_F(Extents, APairOfZerosBecomesTheWidestPair)
 {
     modify({{0, 0, 0, 3, 0, 0}});
     expectExtents({-2000, 2000, 0, 3, -2000, 2000});
 }
 
-TEST_F(Extents, minusZeroCountsAsZero)
+TEST_F(Extents, MinusZeroCountsAsZero)
 {
     modify({{-0.0f, 0, -0.0f, -0.0f, 0, 1}});
     expectExtents({-2000, 2000, -2000, 2000, 0, 1});
 }
 
-TEST_F(Extents, equalValuesOtherThanZeroStay)
+TEST_F(Extents, EqualValuesOtherThanZeroStay)
 {
     modify({{5, 5, 0, 1, 7, 7}});
     expectExtents({5, 5, 0, 1, 7, 7});
 }
 
-TEST_F(Extents, hiddenPartsAndPartsWithNeitherBitDoNotCount)
+TEST_F(Extents, HiddenPartsAndPartsWithNeitherBitDoNotCount)
 {
     PartInfoStr hidden = partWith({-100, 100, -100, 100, -100, 100});
     hidden.partFlag = PART_HIDDEN;
@@ -78,7 +80,7 @@ TEST_F(Extents, hiddenPartsAndPartsWithNeitherBitDoNotCount)
     expectExtents({1, 2, 1, 2, 1, 2});
 }
 
-TEST_F(Extents, withoutAnyShownPartNothingHappensExceptForTheCounter)
+TEST_F(Extents, WithoutAnyShownPartNothingHappensExceptForTheCounter)
 {
     modify({{1, 2, 3, 4, 5, 6}, {1, 2, 3, 4, 5, 6}});
     model.part(0).partFlag = model.part(1).partFlag = PART_HIDDEN;
@@ -94,7 +96,7 @@ TEST_F(Extents, withoutAnyShownPartNothingHappensExceptForTheCounter)
     EXPECT_EQ(model->i, 2u);
 }
 
-TEST_F(Extents, loadedExtentsAreKeptApart)
+TEST_F(Extents, LoadedExtentsAreKeptApart)
 {
     modify({{1, 2, 3, 4, 5, 6}});
     model->orgModelExtents[0] = -77;
@@ -103,7 +105,7 @@ TEST_F(Extents, loadedExtentsAreKeptApart)
     EXPECT_EQ(model->modelExtents[0], 1);
 }
 
-TEST_F(Extents, modifyingSetsViewportProjectionAndLightsAgain)
+TEST_F(Extents, ModifyingSetsViewportProjectionAndLightsAgain)
 {
     modify({{1, 2, 3, 4, 5, 6}});
     const Lines lines = glrecord::lines();
@@ -116,7 +118,7 @@ TEST_F(Extents, modifyingSetsViewportProjectionAndLightsAgain)
     EXPECT_EQ(lines.back(), "glDepthRange(0,1)") << "the lights' set-up is the last";
 }
 
-TEST_F(Extents, modifyingPrintsExtentsThenResizeThenLights)
+TEST_F(Extents, ModifyingPrintsExtentsThenResizeThenLights)
 {
     modify({{1, 2, 3, 4, 5, 6}});
     EXPECT_EQ(printed(), "xmin=1 xmax=2\nymin=3 ymax=4\nzmin=5 zmax=6\n"
@@ -125,7 +127,7 @@ TEST_F(Extents, modifyingPrintsExtentsThenResizeThenLights)
                          "Lightpos0=1.5,-2,-6\nLightpos1=4,8,12\n");
 }
 
-TEST_F(Extents, modifyingMovesThePivotToTheBoxCentre)
+TEST_F(Extents, ModifyingMovesThePivotToTheBoxCentre)
 {
     modify({{1, 2, 3, 5, 5, 8}});
     EXPECT_EQ(model->mTrans->centerOfWindow[0], 1.5);
@@ -133,7 +135,7 @@ TEST_F(Extents, modifyingMovesThePivotToTheBoxCentre)
     EXPECT_EQ(model->mTrans->centerOfWindow[2], 6.5);
 }
 
-TEST_F(Extents, modifyingLosesAViewportOffset)
+TEST_F(Extents, ModifyingLosesAViewportOffset)
 {
     modify({{1, 2, 3, 4, 5, 6}});
     glViewport(30, 40, 200, 100);
@@ -144,7 +146,7 @@ TEST_F(Extents, modifyingLosesAViewportOffset)
     EXPECT_EQ(glrecord::state().viewport[2], 200);
 }
 
-TEST_F(Extents, aFlatModelKeepsTheIdentityProjectionAndTheNextFrameReportsIt)
+TEST_F(Extents, AFlatModelKeepsTheIdentityProjectionAndTheNextFrameReportsIt)
 {
     modify({{5, 5, 0, 1, 0, 1}});
     EXPECT_EQ(glrecord::projection(), (glrecord::Matrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}));
@@ -155,7 +157,7 @@ TEST_F(Extents, aFlatModelKeepsTheIdentityProjectionAndTheNextFrameReportsIt)
     EXPECT_EQ(lines.back(), "GL Error: invalid value");
 }
 
-// --- resizeModel ---------------------------------------------------------------------------------
+// --- resizeModel ---
 
 class Resize : public Extents
 {
@@ -170,7 +172,7 @@ protected:
     }
 };
 
-TEST_F(Resize, setsTheProjectionToTheExtentsBoxWithReversedDepth)
+TEST_F(Resize, SetsTheProjectionToTheExtentsBoxWithReversedDepth)
 {
     model->resizeModel(640, 480);
     EXPECT_EQ(glrecord::lines(),
@@ -178,7 +180,7 @@ TEST_F(Resize, setsTheProjectionToTheExtentsBoxWithReversedDepth)
                      "glOrtho(-1,3,0,2,9999,-9999)", "glMatrixMode(GL_MODELVIEW)", "glLoadIdentity()"}));
 }
 
-TEST_F(Resize, printsExtentsThenViewport)
+TEST_F(Resize, PrintsExtentsThenViewport)
 {
     model->resizeModel(640, 480);
     EXPECT_EQ(printed(), "RESIZE MODEL EXTS=-1,3,0,2,-5,4\nVIEWPORT=0,0,640,480\n");
@@ -186,7 +188,7 @@ TEST_F(Resize, printsExtentsThenViewport)
     EXPECT_EQ(model->mTrans->viewPort[3], 480);
 }
 
-TEST_F(Resize, theShapeOfTheWindowDoesNotEnterTheProjection)
+TEST_F(Resize, TheShapeOfTheWindowDoesNotEnterTheProjection)
 {
     model->resizeModel(100, 100);
     const glrecord::Matrix square = glrecord::projection();
@@ -194,14 +196,14 @@ TEST_F(Resize, theShapeOfTheWindowDoesNotEnterTheProjection)
     EXPECT_EQ(glrecord::projection(), square);
 }
 
-TEST_F(Resize, aSizeOfZeroIsPassedOn)
+TEST_F(Resize, ASizeOfZeroIsPassedOn)
 {
     model->resizeModel(0, 0);
     EXPECT_EQ(glrecord::lines()[0], "glViewport(0,0,0,0)");
     EXPECT_NE(printed().find("VIEWPORT=0,0,0,0\n"), std::string::npos);
 }
 
-TEST_F(Resize, zeroAndMinusZeroExtentsLeaveTheIdentityProjection)
+TEST_F(Resize, ZeroAndMinusZeroExtentsLeaveTheIdentityProjection)
 {
     model->modelExtents[0] = 0;
     model->modelExtents[1] = -0.0f;
@@ -211,9 +213,9 @@ TEST_F(Resize, zeroAndMinusZeroExtentsLeaveTheIdentityProjection)
     EXPECT_EQ(printed().find("RESIZE MODEL EXTS=0,-0,0,2,-5,4\n"), 0u);
 }
 
-// --- normalize -----------------------------------------------------------------------------------
+// --- normalize ---
 
-TEST_F(Extents, normalizeMakesUnitLength)
+TEST_F(Extents, NormalizeMakesUnitLength)
 {
     PartInfoStr part = quadPart();
     part.partNodes.nodeNormals = newFloats({3, 0, 4, 0, -2, 0, 1, 1, 1, 0, 0, 0.5f});
@@ -227,13 +229,14 @@ TEST_F(Extents, normalizeMakesUnitLength)
     releasePart(part);
 }
 
-TEST_F(Extents, normalizeTurnsAZeroNormalIntoNotANumber)
+TEST_F(Extents, NormalizeTurnsAZeroNormalIntoNotANumber)
 {
     PartInfoStr part = quadPart();
     part.partNodes.nodeNormals = newFloats({0, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0});
     model->normalize(&part);
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         EXPECT_TRUE(std::isnan(part.partNodes.nodeNormals[k]));
+    }
     EXPECT_EQ(part.partNodes.nodeNormals[3], 1);
     releasePart(part);
 }

@@ -33,8 +33,9 @@ PartInfoStr withFile(PartInfoStr part, int fileIndex)
 void expectGolden(const std::string& text, const std::string& name)
 {
     const std::string path = std::string(KVO_GOLDEN_DIR "/") + name;
-    if (std::getenv("KVO_UPDATE_GOLDEN"))
+    if (std::getenv("KVO_UPDATE_GOLDEN")) {
         std::ofstream(path) << text;
+    }
     std::ifstream in(path);
     ASSERT_TRUE(in.is_open()) << path << " is missing";
     std::stringstream expected;
@@ -57,7 +58,7 @@ std::string withoutTimes(const std::string& text)
 }
 } // namespace
 
-// --- renderModel ---------------------------------------------------------------------------------
+// --- renderModel ---
 
 // A square of side 4 and a cube of side 2, both about the origin: the numbers of the stream stay round.
 PartInfoStr bigQuad()
@@ -71,7 +72,7 @@ PartInfoStr cube()
                     {0, 1, 2, 3, 4, 5, 6, 7});
 }
 
-TEST_F(Frame, aSmoothFrameOfASelectedShellAndABoxedSolidIsThisStream)
+TEST_F(Frame, ASmoothFrameOfASelectedShellAndABoxedSolidIsThisStream)
 {
     install({bigQuad(), cube()}, GL_SMOOTH);
     part(0).partFlag |= PART_SELECTED;
@@ -89,7 +90,7 @@ TEST_F(Frame, aSmoothFrameOfASelectedShellAndABoxedSolidIsThisStream)
     EXPECT_EQ(errors.all(), "GTRAN=0.000000 0.000000 0.000000\nGTRAN=0.000000 0.000000 0.000000\n");
 }
 
-TEST_F(Frame, aFlatPassOverEveryKindOfPartWithSelectionsIsThisStream)
+TEST_F(Frame, AFlatPassOverEveryKindOfPartWithSelectionsIsThisStream)
 {
     install({quadStripPart(2), hexaPart(), beamPart(2), discretePart(), beamPart()});
     selectElements(part(0), "01");
@@ -112,7 +113,7 @@ TEST_F(Frame, aFlatPassOverEveryKindOfPartWithSelectionsIsThisStream)
     releasePart(segment);
 }
 
-TEST_F(Frame, aFrameBeginsWithTheViewportAndAClearInsideIt)
+TEST_F(Frame, AFrameBeginsWithTheViewportAndAClearInsideIt)
 {
     install({quadPart()});
     glViewport(10, 20, 300, 200);
@@ -126,7 +127,7 @@ TEST_F(Frame, aFrameBeginsWithTheViewportAndAClearInsideIt)
     EXPECT_EQ(env->viewPort[2], 300);
 }
 
-TEST_F(Frame, aFrameReadsTheShadeModelBetweenTheTransformationAndTheParts)
+TEST_F(Frame, AFrameReadsTheShadeModelBetweenTheTransformationAndTheParts)
 {
     install({quadPart()});
     env->renderModel();
@@ -135,7 +136,7 @@ TEST_F(Frame, aFrameReadsTheShadeModelBetweenTheTransformationAndTheParts)
     EXPECT_EQ(glrecord::find("glEnableClientState(GL_VERTEX_ARRAY)"), shade + 1);
 }
 
-TEST_F(Frame, aFrameEndsWithOneQuestionForErrors)
+TEST_F(Frame, AFrameEndsWithOneQuestionForErrors)
 {
     install({quadPart()});
     env->renderModel();
@@ -144,7 +145,7 @@ TEST_F(Frame, aFrameEndsWithOneQuestionForErrors)
     EXPECT_EQ(printed().find("GL Error"), std::string::npos);
 }
 
-TEST_F(Frame, anErrorIsPrintedWithItsText)
+TEST_F(Frame, AnErrorIsPrintedWithItsText)
 {
     install({quadPart()});
     glrecord::state().error = GL_STACK_OVERFLOW;
@@ -155,7 +156,7 @@ TEST_F(Frame, anErrorIsPrintedWithItsText)
     EXPECT_EQ(glrecord::count("glGetError"), 1) << "only one code a frame";
 }
 
-TEST_F(Frame, anErrorWithoutATextDoesNotSilenceThePrints)
+TEST_F(Frame, AnErrorWithoutATextDoesNotSilenceThePrints)
 {
     install({quadPart()});
     glrecord::state().error = 0x0507; // libGLU has no text for it
@@ -165,7 +166,7 @@ TEST_F(Frame, anErrorWithoutATextDoesNotSilenceThePrints)
     EXPECT_EQ(printed().find("0\n0\n800\n600\n"), 0u);
 }
 
-TEST_F(Frame, theContextsShadeModelWins)
+TEST_F(Frame, TheContextsShadeModelWins)
 {
     install({quadPart()}, GL_FLAT);
     env->setShadeModel(GL_SMOOTH); // both kinds of normals exist now
@@ -177,7 +178,7 @@ TEST_F(Frame, theContextsShadeModelWins)
     EXPECT_GT(glrecord::count("glNormal3fv"), 0);
 }
 
-TEST_F(Frame, aShadeToggleWithoutNormalsDrawsNothingOfThePart)
+TEST_F(Frame, AShadeToggleWithoutNormalsDrawsNothingOfThePart)
 {
     install({quadPart(), hexaPart()}, GL_FLAT);
     GLFuncs::process(GL_SHADE_MODEL);
@@ -188,7 +189,7 @@ TEST_F(Frame, aShadeToggleWithoutNormalsDrawsNothingOfThePart)
     EXPECT_EQ(glrecord::count("glNormal3fv"), 0);
 }
 
-TEST_F(Frame, anEmptyModelClearsAndPrints)
+TEST_F(Frame, AnEmptyModelClearsAndPrints)
 {
     install({});
     env->renderModel();
@@ -199,7 +200,7 @@ TEST_F(Frame, anEmptyModelClearsAndPrints)
     EXPECT_EQ(glrecord::count("glClear"), 1);
 }
 
-TEST_F(Frame, twoFramesBalanceTheMatrixStacks)
+TEST_F(Frame, TwoFramesBalanceTheMatrixStacks)
 {
     install({quadPart()});
     env->renderModel();
@@ -208,9 +209,9 @@ TEST_F(Frame, twoFramesBalanceTheMatrixStacks)
     EXPECT_EQ(glrecord::state().stacks[GL_PROJECTION].size(), 1u);
 }
 
-// --- displayParts: which parts -------------------------------------------------------------------
+// --- displayParts: which parts ---
 
-TEST_F(Frame, clientStatesGoOnAndOffOncePerPass)
+TEST_F(Frame, ClientStatesGoOnAndOffOncePerPass)
 {
     install({quadPart(), quadPart(5)});
     const Lines lines = display();
@@ -222,7 +223,7 @@ TEST_F(Frame, clientStatesGoOnAndOffOncePerPass)
     EXPECT_EQ(env->i, 2u);
 }
 
-TEST_F(Frame, thePickingPassSwitchesClientStatesOffInTheOtherOrder)
+TEST_F(Frame, ThePickingPassSwitchesClientStatesOffInTheOtherOrder)
 {
     install({quadPart()});
     env->displayPartsByElement();
@@ -230,7 +231,7 @@ TEST_F(Frame, thePickingPassSwitchesClientStatesOffInTheOtherOrder)
               (Lines{"glDisableClientState(GL_VERTEX_ARRAY)", "glDisableClientState(GL_NORMAL_ARRAY)"}));
 }
 
-TEST_F(Frame, eachPassPrintsItsTime)
+TEST_F(Frame, EachPassPrintsItsTime)
 {
     install({quadPart()});
     env->displayParts(-1);
@@ -241,7 +242,7 @@ TEST_F(Frame, eachPassPrintsItsTime)
     EXPECT_TRUE(isTiming(lines[1], "TIME FOR DISPLAY PARTS=")) << lines[1];
 }
 
-TEST_F(Frame, aFileIndexSelectsTheFilesParts)
+TEST_F(Frame, AFileIndexSelectsTheFilesParts)
 {
     install({withFile(quadPart(), 0), withFile(quadPart(5), 1), withFile(quadPart(9), 0)});
     display(1);
@@ -251,7 +252,7 @@ TEST_F(Frame, aFileIndexSelectsTheFilesParts)
     EXPECT_EQ(glrecord::count("glVertex3fv"), 12);
 }
 
-TEST_F(Frame, aFileIndexWithoutPartsDrawsOnlySegmentAndNodeSelection)
+TEST_F(Frame, AFileIndexWithoutPartsDrawsOnlySegmentAndNodeSelection)
 {
     install({quadPart()});
     PartInfoStr segment = quadPart(7);
@@ -270,7 +271,7 @@ TEST_F(Frame, aFileIndexWithoutPartsDrawsOnlySegmentAndNodeSelection)
     releasePart(segment);
 }
 
-TEST_F(Frame, hiddenPartsAreNotDrawnNorAreTheirBoxes)
+TEST_F(Frame, HiddenPartsAreNotDrawnNorAreTheirBoxes)
 {
     install({quadPart()});
     part(0).partFlag = H | PART_BOX_SHOWN;
@@ -278,7 +279,7 @@ TEST_F(Frame, hiddenPartsAreNotDrawnNorAreTheirBoxes)
     EXPECT_EQ(drawn(), Lines{});
 }
 
-TEST_F(Frame, partsWithNeitherVisibilityBitAreDrawn)
+TEST_F(Frame, PartsWithNeitherVisibilityBitAreDrawn)
 {
     install({quadPart()});
     part(0).partFlag &= ~PART_SHOWN;
@@ -286,7 +287,7 @@ TEST_F(Frame, partsWithNeitherVisibilityBitAreDrawn)
     EXPECT_EQ(glrecord::count("glVertex3fv"), 4);
 }
 
-TEST_F(Frame, theBoxComesBeforeThePartWithTheNormalArrayOff)
+TEST_F(Frame, TheBoxComesBeforeThePartWithTheNormalArrayOff)
 {
     install({quadPart()}, GL_SMOOTH);
     part(0).partFlag |= PART_BOX_SHOWN;
@@ -299,14 +300,14 @@ TEST_F(Frame, theBoxComesBeforeThePartWithTheNormalArrayOff)
     EXPECT_GT(glrecord::find("glVertexPointer", on), on) << "then the part, with its own pointer";
 }
 
-// --- displayParts: colour and renderer -----------------------------------------------------------
+// --- displayParts: colour and renderer ---
 
-TEST_F(Frame, selectionColourBeatsHighlightColourBeatsOwnColour)
+TEST_F(Frame, SelectionColourBeatsHighlightColourBeatsOwnColour)
 {
-    const std::pair<unsigned int, std::string> cases[] = {{0, OWN_LINE},
-                                                          {PART_SELECTED, BLUE_LINE},
-                                                          {PART_HIGHLIGHTED, GREEN_LINE},
-                                                          {PART_SELECTED | PART_HIGHLIGHTED, BLUE_LINE}};
+    const std::pair<unsigned int, std::string> cases[] = {{0, ownLine},
+                                                          {PART_SELECTED, blueLine},
+                                                          {PART_HIGHLIGHTED, greenLine},
+                                                          {PART_SELECTED | PART_HIGHLIGHTED, blueLine}};
     install({quadPart()});
     for (const auto& row : cases) {
         part(0).partFlag &= ~(PART_SELECTED | PART_HIGHLIGHTED);
@@ -315,7 +316,7 @@ TEST_F(Frame, selectionColourBeatsHighlightColourBeatsOwnColour)
     }
 }
 
-TEST_F(Frame, everyKindOfPartHasItsWholeRenderer)
+TEST_F(Frame, EveryKindOfPartHasItsWholeRenderer)
 {
     install({quadPart(), hexaPart(), beamPart(2), discretePart()}, GL_SMOOTH);
     display();
@@ -324,11 +325,12 @@ TEST_F(Frame, everyKindOfPartHasItsWholeRenderer)
     EXPECT_EQ(glrecord::matching("glLineWidth"), (Lines{"glLineWidth(2)", "glLineWidth(1)"})) << "no beam";
 }
 
-TEST_F(Frame, aPartWithSelectedElementsIsDrawnElementByElement)
+TEST_F(Frame, APartWithSelectedElementsIsDrawnElementByElement)
 {
     install({quadPart(), hexaPart(), beamPart(2), discretePart()}, GL_SMOOTH);
-    for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int k = 0; k < 4; ++k) {
         selectElements(part(k), "1");
+    }
     display();
     EXPECT_EQ(glrecord::count("glDrawElements"), 0);
     EXPECT_EQ(glrecord::matching("glBegin"), (Lines{"glBegin(GL_QUADS)", "glBegin(GL_QUADS)", "glBegin(GL_LINES)",
@@ -336,12 +338,12 @@ TEST_F(Frame, aPartWithSelectedElementsIsDrawnElementByElement)
     EXPECT_EQ(glrecord::matching("glLineWidth"),
               (Lines{"glLineWidth(5)", "glLineWidth(1)", "glLineWidth(2)", "glLineWidth(1)"}));
     EXPECT_EQ(glrecord::matching("glColor4fv"),
-              (Lines{OWN_LINE, BLUE_LINE, OWN_LINE, BLUE_LINE, OWN_LINE, BLUE_LINE, OWN_LINE, BLUE_LINE}));
+              (Lines{ownLine, blueLine, ownLine, blueLine, ownLine, blueLine, ownLine, blueLine}));
 }
 
-TEST_F(Frame, aBeamPartAppearsWithItsFirstSelectedElement)
+TEST_F(Frame, ABeamPartAppearsWithItsFirstSelectedElement)
 {
-    PartInfoStr beams = makePart(BEAM, 3, {0, 0, 0, 1, 0, 0, 2, 0, 0}, {0, 1, NO_NODE, 1, 2, NO_NODE});
+    PartInfoStr beams = makePart(BEAM, 3, {0, 0, 0, 1, 0, 0, 2, 0, 0}, {0, 1, noNode, 1, 2, noNode});
     install({beams});
     EXPECT_EQ(drawn(), Lines{});
     selectElements(part(0), "00");
@@ -350,7 +352,7 @@ TEST_F(Frame, aBeamPartAppearsWithItsFirstSelectedElement)
     EXPECT_EQ(glrecord::count("glBegin"), 2) << "all of its elements, even with none marked";
 }
 
-TEST_F(Frame, aPartOfAnotherKindShowsBoxAndNodesOnly)
+TEST_F(Frame, APartOfAnotherKindShowsBoxAndNodesOnly)
 {
     PartInfoStr odd = quadPart();
     odd.partDrawType = 99;
@@ -363,20 +365,20 @@ TEST_F(Frame, aPartOfAnotherKindShowsBoxAndNodesOnly)
     EXPECT_EQ(glrecord::count("glPointSize"), 4) << "two of the box, two of the node";
 }
 
-// --- displayParts: nodes, segment, model-wide nodes ----------------------------------------------
+// --- displayParts: nodes, segment, model-wide nodes ---
 
-TEST_F(Frame, selectedNodesAreBluePointsAndOthersAStrayVertex)
+TEST_F(Frame, SelectedNodesAreBluePointsAndOthersAStrayVertex)
 {
     install({discretePart()});
     part(0).partDrawType = 99; // its nodes only
     selectNodes(part(0), "10x");
-    EXPECT_EQ(drawn(), (Lines{"glPointSize(8)", BLUE_LINE, "glBegin(GL_POINTS)", vertexLine(part(0), 0), "glEnd()",
-                              OWN_LINE, "glPointSize(1)",
+    EXPECT_EQ(drawn(), (Lines{"glPointSize(8)", blueLine, "glBegin(GL_POINTS)", vertexLine(part(0), 0), "glEnd()",
+                              ownLine, "glPointSize(1)",
                               vertexLine(part(0), 1)})) // outside of begin and end; any other flag draws nothing
         << "one point each, then colour and size as before";
 }
 
-TEST_F(Frame, afterASelectedNodeTheColourIsThePartsColourOfTheFrame)
+TEST_F(Frame, AfterASelectedNodeTheColourIsThePartsColourOfTheFrame)
 {
     install({quadPart()});
     part(0).partFlag |= PART_HIGHLIGHTED;
@@ -386,7 +388,7 @@ TEST_F(Frame, afterASelectedNodeTheColourIsThePartsColourOfTheFrame)
     EXPECT_EQ(glrecord::state().color, (std::array<float, 4>{0, 1, 0, 1}));
 }
 
-TEST_F(Frame, aNodeSelectionBitWithoutFlagsDrawsNoNodes)
+TEST_F(Frame, ANodeSelectionBitWithoutFlagsDrawsNoNodes)
 {
     install({quadPart()});
     const Lines without = drawn();
@@ -394,7 +396,7 @@ TEST_F(Frame, aNodeSelectionBitWithoutFlagsDrawsNoNodes)
     EXPECT_EQ(drawn(), without);
 }
 
-TEST_F(Frame, theSegmentPartIsDrawnBlueAfterAllParts)
+TEST_F(Frame, TheSegmentPartIsDrawnBlueAfterAllParts)
 {
     install({quadPart()});
     PartInfoStr segment = quadPart(7);
@@ -402,7 +404,7 @@ TEST_F(Frame, theSegmentPartIsDrawnBlueAfterAllParts)
     env->setSegmentPart(&segment);
     Lines lines = drawn();
     EXPECT_EQ(Lines(lines.end() - 8, lines.end()),
-              (Lines{BLUE_LINE, "glBegin(GL_QUADS)", "glNormal3fv(0,0,1)", vertexLine(segment, 0),
+              (Lines{blueLine, "glBegin(GL_QUADS)", "glNormal3fv(0,0,1)", vertexLine(segment, 0),
                      vertexLine(segment, 1), vertexLine(segment, 2), vertexLine(segment, 3), "glEnd()"}));
     env->clearComputeFlag(SEGMENT_PART_SET);
     display();
@@ -410,7 +412,7 @@ TEST_F(Frame, theSegmentPartIsDrawnBlueAfterAllParts)
     releasePart(segment);
 }
 
-TEST_F(Frame, theSegmentPartDoesNotFollowAChangeOfShadeModel)
+TEST_F(Frame, TheSegmentPartDoesNotFollowAChangeOfShadeModel)
 {
     install({});
     PartInfoStr segment = quadPart();
@@ -422,7 +424,7 @@ TEST_F(Frame, theSegmentPartDoesNotFollowAChangeOfShadeModel)
     releasePart(segment);
 }
 
-TEST_F(Frame, theModelWideNodeSelectionComesLastOfAll)
+TEST_F(Frame, TheModelWideNodeSelectionComesLastOfAll)
 {
     install({quadPart()});
     Floats nodes = {0, 0, 0, 1, 0, 0, 2, 0, 0};
@@ -435,7 +437,7 @@ TEST_F(Frame, theModelWideNodeSelectionComesLastOfAll)
     env->setComputeFlag(NODE_LIST_SELECTED);
     const Lines lines = display();
     EXPECT_EQ(Lines(lines.end() - 8, lines.end()),
-              (Lines{"glDisableClientState(GL_VERTEX_ARRAY)", BLUE_LINE, "glPointSize(8)", "glBegin(GL_POINTS)",
+              (Lines{"glDisableClientState(GL_VERTEX_ARRAY)", blueLine, "glPointSize(8)", "glBegin(GL_POINTS)",
                      "glVertex3fv(0,0,0)", "glVertex3fv(2,0,0)", "glEnd()", "glPointSize(1)"}));
     const Lines prints = printedLines();
     ASSERT_EQ(prints.size(), 2u);

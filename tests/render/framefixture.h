@@ -8,8 +8,8 @@
 #include "recordedtest.h"
 
 const unsigned int S = PART_SHOWN, H = PART_HIDDEN;
-inline const std::string BLUE_LINE = "glColor4fv(0,0,1,1)", GREEN_LINE = "glColor4fv(0,1,0,1)";
-inline const std::string OWN_LINE = "glColor4fv(0.5,0.25,0.125,1)";
+inline const std::string blueLine = "glColor4fv(0,0,1,1)", greenLine = "glColor4fv(0,1,0,1)";
+inline const std::string ownLine = "glColor4fv(0.5,0.25,0.125,1)";
 
 class Frame : public RecordedTest
 {
@@ -17,8 +17,9 @@ protected:
     void install(std::initializer_list<PartInfoStr> parts, int shadeModel = GL_FLAT)
     {
         model.reset(new TestModel(shadeModel));
-        for (const PartInfoStr& part : parts)
+        for (const PartInfoStr& part : parts) {
             model->add(part);
+        }
         model->install();
         env = &**model;
         env->computeNormals();

@@ -23,7 +23,7 @@ protected:
 };
 } // namespace
 
-TEST_F(IdLookup, aKnownIdGivesItsPosition)
+TEST_F(IdLookup, AKnownIdGivesItsPosition)
 {
     EXPECT_EQ(ids.find(2), 0u);
     EXPECT_EQ(ids.find(9), 2u);
@@ -31,7 +31,7 @@ TEST_F(IdLookup, aKnownIdGivesItsPosition)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(IdLookup, anUnknownIdIsNegativeAndReportedOnceACall)
+TEST_F(IdLookup, AnUnknownIdIsNegativeAndReportedOnceACall)
 {
     EXPECT_EQ(ids.find(6), 0x80000000u);
     EXPECT_EQ(printed(), "Node ID <6> not found\n");
@@ -39,20 +39,20 @@ TEST_F(IdLookup, anUnknownIdIsNegativeAndReportedOnceACall)
     EXPECT_EQ(printed(), "Node ID <6> not found\n");
 }
 
-TEST_F(IdLookup, idZeroStandsForNoNodeAndIsNotReported)
+TEST_F(IdLookup, IdZeroStandsForNoNodeAndIsNotReported)
 {
     EXPECT_EQ(ids.find(0), 0x80000000u);
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(IdLookup, anEmptyListFindsNothing)
+TEST_F(IdLookup, AnEmptyListFindsNothing)
 {
     ReadIDS empty;
     EXPECT_EQ(empty.find(3), 0x80000000u);
     EXPECT_EQ(printed(), "Node ID <3> not found\n");
 }
 
-TEST(Clock, givesMillisecondsSinceTheEpoch)
+TEST(Clock, GivesMillisecondsSinceTheEpoch)
 {
     const unsigned long long before = 1000ull * static_cast<unsigned long long>(time(nullptr));
     const unsigned long long now = GenTime::getCurrentMillis();

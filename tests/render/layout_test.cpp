@@ -31,7 +31,7 @@ template <class Class, class Field> std::size_t offsetOf(const Class& object, co
 
 #define EXPECT_OFFSET(object, field, offset) EXPECT_EQ(offsetOf(object, (object).field), std::size_t(offset))
 
-TEST(Layout, partNodes)
+TEST(Layout, PartNodes)
 {
     const PartNodesStr n = {};
     EXPECT_OFFSET(n, selectedNodes, 0);
@@ -42,7 +42,7 @@ TEST(Layout, partNodes)
     EXPECT_EQ(sizeof n, 40u);
 }
 
-TEST(Layout, partElements)
+TEST(Layout, PartElements)
 {
     const PartElementsStr e = {};
     EXPECT_OFFSET(e, selectedList, 0);
@@ -55,7 +55,7 @@ TEST(Layout, partElements)
     EXPECT_EQ(sizeof e, 48u);
 }
 
-TEST(Layout, partInfo)
+TEST(Layout, PartInfo)
 {
     const PartInfoStr p = {};
     EXPECT_OFFSET(p, partDrawType, 0);
@@ -68,7 +68,7 @@ TEST(Layout, partInfo)
     EXPECT_EQ(sizeof p, 144u);
 }
 
-TEST(Layout, environment)
+TEST(Layout, Environment)
 {
     const CAEEnv env("dir", "model", 0x1D00);
     EXPECT_OFFSET(env, charBuff, 0);
@@ -105,7 +105,7 @@ TEST(Layout, environment)
     EXPECT_EQ(sizeof env, 352 + sizeof(UIUIMap) + 2 * sizeof(std::string) + sizeof(std::vector<std::string>));
 }
 
-TEST(Layout, transformation)
+TEST(Layout, Transformation)
 {
     const OutputCapture prints; // "AXIS LEN="
     float extents[6] = {};
@@ -134,7 +134,7 @@ TEST(Layout, transformation)
     EXPECT_EQ(sizeof t, 680 + sizeof(std::vector<Point3D*>));
 }
 
-TEST(Layout, view)
+TEST(Layout, View)
 {
     float extents[6] = {};
     const MView v(extents);
@@ -146,7 +146,7 @@ TEST(Layout, view)
     EXPECT_EQ(sizeof v, 24u);
 }
 
-TEST(Layout, picking)
+TEST(Layout, Picking)
 {
     const PickRect p;
     EXPECT_OFFSET(p, pickType, 0);
@@ -159,7 +159,7 @@ TEST(Layout, picking)
     EXPECT_EQ(sizeof e, 8u);
 }
 
-TEST(Layout, smallRecordsAndClasses)
+TEST(Layout, SmallRecordsAndClasses)
 {
     float extents[6] = {};
     const BoundBox box(extents);
@@ -171,7 +171,7 @@ TEST(Layout, smallRecordsAndClasses)
     EXPECT_TRUE(std::is_empty<GenTime>::value);
 }
 
-TEST(Layout, readerObjects)
+TEST(Layout, ReaderObjects)
 {
     const ReadIDS ids("dir", "file");
     EXPECT_OFFSET(ids, dirName, 0);
@@ -187,7 +187,7 @@ TEST(Layout, readerObjects)
     EXPECT_OFFSET(nodes, m_MallocCount, 40);
 }
 
-TEST(Layout, nothingHasVirtualFunctions)
+TEST(Layout, NothingHasVirtualFunctions)
 {
     EXPECT_FALSE(std::is_polymorphic<CAEEnv>::value);
     EXPECT_FALSE(std::is_polymorphic<MTransform>::value);
@@ -196,7 +196,7 @@ TEST(Layout, nothingHasVirtualFunctions)
     EXPECT_FALSE(std::is_polymorphic<BoundBox>::value);
 }
 
-TEST(Constants, partFlags)
+TEST(Constants, PartFlags)
 {
     EXPECT_EQ(PART_SHOWN, 0x2u);
     EXPECT_EQ(PART_HIDDEN, 0x4u);
@@ -211,7 +211,7 @@ TEST(Constants, partFlags)
     EXPECT_EQ(SELECTED_CHAR, '1');
 }
 
-TEST(Constants, computeFlagsAndPickTypes)
+TEST(Constants, ComputeFlagsAndPickTypes)
 {
     EXPECT_EQ(SEGMENT_PART_SET, 0x80u);
     EXPECT_EQ(NODE_LIST_SELECTED, 0x2000u);
@@ -223,7 +223,7 @@ TEST(Constants, computeFlagsAndPickTypes)
     EXPECT_EQ(SELECT_BUFFER_SIZE, 524288u);
 }
 
-TEST(Constants, scalesAndDepths)
+TEST(Constants, ScalesAndDepths)
 {
     EXPECT_EQ(SCALE_FACTOR, 0.2f);
     EXPECT_EQ(MIN_SCALE_FACTOR, 0.1f);
@@ -232,7 +232,7 @@ TEST(Constants, scalesAndDepths)
     EXPECT_EQ(Z_MAX_COORD, 9999.0);
 }
 
-TEST(Constants, drawTypes)
+TEST(Constants, DrawTypes)
 {
     EXPECT_EQ(SHELL, 41);
     EXPECT_EQ(SOLID, 48);
@@ -240,30 +240,33 @@ TEST(Constants, drawTypes)
     EXPECT_EQ(DISCRETE, 53);
 }
 
-TEST(Constants, transformationOperations)
+TEST(Constants, TransformationOperations)
 {
     const TransType inOrder[] = {NO_TRANSFORM, RESET_TRANSFORM, ROTATE_X_CCW,      ROTATE_X_CW,    ROTATE_Y_CCW,
                                  ROTATE_Y_CW,  ROTATE_Z_CCW,    ROTATE_Z_CW,       TRANS_LEFT,     TRANS_RIGHT,
                                  TRANS_UP,     TRANS_DOWN,      SCALE_INCR,        SCALE_DECR,     GLOBAL_TRANSLATION,
                                  GLOBAL_SCALE, GLOBAL_ROTATION, START_RUBBER_BAND, START_POLYLINE, END_RUBBER_BAND,
                                  RECT_SCALE,   RECT_PICK,       SELECT_PICK,       POLYLINE_PICK,  TRANS_MAX};
-    for (int value = 0; value < 25; ++value)
+    for (int value = 0; value < 25; ++value) {
         EXPECT_EQ(inOrder[value], value);
+    }
 }
 
-TEST(Constants, viewsAndAxisTypes)
+TEST(Constants, ViewsAndAxisTypes)
 {
     const MViewType views[] = {NO_VIEW, ISO_VIEW, TOP_VIEW, BOTTOM_VIEW, LEFT_VIEW, RIGHT_VIEW, FRONT_VIEW, BACK_VIEW};
-    for (int value = 0; value < 8; ++value)
+    for (int value = 0; value < 8; ++value) {
         EXPECT_EQ(views[value], value);
+    }
     const AxisType axes[] = {AXIS_OTHER_TYPE, X_BOTH_POSITIVE, Y_BOTH_POSITIVE, Z_BOTH_POSITIVE,
                              X_BOTH_NEGATIVE, Y_BOTH_NEGATIVE, Z_BOTH_NEGATIVE};
-    for (int value = 0; value < 7; ++value)
+    for (int value = 0; value < 7; ++value) {
         EXPECT_EQ(axes[value], value);
+    }
 }
 
 // Signatures are checked by the compiler: a changed one does not convert.
-TEST(Signatures, environment)
+TEST(Signatures, Environment)
 {
     using Env = CAEEnv;
     using Ids = std::vector<unsigned int>;
@@ -289,7 +292,7 @@ TEST(Signatures, environment)
     EXPECT_TRUE(constructible);
 }
 
-TEST(Signatures, viewAndDrawingAids)
+TEST(Signatures, ViewAndDrawingAids)
 {
     void (MTransform::*update)(int, float*) = &MTransform::updateValues;
     std::vector<Point3D*>& (MTransform::*points)() = &MTransform::getPointsList;

@@ -11,7 +11,7 @@ protected:
     CAEEnv env{"dir", "model", GL_FLAT};
 };
 
-const Floats BOX = {-1, 3, 0, 2, -5, 4};
+const Floats box = {-1, 3, 0, 2, -5, 4};
 
 // The nine parameters of one light.
 Lines lightLines(const std::string& light, const std::string& position)
@@ -31,15 +31,16 @@ Lines lightLines(const std::string& light, const std::string& position)
 Lines joined(std::initializer_list<Lines> blocks)
 {
     Lines all;
-    for (const Lines& block : blocks)
+    for (const Lines& block : blocks) {
         all.insert(all.end(), block.begin(), block.end());
+    }
     return all;
 }
 } // namespace
 
-TEST_F(Lights, switchingOnMakesEveryCallInOrder)
+TEST_F(Lights, SwitchingOnMakesEveryCallInOrder)
 {
-    setExtents(BOX);
+    setExtents(box);
     env.switchOnLights();
     EXPECT_EQ(glrecord::lines(),
               joined({{"glEnable(GL_COLOR_MATERIAL)"},
@@ -50,15 +51,15 @@ TEST_F(Lights, switchingOnMakesEveryCallInOrder)
                        "glDepthRange(0,1)"}}));
 }
 
-TEST_F(Lights, switchingOnPrintsExtentsAndPositions)
+TEST_F(Lights, SwitchingOnPrintsExtentsAndPositions)
 {
-    setExtents(BOX);
+    setExtents(box);
     env.switchOnLights();
     EXPECT_EQ(printed(), "LIGHT xmin=-1 xmax=3\nLIGHT ymin=0 ymax=2\nLIGHT zmin=-5 zmax=4\n"
                          "Lightpos0=1,-3,-4\nLightpos1=6,4,8\n");
 }
 
-TEST_F(Lights, theFirstLightsHeightComesFromTheXExtents)
+TEST_F(Lights, TheFirstLightsHeightComesFromTheXExtents)
 {
     setExtents({0, 10, 0, 77, 0, 1});
     env.switchOnLights();
@@ -66,21 +67,21 @@ TEST_F(Lights, theFirstLightsHeightComesFromTheXExtents)
               "glLightfv(GL_LIGHT0,GL_POSITION,5,-10,-1,0)");
 }
 
-TEST_F(Lights, negatedZerosPrintTheirSign)
+TEST_F(Lights, NegatedZerosPrintTheirSign)
 {
     setExtents({-4, 0, -1, 1, -2, 0});
     env.switchOnLights();
     EXPECT_NE(printed().find("Lightpos0=-2,-0,-0\nLightpos1=0,2,0\n"), std::string::npos);
 }
 
-TEST_F(Lights, degenerateExtentsPutTheLightsAtTheOrigin)
+TEST_F(Lights, DegenerateExtentsPutTheLightsAtTheOrigin)
 {
     setExtents({0, 0, 0, 0, 0, 0});
     env.switchOnLights();
     EXPECT_EQ(glrecord::matching("glLightfv(GL_LIGHT1,GL_POSITION").at(0), "glLightfv(GL_LIGHT1,GL_POSITION,0,0,0,0)");
 }
 
-TEST_F(Lights, switchingOnAlsoSwitchesTheDepthTestOn)
+TEST_F(Lights, SwitchingOnAlsoSwitchesTheDepthTestOn)
 {
     env.setHideMode(0);
     ASSERT_FALSE(glIsEnabled(GL_DEPTH_TEST));
@@ -88,15 +89,15 @@ TEST_F(Lights, switchingOnAlsoSwitchesTheDepthTestOn)
     EXPECT_TRUE(glIsEnabled(GL_DEPTH_TEST));
 }
 
-TEST_F(Lights, theSpotCutoffIsNeverSet)
+TEST_F(Lights, TheSpotCutoffIsNeverSet)
 {
     env.switchOnLights();
     EXPECT_EQ(glrecord::text().find("GL_SPOT_CUTOFF"), std::string::npos);
 }
 
-TEST_F(Lights, movingThemChangesThePositionsOnly)
+TEST_F(Lights, MovingThemChangesThePositionsOnly)
 {
-    setExtents(BOX);
+    setExtents(box);
     env.changeLightPositions();
     EXPECT_EQ(glrecord::lines(),
               (Lines{"glLightfv(GL_LIGHT0,GL_POSITION,1,-3,-4,0)", "glLightfv(GL_LIGHT1,GL_POSITION,6,4,8,0)"}));

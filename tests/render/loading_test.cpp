@@ -39,7 +39,7 @@ private:
     std::string content;
 };
 
-const Floats UNIT_BOX = {0, 1, 0, 1, 0, 1};
+const Floats unitBox = {0, 1, 0, 1, 0, 1};
 
 class Loading : public RecordedTest
 {
@@ -114,15 +114,16 @@ readerstub::File fileWith(std::initializer_list<unsigned int> pids)
     readerstub::File file;
     file.nodeIds = {1, 2, 3, 4};
     file.nodeValues = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0};
-    for (unsigned int pid : pids)
+    for (unsigned int pid : pids) {
         file.parts.push_back({pid, [] { return quadPart(); }});
+    }
     return file;
 }
 } // namespace
 
-// --- Construction --------------------------------------------------------------------------------
+// --- Construction ---
 
-TEST_F(Loading, aNewEnvironmentHasItsDefaults)
+TEST_F(Loading, ANewEnvironmentHasItsDefaults)
 {
     const CAEEnv& e = create(GL_SMOOTH);
     EXPECT_EQ(e.numParts, 0u);
@@ -145,7 +146,7 @@ TEST_F(Loading, aNewEnvironmentHasItsDefaults)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Loading, pointersOfANewEnvironmentAreNull)
+TEST_F(Loading, PointersOfANewEnvironmentAreNull)
 {
     const CAEEnv& e = create();
     EXPECT_EQ(e.mView, nullptr);
@@ -156,7 +157,7 @@ TEST_F(Loading, pointersOfANewEnvironmentAreNull)
     EXPECT_EQ(e.readNodes, nullptr);
 }
 
-TEST_F(Loading, theNamesAreCopied)
+TEST_F(Loading, TheNamesAreCopied)
 {
     char dirName[] = "some/dir", modelName[] = "engine";
     CAEEnv e(dirName, modelName, GL_FLAT);
@@ -165,7 +166,7 @@ TEST_F(Loading, theNamesAreCopied)
     EXPECT_STREQ(e.getModelName(), "engine");
 }
 
-TEST_F(Loading, theLatestEnvironmentIsTheCurrentOne)
+TEST_F(Loading, TheLatestEnvironmentIsTheCurrentOne)
 {
     CAEEnv first("d", "a", GL_FLAT);
     EXPECT_EQ(CAEEnv::getPtr(), &first);
@@ -175,16 +176,16 @@ TEST_F(Loading, theLatestEnvironmentIsTheCurrentOne)
     EXPECT_EQ(CAEEnv::cae_Env, &first);
 }
 
-TEST_F(Loading, destructionDoesNotClearTheCurrentEnvironment)
+TEST_F(Loading, DestructionDoesNotClearTheCurrentEnvironment)
 {
     const CAEEnv* const gone = &create();
     env.reset();
     EXPECT_EQ(CAEEnv::getPtr(), gone);
 }
 
-// --- part_start ----------------------------------------------------------------------------------
+// --- part_start ---
 
-TEST_F(Loading, aMissingPartStartIsReportedAndChangesNothing)
+TEST_F(Loading, AMissingPartStartIsReportedAndChangesNothing)
 {
     CAEEnv& e = create();
     EXPECT_EQ(load(), 1);
@@ -196,31 +197,31 @@ TEST_F(Loading, aMissingPartStartIsReportedAndChangesNothing)
     EXPECT_STREQ(e.charBuff, path.c_str());
 }
 
-TEST_F(Loading, thePrimitiveTypeIsSetBeforeTheFileIsKnownToOpen)
+TEST_F(Loading, ThePrimitiveTypeIsSetBeforeTheFileIsKnownToOpen)
 {
     CAEEnv& e = create();
     load();
     EXPECT_EQ(e.primitiveType, static_cast<unsigned int>(GL_QUADS));
 }
 
-TEST_F(Loading, oneFileOrNoneIsNamedLikeTheModel)
+TEST_F(Loading, OneFileOrNoneIsNamedLikeTheModel)
 {
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(0)), Names{"model"});
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(1)), Names{"model"});
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(0)), Names{"model"});
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(1)), Names{"model"});
 }
 
-TEST_F(Loading, aSingleFilesNameRecordIsNotRead)
+TEST_F(Loading, ASingleFilesNameRecordIsNotRead)
 {
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(1).name("other")), Names{"model"});
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(1).name("other")), Names{"model"});
 }
 
-TEST_F(Loading, severalFilesAreNamedByTheirRecords)
+TEST_F(Loading, SeveralFilesAreNamedByTheirRecords)
 {
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(3).name("a").name("sub/file_b").name("c")),
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(3).name("a").name("sub/file_b").name("c")),
               (Names{"a", "sub/file_b", "c"}));
 }
 
-TEST_F(Loading, theExtentsAreThoseOfPartStart)
+TEST_F(Loading, TheExtentsAreThoseOfPartStart)
 {
     filesOf(PartStart({-1, 2, -3, 4, -5, 6}).number(0));
     const float expected[6] = {-1, 2, -3, 4, -5, 6};
@@ -230,7 +231,7 @@ TEST_F(Loading, theExtentsAreThoseOfPartStart)
     }
 }
 
-TEST_F(Loading, onlyEqualXExtentsAreMirrored)
+TEST_F(Loading, OnlyEqualXExtentsAreMirrored)
 {
     filesOf(PartStart({5, 5, 6, 6, 7, 7}).number(0));
     const float expected[6] = {5, -5, 6, 6, 7, 7};
@@ -240,14 +241,14 @@ TEST_F(Loading, onlyEqualXExtentsAreMirrored)
     }
 }
 
-TEST_F(Loading, zeroXExtentsBecomeZeroAndMinusZero)
+TEST_F(Loading, ZeroXExtentsBecomeZeroAndMinusZero)
 {
     filesOf(PartStart({0, 0, 0, 1, 0, 1}).number(0));
     EXPECT_EQ(env->modelExtents[1], 0);
     EXPECT_TRUE(std::signbit(env->modelExtents[1]));
 }
 
-TEST_F(Loading, aShortPartStartKeepsWhatCouldNotBeRead)
+TEST_F(Loading, AShortPartStartKeepsWhatCouldNotBeRead)
 {
     writePartStart("");
     readerstub::watched = false;
@@ -256,38 +257,38 @@ TEST_F(Loading, aShortPartStartKeepsWhatCouldNotBeRead)
     EXPECT_EQ(env->modelExtents[0], -2000);
     EXPECT_EQ(env->modelExtents[5], 2000);
     EXPECT_EQ(env->fileList, Names{"model"});
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX)), Names{"model"}) << "extents, but no number of files";
+    EXPECT_EQ(filesOf(PartStart(unitBox)), Names{"model"}) << "extents, but no number of files";
 }
 
-TEST_F(Loading, aMissingNameRecordGivesAnEmptyName)
+TEST_F(Loading, AMissingNameRecordGivesAnEmptyName)
 {
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(3).name("abc")), (Names{"abc", "", ""}));
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(3).name("abc")), (Names{"abc", "", ""}));
 }
 
-TEST_F(Loading, aNameReadShortKeepsTheBytesOfTheNameBefore)
+TEST_F(Loading, ANameReadShortKeepsTheBytesOfTheNameBefore)
 {
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(2).name("abcdef").number(6).text("XY")), (Names{"abcdef", "XYcdef"}));
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(2).name("abcdef").number(6).text("XY")), (Names{"abcdef", "XYcdef"}));
 }
 
-TEST_F(Loading, anOverlongNameIsCutAndTheNextOneReadRight)
+TEST_F(Loading, AnOverlongNameIsCutAndTheNextOneReadRight)
 {
     const std::string longName(300, 'n');
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(2).name(longName).name("next")),
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(2).name(longName).name("next")),
               (Names{longName.substr(0, 255), "next"}));
 }
 
-TEST_F(Loading, namesOf255BytesAreWhole)
+TEST_F(Loading, NamesOf255BytesAreWhole)
 {
     const std::string name(255, 'n');
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(2).name(name).name("b")), (Names{name, "b"}));
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(2).name(name).name("b")), (Names{name, "b"}));
 }
 
-TEST_F(Loading, anAbsurdNumberOfFilesInAShortFileStopsEarly)
+TEST_F(Loading, AnAbsurdNumberOfFilesInAShortFileStopsEarly)
 {
-    EXPECT_EQ(filesOf(PartStart(UNIT_BOX).number(0xFFFFFFFFu)).size(), 100001u);
+    EXPECT_EQ(filesOf(PartStart(unitBox).number(0xFFFFFFFFu)).size(), 100001u);
 }
 
-TEST_F(Loading, anOverlongPathIsCutTo127Characters)
+TEST_F(Loading, AnOverlongPathIsCutTo127Characters)
 {
     const std::string longDir = "/tmp/" + std::string(200, 'd');
     CAEEnv e(longDir.c_str(), "model", GL_FLAT);
@@ -296,12 +297,12 @@ TEST_F(Loading, anOverlongPathIsCutTo127Characters)
     EXPECT_EQ(std::strlen(e.charBuff), 127u);
 }
 
-// --- Loading through the reader ------------------------------------------------------------------
+// --- Loading through the reader ---
 
-TEST_F(Loading, loadsOneFileInTheFixedOrderOfCallsAndPrints)
+TEST_F(Loading, LoadsOneFileInTheFixedOrderOfCallsAndPrints)
 {
     readerstub::files["model"] = fileWith({7});
-    writePartStart(PartStart(UNIT_BOX).number(1).bytes());
+    writePartStart(PartStart(unitBox).number(1).bytes());
     create();
     EXPECT_EQ(load(), 0);
     Lines lines = printedLines();
@@ -318,28 +319,30 @@ TEST_F(Loading, loadsOneFileInTheFixedOrderOfCallsAndPrints)
     EXPECT_TRUE(glrecord::lines().empty()) << "loading touches no OpenGL state";
 }
 
-TEST_F(Loading, readersAreReleasedBeforeTheTotalsAndTheElementsReaderAfterThem)
+TEST_F(Loading, ReadersAreReleasedBeforeTheTotalsAndTheElementsReaderAfterThem)
 {
     readerstub::files["a"] = fileWith({1});
     readerstub::files["b"] = fileWith({2});
-    writePartStart(PartStart(UNIT_BOX).number(2).name("a").name("b").bytes());
+    writePartStart(PartStart(unitBox).number(2).name("a").name("b").bytes());
     create();
     load();
     std::string order;
     for (const std::string& line : printedLines()) {
-        if (line.find("~Read") != std::string::npos)
+        if (line.find("~Read") != std::string::npos) {
             order += line.find("~ReadElements") == std::string::npos ? 'r' : 'E';
-        if (line.find("TOTAL PARTS=") == 0 || line.find("TIME FOR ALL=") == 0)
+        }
+        if (line.find("TOTAL PARTS=") == 0 || line.find("TIME FOR ALL=") == 0) {
             order += 'p';
+        }
     }
     EXPECT_EQ(order, "rrrrppE");
 }
 
-TEST_F(Loading, nodeValuesAreReadOnlyWhereThereAreIds)
+TEST_F(Loading, NodeValuesAreReadOnlyWhereThereAreIds)
 {
     readerstub::files["a"]; // no ids
     readerstub::files["b"] = fileWith({2});
-    writePartStart(PartStart(UNIT_BOX).number(2).name("a").name("b").bytes());
+    writePartStart(PartStart(unitBox).number(2).name("a").name("b").bytes());
     create();
     load();
     const std::string text = printed();
@@ -349,11 +352,11 @@ TEST_F(Loading, nodeValuesAreReadOnlyWhereThereAreIds)
     EXPECT_EQ(text.find("NUM NODES FROM READ NODES="), text.rfind("NUM NODES FROM READ NODES="));
 }
 
-TEST_F(Loading, allNodesOfAllFilesAreReadBeforeTheFirstElements)
+TEST_F(Loading, AllNodesOfAllFilesAreReadBeforeTheFirstElements)
 {
     readerstub::files["a"] = fileWith({1});
     readerstub::files["b"] = fileWith({2});
-    writePartStart(PartStart(UNIT_BOX).number(2).name("a").name("b").bytes());
+    writePartStart(PartStart(unitBox).number(2).name("a").name("b").bytes());
     create();
     load();
     const std::string text = printed();
@@ -361,11 +364,11 @@ TEST_F(Loading, allNodesOfAllFilesAreReadBeforeTheFirstElements)
     EXPECT_LT(text.find("setValues(" + dir + ",a,0,own"), text.find("setValues(" + dir + ",b,1,own"));
 }
 
-TEST_F(Loading, partsLieInFileOrder)
+TEST_F(Loading, PartsLieInFileOrder)
 {
     readerstub::files["a"] = fileWith({30, 10});
     readerstub::files["b"] = fileWith({20});
-    writePartStart(PartStart(UNIT_BOX).number(2).name("a").name("b").bytes());
+    writePartStart(PartStart(unitBox).number(2).name("a").name("b").bytes());
     create();
     load();
     EXPECT_EQ(env->getNumParts(), 3);
@@ -374,10 +377,10 @@ TEST_F(Loading, partsLieInFileOrder)
     EXPECT_EQ(env->getPartsList()[2].partFileIndex, 1);
 }
 
-TEST_F(Loading, aPartListLoadsThosePartsOnly)
+TEST_F(Loading, APartListLoadsThosePartsOnly)
 {
     readerstub::files["model"] = fileWith({10, 20, 30});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     Indices ids = {30, 10};
     load(&ids);
@@ -385,10 +388,10 @@ TEST_F(Loading, aPartListLoadsThosePartsOnly)
     EXPECT_EQ(env->pidMap, (UIUIMap{{10, 0}, {30, 1}}));
 }
 
-TEST_F(Loading, aSecondLoadKeepsFileListAndPartCount)
+TEST_F(Loading, ASecondLoadKeepsFileListAndPartCount)
 {
     readerstub::files["model"] = fileWith({});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     load();
     forget();
@@ -400,9 +403,9 @@ TEST_F(Loading, aSecondLoadKeepsFileListAndPartCount)
         << "one reader per entry of the list";
 }
 
-TEST_F(Loading, aSecondLoadDropsTheArrayButNotTheCount)
+TEST_F(Loading, ASecondLoadDropsTheArrayButNotTheCount)
 {
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     env->numParts = 5; // as a first load would leave it; the reader has no parts now and must not touch the array
     PartInfoStr old;
@@ -413,9 +416,9 @@ TEST_F(Loading, aSecondLoadDropsTheArrayButNotTheCount)
     env->numParts = 0;
 }
 
-// --- loadAndInitGL -------------------------------------------------------------------------------
+// --- loadAndInitGL ---
 
-TEST_F(Loading, initPrintsItsLinesInOrder)
+TEST_F(Loading, InitPrintsItsLinesInOrder)
 {
     readerstub::watched = false;
     readerstub::files["model"] = fileWith({7});
@@ -435,9 +438,9 @@ TEST_F(Loading, initPrintsItsLinesInOrder)
     EXPECT_TRUE(isTiming(lines[9], "TIMEFOR loadAndInitGL=")) << lines[9];
 }
 
-TEST_F(Loading, initSetsClearColourShadeModelAndLights)
+TEST_F(Loading, InitSetsClearColourShadeModelAndLights)
 {
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create(GL_FLAT);
     loadAndInit();
     const Lines lines = glrecord::lines();
@@ -448,10 +451,10 @@ TEST_F(Loading, initSetsClearColourShadeModelAndLights)
     EXPECT_EQ(lines.back(), "glDepthRange(0,1)");
 }
 
-TEST_F(Loading, initMakesViewTransformationAndBoxesOnTheLiveExtents)
+TEST_F(Loading, InitMakesViewTransformationAndBoxesOnTheLiveExtents)
 {
     readerstub::files["model"] = fileWith({7, 8});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     loadAndInit(1000);
     EXPECT_EQ(env->getMViewPtr()->modelExtents, env->getExtents());
@@ -461,20 +464,20 @@ TEST_F(Loading, initMakesViewTransformationAndBoxesOnTheLiveExtents)
     EXPECT_EQ(BoundBox::fontBase, 1000u);
 }
 
-TEST_F(Loading, initComputesTheNormalsOfTheShadeModel)
+TEST_F(Loading, InitComputesTheNormalsOfTheShadeModel)
 {
     readerstub::files["model"] = fileWith({7});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create(GL_SMOOTH);
     loadAndInit();
     EXPECT_TRUE(parts[0].partFlag & PART_NODE_NORMALS_DONE);
     EXPECT_FALSE(parts[0].partFlag & PART_ELEMENT_NORMALS_DONE);
 }
 
-TEST_F(Loading, initAfterLoadingOnAThreadDoesNotLoadAgain)
+TEST_F(Loading, InitAfterLoadingOnAThreadDoesNotLoadAgain)
 {
     readerstub::files["model"] = fileWith({7});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     load();
     forget();
@@ -484,7 +487,7 @@ TEST_F(Loading, initAfterLoadingOnAThreadDoesNotLoadAgain)
     EXPECT_NE(env->boxList[0], nullptr);
 }
 
-TEST_F(Loading, initWithoutAModelGoesOnEmpty)
+TEST_F(Loading, InitWithoutAModelGoesOnEmpty)
 {
     readerstub::watched = false;
     create();
@@ -497,7 +500,7 @@ TEST_F(Loading, initWithoutAModelGoesOnEmpty)
     EXPECT_NE(env->mTrans, nullptr);
 }
 
-TEST_F(Loading, mirroredZeroPrintsAsMinusZero)
+TEST_F(Loading, MirroredZeroPrintsAsMinusZero)
 {
     readerstub::watched = false;
     writePartStart(PartStart({0, 0, 0, 1, 0, 1}).number(0).bytes());
@@ -506,7 +509,7 @@ TEST_F(Loading, mirroredZeroPrintsAsMinusZero)
     EXPECT_NE(printed().find("MODEL EXTS=0,-0,0,1,0,1\n"), std::string::npos);
 }
 
-TEST_F(Loading, mirroredXExtentsReachTheViewsAsMixed)
+TEST_F(Loading, MirroredXExtentsReachTheViewsAsMixed)
 {
     writePartStart(PartStart({5, 5, 1, 2, -2, -1}).number(0).bytes());
     create();
@@ -516,7 +519,7 @@ TEST_F(Loading, mirroredXExtentsReachTheViewsAsMixed)
     EXPECT_EQ(env->mView->zAxisType, Z_BOTH_NEGATIVE);
 }
 
-TEST_F(Loading, loadingDoesNotRecomputeTheExtents)
+TEST_F(Loading, LoadingDoesNotRecomputeTheExtents)
 {
     readerstub::files["model"] = fileWith({7}); // its part spans 0..1
     writePartStart(PartStart({-9, 9, -9, 9, -9, 9}).number(0).bytes());
@@ -526,12 +529,12 @@ TEST_F(Loading, loadingDoesNotRecomputeTheExtents)
     EXPECT_EQ(printed().find("RESIZE MODEL EXTS="), std::string::npos);
 }
 
-// --- Destruction ---------------------------------------------------------------------------------
+// --- Destruction ---
 
-TEST_F(Loading, destructionReleasesWhatThePartsHoldAndKeepsTheRecords)
+TEST_F(Loading, DestructionReleasesWhatThePartsHoldAndKeepsTheRecords)
 {
     readerstub::files["model"] = fileWith({7, 8});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     loadAndInit();
     parts[1].partElements.NPE = newChars("8");
@@ -544,10 +547,10 @@ TEST_F(Loading, destructionReleasesWhatThePartsHoldAndKeepsTheRecords)
     }
 }
 
-TEST_F(Loading, destructionReleasesEveryOptionalArray)
+TEST_F(Loading, DestructionReleasesEveryOptionalArray)
 {
     readerstub::files["model"] = fileWith({7});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     loadAndInit();
     parts[0].partNodes.selectedNodes = newChars("0000"); // the leak checker says whether they go
@@ -558,7 +561,7 @@ TEST_F(Loading, destructionReleasesEveryOptionalArray)
     EXPECT_EQ(parts[0].partNodes.numNodes, 0u);
 }
 
-TEST_F(Loading, destructionOfARecordWithoutAnyArray)
+TEST_F(Loading, DestructionOfARecordWithoutAnyArray)
 {
     create();
     parts = env->partsInfoList = new PartInfoStr[1]();
@@ -571,17 +574,17 @@ TEST_F(Loading, destructionOfARecordWithoutAnyArray)
     EXPECT_EQ(parts[0].partElements.NPE, nullptr);
 }
 
-TEST_F(Loading, anEnvironmentThatWasLoadedButNeverSetUpCanBeDestroyed)
+TEST_F(Loading, AnEnvironmentThatWasLoadedButNeverSetUpCanBeDestroyed)
 {
     readerstub::files["model"] = fileWith({7});
-    writePartStart(PartStart(UNIT_BOX).number(0).bytes());
+    writePartStart(PartStart(unitBox).number(0).bytes());
     create();
     load();
     env.reset();
     EXPECT_EQ(parts[0].partNodes.numNodes, 0u);
 }
 
-TEST_F(Loading, modelWideReadersGoOnlyWhenNodesWereLoaded)
+TEST_F(Loading, ModelWideReadersGoOnlyWhenNodesWereLoaded)
 {
     create();
     env->readIDS = new ReadIDS("d", "ids");

@@ -5,7 +5,7 @@
 #include "recordedtest.h"
 
 namespace {
-const unsigned int NO_CORNER = 0x80000000u;
+const unsigned int noCorner = 0x80000000u;
 
 class Normals : public RecordedTest
 {
@@ -53,7 +53,7 @@ void expectNode(const Floats& normals, int node, float x, float y, float z)
     expectFace(normals, node, x, y, z);
 }
 
-const int UNNORMALISED = 0x1D02; // neither GL_FLAT nor GL_SMOOTH
+const int unnormalised = 0x1D02; // neither GL_FLAT nor GL_SMOOTH
 
 PartInfoStr withNPE(PartInfoStr part, const std::string& npe)
 {
@@ -62,26 +62,27 @@ PartInfoStr withNPE(PartInfoStr part, const std::string& npe)
 }
 } // namespace
 
-// --- One face ------------------------------------------------------------------------------------
+// --- One face ---
 
-TEST_F(Normals, anyNegativeCornerMeansNothingIsComputed)
+TEST_F(Normals, AnyNegativeCornerMeansNothingIsComputed)
 {
     CAEEnv env("d", "m", GL_FLAT);
     float nodes[12] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, sums[12] = {}, face[3] = {7, 7, 7};
     for (int corner = 0; corner < 4; ++corner) {
         unsigned int corners[4] = {0, 3, 6, 9};
-        corners[corner] = NO_CORNER;
+        corners[corner] = noCorner;
         for (int shade : {GL_FLAT, GL_SMOOTH}) {
             env.shadeModel = shade;
             env.computeElementNormal(corners, nodes, sums, face);
         }
         EXPECT_EQ(face[0], 7) << "corner " << corner;
     }
-    for (float sum : sums)
+    for (float sum : sums) {
         EXPECT_EQ(sum, 0);
+    }
 }
 
-TEST_F(Normals, theFourthCornerDoesNotShapeTheNormal)
+TEST_F(Normals, TheFourthCornerDoesNotShapeTheNormal)
 {
     CAEEnv env("d", "m", GL_FLAT);
     float nodes[12] = {0, 0, 0, 2, 0, 0, 2, 3, 0, 50, -9, 4}, face[3];
@@ -92,7 +93,7 @@ TEST_F(Normals, theFourthCornerDoesNotShapeTheNormal)
     EXPECT_EQ(face[2], 1);
 }
 
-TEST_F(Normals, aFaceFollowsTheRightHandRuleOnEveryAxis)
+TEST_F(Normals, AFaceFollowsTheRightHandRuleOnEveryAxis)
 {
     CAEEnv env("d", "m", GL_FLAT);
     float nodes[12] = {0, 0, 0, 2, 0, 0, 0, 2, 0, 0, 0, 2}, face[3];
@@ -105,7 +106,7 @@ TEST_F(Normals, aFaceFollowsTheRightHandRuleOnEveryAxis)
     EXPECT_EQ(face[2], -1);
 }
 
-TEST_F(Normals, aSmoothFaceAddsItsAreaVectorToAllFourCorners)
+TEST_F(Normals, ASmoothFaceAddsItsAreaVectorToAllFourCorners)
 {
     CAEEnv env("d", "m", GL_SMOOTH);
     float nodes[12] = {0, 0, 0, 2, 0, 0, 2, 3, 0, 0, 3, 0}, sums[12] = {0, 0, 1}, face[3] = {7, 7, 7};
@@ -118,7 +119,7 @@ TEST_F(Normals, aSmoothFaceAddsItsAreaVectorToAllFourCorners)
     EXPECT_EQ(face[0], 7) << "no element normal";
 }
 
-TEST_F(Normals, aCornerThatOccursTwiceReceivesTheNormalTwice)
+TEST_F(Normals, ACornerThatOccursTwiceReceivesTheNormalTwice)
 {
     CAEEnv env("d", "m", GL_SMOOTH);
     float nodes[9] = {0, 0, 0, 1, 0, 0, 0, 1, 0}, sums[9] = {};
@@ -128,7 +129,7 @@ TEST_F(Normals, aCornerThatOccursTwiceReceivesTheNormalTwice)
     EXPECT_EQ(sums[8], 2);
 }
 
-TEST_F(Normals, aDegenerateFlatFaceIsNotANumber)
+TEST_F(Normals, ADegenerateFlatFaceIsNotANumber)
 {
     CAEEnv env("d", "m", GL_FLAT);
     float nodes[12] = {0, 0, 0, 1, 0, 0, 2, 0, 0, 0, 1, 0}, face[3];
@@ -138,9 +139,9 @@ TEST_F(Normals, aDegenerateFlatFaceIsNotANumber)
     EXPECT_TRUE(std::isnan(face[2]));
 }
 
-// --- Shells --------------------------------------------------------------------------------------
+// --- Shells ---
 
-TEST_F(Normals, aQuadCounterClockwiseFromAboveLooksUp)
+TEST_F(Normals, AQuadCounterClockwiseFromAboveLooksUp)
 {
     expectFace(flat(quadPart(), 3), 0, 0, 0, 1);
     const unsigned int flags = model->flags(0);
@@ -149,12 +150,12 @@ TEST_F(Normals, aQuadCounterClockwiseFromAboveLooksUp)
     EXPECT_EQ(model->part(0).partNodes.nodeNormals, nullptr);
 }
 
-TEST_F(Normals, aFlatTriangleHasAZeroNormal)
+TEST_F(Normals, AFlatTriangleHasAZeroNormal)
 {
     expectFace(flat(trianglePart(), 3), 0, 0, 0, 0);
 }
 
-TEST_F(Normals, flatShellsFollowElementByElement)
+TEST_F(Normals, FlatShellsFollowElementByElement)
 {
     PartInfoStr part =
         makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2, 3, 0, 1, 2, 2, 3, 2, 1, 0});
@@ -164,20 +165,22 @@ TEST_F(Normals, flatShellsFollowElementByElement)
     expectFace(normals, 2, 0, 0, -1);
 }
 
-TEST_F(Normals, smoothTrianglesSumToZeroAndEndAsNotANumber)
+TEST_F(Normals, SmoothTrianglesSumToZeroAndEndAsNotANumber)
 {
-    for (float sum : perNode(trianglePart(), UNNORMALISED))
+    for (float sum : perNode(trianglePart(), unnormalised)) {
         EXPECT_EQ(sum, 0);
-    for (float value : perNode(trianglePart()))
+    }
+    for (float value : perNode(trianglePart())) {
         EXPECT_TRUE(std::isnan(value));
+    }
 }
 
-TEST_F(Normals, smoothShellsAverageByArea)
+TEST_F(Normals, SmoothShellsAverageByArea)
 {
     // Two squares that share the edge 1-2: one of area 1 facing +z, one of area 3 facing -x (upwards behind the edge).
     const PartInfoStr part =
         makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 1, 0, 3, 1, 1, 3}, {0, 1, 2, 3, 1, 4, 5, 2});
-    const Floats sums = perNode(part, UNNORMALISED);
+    const Floats sums = perNode(part, unnormalised);
     expectNode(sums, 0, 0, 0, 1);
     expectNode(sums, 1, -3, 0, 1);
     expectNode(sums, 5, -3, 0, 0);
@@ -191,23 +194,23 @@ TEST_F(Normals, smoothShellsAverageByArea)
     EXPECT_FLOAT_EQ(unit[5], 1 / std::sqrt(10.0f));
 }
 
-TEST_F(Normals, anyModelButFlatGathersNodeNormalsAndOnlySmoothNormalisesThem)
+TEST_F(Normals, AnyModelButFlatGathersNodeNormalsAndOnlySmoothNormalisesThem)
 {
     PartInfoStr part = makePart(SHELL, 4, {0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0}, {0, 1, 2, 3});
-    expectNode(perNode(part, UNNORMALISED), 0, 0, 0, 4);
+    expectNode(perNode(part, unnormalised), 0, 0, 0, 4);
     EXPECT_TRUE(model->flags(0) & PART_NODE_NORMALS_DONE);
     expectNode(perNode(makePart(SHELL, 4, {0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0}, {0, 1, 2, 3})), 0, 0, 0, 1);
 }
 
-TEST_F(Normals, aRemainderOfIndicesIsDropped)
+TEST_F(Normals, ARemainderOfIndicesIsDropped)
 {
     const PartInfoStr part = makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, 2, 3, 3, 2});
     expectFace(flat(part, 3), 0, 0, 0, 1);
     const PartInfoStr again = makePart(SHELL, 4, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}, {0, 1, 2, 3, 3, 2});
-    expectNode(perNode(again, UNNORMALISED), 3, 0, 0, 1);
+    expectNode(perNode(again, unnormalised), 3, 0, 0, 1);
 }
 
-TEST_F(Normals, aStrideOfZeroMeansNoElements)
+TEST_F(Normals, AStrideOfZeroMeansNoElements)
 {
     for (unsigned int kind : {SHELL, SOLID}) {
         PartInfoStr part = makePart(kind, 0, {0, 0, 0}, {});
@@ -215,9 +218,9 @@ TEST_F(Normals, aStrideOfZeroMeansNoElements)
     }
 }
 
-// --- Solids --------------------------------------------------------------------------------------
+// --- Solids ---
 
-TEST_F(Normals, aHexahedronHasSixFaceNormals)
+TEST_F(Normals, AHexahedronHasSixFaceNormals)
 {
     const Floats n = flat(hexaPart(), 18);
     expectFace(n, 0, 0, 0, 1);  // c1 c2 c3 c4
@@ -229,28 +232,30 @@ TEST_F(Normals, aHexahedronHasSixFaceNormals)
     EXPECT_EQ(model->part(0).partElements.NPE[0], '8');
 }
 
-TEST_F(Normals, everyFaceOfASmoothHexahedronCounts)
+TEST_F(Normals, EveryFaceOfASmoothHexahedronCounts)
 {
-    const Floats sums = perNode(hexaPart(), UNNORMALISED);
+    const Floats sums = perNode(hexaPart(), unnormalised);
     expectNode(sums, 0, -1, -1, 1); // faces 1, 4, 6
     expectNode(sums, 6, 1, 1, 1);   // faces 2, 3, 5
     expectNode(sums, 1, 1, -1, 1);  // faces 1, 2, 6
 }
 
-TEST_F(Normals, aTetrahedronHasOnlyZeroFaceNormals)
+TEST_F(Normals, ATetrahedronHasOnlyZeroFaceNormals)
 {
-    for (float value : flat(tetraPart(), 18))
+    for (float value : flat(tetraPart(), 18)) {
         EXPECT_EQ(value, 0);
+    }
     EXPECT_EQ(model->part(0).partElements.NPE[0], '4');
 }
 
-TEST_F(Normals, aSmoothTetrahedronEndsAsNotANumber)
+TEST_F(Normals, ASmoothTetrahedronEndsAsNotANumber)
 {
-    for (float value : perNode(tetraPart()))
+    for (float value : perNode(tetraPart())) {
         EXPECT_TRUE(std::isnan(value));
+    }
 }
 
-TEST_F(Normals, aPentahedronHasNormalsOnItsQuadrilateralsOnly)
+TEST_F(Normals, APentahedronHasNormalsOnItsQuadrilateralsOnly)
 {
     // Slots a c f d b b e e: the face table takes slot 6 (b again) where drawing takes slot 7 (e).
     const Floats n = flat(pentaPart(), 18);
@@ -259,14 +264,15 @@ TEST_F(Normals, aPentahedronHasNormalsOnItsQuadrilateralsOnly)
     expectFace(n, 1, 1 / std::sqrt(2.0f), 1 / std::sqrt(2.0f), 0);
     // c4 c1 c5 c6 = d a b b: (0,0,-1) x (1,0,-1) = (0,-1,0)
     expectFace(n, 2, 0, -1, 0);
-    for (int face : {3, 4, 5})
+    for (int face : {3, 4, 5}) {
         expectFace(n, face, 0, 0, 0);
+    }
     EXPECT_EQ(model->part(0).partElements.NPE[0], '6');
 }
 
-TEST_F(Normals, aSmoothPentahedronNeverReachesItsSlotSevenNode)
+TEST_F(Normals, ASmoothPentahedronNeverReachesItsSlotSevenNode)
 {
-    const Floats sums = perNode(pentaPart(), UNNORMALISED);
+    const Floats sums = perNode(pentaPart(), unnormalised);
     expectNode(sums, 4, 0, 0, 0); // e stands in slots 7 and 8 only
     expectNode(sums, 1, 2, 0, 0); // b, twice in two faces: 2 (1,1,0) + 2 (0,-1,0)
     const Floats unit = perNode(pentaPart());
@@ -274,14 +280,14 @@ TEST_F(Normals, aSmoothPentahedronNeverReachesItsSlotSevenNode)
     EXPECT_FALSE(std::isnan(unit[0]));
 }
 
-TEST_F(Normals, theTetrahedronTestComesBeforeThePentahedronTest)
+TEST_F(Normals, TheTetrahedronTestComesBeforeThePentahedronTest)
 {
     const PartInfoStr both =
         makePart(SOLID, 8, {0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1}, {0, 1, 2, 3, 3, 3, 0, 1}); // slots 4 = 5 = 6
     EXPECT_EQ(shapes(both, 1), "4");
 }
 
-TEST_F(Normals, everyElementIsClassifiedByItself)
+TEST_F(Normals, EveryElementIsClassifiedByItself)
 {
     const Floats nodes = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1, 1, 0, 1, 1, 1, 1, 0, 1, 1};
     const PartInfoStr mixed = makePart(SOLID, 8, nodes, {0, 1, 2, 3, 4, 4, 6, 6, 0, 1, 2, 3, 4, 5, 6, 7, //
@@ -293,21 +299,22 @@ TEST_F(Normals, everyElementIsClassifiedByItself)
     EXPECT_EQ(n[54 + 2], 1);
 }
 
-TEST_F(Normals, smoothShadingClassifiesTooOnce)
+TEST_F(Normals, SmoothShadingClassifiesTooOnce)
 {
     EXPECT_EQ(shapes(pentaPart(), 1, GL_SMOOTH), "6");
 }
 
-TEST_F(Normals, aTenSlotSolidIsAlwaysATetrahedron)
+TEST_F(Normals, ATenSlotSolidIsAlwaysATetrahedron)
 {
     const Floats nodes = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1, 1, 0, 1, 1, 1, 1, 0, 1, 1};
     const PartInfoStr ten = makePart(SOLID, 10, nodes, {0, 1, 2, 3, 4, 5, 6, 7, 0, 1, 7, 6, 5, 4, 4, 4, 1, 0, 0, 1});
     EXPECT_EQ(shapes(ten, 2), "44");
-    for (int k = 0; k < 36; ++k)
+    for (int k = 0; k < 36; ++k) {
         EXPECT_EQ(model->part(0).partElements.elmNormals[k], 0);
+    }
 }
 
-TEST_F(Normals, anyOtherStrideKeepsTheKindItStartedWith)
+TEST_F(Normals, AnyOtherStrideKeepsTheKindItStartedWith)
 {
     const Floats nodes = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 0, 0, 1, 1, 0, 1, 1, 1, 1, 0, 1, 1};
     // Nine slots with slots 4 = 5: not tested for, so a hexahedron.
@@ -316,16 +323,16 @@ TEST_F(Normals, anyOtherStrideKeepsTheKindItStartedWith)
     EXPECT_EQ(model->part(0).partElements.elmNormals[2], 1) << "its first face is a quadrilateral";
 }
 
-TEST_F(Normals, aShapeGivenByTheReaderIsNotSetBackToHexahedron)
+TEST_F(Normals, AShapeGivenByTheReaderIsNotSetBackToHexahedron)
 {
     EXPECT_EQ(shapes(withNPE(hexaPart(), "4"), 1), "4");
     EXPECT_EQ(model->part(0).partElements.elmNormals[2], 1) << "although its normals are a hexahedron's";
     EXPECT_EQ(shapes(withNPE(tetraPart(), "8"), 1), "4");
 }
 
-// --- When they are computed ----------------------------------------------------------------------
+// --- When they are computed ---
 
-TEST_F(Normals, onlyShellsAndSolidsGetThem)
+TEST_F(Normals, OnlyShellsAndSolidsGetThem)
 {
     for (PartInfoStr part : {beamPart(), discretePart(), makePart(99, 4, {0, 0, 0}, {0, 0, 0, 0})}) {
         for (int shade : {GL_FLAT, GL_SMOOTH}) {
@@ -342,7 +349,7 @@ TEST_F(Normals, onlyShellsAndSolidsGetThem)
     }
 }
 
-TEST_F(Normals, computingAgainComputesNothing)
+TEST_F(Normals, ComputingAgainComputesNothing)
 {
     for (int shade : {GL_FLAT, GL_SMOOTH}) {
         TestModel m(shade);
@@ -362,7 +369,7 @@ TEST_F(Normals, computingAgainComputesNothing)
     }
 }
 
-TEST_F(Normals, everyRoundPrintsItsTimeAndLeavesTheCounterAtTheEnd)
+TEST_F(Normals, EveryRoundPrintsItsTimeAndLeavesTheCounterAtTheEnd)
 {
     TestModel m(GL_FLAT);
     m.add(quadPart()).add(beamPart()).install();
@@ -377,14 +384,14 @@ TEST_F(Normals, everyRoundPrintsItsTimeAndLeavesTheCounterAtTheEnd)
     EXPECT_EQ(m->i, 2u);
 }
 
-TEST_F(Normals, changingTheShadeModelFieldComputesNothingByItself)
+TEST_F(Normals, ChangingTheShadeModelFieldComputesNothingByItself)
 {
     compute(quadPart(), GL_FLAT);
     (*model)->shadeModel = GL_SMOOTH;
     EXPECT_EQ(model->part(0).partNodes.nodeNormals, nullptr);
 }
 
-TEST_F(Normals, setShadeModelComputesTheMissingKindAndNothingTwice)
+TEST_F(Normals, SetShadeModelComputesTheMissingKindAndNothingTwice)
 {
     compute(quadPart(), GL_FLAT);
     (*model)->setShadeModel(GL_SMOOTH);
@@ -395,7 +402,7 @@ TEST_F(Normals, setShadeModelComputesTheMissingKindAndNothingTwice)
     EXPECT_EQ(model->part(0).partElements.elmNormals[0], 42);
 }
 
-TEST_F(Normals, aShapeTestedSolidKeepsItsNPEForTheOtherShading)
+TEST_F(Normals, AShapeTestedSolidKeepsItsNPEForTheOtherShading)
 {
     compute(pentaPart(), GL_FLAT);
     const char* npe = model->part(0).partElements.NPE;

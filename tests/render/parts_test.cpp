@@ -6,7 +6,7 @@
 #include "recordedtest.h"
 
 namespace {
-const unsigned int ANY_SELECTION = PART_SELECTED | PART_ELEMENTS_SELECTED | PART_NODES_SELECTED;
+const unsigned int anySelection = PART_SELECTED | PART_ELEMENTS_SELECTED | PART_NODES_SELECTED;
 
 class Parts : public RecordedTest
 {
@@ -14,8 +14,9 @@ protected:
     void SetUp() override
     {
         RecordedTest::SetUp();
-        for (float x : {0.0f, 10.0f, 20.0f, 30.0f})
+        for (float x : {0.0f, 10.0f, 20.0f, 30.0f}) {
             model.add(quadPart(x));
+        }
         model.install();
         forget();
     }
@@ -23,8 +24,9 @@ protected:
     Indices allFlags()
     {
         Indices flags;
-        for (unsigned int k = 0; k < model->numParts; ++k)
+        for (unsigned int k = 0; k < model->numParts; ++k) {
             flags.push_back(model.flags(k));
+        }
         return flags;
     }
 
@@ -34,9 +36,9 @@ protected:
 const unsigned int S = PART_SHOWN, H = PART_HIDDEN;
 } // namespace
 
-// --- By selection state --------------------------------------------------------------------------
+// --- By selection state ---
 
-TEST_F(Parts, showOnlySelectedTakesAnyKindOfSelection)
+TEST_F(Parts, ShowOnlySelectedTakesAnyKindOfSelection)
 {
     model.part(0).partFlag = S | PART_SELECTED;
     model.part(1).partFlag = H | PART_ELEMENTS_SELECTED;
@@ -48,7 +50,7 @@ TEST_F(Parts, showOnlySelectedTakesAnyKindOfSelection)
     EXPECT_EQ(model->i, 4u);
 }
 
-TEST_F(Parts, showOnlySelectedStartsAtTheFirstPartWhateverTheCounter)
+TEST_F(Parts, ShowOnlySelectedStartsAtTheFirstPartWhateverTheCounter)
 {
     model.part(3).partFlag = S | PART_SELECTED;
     model->i = 3;
@@ -56,7 +58,7 @@ TEST_F(Parts, showOnlySelectedStartsAtTheFirstPartWhateverTheCounter)
     EXPECT_EQ(allFlags(), (Indices{H, H, H, S}));
 }
 
-TEST_F(Parts, hideSelectedContinuesAtTheCounterSoItChangesNothingAfterALoopOverAllParts)
+TEST_F(Parts, HideSelectedContinuesAtTheCounterSoItChangesNothingAfterALoopOverAllParts)
 {
     model.part(1).partFlag |= PART_SELECTED;
     model->i = 4; // as every loop over all parts leaves it
@@ -65,7 +67,7 @@ TEST_F(Parts, hideSelectedContinuesAtTheCounterSoItChangesNothingAfterALoopOverA
     EXPECT_EQ(printed().find("xmin=0 xmax=31\n"), 0u) << "the extents are recomputed all the same";
 }
 
-TEST_F(Parts, hideSelectedRightAfterInitChangesNoFlag)
+TEST_F(Parts, HideSelectedRightAfterInitChangesNoFlag)
 {
     TestModel loaded(GL_FLAT);
     loaded.add(quadPart()).add(quadPart(10)).installParts();
@@ -77,7 +79,7 @@ TEST_F(Parts, hideSelectedRightAfterInitChangesNoFlag)
     EXPECT_NE(printed().find("\nxmin=0 xmax=11\n"), std::string::npos);
 }
 
-TEST_F(Parts, hideSelectedFromAResetCounterHidesAndDeselects)
+TEST_F(Parts, HideSelectedFromAResetCounterHidesAndDeselects)
 {
     model.part(0).partFlag |= PART_SELECTED;
     model.part(1).partFlag |= PART_ELEMENTS_SELECTED;
@@ -88,38 +90,41 @@ TEST_F(Parts, hideSelectedFromAResetCounterHidesAndDeselects)
     EXPECT_EQ(model->i, 4u);
 }
 
-TEST_F(Parts, hideSelectedStartsWhereTheLastOperationStopped)
+TEST_F(Parts, HideSelectedStartsWhereTheLastOperationStopped)
 {
-    for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int k = 0; k < 4; ++k) {
         model.part(k).partFlag |= PART_SELECTED;
+    }
     model->i = 2;
     model->processParts(4);
     EXPECT_EQ(allFlags(), (Indices{S | PART_SELECTED, S | PART_SELECTED, H, H}));
 }
 
-TEST_F(Parts, hideSelectedAfterAListDisplayStartsAtTheListsLength)
+TEST_F(Parts, HideSelectedAfterAListDisplayStartsAtTheListsLength)
 {
-    for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int k = 0; k < 4; ++k) {
         model.part(k).partFlag |= PART_SELECTED;
+    }
     unsigned int list[] = {1};
     model->setDisplay(1u, list, 2);
     model->processParts(4);
     EXPECT_EQ(allFlags(), (Indices{S | PART_SELECTED, H, H, H}));
 }
 
-TEST_F(Parts, hideSelectedAfterClearingTheFirstPartCoversEveryPart)
+TEST_F(Parts, HideSelectedAfterClearingTheFirstPartCoversEveryPart)
 {
-    for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int k = 0; k < 4; ++k) {
         model.part(k).partFlag |= PART_SELECTED;
+    }
     Indices none;
     model->processPartsByID(256, &none);
     model->processParts(4);
     EXPECT_EQ(allFlags(), (Indices{S, H, H, H})) << "the first part had just lost its selection";
 }
 
-TEST_F(Parts, anyOtherOperationChangesNoFlagButRecomputesTheExtents)
+TEST_F(Parts, AnyOtherOperationChangesNoFlagButRecomputesTheExtents)
 {
-    model.part(1).partFlag |= ANY_SELECTION;
+    model.part(1).partFlag |= anySelection;
     const Indices before = allFlags();
     for (unsigned int op : {0u, 1u, 3u, 6u, 8u, 256u}) {
         forget();
@@ -131,9 +136,9 @@ TEST_F(Parts, anyOtherOperationChangesNoFlagButRecomputesTheExtents)
     }
 }
 
-// --- By part id ----------------------------------------------------------------------------------
+// --- By part id ---
 
-TEST_F(Parts, byIdShowsExactlyTheListed)
+TEST_F(Parts, ByIdShowsExactlyTheListed)
 {
     Indices ids = {12, 14};
     model->processPartsByID(2, &ids);
@@ -142,7 +147,7 @@ TEST_F(Parts, byIdShowsExactlyTheListed)
     EXPECT_EQ(model->i, 4u);
 }
 
-TEST_F(Parts, byIdHidesExactlyTheListedAndShowsAllOthers)
+TEST_F(Parts, ByIdHidesExactlyTheListedAndShowsAllOthers)
 {
     model.part(3).partFlag = H;
     Indices ids = {11};
@@ -150,7 +155,7 @@ TEST_F(Parts, byIdHidesExactlyTheListedAndShowsAllOthers)
     EXPECT_EQ(allFlags(), (Indices{H, S, S, S}));
 }
 
-TEST_F(Parts, byIdSelectsExactlyTheListedAndShowsThem)
+TEST_F(Parts, ByIdSelectsExactlyTheListedAndShowsThem)
 {
     model.part(0).partFlag = S | PART_SELECTED;
     model.part(1).partFlag = H;
@@ -160,7 +165,7 @@ TEST_F(Parts, byIdSelectsExactlyTheListedAndShowsThem)
     EXPECT_EQ(allFlags(), (Indices{S, S | PART_SELECTED, H | PART_HIGHLIGHTED, S}));
 }
 
-TEST_F(Parts, byIdHighlightsExactlyTheListedSoItAlsoEndsOtherHighlights)
+TEST_F(Parts, ByIdHighlightsExactlyTheListedSoItAlsoEndsOtherHighlights)
 {
     model.part(0).partFlag = S | PART_HIGHLIGHTED;
     model.part(1).partFlag = H;
@@ -170,10 +175,11 @@ TEST_F(Parts, byIdHighlightsExactlyTheListedSoItAlsoEndsOtherHighlights)
     EXPECT_EQ(allFlags(), (Indices{S, S | PART_HIGHLIGHTED, H, S}));
 }
 
-TEST_F(Parts, byIdClearTouchesOnlyTheFirstPartAndPrintsNothing)
+TEST_F(Parts, ByIdClearTouchesOnlyTheFirstPartAndPrintsNothing)
 {
-    for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int k = 0; k < 4; ++k) {
         model.part(k).partFlag |= PART_SELECTED | PART_HIGHLIGHTED;
+    }
     Indices ids = {12, 13, 99};
     model->processPartsByID(256, &ids);
     const unsigned int both = S | PART_SELECTED | PART_HIGHLIGHTED;
@@ -183,7 +189,7 @@ TEST_F(Parts, byIdClearTouchesOnlyTheFirstPartAndPrintsNothing)
     EXPECT_TRUE(glrecord::lines().empty()) << "no recomputed extents";
 }
 
-TEST_F(Parts, byIdReportsUnknownIdsOnceForEveryMention)
+TEST_F(Parts, ByIdReportsUnknownIdsOnceForEveryMention)
 {
     Indices ids = {99, 12, 99, 0};
     model->processPartsByID(8, &ids);
@@ -191,14 +197,14 @@ TEST_F(Parts, byIdReportsUnknownIdsOnceForEveryMention)
     EXPECT_TRUE(model.flags(1) & PART_SELECTED);
 }
 
-TEST_F(Parts, byIdAcceptsAnIdTwice)
+TEST_F(Parts, ByIdAcceptsAnIdTwice)
 {
     Indices ids = {13, 13};
     model->processPartsByID(8, &ids);
     EXPECT_EQ(allFlags(), (Indices{S, S, S | PART_SELECTED, S}));
 }
 
-TEST_F(Parts, byIdCountsTheIdsThatAreKnownNotTheParts)
+TEST_F(Parts, ByIdCountsTheIdsThatAreKnownNotTheParts)
 {
     model->pidMap.erase(11);
     Indices none;
@@ -206,7 +212,7 @@ TEST_F(Parts, byIdCountsTheIdsThatAreKnownNotTheParts)
     EXPECT_EQ(printed().find("NUM PARTS=3\n"), 0u);
 }
 
-TEST_F(Parts, byIdSetsTheBitsOfAnyOtherOperationAsTheyAre)
+TEST_F(Parts, ByIdSetsTheBitsOfAnyOtherOperationAsTheyAre)
 {
     Indices ids = {12};
     model->processPartsByID(64, &ids);
@@ -216,7 +222,7 @@ TEST_F(Parts, byIdSetsTheBitsOfAnyOtherOperationAsTheyAre)
     EXPECT_NE(printed().find("xmin="), std::string::npos);
 }
 
-TEST(PartsOfAnEmptyModel, byIdClearReturnsAtOnce)
+TEST(PartsOfAnEmptyModel, ByIdClearReturnsAtOnce)
 {
     OutputCapture output;
     CAEEnv env("dir", "model", GL_FLAT);
@@ -226,7 +232,7 @@ TEST(PartsOfAnEmptyModel, byIdClearReturnsAtOnce)
     EXPECT_EQ(output.all(), "");
 }
 
-TEST_F(Parts, selectByIdAddsToTheSelectionOnly)
+TEST_F(Parts, SelectByIdAddsToTheSelectionOnly)
 {
     model.part(0).partFlag = S | PART_SELECTED;
     model.part(1).partFlag = H;
@@ -239,9 +245,9 @@ TEST_F(Parts, selectByIdAddsToTheSelectionOnly)
     EXPECT_EQ(model->i, 2u) << "no loop over parts";
 }
 
-// --- Segment part --------------------------------------------------------------------------------
+// --- Segment part ---
 
-TEST_F(Parts, aSegmentPartIsSetWithItsNormalsAndTheExtentsRecomputed)
+TEST_F(Parts, ASegmentPartIsSetWithItsNormalsAndTheExtentsRecomputed)
 {
     PartInfoStr segment = quadPart(500);
     model->setSegmentPart(&segment);
@@ -253,7 +259,7 @@ TEST_F(Parts, aSegmentPartIsSetWithItsNormalsAndTheExtentsRecomputed)
     releasePart(segment);
 }
 
-TEST_F(Parts, noSegmentPartLeavesTheFlagAsItWas)
+TEST_F(Parts, NoSegmentPartLeavesTheFlagAsItWas)
 {
     model->setSegmentPart(nullptr);
     EXPECT_FALSE(model->checkComputeFlag(SEGMENT_PART_SET));
@@ -267,7 +273,7 @@ TEST_F(Parts, noSegmentPartLeavesTheFlagAsItWas)
     releasePart(segment);
 }
 
-TEST(SegmentPart, isNotOwnedByTheEnvironment)
+TEST(SegmentPart, IsNotOwnedByTheEnvironment)
 {
     OutputCapture output;
     glrecord::start(glrecord::Mode::RecordOnly);
@@ -283,9 +289,9 @@ TEST(SegmentPart, isNotOwnedByTheEnvironment)
     glrecord::stop();
 }
 
-// --- Flags and accessors -------------------------------------------------------------------------
+// --- Flags and accessors ---
 
-TEST_F(Parts, computeFlagsAreSetClearedAndTestedByBit)
+TEST_F(Parts, ComputeFlagsAreSetClearedAndTestedByBit)
 {
     model->setComputeFlag(SEGMENT_PART_SET | NODE_LIST_SELECTED);
     model->clearComputeFlag(SEGMENT_PART_SET | ELEMENT_SELECT_LISTS_CREATED);
@@ -294,7 +300,7 @@ TEST_F(Parts, computeFlagsAreSetClearedAndTestedByBit)
     EXPECT_EQ(model->checkComputeFlag(SEGMENT_PART_SET | NODE_LIST_SELECTED), static_cast<int>(NODE_LIST_SELECTED));
 }
 
-TEST_F(Parts, anyPickTypeIsStored)
+TEST_F(Parts, AnyPickTypeIsStored)
 {
     model->setPickType(PICK_TYPE_NODE);
     EXPECT_EQ(model->pickType, PICK_TYPE_NODE);
@@ -302,7 +308,7 @@ TEST_F(Parts, anyPickTypeIsStored)
     EXPECT_EQ(model->pickType, 5u);
 }
 
-TEST_F(Parts, accessorsGiveTheLiveObjects)
+TEST_F(Parts, AccessorsGiveTheLiveObjects)
 {
     EXPECT_EQ(model->getMViewPtr(), model->mView);
     EXPECT_EQ(model->getMTransformPtr(), model->mTrans);

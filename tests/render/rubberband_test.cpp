@@ -12,7 +12,7 @@ protected:
 };
 } // namespace
 
-TEST_F(Outline, theRubberBandIsAWhiteLoopUnderAnIdentityModelview)
+TEST_F(Outline, TheRubberBandIsAWhiteLoopUnderAnIdentityModelview)
 {
     glTranslatef(50, 0, 0);
     projection[14] = 0.25; // the window's middle depth is at z = -0.25
@@ -40,7 +40,7 @@ TEST_F(Outline, theRubberBandIsAWhiteLoopUnderAnIdentityModelview)
     EXPECT_EQ(printed(), "start world=-0.5,-0.5,-0.25\nend world=0.5,1,-0.25\n");
 }
 
-TEST_F(Outline, onlyTheFirstCornerOfTheBandKeepsTheStartsDepth)
+TEST_F(Outline, OnlyTheFirstCornerOfTheBandKeepsTheStartsDepth)
 {
     projection[14] = -0.5;
     float mouse[4] = {0, 0, 200, 100};
@@ -49,7 +49,7 @@ TEST_F(Outline, onlyTheFirstCornerOfTheBandKeepsTheStartsDepth)
               (Lines{"glVertex(-1,-1,0.5)", "glVertex(1,-1,-0.5)", "glVertex(1,1,-0.5)", "glVertex(-1,1,-0.5)"}));
 }
 
-TEST_F(Outline, theDepthOfTheOtherCornersIsTheStartsNotTheEnds)
+TEST_F(Outline, TheDepthOfTheOtherCornersIsTheStartsNotTheEnds)
 {
     projection[2] = 0.5; // slanted: the depth of a window point depends on its x
     float mouse[4] = {0, 0, 200, 100};
@@ -59,7 +59,7 @@ TEST_F(Outline, theDepthOfTheOtherCornersIsTheStartsNotTheEnds)
               (Lines{"glVertex(-1,-1,0.5)", "glVertex(1,-1,-0.5)", "glVertex(1,1,-0.5)", "glVertex(-1,1,-0.5)"}));
 }
 
-TEST_F(Outline, aRubberBandWithoutSizeStillPrintsBothPoints)
+TEST_F(Outline, ARubberBandWithoutSizeStillPrintsBothPoints)
 {
     float mouse[4] = {150, 75, 150, 75};
     createRubberBand(viewPort, mouse, projection);
@@ -68,7 +68,7 @@ TEST_F(Outline, aRubberBandWithoutSizeStillPrintsBothPoints)
               (Lines{"glVertex(0.5,0.5,0)", "glVertex(0.5,0.5,-0)", "glVertex(0.5,0.5,-0)", "glVertex(0.5,0.5,-0)"}));
 }
 
-TEST_F(Outline, theRubberBandUsesTheProjectionThatItIsGiven)
+TEST_F(Outline, TheRubberBandUsesTheProjectionThatItIsGiven)
 {
     glMatrixMode(GL_PROJECTION);
     glScalef(9, 9, 9); // not asked for
@@ -79,7 +79,7 @@ TEST_F(Outline, theRubberBandUsesTheProjectionThatItIsGiven)
     EXPECT_EQ(glrecord::count("glGetDoublev"), 0);
 }
 
-TEST_F(Outline, theRubberBandLeavesMatrixModeAndColourAndNothingElse)
+TEST_F(Outline, TheRubberBandLeavesMatrixModeAndColourAndNothingElse)
 {
     glMatrixMode(GL_PROJECTION);
     glTranslatef(3, 0, 0);
@@ -90,11 +90,12 @@ TEST_F(Outline, theRubberBandLeavesMatrixModeAndColourAndNothingElse)
     EXPECT_EQ(glrecord::projection(), before);
     EXPECT_EQ(glrecord::state().color, (std::array<float, 4>{1, 1, 1, 1}));
     EXPECT_EQ(glrecord::state().stacks[GL_MODELVIEW].size(), 1u);
-    for (const char* untouched : {"glLineWidth", "glEnable", "glDisable", "glDepthFunc", "glBlendFunc"})
+    for (const char* untouched : {"glLineWidth", "glEnable", "glDisable", "glDepthFunc", "glBlendFunc"}) {
         EXPECT_EQ(glrecord::count(untouched), 0) << untouched;
+    }
 }
 
-TEST_F(Outline, thePolygonModeIsBackAfterwardsForBothFaces)
+TEST_F(Outline, ThePolygonModeIsBackAfterwardsForBothFaces)
 {
     std::vector<Point3D*> none;
     float mouse[4] = {0, 0, 10, 10};
@@ -110,7 +111,7 @@ TEST_F(Outline, thePolygonModeIsBackAfterwardsForBothFaces)
     }
 }
 
-TEST_F(Outline, thePolylineIsAPolygonInLinesUnderTheModelviewInForce)
+TEST_F(Outline, ThePolylineIsAPolygonInLinesUnderTheModelviewInForce)
 {
     Point3D points[4] = {{{0, 0, 0}}, {{1, 0, 2}}, {{1, 1, 0}}, {{0.5f, 2, 0}}};
     std::vector<Point3D*> list = {&points[0], &points[1], &points[2], &points[3]};
@@ -127,7 +128,7 @@ TEST_F(Outline, thePolylineIsAPolygonInLinesUnderTheModelviewInForce)
     EXPECT_EQ(printed(), "");
 }
 
-TEST_F(Outline, aShortOrEmptyPolylineIsIssuedAsItIs)
+TEST_F(Outline, AShortOrEmptyPolylineIsIssuedAsItIs)
 {
     std::vector<Point3D*> list;
     createPolyline(list);
@@ -139,7 +140,7 @@ TEST_F(Outline, aShortOrEmptyPolylineIsIssuedAsItIs)
     EXPECT_EQ(glrecord::count("glVertex3fv"), 2);
 }
 
-TEST_F(Outline, thePolylineLeavesModelviewModeAndWhite)
+TEST_F(Outline, ThePolylineLeavesModelviewModeAndWhite)
 {
     std::vector<Point3D*> list;
     glMatrixMode(GL_PROJECTION);
@@ -149,7 +150,7 @@ TEST_F(Outline, thePolylineLeavesModelviewModeAndWhite)
     EXPECT_EQ(glrecord::state().color, (std::array<float, 4>{1, 1, 1, 1}));
 }
 
-TEST_F(Outline, thePolylineSelectsTheModelviewWithoutPushingIt)
+TEST_F(Outline, ThePolylineSelectsTheModelviewWithoutPushingIt)
 {
     std::vector<Point3D*> list;
     glMatrixMode(GL_PROJECTION);

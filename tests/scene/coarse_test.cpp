@@ -74,8 +74,9 @@ TEST(Coarse, PartsStayApart)
         }
     }
     EXPECT_EQ(next, coarse.indices.size());
-    for (PartInfoStr& part : parts)
+    for (PartInfoStr& part : parts) {
         releasePart(part);
+    }
 }
 
 } // namespace

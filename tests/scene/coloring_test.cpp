@@ -36,9 +36,10 @@ TEST(Ramp, EndsControlPointsAndBeyond)
 
 TEST(Ramp, ViridisGetsLighterAllTheWay)
 {
-    for (int k = 0; k < 50; ++k)
+    for (int k = 0; k < 50; ++k) {
         EXPECT_LT(lightness(rampColor(kvo::ColorRamp::Viridis, float(k) / 50)),
                   lightness(rampColor(kvo::ColorRamp::Viridis, float(k + 1) / 50)));
+    }
 }
 
 TEST(CategoryColors, StandOutFromBlackAndWhiteAndEachOther)
@@ -105,8 +106,9 @@ TEST(LegendNumbers, ShortButDifferent)
     EXPECT_EQ(kvo::legendNumbers(0, 1, 4), (std::vector<std::string>{"0", "0.25", "0.5", "0.75", "1"}));
     EXPECT_EQ(kvo::legendNumbers(1, 0, 2), (std::vector<std::string>{"1", "0.5", "0"}));
     const std::vector<std::string> close = kvo::legendNumbers(1000, 1000.5f, 5);
-    for (std::size_t k = 1; k < close.size(); ++k)
+    for (std::size_t k = 1; k < close.size(); ++k) {
         EXPECT_NE(close[k], close[k - 1]);
+    }
     EXPECT_EQ(kvo::legendNumbers(2, 2, 1).size(), 2u);
 }
 
@@ -152,7 +154,7 @@ TEST_F(ColoringDraws, CategoriesOfParts)
 
 TEST_F(ColoringDraws, ValuesOfElementsOnFacesLinesAndCaps)
 {
-    PartInfoStr beam = makePart(BEAM, 3, {0, 4, 0, 1, 4, 0, 2, 4, 0}, {0, 1, NO_NODE, 1, 2, NO_NODE});
+    PartInfoStr beam = makePart(BEAM, 3, {0, 4, 0, 1, 4, 0, 2, 4, 0}, {0, 1, noNode, 1, 2, noNode});
     PartInfoStr block = blockPart(2);
     movePart(block, 4, 0, 0);
     model.add(sheetPart(2)).add(beam).add(block);
@@ -235,8 +237,9 @@ TEST_F(ColoringDraws, Golden)
     SceneView view(*model);
     view.look.fontBase = font.base();
     std::vector<float> values;
-    for (int k = 0; k < 36 * 12; ++k)
+    for (int k = 0; k < 36 * 12; ++k) {
         values.push_back(k == 100 ? NAN : std::sin(0.3f * float(k % 36)) * float(k / 36));
+    }
     view.setColoring(kvo::colorByValues("load", "kN", {values}));
     turn(*model, 30, 20);
     shrink(*model);

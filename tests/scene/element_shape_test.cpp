@@ -19,8 +19,9 @@ struct Faces
     explicit Faces(const PartInfoStr& part, std::uint32_t element = 0)
         : count(facesOf(part, element, shapeOf(part, element), faces))
     {
-        for (unsigned int k = 0; k < count; ++k)
+        for (unsigned int k = 0; k < count; ++k) {
             quads += faces[k].corners == 4;
+        }
     }
 };
 
@@ -34,8 +35,9 @@ void expectClosed(const Faces& f)
             edges.insert({std::min(a, b), std::max(a, b)});
         }
     }
-    for (const auto& edge : edges)
+    for (const auto& edge : edges) {
         EXPECT_EQ(edges.count(edge), 2u) << edge.first << " " << edge.second;
+    }
 }
 
 PartInfoStr pyramidPart()
@@ -64,8 +66,9 @@ TEST(ElementShape, FacesAreNumberedAsTheFlatNormals)
 {
     PartInfoStr part = pyramidPart();
     const Faces found(part);
-    for (unsigned int k = 0; k < found.count; ++k)
+    for (unsigned int k = 0; k < found.count; ++k) {
         EXPECT_EQ(found.faces[k].number, k);
+    }
     releasePart(part);
     // A hexahedron collapsed to a wedge along another edge loses its first face: the others keep their numbers.
     part = makePart(SOLID, 8, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 0, 1, 1, 0, 1, 1, 1, 1}, {0, 1, 1, 0, 3, 4, 5, 2});

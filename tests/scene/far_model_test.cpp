@@ -19,10 +19,10 @@ struct Spot
 };
 
 // The middle of all pixels in which one channel rules.
-Spot spotOf(const Picture& p, std::uint8_t Color::*channel)
+Spot spotOf(const Picture& p, std::uint8_t Color::* channel)
 {
     Spot out;
-    for (int y = 0; y < p.height; ++y)
+    for (int y = 0; y < p.height; ++y) {
         for (int x = 0; x < p.width; ++x) {
             const Color c = p.at(x, y);
             if (c.*channel > 60 && c.r + c.g + c.b < 1.2 * (c.*channel)) {
@@ -31,6 +31,7 @@ Spot spotOf(const Picture& p, std::uint8_t Color::*channel)
                 ++out.pixels;
             }
         }
+    }
     out.x /= double(out.pixels);
     out.y /= double(out.pixels);
     return out;
@@ -43,11 +44,13 @@ void addCubes(TestModel& model, double at)
     const float colors[4][3] = {{1, 0, 0}, {0, 1, 0}, {0.5f, 0.5f, 0.5f}, {0.5f, 0.5f, 0.5f}};
     for (int k = 0; k < 4; ++k) {
         PartInfoStr cube = hexaPart();
-        for (int n = 0; n < 24; ++n)
+        for (int n = 0; n < 24; ++n) {
             cube.partNodes.nodeValues[n] =
                 static_cast<float>(at + double(low[k][n % 3]) + 10 * double(cube.partNodes.nodeValues[n]));
-        for (int n = 0; n < 6; ++n)
+        }
+        for (int n = 0; n < 6; ++n) {
             cube.partExtents[n] = static_cast<float>(at + double(low[k][n / 2]) + 10 * double(cube.partExtents[n]));
+        }
         paintPart(cube, colors[k][0], colors[k][1], colors[k][2]);
         model.add(cube);
     }
@@ -71,8 +74,9 @@ protected:
         cubes->getMViewPtr()->mViewType = viewType;
         SceneView view(*cubes);
         picture(view);
-        for (std::array<float, 4> drag : drags)
+        for (std::array<float, 4> drag : drags) {
             cubes->getMTransformPtr()->updateValues(GLOBAL_ROTATION, drag.data());
+        }
         const Picture out = picture(view);
         spots[0] = spotOf(out, &Color::r);
         spots[1] = spotOf(out, &Color::g);
@@ -91,8 +95,9 @@ TEST_F(FarModels, StayWithinAPixelUnderRotation)
             frameAt(1000, viewType, drags, near);
             frameAt(1e7, viewType, drags, far);
             for (int k = 0; k < 2; ++k) {
-                if (near[k].pixels < 20)
+                if (near[k].pixels < 20) {
                     continue; // covered by a grey one
+                }
                 EXPECT_LT(std::hypot(near[k].x - far[k].x, near[k].y - far[k].y), 1) << step << " view " << viewType;
                 EXPECT_NEAR(double(far[k].pixels), double(near[k].pixels), 0.15 * double(near[k].pixels));
             }
@@ -128,9 +133,11 @@ TEST_F(FarModels, LabelsSectionsAndNodesAreWithThem)
     Picture p = picture(view);
     const Pixel node = pixelOf(*model, 1e7 - 40, 1e7 - 30, 1e7 - 20);
     bool blue = false;
-    for (int dx = -2; dx <= 2; ++dx)
-        for (int dy = -2; dy <= 2; ++dy)
+    for (int dx = -2; dx <= 2; ++dx) {
+        for (int dy = -2; dy <= 2; ++dy) {
             blue = blue || p.at(node.x + dx, node.y + dy) == Color{0, 0, 255, 255};
+        }
+    }
     EXPECT_TRUE(blue);
     view.look.section.cut = kvo::SceneCut::Slice;
     const double point[3] = {1e7 - 35, 0, 0}, normal[3] = {1, 0, 0};

@@ -28,10 +28,13 @@ protected:
     {
         const Pixel pixel = pixelOf(*model, x, y, z);
         std::size_t out = 0;
-        for (int dy = -up; dy <= up; ++dy)
-            for (int dx = -across; dx <= across; ++dx)
-                if (pixel.x + dx >= 0 && pixel.x + dx < width && pixel.y + dy >= 0 && pixel.y + dy < height)
+        for (int dy = -up; dy <= up; ++dy) {
+            for (int dx = -across; dx <= across; ++dx) {
+                if (pixel.x + dx >= 0 && pixel.x + dx < width && pixel.y + dy >= 0 && pixel.y + dy < height) {
                     out += p.at(pixel.x + dx, pixel.y + dy) == Color{255, 255, 255, 255};
+                }
+            }
+        }
         return out;
     }
     kvo::BitmapFont font;
@@ -66,9 +69,11 @@ TEST_F(Labels, ElementsNodesAndPartsAtTheirPlaces)
     view.look.labels.parts = true;
     p = picture(view);
     std::size_t white = 0;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
             white += p.at(x, y) == Color{255, 255, 255, 255};
+        }
+    }
     EXPECT_GT(white, 8u);
     EXPECT_LT(white, 60u) << "one short number";
 }
@@ -105,8 +110,9 @@ TEST_F(Labels, ThinnedOutUntilNoTwoTouch)
     kvo::FontWidths widths;
     OverlayPainter painter(viewport, font.base(), widths);
     std::vector<IdLabel> labels;
-    for (int k = 0; k < 5000; ++k)
+    for (int k = 0; k < 5000; ++k) {
         labels.push_back({(k * 37) % width, (k * 91) % height, std::to_string(k * k), k % 3});
+    }
     const std::vector<IdLabel> placed = thinOut(labels, painter, 13, 4);
     EXPECT_GT(placed.size(), 30u);
     for (std::size_t a = 0; a < placed.size(); ++a) {
@@ -131,9 +137,11 @@ TEST_F(Labels, LegendAtTheRightEdgeOnlyWithAFont)
     view.setColoring(kvo::colorByValues("v", "", {{0, 1, 2, 3}}));
     const auto coloured = [&](const Picture& p) {
         std::size_t out = 0;
-        for (int y = 0; y < height; ++y)
-            for (int x = width - 80; x < width; ++x)
+        for (int y = 0; y < height; ++y) {
+            for (int x = width - 80; x < width; ++x) {
                 out += p.at(x, y) != Color{0, 0, 0, 255};
+            }
+        }
         return out;
     };
     EXPECT_GT(coloured(picture(view)), 1000u);

@@ -26,14 +26,16 @@ bool matchesGolden(const LookPicture& drawn)
         return false;
     }
     const kvo::Picture wanted = kvo::readPng(reference);
-    if (agree(wanted, drawn.picture))
+    if (agree(wanted, drawn.picture)) {
         return true;
+    }
     std::filesystem::create_directories(KVO_SCENE_DIFFERENCE_DIR);
     const std::string stem = std::string(KVO_SCENE_DIFFERENCE_DIR) + "/" + drawn.name;
     kvo::writePng(drawn.picture, stem + ".drawn.png");
     const kvo::PictureDifference difference = kvo::compare(wanted, drawn.picture, 8);
-    if (difference.sameSize)
+    if (difference.sameSize) {
         kvo::writePng(difference.picture, stem + ".difference.png");
+    }
     std::cerr << drawn.name << ": " << difference.differing << " pixels differ, see " << stem << ".*.png\n";
     return false;
 }

@@ -62,13 +62,15 @@ TEST(Measure, CircleOfATriangleOfAnyPosition)
     TestPart part(SHELL, 4, {0, 0, 0, 3, 0, 0, 0, 4, 0}, {0, 1, 2, 2});
     transform(part.part, 0.7, 2, 10);
     Vector3 p[3];
-    for (unsigned int k = 0; k < 3; ++k)
+    for (unsigned int k = 0; k < 3; ++k) {
         nodePlace(part, k, p[k]);
+    }
     Circle circle;
     ASSERT_TRUE(circleThrough(p[0], p[1], p[2], circle));
     EXPECT_NEAR(circle.radius, 5, 1e-5);
-    for (const Vector3& point : p)
+    for (const Vector3& point : p) {
         EXPECT_NEAR(distanceOf(circle.centre, point).length, circle.radius, 1e-9);
+    }
 }
 
 TEST(Measure, PointsOnALineHaveNoCircle)
@@ -84,7 +86,7 @@ TEST(Measure, PointsOnALineHaveNoCircle)
 
 TEST(Measure, Line)
 {
-    const TestPart part(BEAM, 3, {0, 0, 0, 0, 3, 4}, {0, 1, NO_NODE});
+    const TestPart part(BEAM, 3, {0, 0, 0, 0, 3, 4}, {0, 1, noNode});
     const ElementMeasure m = measureElement(part, 0);
     EXPECT_EQ(m.length, 5);
     EXPECT_EQ(m.area, 0);
@@ -158,22 +160,26 @@ TEST(Measure, VolumeIsTheIntegralOfTheJacobian)
     for (int round = 0; round < 50; ++round) {
         TestPart part(hexaPart());
         float* p = part.part.partNodes.nodeValues;
-        for (int k = 0; k < 24; ++k)
+        for (int k = 0; k < 24; ++k) {
             p[k] += offset(random);
+        }
         // Two Gauss points an axis are exact for the determinant of the trilinear interpolation.
         static const int signs[8][3] = {{-1, -1, -1}, {1, -1, -1}, {1, 1, -1}, {-1, 1, -1},
                                         {-1, -1, 1},  {1, -1, 1},  {1, 1, 1},  {-1, 1, 1}};
         double volume = 0;
         for (const auto& g : signs) {
             double d[3][3] = {};
-            for (int n = 0; n < 8; ++n)
+            for (int n = 0; n < 8; ++n) {
                 for (int axis = 0; axis < 3; ++axis) {
                     double weight = 0.125 * signs[n][axis];
-                    for (int other = 0; other < 3; ++other)
+                    for (int other = 0; other < 3; ++other) {
                         weight *= other == axis ? 1 : 1 + signs[n][other] * g[other] / std::sqrt(3.0);
-                    for (int x = 0; x < 3; ++x)
+                    }
+                    for (int x = 0; x < 3; ++x) {
                         d[axis][x] += weight * p[3 * n + x];
+                    }
                 }
+            }
             volume += d[0][0] * (d[1][1] * d[2][2] - d[1][2] * d[2][1]) -
                       d[0][1] * (d[1][0] * d[2][2] - d[1][2] * d[2][0]) +
                       d[0][2] * (d[1][0] * d[2][1] - d[1][1] * d[2][0]);
@@ -186,8 +192,9 @@ TEST(Measure, InsideOutSolidsHaveNegativeVolumeAndTheSameCentre)
 {
     for (const PartInfoStr& built : {hexaPart(), tetraPart()}) {
         const TestPart part(built);
-        for (unsigned int k = 0; k < part.part.partNodes.numNodes; ++k)
+        for (unsigned int k = 0; k < part.part.partNodes.numNodes; ++k) {
             part.part.partNodes.nodeValues[3 * k] *= -1;
+        }
         const ElementMeasure m = measureElement(part, 0);
         EXPECT_LT(m.volume, 0);
         EXPECT_LT(m.centroid.x, -0.2);
@@ -198,8 +205,9 @@ TEST(Measure, InsideOutSolidsHaveNegativeVolumeAndTheSameCentre)
 TEST(Measure, LargeCoordinatesDoNotCostTheVolume)
 {
     TestPart part(hexaPart());
-    for (unsigned int k = 0; k < 24; ++k)
+    for (unsigned int k = 0; k < 24; ++k) {
         part.part.partNodes.nodeValues[k] += 1048576; // 1 is 8 units in the last place
+    }
     const ElementMeasure m = measureElement(part, 0);
     EXPECT_NEAR(m.volume, 1, 1e-12);
     expectPlace(m.centroid, 1048576.5, 1048576.5, 1048576.5);
@@ -247,11 +255,13 @@ TEST(Measure, SumsOfAPart)
 TEST(Measure, FaceAreas)
 {
     TestPart brick(hexaPart());
-    for (unsigned int k = 0; k < 8; ++k)
+    for (unsigned int k = 0; k < 8; ++k) {
         brick.part.partNodes.nodeValues[3 * k] *= 3; // 3 x 1 x 1
-    const double areas[] = {3, 1, 3, 1, 3, 3};       // bottom, +x, top, -x, +y, -y
-    for (unsigned int face = 0; face < 6; ++face)
+    }
+    const double areas[] = {3, 1, 3, 1, 3, 3}; // bottom, +x, top, -x, +y, -y
+    for (unsigned int face = 0; face < 6; ++face) {
         EXPECT_EQ(faceArea(brick, 0, face), areas[face]) << face;
+    }
     EXPECT_EQ(faceArea(brick, 0, 6), 0);
     EXPECT_EQ(faceArea(brick, 1, 0), 0);
     EXPECT_EQ(faceArea(TestPart(trianglePart()), 0, 0), 0.5);

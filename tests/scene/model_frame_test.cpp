@@ -111,8 +111,9 @@ public:
     {
         env.numParts = static_cast<unsigned int>(parts.size());
         env.partsInfoList = parts.data(); // the environment releases what the records hold, not the records
-        for (unsigned int k = 0; k < env.numParts; ++k)
+        for (unsigned int k = 0; k < env.numParts; ++k) {
             env.pidMap[k + 1] = k;
+        }
         const Box box = kvo::visibleBox(env);
         for (int axis = 0; axis < 3; ++axis) {
             env.modelExtents[2 * axis] = static_cast<float>(box.low[axis]);
@@ -169,8 +170,7 @@ Box boxOf(double x0, double x1, double y0, double y1, double z0, double z1)
 
 } // namespace
 
-// --- The numbers
-// ------------------------------------------------------------------------------------------------------------
+// --- The numbers ---
 
 TEST(FrameModel, BoxHasThePicturesShape)
 {
@@ -204,14 +204,14 @@ TEST(FrameModel, FlatAndPointModelsHaveFiniteFrames)
                                boxOf(5, 5, 5, 5, 0, 1), boxOf(7, 7, 7, 7, 7, 7)}) {
             const Framing framing = kvo::frameModel(box, view, 300, 200);
             EXPECT_TRUE(std::isfinite(framing.pixelsPerUnit) && framing.pixelsPerUnit > 0);
-            for (int axis = 0; axis < 3; ++axis)
+            for (int axis = 0; axis < 3; ++axis) {
                 EXPECT_GT(framing.box.size(axis), 0) << view;
+            }
         }
     }
 }
 
-// --- The pictures
-// -------------------------------------------------------------------------------------------------------------
+// --- The pictures ---
 
 class ModelFrameTest : public Drawing
 {

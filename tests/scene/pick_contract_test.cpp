@@ -18,10 +18,12 @@ const PickType types[] = {PickType::Part, PickType::Element, PickType::Node};
 PickRegion randomRegion(Dice& dice, int width, int height)
 {
     const double x = dice.between(0, width), y = dice.between(0, height);
-    if (dice.chance(0.4))
+    if (dice.chance(0.4)) {
         return PickRegion::click(x, y, dice.between(1, 8));
-    if (dice.chance(0.1))
+    }
+    if (dice.chance(0.1)) {
         return PickRegion::rectangle(0, 0, width, height);
+    }
     return PickRegion::rectangle(x, y, dice.between(-20, width + 20), dice.between(-20, height + 20));
 }
 
@@ -42,20 +44,24 @@ protected:
     void showRandom(Dice& dice, double size, double distance, double depthStretch = 1)
     {
         double centre[3];
-        for (double& c : centre)
+        for (double& c : centre) {
             c = dice.between(-1, 1) * distance;
+        }
         std::vector<PartInfoStr> parts;
         for (unsigned int k = 1 + dice.below(5); k > 0; --k) {
             parts.push_back(randomPart(dice, centre, size));
-            if (dice.chance(0.15))
+            if (dice.chance(0.15)) {
                 parts.back().partFlag = PART_HIDDEN;
-            for (unsigned int n = 0; n < parts.back().partNodes.numNodes; ++n)
+            }
+            for (unsigned int n = 0; n < parts.back().partNodes.numNodes; ++n) {
                 parts.back().partNodes.nodeValues[3 * n + 2] *= static_cast<float>(depthStretch);
+            }
         }
         const int shade = dice.chance(0.5) ? GL_FLAT : GL_SMOOTH;
         show(parts, static_cast<int>(dice.below(8)), shade, [&](MTransform& transform) {
-            if (dice.chance(0.7))
+            if (dice.chance(0.7)) {
                 turn(dice, transform, size);
+            }
         });
     }
 
@@ -78,8 +84,9 @@ protected:
         ASSERT_EQ(got, wanted);
         const std::optional<SceneHit> nearest = picker.nearest(type, region, view);
         ASSERT_EQ(nearest.has_value(), !hits.empty());
-        if (wrapped || hits.empty())
+        if (wrapped || hits.empty()) {
             return;
+        }
         std::stable_sort(expected.begin(), expected.end(),
                          [](const ContractHit& a, const ContractHit& b) { return a.low < b.low; });
         for (std::size_t k = 0; k < hits.size(); ++k) {
@@ -101,8 +108,9 @@ protected:
             Dice dice(seed);
             const double size = std::exp(dice.between(std::log(lowestSize), std::log(highestSize)));
             showRandom(dice, size, distance * size, depthStretch);
-            for (int k = 0; k < 12 && !HasFatalFailure(); ++k)
+            for (int k = 0; k < 12 && !HasFatalFailure(); ++k) {
                 compare(types[dice.below(3)], randomRegion(dice, width, height));
+            }
         }
     }
 
@@ -112,32 +120,32 @@ protected:
 
 } // namespace
 
-TEST_F(PickAgainstContract, randomModelsGiveTheSameHitsDepthsAndNearest)
+TEST_F(PickAgainstContract, RandomModelsGiveTheSameHitsDepthsAndNearest)
 {
     compareMany(1, 250, 0.5, 2000, 0);
     EXPECT_GT(compared, 3000u);
 }
 
-TEST_F(PickAgainstContract, modelsFarFromTheOrigin)
+TEST_F(PickAgainstContract, ModelsFarFromTheOrigin)
 {
     compareMany(1000, 120, 0.1, 50, 100);
     EXPECT_GT(compared, 1000u);
 }
 
-TEST_F(PickAgainstContract, tinyModels)
+TEST_F(PickAgainstContract, TinyModels)
 {
     compareMany(2000, 80, 1e-5, 1e-2, 1);
     EXPECT_GT(compared, 700u);
 }
 
-TEST_F(PickAgainstContract, modelsCutByNearAndFarPlane)
+TEST_F(PickAgainstContract, ModelsCutByNearAndFarPlane)
 {
     compareMany(3000, 120, 2000, 30000, 0.2, 3);
     EXPECT_GT(total, 1000u);
     EXPECT_GT(compared, 100u);
 }
 
-TEST_F(PickAgainstContract, thePickOfTheDrawingLibraryItself)
+TEST_F(PickAgainstContract, ThePickOfTheDrawingLibraryItself)
 {
     // Far from the origin, where no axis triad is hit.
     unsigned int picked = 0;
@@ -157,8 +165,9 @@ TEST_F(PickAgainstContract, thePickOfTheDrawingLibraryItself)
             EXPECT_EQ(contract.process(static_cast<int>(contractType(type)), SELECT_PICK, values),
                       static_cast<int>(hits.size()));
         }
-        if (hits.empty())
+        if (hits.empty()) {
             continue;
+        }
         ++picked;
         const PidEidStr nearest = contract.zPartMap.begin()->second;
         EXPECT_EQ(hits[0].part, nearest.pid);
@@ -168,7 +177,7 @@ TEST_F(PickAgainstContract, thePickOfTheDrawingLibraryItself)
     EXPECT_GT(picked, 15u);
 }
 
-TEST_F(PickAgainstContract, regionsThatOnlyTouchAnElement)
+TEST_F(PickAgainstContract, RegionsThatOnlyTouchAnElement)
 {
     // A square whose edges lie exactly on pixel borders: seen from the top, one unit is 100 pixels.
     show({makePart(SHELL, 4, {-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0}, {0, 1, 2, 3}),
@@ -176,14 +185,15 @@ TEST_F(PickAgainstContract, regionsThatOnlyTouchAnElement)
     const std::vector<double> corner = project(1, 1, 0);
     for (double dx : {-4.0, -2.0, -1.0, 0.0, 1.0, 2.0, 4.0}) {
         for (double dy : {-4.0, -2.0, 0.0, 2.0, 4.0}) {
-            for (PickType type : types)
+            for (PickType type : types) {
                 compare(type, PickRegion::click(corner[0] + dx, corner[1] + dy, 4));
+            }
         }
     }
     EXPECT_GT(total, 50u);
 }
 
-TEST_F(PickAgainstContract, coordinatesThatAreNotNumbers)
+TEST_F(PickAgainstContract, CoordinatesThatAreNotNumbers)
 {
     const float none = std::nanf(""), endless = HUGE_VALF;
     std::vector<PartInfoStr> parts;
@@ -199,25 +209,28 @@ TEST_F(PickAgainstContract, coordinatesThatAreNotNumbers)
     show(parts);
     for (PickType type : types) {
         for (const PickRegion& region : {PickRegion::rectangle(0, 0, width, height), PickRegion::click(200, 150, 9),
-                                         PickRegion::rectangle(0, 0, 60, 300), PickRegion::rectangle(0, 0, 400, 20)})
+                                         PickRegion::rectangle(0, 0, 60, 300), PickRegion::rectangle(0, 0, 400, 20)}) {
             compare(type, region);
+        }
     }
     EXPECT_GT(total, 50u);
 }
 
-TEST_F(PickAgainstContract, partsLargeEnoughForAnIndex)
+TEST_F(PickAgainstContract, PartsLargeEnoughForAnIndex)
 {
     for (unsigned int seed = 1; seed <= 3; ++seed) {
         Dice dice(seed);
         // A bumpy sheet whose elements come in no order.
         const unsigned int n = 70;
         Floats nodes;
-        for (unsigned int k = 0; k < (n + 1) * (n + 1); ++k)
+        for (unsigned int k = 0; k < (n + 1) * (n + 1); ++k) {
             nodes.insert(nodes.end(), {static_cast<float>(k % (n + 1)), static_cast<float>(k / (n + 1)),
                                        static_cast<float>(dice.between(0, 3))});
+        }
         std::vector<unsigned int> cells(n * n);
-        for (unsigned int k = 0; k < cells.size(); ++k)
+        for (unsigned int k = 0; k < cells.size(); ++k) {
             std::swap(cells[k] = k, cells[dice.below(k + 1)]);
+        }
         Indices indices;
         for (unsigned int cell : cells) {
             const unsigned int first = cell / n * (n + 1) + cell % n;
@@ -225,8 +238,9 @@ TEST_F(PickAgainstContract, partsLargeEnoughForAnIndex)
         }
         show({makePart(SHELL, 4, nodes, indices), randomPart(dice, std::vector<double>{35, 35, 0}.data(), 20)},
              ISO_VIEW, GL_FLAT, [&](MTransform& transform) { turn(dice, transform, 10); });
-        for (int k = 0; k < 60 && !HasFatalFailure(); ++k)
+        for (int k = 0; k < 60 && !HasFatalFailure(); ++k) {
             compare(types[dice.below(3)], randomRegion(dice, width, height));
+        }
     }
     EXPECT_GT(compared, 10000u);
 }

@@ -56,8 +56,9 @@ std::vector<ContractHit> PickTest::contractHits(kvo::PickType type, const kvo::P
     std::vector<ContractHit> hits;
     const GLuint* next = buffer.data();
     for (GLint k = 0; k < records; ++k, next += 3 + next[0]) {
-        if (next[3] != triadName)
+        if (next[3] != triadName) {
             hits.push_back({next[3], next[0] == 2 ? next[4] : 0, normalised(next[1]), normalised(next[2])});
+        }
     }
     return hits;
 }

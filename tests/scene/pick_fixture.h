@@ -40,8 +40,9 @@ protected:
     {
         const kvo::OutputRedirect quiet("");
         model.reset(new TestModel(shadeModel));
-        for (const PartInfoStr& part : parts)
+        for (const PartInfoStr& part : parts) {
             model->add(part);
+        }
         model->install();
         env = &**model;
         glShadeModel(static_cast<GLenum>(shadeModel));

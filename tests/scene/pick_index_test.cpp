@@ -23,10 +23,12 @@ namespace {
 kvo::PickView randomView(Dice& dice)
 {
     kvo::PickView view = topView(400, 300);
-    for (int k = 0; k < 12; ++k)
+    for (int k = 0; k < 12; ++k) {
         view.modelview[k] = k % 4 == 3 ? 0 : dice.between(-2, 2);
-    for (int k = 12; k < 15; ++k)
+    }
+    for (int k = 12; k < 15; ++k) {
         view.modelview[k] = dice.between(-500, 500);
+    }
     return view;
 }
 
@@ -36,12 +38,14 @@ FloatBox randomBox(Dice& dice)
     box.clear();
     const double size = std::pow(10, dice.between(-2, 3));
     float middle[3];
-    for (float& m : middle)
+    for (float& m : middle) {
         m = static_cast<float>(dice.between(-300, 300));
+    }
     for (int corner = 0; corner < 2; ++corner) {
         float point[3];
-        for (int axis = 0; axis < 3; ++axis)
+        for (int axis = 0; axis < 3; ++axis) {
             point[axis] = middle[axis] + static_cast<float>(size * dice.between(-1, 1));
+        }
         box.add(point);
     }
     return box;
@@ -56,7 +60,7 @@ bool inOrder(const std::vector<kvo::KeyedNumber>& items)
 
 } // namespace
 
-TEST(PickVolumes, overlapOfBoxesIsNeverWrong)
+TEST(PickVolumes, OverlapOfBoxesIsNeverWrong)
 {
     std::size_t certain[2] = {0, 0};
     for (unsigned int seed = 1; seed <= 400; ++seed) {
@@ -67,15 +71,17 @@ TEST(PickVolumes, overlapOfBoxesIsNeverWrong)
         for (int k = 0; k < 50; ++k) {
             const FloatBox box = randomBox(dice);
             const Overlap overlap = volume.overlap(box);
-            if (overlap == Overlap::Partly)
+            if (overlap == Overlap::Partly) {
                 continue;
+            }
             ++certain[overlap == Overlap::Inside];
             unsigned int all = 0xFF;
             for (int sample = 0; sample < 20; ++sample) {
                 float point[3];
-                for (int axis = 0; axis < 3; ++axis)
+                for (int axis = 0; axis < 3; ++axis) {
                     point[axis] = sample < 8 ? ((sample >> axis & 1) ? box.high : box.low)[axis]
                                              : static_cast<float>(dice.between(box.low[axis], box.high[axis]));
+                }
                 const unsigned int code = kvo::outcodeOf(volume.transform(point));
                 all &= code;
                 EXPECT_TRUE(overlap == Overlap::Outside || code == 0);
@@ -87,7 +93,7 @@ TEST(PickVolumes, overlapOfBoxesIsNeverWrong)
     EXPECT_GT(certain[1], 50u);
 }
 
-TEST(PickVolumes, depthsAreRecordedIn32Bits)
+TEST(PickVolumes, DepthsAreRecordedIn32Bits)
 {
     EXPECT_EQ(kvo::recordedDepth(0.5f), 0.5f);
     EXPECT_EQ(kvo::recordedDepth(1.0f), 1.0f);
@@ -98,7 +104,7 @@ TEST(PickVolumes, depthsAreRecordedIn32Bits)
     EXPECT_EQ(kvo::recordedDepth(std::nanf("")), 0.0f);
 }
 
-TEST(Boxes, growByPointsAndBoxesAndSkipWhatIsNoNumber)
+TEST(Boxes, GrowByPointsAndBoxesAndSkipWhatIsNoNumber)
 {
     FloatBox box;
     box.clear();
@@ -118,14 +124,15 @@ TEST(Boxes, growByPointsAndBoxesAndSkipWhatIsNoNumber)
     EXPECT_EQ(box.low[2], -1);
 }
 
-TEST(RadixSort, sortsAnyKeysAndKeepsEqualOnesInPlace)
+TEST(RadixSort, SortsAnyKeysAndKeepsEqualOnesInPlace)
 {
     for (std::uint32_t count : {0u, 1u, 100u, 300u, 5000u, 200000u}) {
         for (unsigned int bits : {1u, 8u, 11u, 12u, 22u, 32u}) {
             Dice dice(count + bits);
             std::vector<kvo::KeyedNumber> items(count);
-            for (std::uint32_t k = 0; k < count; ++k)
+            for (std::uint32_t k = 0; k < count; ++k) {
                 items[k] = {static_cast<std::uint32_t>(dice.between(0, std::ldexp(1.0, static_cast<int>(bits)))), k};
+            }
             kvo::sortByKey(items, bits);
             EXPECT_TRUE(inOrder(items)) << count << " items of " << bits << " bits";
         }
@@ -136,14 +143,15 @@ TEST(RadixSort, sortsAnyKeysAndKeepsEqualOnesInPlace)
     EXPECT_EQ(kvo::bitsOf(0xFFFFFFFF), 32u);
 }
 
-TEST(BlockIndex, findsEverythingThatABoxMayHold)
+TEST(BlockIndex, FindsEverythingThatABoxMayHold)
 {
     Dice dice(7);
     const unsigned int count = 20000;
     Floats nodes;
-    for (unsigned int k = 0; k < count; ++k)
+    for (unsigned int k = 0; k < count; ++k) {
         nodes.insert(nodes.end(), {static_cast<float>(dice.between(0, 400)), static_cast<float>(dice.between(0, 300)),
                                    static_cast<float>(dice.between(0, 2))});
+    }
     PartInfoStr part = makePart(SHELL, 4, nodes, {});
     const kvo::BlockIndex index(part, PickType::Node, kvo::boxOfNodes(part));
     for (int k = 0; k < 50; ++k) {
@@ -166,7 +174,7 @@ TEST(BlockIndex, findsEverythingThatABoxMayHold)
     releasePart(part);
 }
 
-TEST(BlockIndex, standsAnyCoordinates)
+TEST(BlockIndex, StandsAnyCoordinates)
 {
     const float none = std::nanf(""), endless = HUGE_VALF;
     PartInfoStr parts[] = {
@@ -185,7 +193,7 @@ TEST(BlockIndex, standsAnyCoordinates)
     }
 }
 
-TEST(ElementIds, countedUpOrNot)
+TEST(ElementIds, CountedUpOrNot)
 {
     std::vector<std::uint32_t> few = {0, 2}, many(5000);
     std::iota(many.begin(), many.end(), 0);

@@ -29,8 +29,9 @@ bool insideOf(const Outline& outline, double x, double y)
     bool inside = false;
     for (std::size_t k = 0; k < outline.size(); ++k) {
         const WindowPosition &a = outline[k], &b = outline[(k + 1) % outline.size()];
-        if ((a.x > x) != (b.x > x) && a.y + (x - a.x) / (b.x - a.x) * (b.y - a.y) < y)
+        if ((a.x > x) != (b.x > x) && a.y + (x - a.x) / (b.x - a.x) * (b.y - a.y) < y) {
             inside = !inside;
+        }
     }
     return inside;
 }
@@ -50,8 +51,9 @@ double distanceTo(const Outline& outline, double x, double y)
 Outline randomOutline(Dice& dice)
 {
     Outline outline;
-    for (unsigned int k = 3 + dice.below(8); k > 0; --k)
+    for (unsigned int k = 3 + dice.below(8); k > 0; --k) {
         outline.push_back({dice.between(-50, 450), dice.between(-50, 350)});
+    }
     return outline;
 }
 
@@ -62,8 +64,9 @@ protected:
     {
         const OutputCapture quiet(1);
         model.reset(new TestModel(GL_FLAT));
-        for (const PartInfoStr& part : parts)
+        for (const PartInfoStr& part : parts) {
             model->add(part);
+        }
         model->install();
         picker.reset(new kvo::ThroughPicker(**model));
     }
@@ -71,8 +74,9 @@ protected:
     std::map<Name, SceneHit> pick(PickType type, const PickRegion& region)
     {
         std::map<Name, SceneHit> all;
-        for (const SceneHit& hit : picker->pick(type, region, view))
+        for (const SceneHit& hit : picker->pick(type, region, view)) {
             all[{hit.part, hit.entity}] = hit;
+        }
         return all;
     }
 
@@ -81,8 +85,9 @@ protected:
     {
         Floats nodes;
         for (int y = 0; y < 300; y += 2) {
-            for (int x = 0; x < 400; x += 2)
+            for (int x = 0; x < 400; x += 2) {
                 nodes.insert(nodes.end(), {static_cast<float>(x), static_cast<float>(y), 0});
+            }
         }
         load({makePart(SHELL, 4, nodes, {})});
     }
@@ -93,9 +98,10 @@ protected:
         const std::map<Name, SceneHit> hits = pick(PickType::Node, PickRegion::polygon(outline));
         std::size_t wrong = 0;
         const PartNodesStr& nodes = model->part(0).partNodes;
-        for (unsigned int k = 0; k < nodes.numNodes; ++k)
+        for (unsigned int k = 0; k < nodes.numNodes; ++k) {
             wrong += insideOf(outline, nodes.nodeValues[3 * k] + 1e-9, nodes.nodeValues[3 * k + 1] + 1e-9) !=
                      (hits.count({1, k + 1}) == 1);
+        }
         EXPECT_LE(wrong, nodes.numNodes / 2000) << "but for nodes on the outline";
     }
 
@@ -106,9 +112,9 @@ protected:
 
 } // namespace
 
-// --- Regions --------------------------------------------------------------------------------------------------------
+// --- Regions ---
 
-TEST(PickRegions, rectanglesTakeCornersInAnyOrder)
+TEST(PickRegions, RectanglesTakeCornersInAnyOrder)
 {
     const PickRegion region = PickRegion::rectangle(30, 5, 10, 25);
     EXPECT_EQ(region.x, 20);
@@ -118,15 +124,16 @@ TEST(PickRegions, rectanglesTakeCornersInAnyOrder)
     EXPECT_FALSE(region.isPolygon());
 }
 
-TEST_F(PolygonPick, regionsOfNoSizeAreOnePixel)
+TEST_F(PolygonPick, RegionsOfNoSizeAreOnePixel)
 {
     load({makePart(SHELL, 4, {100, 100, 0, 100.4f, 100, 0, 200, 200, 0}, {})});
     for (const PickRegion& region : {PickRegion::click(100, 100, 0), PickRegion::click(100, 100, -7),
-                                     PickRegion::rectangle(100, 100, 100, 100), PickRegion::click(100, 100, NAN)})
+                                     PickRegion::rectangle(100, 100, 100, 100), PickRegion::click(100, 100, NAN)}) {
         EXPECT_EQ(pick(PickType::Node, region).size(), 2u);
+    }
 }
 
-TEST_F(PolygonPick, outlinesThatEncloseNothing)
+TEST_F(PolygonPick, OutlinesThatEncloseNothing)
 {
     loadGrid();
     const double none = std::numeric_limits<double>::quiet_NaN(), endless = std::numeric_limits<double>::infinity();
@@ -138,11 +145,12 @@ TEST_F(PolygonPick, outlinesThatEncloseNothing)
                                 {{10, 10}, {10, 100}, {10, 50}},
                                 {{-10, -10}, {-100, -10}, {-50, -100}},
                                 {{500, 10}, {600, 10}, {550, 200}}};
-    for (const Outline& outline : outlines)
+    for (const Outline& outline : outlines) {
         EXPECT_TRUE(pick(PickType::Node, PickRegion::polygon(outline)).empty());
+    }
 }
 
-TEST_F(PolygonPick, outlinesOfAnyShape)
+TEST_F(PolygonPick, OutlinesOfAnyShape)
 {
     loadGrid();
     expectNodesInside({{50.3, 40.2}, {350.1, 60.4}, {200.7, 280.9}});
@@ -157,19 +165,20 @@ TEST_F(PolygonPick, outlinesOfAnyShape)
     }
 }
 
-TEST_F(PolygonPick, whatIsInsideTwiceIsOutside)
+TEST_F(PolygonPick, WhatIsInsideTwiceIsOutside)
 {
     loadGrid();
     Outline star;
-    for (int k = 0; k < 5; ++k)
+    for (int k = 0; k < 5; ++k) {
         star.push_back({200 + 120 * std::sin(k * 0.8 * M_PI), 150 + 120 * std::cos(k * 0.8 * M_PI)});
+    }
     expectNodesInside(star);
     const std::map<Name, SceneHit> hits = pick(PickType::Node, PickRegion::polygon(star));
     EXPECT_EQ(hits.count({1, 75 * 200 + 100 + 1}), 0u) << "the middle";
     EXPECT_EQ(hits.count({1, 125 * 200 + 100 + 1}), 1u) << "a point of the star";
 }
 
-TEST(PolygonAreas, overlapOfRectanglesIsNeverWrong)
+TEST(PolygonAreas, OverlapOfRectanglesIsNeverWrong)
 {
     std::size_t inside = 0, outside = 0;
     for (unsigned int seed = 1; seed <= 60; ++seed) {
@@ -188,8 +197,9 @@ TEST(PolygonAreas, overlapOfRectanglesIsNeverWrong)
             for (int sample = 0; sample < 10 && overlap != Overlap::Partly; ++sample) {
                 const double x = dice.between(std::max(low.x, -1.0), std::min(high.x, 1.0));
                 const double y = dice.between(std::max(low.y, -1.0), std::min(high.y, 1.0));
-                if (x < -1 || x > 1 || y < -1 || y > 1)
+                if (x < -1 || x > 1 || y < -1 || y > 1) {
                     continue;
+                }
                 const bool isIn = insideOf(outline, region.x + x * region.width / 2, region.y + y * region.height / 2);
                 EXPECT_EQ(isIn, overlap == Overlap::Inside);
                 EXPECT_EQ(area.contains({x, y}), isIn);
@@ -200,9 +210,9 @@ TEST(PolygonAreas, overlapOfRectanglesIsNeverWrong)
     EXPECT_GT(outside, 300u);
 }
 
-// --- Elements -------------------------------------------------------------------------------------------------------
+// --- Elements ---
 
-TEST_F(PolygonPick, anOutlineOfFourCornersIsTheRectangle)
+TEST_F(PolygonPick, AnOutlineOfFourCornersIsTheRectangle)
 {
     std::size_t hitCount = 0;
     for (unsigned int seed = 1; seed <= 300; ++seed) {
@@ -229,7 +239,7 @@ TEST_F(PolygonPick, anOutlineOfFourCornersIsTheRectangle)
     EXPECT_GT(hitCount, 1500u);
 }
 
-TEST_F(PolygonPick, shellsAgainstSamplesOfTheWindow)
+TEST_F(PolygonPick, ShellsAgainstSamplesOfTheWindow)
 {
     // What a sample sees is hit and no farther; what is hit lies where it says, inside the outline.
     std::size_t hitCount = 0, sampleCount = 0;
@@ -240,10 +250,11 @@ TEST_F(PolygonPick, shellsAgainstSamplesOfTheWindow)
         Indices indices;
         for (unsigned int k = 0; k < 12; ++k) {
             const double x = dice.between(0, 400), y = dice.between(0, 300), size = dice.between(2, 150);
-            for (unsigned int corner = 0; corner < 3; ++corner)
+            for (unsigned int corner = 0; corner < 3; ++corner) {
                 nodes.insert(nodes.end(), {static_cast<float>(x + size * dice.between(-1, 1)),
                                            static_cast<float>(y + size * dice.between(-1, 1)),
                                            static_cast<float>(dice.between(-500, 500))});
+            }
             indices.insert(indices.end(), {3 * k, 3 * k + 1, 3 * k + 2, 3 * k + 2});
         }
         load({makePart(SHELL, 4, nodes, indices)});
@@ -261,14 +272,16 @@ TEST_F(PolygonPick, shellsAgainstSamplesOfTheWindow)
                 const double x = a[0] + u * (b[0] - a[0]) + v * (c[0] - a[0]);
                 const double y = a[1] + u * (b[1] - a[1]) + v * (c[1] - a[1]);
                 const double z = a[2] + u * (b[2] - a[2]) + v * (c[2] - a[2]);
-                if (x < 0 || x > 400 || y < 0 || y > 300 || !insideOf(outline, x, y))
+                if (x < 0 || x > 400 || y < 0 || y > 300 || !insideOf(outline, x, y)) {
                     continue;
+                }
                 ++sampleCount;
                 ASSERT_NE(hit, hits.end()) << "element " << e + 1;
                 EXPECT_LE(hit->second.depth, z / 19998 + 0.5 + 1e-6);
             }
-            if (hit == hits.end())
+            if (hit == hits.end()) {
                 continue;
+            }
             ++hitCount;
             const double *w = hit->second.window, *p = hit->second.position;
             EXPECT_NEAR(w[0], p[0], 1e-3);
@@ -291,7 +304,7 @@ TEST_F(PolygonPick, shellsAgainstSamplesOfTheWindow)
     EXPECT_GT(sampleCount, 20000u);
 }
 
-TEST_F(PolygonPick, anElementThatSurroundsTheOutline)
+TEST_F(PolygonPick, AnElementThatSurroundsTheOutline)
 {
     load({makePart(SHELL, 4, {-1000, -1000, 0, 1400, -1000, 240, 1400, 1300, 240, -1000, 1300, 0}, {0, 1, 2, 3})});
     const std::map<Name, SceneHit> hits =
@@ -301,7 +314,7 @@ TEST_F(PolygonPick, anElementThatSurroundsTheOutline)
     EXPECT_NEAR(hits.begin()->second.position[2], 110, 1e-2);
 }
 
-TEST_F(PolygonPick, linesThroughAndBesideTheOutline)
+TEST_F(PolygonPick, LinesThroughAndBesideTheOutline)
 {
     load({makePart(DISCRETE, 3, {0, 120, 0, 400, 120, 40, 0, 160, 0, 400, 160, 40}, {0, 1, 0, 2, 3, 0})});
     const std::map<Name, SceneHit> hits =
@@ -312,7 +325,7 @@ TEST_F(PolygonPick, linesThroughAndBesideTheOutline)
     EXPECT_NEAR(hits.begin()->second.position[2], 10, 1e-2);
 }
 
-TEST_F(PolygonPick, elementsSeenEdgeOn)
+TEST_F(PolygonPick, ElementsSeenEdgeOn)
 {
     load({makePart(SHELL, 4, {100, 100, 0, 200, 100, 0, 200, 100, 50, 100, 100, 50}, {0, 1, 2, 3})});
     EXPECT_EQ(pick(PickType::Element, PickRegion::polygon({{140, 50}, {160, 50}, {150, 150}})).size(), 1u);

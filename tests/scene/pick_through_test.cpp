@@ -24,8 +24,9 @@ protected:
     {
         const OutputCapture quiet(1);
         model.reset(new TestModel(GL_FLAT));
-        for (const PartInfoStr& part : parts)
+        for (const PartInfoStr& part : parts) {
             model->add(part);
+        }
         model->install();
         picker.reset(new kvo::ThroughPicker(**model));
     }
@@ -34,8 +35,9 @@ protected:
     Names names(PickType type, const PickRegion& region)
     {
         Names all;
-        for (const SceneHit& hit : pick(type, region))
+        for (const SceneHit& hit : pick(type, region)) {
             all.emplace_back(hit.part, hit.entity);
+        }
         return all;
     }
     Names elementsAt(double x, double y) { return names(PickType::Element, PickRegion::click(x, y, 3)); }
@@ -54,23 +56,23 @@ const PickRegion wholeWindow = PickRegion::rectangle(0, 0, 400, 300);
 
 } // namespace
 
-// --- What is hit ----------------------------------------------------------------------------------------------------
+// --- What is hit ---
 
-TEST_F(ThroughPick, everythingUnderTheClickNearestFirst)
+TEST_F(ThroughPick, EverythingUnderTheClickNearestFirst)
 {
     load({square(100, 100, 5), square(100, 100, -3), square(100, 100, 1), square(200, 100, -9)});
     EXPECT_EQ(elementsAt(110, 110), (Names{{2, 1}, {3, 1}, {1, 1}}));
     EXPECT_EQ(names(PickType::Part, PickRegion::click(110, 110)), (Names{{2, 0}, {3, 0}, {1, 0}}));
 }
 
-TEST_F(ThroughPick, equalDepthsStayInTheOrderOfPartsAndNumbers)
+TEST_F(ThroughPick, EqualDepthsStayInTheOrderOfPartsAndNumbers)
 {
     load({square(100, 100, 1), quadStripPart(3), square(100, 100, 1)});
     EXPECT_EQ(elementsAt(110, 110), (Names{{1, 1}, {3, 1}}));
     EXPECT_EQ(elementsAt(1, 0.5), (Names{{2, 1}, {2, 2}, {2, 3}}));
 }
 
-TEST_F(ThroughPick, nothingUnderTheClick)
+TEST_F(ThroughPick, NothingUnderTheClick)
 {
     load({square(100, 100, 1)});
     EXPECT_TRUE(elementsAt(50, 50).empty());
@@ -79,7 +81,7 @@ TEST_F(ThroughPick, nothingUnderTheClick)
     EXPECT_TRUE(elementsAt(50, 50).empty());
 }
 
-TEST_F(ThroughPick, nearestIsTheFirstOfAll)
+TEST_F(ThroughPick, NearestIsTheFirstOfAll)
 {
     load({square(100, 100, 5), square(100, 100, -3)});
     const std::optional<SceneHit> nearest = picker->nearest(PickType::Element, PickRegion::click(110, 110), view);
@@ -91,7 +93,7 @@ TEST_F(ThroughPick, nearestIsTheFirstOfAll)
     EXPECT_EQ(nearest->position[2], first.position[2]);
 }
 
-TEST_F(ThroughPick, hiddenPartsAreReadAnewByEveryPick)
+TEST_F(ThroughPick, HiddenPartsAreReadAnewByEveryPick)
 {
     load({square(100, 100, 0), square(100, 100, 1)});
     model->part(0).partFlag = PART_HIDDEN;
@@ -100,7 +102,7 @@ TEST_F(ThroughPick, hiddenPartsAreReadAnewByEveryPick)
     EXPECT_EQ(elementsAt(110, 110), (Names{{1, 1}, {2, 1}}));
 }
 
-TEST_F(ThroughPick, beamsAreHitAtTheirLineAndThirdNodeButNotAsParts)
+TEST_F(ThroughPick, BeamsAreHitAtTheirLineAndThirdNodeButNotAsParts)
 {
     load({makePart(BEAM, 3, {50, 50, 0, 90, 50, 0, 70, 80, 0}, {0, 1, 2}),
           makePart(DISCRETE, 3, {50, 150, 0, 90, 150, 0, 70, 180, 0}, {0, 1, 2})});
@@ -112,17 +114,18 @@ TEST_F(ThroughPick, beamsAreHitAtTheirLineAndThirdNodeButNotAsParts)
     EXPECT_EQ(names(PickType::Node, PickRegion::click(70, 80)), (Names{{1, 3}}));
 }
 
-TEST_F(ThroughPick, tenSlotTetrahedraAreWhereTheyAre)
+TEST_F(ThroughPick, TenSlotTetrahedraAreWhereTheyAre)
 {
     Floats nodes;
-    for (float x : {100.0f, 200.0f})
+    for (float x : {100.0f, 200.0f}) {
         nodes.insert(nodes.end(), {x, 100, 0, x + 20, 100, 0, x, 120, 0, x, 100, 20});
+    }
     load({makePart(SOLID, 10, nodes, {0, 1, 2, 3, 0, 0, 0, 0, 0, 0, 4, 5, 6, 7, 0, 0, 0, 0, 0, 0})});
     EXPECT_EQ(elementsAt(105, 105), (Names{{1, 1}}));
     EXPECT_EQ(elementsAt(205, 105), (Names{{1, 2}}));
 }
 
-TEST_F(ThroughPick, whatCannotBeDrawnIsLeftOut)
+TEST_F(ThroughPick, WhatCannotBeDrawnIsLeftOut)
 {
     PartInfoStr none = square(100, 100, 0);
     none.partDrawType = 99;
@@ -142,13 +145,14 @@ TEST_F(ThroughPick, whatCannotBeDrawnIsLeftOut)
     EXPECT_EQ(names(PickType::Node, PickRegion::click(120, 100)), (Names{{1, 2}, {2, 2}, {4, 2}, {5, 2}}));
 }
 
-TEST_F(ThroughPick, thereIsNoLimitToTheHits)
+TEST_F(ThroughPick, ThereIsNoLimitToTheHits)
 {
     const unsigned int n = 340;
     Floats nodes;
     Indices indices;
-    for (unsigned int k = 0; k < (n + 1) * (n + 1); ++k)
+    for (unsigned int k = 0; k < (n + 1) * (n + 1); ++k) {
         nodes.insert(nodes.end(), {static_cast<float>(k % (n + 1)), static_cast<float>(k / (n + 1)) / 2, 0});
+    }
     for (unsigned int k = 0; k < n * n; ++k) {
         const unsigned int first = k / n * (n + 1) + k % n;
         indices.insert(indices.end(), {first, first + 1, first + n + 2, first + n + 1});
@@ -159,19 +163,20 @@ TEST_F(ThroughPick, thereIsNoLimitToTheHits)
     EXPECT_EQ(elementsAt(10.5, 20.25), names(PickType::Element, PickRegion::rectangle(9, 18.75, 12, 21.75)));
 }
 
-TEST_F(ThroughPick, manyParts)
+TEST_F(ThroughPick, ManyParts)
 {
     std::vector<PartInfoStr> parts;
-    for (unsigned int k = 0; k < 3000; ++k)
+    for (unsigned int k = 0; k < 3000; ++k) {
         parts.push_back(square(static_cast<float>(k % 60) * 6, static_cast<float>(k / 60) * 6, 0, 5));
+    }
     load(parts);
     EXPECT_EQ(pick(PickType::Element, wholeWindow).size(), 3000u);
     EXPECT_EQ(elementsAt(62.5, 122.5), (Names{{60 * 20 + 11, 1}}));
 }
 
-// --- What is told about it ------------------------------------------------------------------------------------------
+// --- What is told about it ---
 
-TEST_F(ThroughPick, answersCarryTheDecksIds)
+TEST_F(ThroughPick, AnswersCarryTheDecksIds)
 {
     PartInfoStr strip = quadStripPart(3);
     *strip.partElements.eidMap = {{7, 2}, {70, 0}, {71, 1}}; // in no order
@@ -190,7 +195,7 @@ TEST_F(ThroughPick, answersCarryTheDecksIds)
     EXPECT_EQ(part.entityId, 0u);
 }
 
-TEST_F(ThroughPick, idsThatAreMissingReadZero)
+TEST_F(ThroughPick, IdsThatAreMissingReadZero)
 {
     PartInfoStr strip = quadStripPart(2);
     *strip.partElements.eidMap = {{7, 1}};
@@ -208,7 +213,7 @@ TEST_F(ThroughPick, idsThatAreMissingReadZero)
     EXPECT_EQ(pick(PickType::Node, PickRegion::click(120, 120))[0].entityId, 0u);
 }
 
-TEST_F(ThroughPick, theNearestPointOfATiltedElementInsideTheRegion)
+TEST_F(ThroughPick, TheNearestPointOfATiltedElementInsideTheRegion)
 {
     // z falls from 0 at x = 100 to -100 at x = 200.
     load({makePart(SHELL, 4, {100, 100, 0, 200, 100, -100, 200, 200, -100, 100, 200, 0}, {0, 1, 2, 3})});
@@ -223,7 +228,7 @@ TEST_F(ThroughPick, theNearestPointOfATiltedElementInsideTheRegion)
     EXPECT_NEAR(hit.window[2], hit.depth, 1e-7);
 }
 
-TEST_F(ThroughPick, placesOfAnythingLieOnItAndInsideTheRegion)
+TEST_F(ThroughPick, PlacesOfAnythingLieOnItAndInsideTheRegion)
 {
     std::size_t hitCount = 0;
     for (unsigned int seed = 1; seed <= 200; ++seed) {
@@ -244,31 +249,33 @@ TEST_F(ThroughPick, placesOfAnythingLieOnItAndInsideTheRegion)
             // A region about the place hits the same entity, as near.
             const PickRegion about = PickRegion::click(hit.window[0], hit.window[1], 0.2);
             bool again = false;
-            for (const SceneHit& other : pick(type, about))
+            for (const SceneHit& other : pick(type, about)) {
                 again =
                     again || (other.part == hit.part && other.entity == hit.entity && other.depth <= hit.depth + 1e-6);
+            }
             EXPECT_TRUE(again);
         }
     }
     EXPECT_GT(hitCount, 100u);
 }
 
-// --- What is noticed ------------------------------------------------------------------------------------------------
+// --- What is noticed ---
 
-TEST_F(ThroughPick, movedNodesAreFoundAfterGeometryChanged)
+TEST_F(ThroughPick, MovedNodesAreFoundAfterGeometryChanged)
 {
     load({quadStripPart(3000)});
     view = topView(4000, 30);
     EXPECT_EQ(elementsAt(2000.5, 0.5).size(), 4u);
     PartNodesStr& nodes = model->part(0).partNodes;
-    for (unsigned int k = 0; k < nodes.numNodes; ++k)
+    for (unsigned int k = 0; k < nodes.numNodes; ++k) {
         nodes.nodeValues[3 * k + 1] += 20;
+    }
     picker->geometryChanged();
     EXPECT_TRUE(elementsAt(2000.5, 0.5).empty());
     EXPECT_EQ(elementsAt(2000.5, 20.5).size(), 4u);
 }
 
-TEST_F(ThroughPick, otherArraysAreNoticed)
+TEST_F(ThroughPick, OtherArraysAreNoticed)
 {
     load({quadStripPart(3000)});
     view = topView(4000, 30);
@@ -279,7 +286,7 @@ TEST_F(ThroughPick, otherArraysAreNoticed)
     releasePart(other);
 }
 
-TEST_F(ThroughPick, indexCostsAFewBytesAnElementAndNothingForHiddenParts)
+TEST_F(ThroughPick, IndexCostsAFewBytesAnElementAndNothingForHiddenParts)
 {
     load({quadStripPart(50000), quadStripPart(50000)});
     model->part(1).partFlag = PART_HIDDEN;

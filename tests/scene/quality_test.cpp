@@ -15,15 +15,17 @@ const float root2 = std::sqrt(2.0f), root3 = std::sqrt(3.0f);
 void expectAll(const PartInfoStr& part, const Floats& expected, const char* what)
 {
     ASSERT_EQ(expected.size(), qualityCount);
-    for (unsigned int k = 0; k < qualityCount; ++k)
+    for (unsigned int k = 0; k < qualityCount; ++k) {
         EXPECT_NEAR(elementQuality(part, all[k], 0u), expected[k], 2e-4f) << what << " " << qualityInfo(all[k]).name;
+    }
 }
 
 Floats allOf(const PartInfoStr& part, unsigned int element = 0)
 {
     Floats values;
-    for (Quality quality : all)
+    for (Quality quality : all) {
         values.push_back(elementQuality(part, quality, element));
+    }
     return values;
 }
 
@@ -104,8 +106,9 @@ TEST(Quality, ReentrantQuadrilateralIsNegative)
 TEST(Quality, BrickHasItsEdgeRatio)
 {
     TestPart part(hexaPart());
-    for (unsigned int k = 0; k < 8; ++k)
+    for (unsigned int k = 0; k < 8; ++k) {
         part.part.partNodes.nodeValues[3 * k + 1] *= 4;
+    }
     expectAll(part, {4, 4, 0, 0, 90, 90, 1}, "1 x 4 x 1");
 }
 
@@ -120,8 +123,9 @@ TEST(Quality, CornerTetrahedron)
 TEST(Quality, ShearedCube)
 {
     TestPart part(hexaPart());
-    for (unsigned int k = 4; k < 8; ++k)
+    for (unsigned int k = 4; k < 8; ++k) {
         part.part.partNodes.nodeValues[3 * k] += 1; // 45 degrees
+    }
     expectAll(part, {root2, root2, 0.5f, 0, 45, 135, 1 / root2}, "sheared cube");
 }
 
@@ -131,8 +135,9 @@ TEST(Quality, InsideOutSolidsAreNegative)
     for (PartInfoStr& part : parts) {
         const float before = elementQuality(part, Quality::ScaledJacobian, 0u);
         EXPECT_GT(before, 0);
-        for (unsigned int k = 0; k < part.partNodes.numNodes; ++k)
+        for (unsigned int k = 0; k < part.partNodes.numNodes; ++k) {
             part.partNodes.nodeValues[3 * k] *= -1; // mirrored
+        }
         EXPECT_LE(elementQuality(part, Quality::ScaledJacobian, 0u), -before);
         releasePart(part);
     }
@@ -141,8 +146,9 @@ TEST(Quality, InsideOutSolidsAreNegative)
 TEST(Quality, TwistedHexahedronSeenAtOneCorner)
 {
     TestPart part(hexaPart());
-    for (int axis = 0; axis < 3; ++axis)
+    for (int axis = 0; axis < 3; ++axis) {
         part.part.partNodes.nodeValues[3 * 6 + axis] = -0.25f; // the far corner pushed through the near one
+    }
     EXPECT_LT(elementQuality(part, Quality::ScaledJacobian, 0u), 0);
 }
 
@@ -195,8 +201,9 @@ TEST(Quality, NoNumberIsNaNOrInfinite)
                            quadPart(), trianglePart(), collapsedPart()};
     for (PartInfoStr& part : parts) {
         for (int round = 0; round < 2000; ++round) {
-            for (unsigned int k = 0; k < 3 * part.partNodes.numNodes; ++k)
+            for (unsigned int k = 0; k < 3 * part.partNodes.numNodes; ++k) {
                 part.partNodes.nodeValues[k] = strange[random() % (round % 2 ? 8 : 4)];
+            }
             for (Quality quality : all) {
                 const QualityInfo& info = qualityInfo(quality);
                 const float value = elementQuality(part, quality, 0u);
@@ -212,8 +219,9 @@ TEST(Quality, CoordinatesThatAreNoNumbersGiveTheWorstOfTheMeasure)
 {
     TestPart part(hexaPart());
     part.part.partNodes.nodeValues[7] = std::numeric_limits<float>::quiet_NaN();
-    for (Quality quality : all)
+    for (Quality quality : all) {
         EXPECT_EQ(elementQuality(part, quality, 0u), qualityInfo(quality).worst);
+    }
 }
 
 TEST(Quality, PlaceOrientationAndSizeDoNotMatter)
@@ -223,14 +231,16 @@ TEST(Quality, PlaceOrientationAndSizeDoNotMatter)
     PartInfoStr parts[] = {hexaPart(), pyramidPart(),  pentaPart(),    tetraPart(),
                            quadPart(), trianglePart(), collapsedPart()};
     for (PartInfoStr& part : parts) {
-        for (unsigned int k = 0; k < 3 * part.partNodes.numNodes; ++k)
+        for (unsigned int k = 0; k < 3 * part.partNodes.numNodes; ++k) {
             part.partNodes.nodeValues[k] += offset(random);
+        }
         const Floats before = allOf(part);
         for (double scale : {0.001, 1.0, 5000.0}) {
             transform(part, 0.3 + scale, scale, scale);
             const Floats after = allOf(part);
-            for (unsigned int k = 0; k < qualityCount; ++k)
+            for (unsigned int k = 0; k < qualityCount; ++k) {
                 EXPECT_NEAR(after[k], before[k], 1e-3 + 1e-4 * before[k]) << qualityInfo(all[k]).name;
+            }
             transform(part, 0, 1 / scale, 0);
         }
         releasePart(part);
@@ -251,13 +261,15 @@ TEST(Quality, StartingCornerOfAShellDoesNotMatter)
 TEST(Quality, WholePartGivesTheNumbersOfItsElements)
 {
     TestPart part(gridPart(150, 100));
-    for (unsigned int k = 0; k < 3 * part.part.partNodes.numNodes; ++k)
+    for (unsigned int k = 0; k < 3 * part.part.partNodes.numNodes; ++k) {
         part.part.partNodes.nodeValues[k] += static_cast<float>(k * 7919 % 101) * 0.004f;
+    }
     for (Quality quality : all) {
         Floats values(15001, -77);
         elementQuality(part, quality, values.data());
-        for (unsigned int e = 0; e < 15000; ++e)
+        for (unsigned int e = 0; e < 15000; ++e) {
             ASSERT_EQ(values[e], elementQuality(part, quality, e));
+        }
         EXPECT_EQ(values[15000], -77) << "nothing past the elements";
     }
 }

@@ -81,13 +81,15 @@ inline Pixel pixelOf(CAEEnv& env, double x, double y, double z)
     double eye[4], clip[4];
     for (int r = 0; r < 4; ++r) {
         eye[r] = 0;
-        for (int k = 0; k < 4; ++k)
+        for (int k = 0; k < 4; ++k) {
             eye[r] += t.mvMatrix[4 * k + r] * point[k];
+        }
     }
     for (int r = 0; r < 4; ++r) {
         clip[r] = 0;
-        for (int k = 0; k < 4; ++k)
+        for (int k = 0; k < 4; ++k) {
             clip[r] += t.projMatrix[4 * k + r] * eye[k];
+        }
     }
     const double wx = (clip[0] / clip[3] + 1) / 2 * env.viewPort[2], wy = (clip[1] / clip[3] + 1) / 2 * env.viewPort[3];
     return {static_cast<int>(wx), env.viewPort[3] - 1 - static_cast<int>(wy)};

@@ -69,8 +69,9 @@ const Shot shots[] = {
      [](CAEEnv& env, SceneView& view, const ModelInfo& info) {
          for (unsigned int k = 0; k < env.numParts && k < info.parts.size(); ++k) {
              const std::string& name = info.parts[k].part.name;
-             if (name.find("BEAM") == 0 || name.find("CRUSH") == 0)
+             if (name.find("BEAM") == 0 || name.find("CRUSH") == 0) {
                  env.setDisplay(k + 1, PART_HIDDEN);
+             }
          }
          view.look.ghosts = true;
      }},
@@ -78,8 +79,9 @@ const Shot shots[] = {
      [](CAEEnv& env, SceneView&, const ModelInfo& info) {
          for (unsigned int k = 0; k < env.numParts && k < info.parts.size(); ++k) {
              const std::string& name = info.parts[k].part.name;
-             if (name.find("BEAM") == 0 || name.find("CRUSH") == 0)
+             if (name.find("BEAM") == 0 || name.find("CRUSH") == 0) {
                  env.partsInfoList[k].partColor[3] = 0.35f;
+             }
          }
      }},
     {"quality", "bracket",
@@ -142,8 +144,9 @@ int main(int argc, char** argv)
     try {
         const kvo::HeadlessContext context("software");
         const kvo::BitmapFont font;
-        for (const Shot& shot : shots)
+        for (const Shot& shot : shots) {
             draw(shot, argv[1], argv[2], font.base());
+        }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

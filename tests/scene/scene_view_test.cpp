@@ -19,9 +19,11 @@ using kvo::SceneView;
 std::size_t covered(const Picture& picture)
 {
     std::size_t out = 0;
-    for (int y = 0; y < picture.height; ++y)
-        for (int x = 0; x < picture.width; ++x)
+    for (int y = 0; y < picture.height; ++y) {
+        for (int x = 0; x < picture.width; ++x) {
             out += picture.at(x, y) != Color{0, 0, 0, 255};
+        }
+    }
     return out;
 }
 
@@ -29,9 +31,11 @@ std::size_t covered(const Picture& picture)
 std::size_t countOf(const Picture& picture, Color color, Pixel a, Pixel b)
 {
     std::size_t out = 0;
-    for (int y = std::min(a.y, b.y); y <= std::max(a.y, b.y); ++y)
-        for (int x = std::min(a.x, b.x); x <= std::max(a.x, b.x); ++x)
+    for (int y = std::min(a.y, b.y); y <= std::max(a.y, b.y); ++y) {
+        for (int x = std::min(a.x, b.x); x <= std::max(a.x, b.x); ++x) {
             out += picture.at(x, y) == color;
+        }
+    }
     return out;
 }
 
@@ -39,15 +43,15 @@ double residentMiB()
 {
     long pages = 0, resident = 0;
     if (std::FILE* file = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2)
+        if (std::fscanf(file, "%ld %ld", &pages, &resident) != 2) {
             resident = 0;
+        }
         std::fclose(file);
     }
     return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024 * 1024);
 }
 
-// --- The same picture as the drawing library's
-// -----------------------------------------------------------------------------
+// --- The same picture as the drawing library's ---
 
 class SceneEqualsContract : public SceneTest
 {
@@ -124,8 +128,7 @@ TEST_F(SceneEqualsContract, TrianglesMuchSmallerThanPixels)
     expectEqual(0, 1);
 }
 
-// --- What is shown
-// ---------------------------------------------------------------------------------------------------------
+// --- What is shown ---
 
 class SceneDraws : public SceneTest
 {
@@ -155,20 +158,22 @@ TEST_F(SceneDraws, EverySolidShapeIsLitOnAllSides)
         model.add(parts[k]);
     }
     for (int shade : {GL_FLAT, GL_SMOOTH}) {
-        if (shade == GL_FLAT)
+        if (shade == GL_FLAT) {
             load(shade);
-        else
+        } else {
             model->setShadeModel(GL_SMOOTH);
+        }
         SceneView view(*model);
         for (int viewType = ISO_VIEW; viewType <= BACK_VIEW; ++viewType) {
             model->getMViewPtr()->mViewType = viewType;
             const Picture p = picture(view);
             std::size_t dark = 0;
-            for (int y = 0; y < height; ++y)
+            for (int y = 0; y < height; ++y) {
                 for (int x = 0; x < width; ++x) {
                     const Color c = p.at(x, y);
                     dark += c != Color{0, 0, 0, 255} && std::max({c.r, c.g, c.b}) < 0.25 * 128;
                 }
+            }
             EXPECT_EQ(dark, 0u) << "view " << viewType << " shade " << shade;
         }
     }
@@ -327,10 +332,13 @@ TEST_F(SceneDraws, EdgesOverFaces)
     Picture p = picture(view);
     const auto red = [&](double x, double y) {
         const Pixel pixel = pixelOf(*model, x, y, 0);
-        for (int dx = -1; dx <= 1; ++dx)
-            for (int dy = -1; dy <= 1; ++dy)
-                if (p.at(pixel.x + dx, pixel.y + dy) == Color{255, 0, 0, 255})
+        for (int dx = -1; dx <= 1; ++dx) {
+            for (int dy = -1; dy <= 1; ++dy) {
+                if (p.at(pixel.x + dx, pixel.y + dy) == Color{255, 0, 0, 255}) {
                     return true;
+                }
+            }
+        }
         return false;
     };
     EXPECT_TRUE(red(1, 1.5));
@@ -344,8 +352,7 @@ TEST_F(SceneDraws, EdgesOverFaces)
     }
 }
 
-// --- Cost
-// ------------------------------------------------------------------------------------------------------------------
+// --- Cost ---
 
 TEST_F(SceneDraws, ManyPartsInAsManyCallsAsOne)
 {
@@ -371,8 +378,9 @@ TEST_F(SceneDraws, BlocksOutsideTheViewAreSkipped)
     picture(view);
     EXPECT_EQ(view.lastFrame().culledBlocks, 0u);
     float zoom[4] = {0.2f, 0, 0, 0};
-    for (int k = 0; k < 100; ++k)
+    for (int k = 0; k < 100; ++k) {
         model->getMTransformPtr()->updateValues(GLOBAL_SCALE, zoom);
+    }
     picture(view);
     EXPECT_GT(view.lastFrame().culledBlocks, 20u);
     EXPECT_GT(view.lastFrame().faces, 0u);
@@ -426,8 +434,9 @@ TEST_F(SceneDraws, TenThousandFramesKeepNoMemory)
         for (int k = 0; k < count; ++k) {
             unsigned int part = 1, element = 1 + static_cast<unsigned int>(k) % 36;
             model->selectElement(&part, &element);
-            if (k % 50 == 0)
+            if (k % 50 == 0) {
                 model->clearSelectedElements();
+            }
             model.part(2).partFlag ^= PART_HIDDEN | PART_SHOWN;
             view.draw();
         }

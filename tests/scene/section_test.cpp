@@ -65,18 +65,20 @@ struct Cut
     }
     bool finite() const
     {
-        for (const SurfaceVertex& vertex : mesh.triangles)
-            for (float v : vertex.position)
-                if (!std::isfinite(v))
+        for (const SurfaceVertex& vertex : mesh.triangles) {
+            for (float v : vertex.position) {
+                if (!std::isfinite(v)) {
                     return false;
+                }
+            }
+        }
         return true;
     }
 };
 
 const double tiny = 1e-6;
 
-// --- Areas
-// -----------------------------------------------------------------------------------------------------------------
+// --- Areas ---
 
 TEST(SectionCap, CubeAcrossAnAxis)
 {
@@ -154,12 +156,14 @@ TEST(SectionCap, PlanesBesideTheModelCutNothing)
 TEST(SectionCap, FlatAndBrokenElementsGiveNoNaN)
 {
     PartInfoStr flat = hexaPart();
-    for (int k = 0; k < 8; ++k)
+    for (int k = 0; k < 8; ++k) {
         flat.partNodes.nodeValues[3 * k] = 0.5f;
+    }
     EXPECT_TRUE(Cut(flat, {1, 0, 0, -0.5}).finite());
     PartInfoStr tilted = hexaPart();
-    for (int k = 0; k < 8; ++k)
+    for (int k = 0; k < 8; ++k) {
         tilted.partNodes.nodeValues[3 * k + 2] = 0;
+    }
     const Cut cut(tilted, {1, 1, 0, -1});
     EXPECT_TRUE(cut.finite());
     EXPECT_NEAR(cut.area(), 0, tiny);
@@ -187,8 +191,9 @@ TEST(SectionCap, VerticesKnowTheirElementAndLookToTheRemovedSide)
         EXPECT_EQ(vertex.part, 4u);
         EXPECT_EQ(vertex.normal.x, -32767);
     }
-    for (int element = 0; element < 27; ++element)
+    for (int element = 0; element < 27; ++element) {
         EXPECT_EQ(seen[element] > 0, element % 3 == 1 && element != 13) << element;
+    }
     ASSERT_EQ(mesh.triangleRanges.size(), 1u);
     EXPECT_EQ(mesh.triangleRanges[0].part, 4u);
     EXPECT_EQ(mesh.triangleRanges[0].vertexCount, mesh.triangles.size());
@@ -209,8 +214,9 @@ TEST(SectionElements, OnlyThoseWhollyBeyondAreAway)
     std::vector<char> absent(27, 0);
     absent[0] = 1;
     const kvo::ElementMask mask = kvo::withoutRemoved(block, plane, absent);
-    for (int element = 0; element < 27; ++element)
+    for (int element = 0; element < 27; ++element) {
         EXPECT_EQ(mask[element] != 0, element == 0 || element >= 18) << element;
+    }
     const std::vector<char> nodes = kvo::nodesInUse(block, mask);
     EXPECT_TRUE(nodes[16 * 2 + 5]);
     EXPECT_FALSE(nodes[16 * 3 + 5]);
@@ -230,8 +236,7 @@ TEST(SectionPlane, ThroughAPoint)
     EXPECT_FALSE(kvo::planeCuts(broken));
 }
 
-// --- Pictures
-// --------------------------------------------------------------------------------------------------------------
+// --- Pictures ---
 
 class SectionDraws : public SceneTest
 {
@@ -295,8 +300,9 @@ TEST_F(SectionDraws, CapsHaveTheirElementsColours)
         const Picture capped = picture(view);
         model->clearSelectedElements();
         const Color middle = at(capped, 1.5, 1.5, 1.5), beside = at(capped, 1.5, 1.5, 2.5);
-        if (compare(hollow, capped, 8).differing == 0)
+        if (compare(hollow, capped, 8).differing == 0) {
             continue; // cut away from behind
+        }
         EXPECT_GT(middle.b, 2 * middle.r) << side;
         EXPECT_GT(beside.r, beside.b) << side;
         EXPECT_NE(at(hollow, 1.5, 1.5, 1.5), middle);
@@ -320,10 +326,12 @@ TEST_F(SectionDraws, NoSeamsBetweenTheCapsOfManyElements)
         Picture second = picture(view);
         for (const Picture* p : {&first, &second}) { // isolated dark pixels inside
             int specks = 0;
-            for (int y = 1; y + 1 < height; ++y)
-                for (int x = 1; x + 1 < width; ++x)
+            for (int y = 1; y + 1 < height; ++y) {
+                for (int x = 1; x + 1 < width; ++x) {
                     specks += p->at(x, y) == none && p->at(x - 1, y) != none && p->at(x + 1, y) != none &&
                               p->at(x, y - 1) != none && p->at(x, y + 1) != none;
+                }
+            }
             EXPECT_EQ(specks, 0) << viewType;
         }
     }

@@ -82,7 +82,7 @@ TEST(SelectByBox, BoxInTheCornerOfTheSpanThatTheElementDoesNotFill)
     EXPECT_FALSE(touches(TestPart(tetraPart()), corner));
     EXPECT_FALSE(touches(TestPart(pentaPart()), corner));
     EXPECT_TRUE(touches(TestPart(hexaPart()), corner));
-    const TestPart line(BEAM, 3, {0, 0, 0, 1, 1, 1}, {0, 1, NO_NODE});
+    const TestPart line(BEAM, 3, {0, 0, 0, 1, 1, 1}, {0, 1, noNode});
     EXPECT_FALSE(touches(line, {{0, 0.6, 0}, {0.5, 1, 1}}));
     EXPECT_TRUE(touches(line, {{0.2, 0.6, 0}, {0.7, 1, 1}}));
 }
@@ -100,13 +100,15 @@ bool sampledContact(const ModelBox& box, const Vector3* t, double margin)
     const ModelBox wide = {{box.low[0] - margin, box.low[1] - margin, box.low[2] - margin},
                            {box.high[0] + margin, box.high[1] + margin, box.high[2] + margin}};
     const int steps = 120;
-    for (int i = 0; i <= steps; ++i)
+    for (int i = 0; i <= steps; ++i) {
         for (int j = 0; i + j <= steps; ++j) {
             const double u = static_cast<double>(i) / steps, v = static_cast<double>(j) / steps, w = 1 - u - v;
             if (insideBox(wide, {u * t[0].x + v * t[1].x + w * t[2].x, u * t[0].y + v * t[1].y + w * t[2].y,
-                                 u * t[0].z + v * t[1].z + w * t[2].z}))
+                                 u * t[0].z + v * t[1].z + w * t[2].z})) {
                 return true;
+            }
         }
+    }
     return false;
 }
 
@@ -117,8 +119,9 @@ TEST(SelectByBox, TrianglesAgainstSampling)
     int contacts = 0;
     for (int round = 0; round < 400; ++round) {
         Vector3 t[3];
-        for (Vector3& p : t)
+        for (Vector3& p : t) {
             p = {at(random), at(random), at(random)};
+        }
         ModelBox box;
         for (int axis = 0; axis < 3; ++axis) {
             box.low[axis] = at(random);

@@ -13,11 +13,14 @@ const unsigned int n = 7; // elements along one side of the grid
 Members squareAround(unsigned int distance)
 {
     Members members;
-    for (unsigned int j = 0; j < n; ++j)
-        for (unsigned int i = 0; i < n; ++i)
+    for (unsigned int j = 0; j < n; ++j) {
+        for (unsigned int i = 0; i < n; ++i) {
             if (std::max(std::abs(static_cast<int>(i) - 3), std::abs(static_cast<int>(j) - 3)) <=
-                static_cast<int>(distance))
+                static_cast<int>(distance)) {
                 members.push_back({0, j * n + i});
+            }
+        }
+    }
     return members;
 }
 
@@ -43,8 +46,9 @@ TEST(Layers, ShrinkIsTheReverseAndTheRimIsNoOutside)
     EXPECT_EQ(membersOf(selector.shrinkByLayers(elementSet(*model, squareAround(2)), 3)), Members());
     EXPECT_EQ(selector.shrinkByLayers(selector.allElements(), 3).count(), n * n);
     Members rows; // the two lower rows
-    for (unsigned int k = 0; k < 2 * n; ++k)
+    for (unsigned int k = 0; k < 2 * n; ++k) {
         rows.push_back({0, k});
+    }
     EXPECT_EQ(selector.shrinkByLayers(elementSet(*model, rows)).count(), n) << "only from the side of the others";
 }
 
@@ -82,8 +86,9 @@ struct Row : TestModel
         setNodeIds(parts[0], {1, 2, 3, 4});
         setNodeIds(parts[1], {2, 3, 5, 6});
         setNodeIds(parts[2], {5, 6, 7, 8});
-        for (const PartInfoStr& part : parts)
+        for (const PartInfoStr& part : parts) {
             add(part);
+        }
         installParts();
     }
 };
@@ -106,9 +111,11 @@ TEST(Attached, HiddenPartsAreNeitherReachedNorPassed)
 TEST(Attached, ThinlySpreadIdsJoinAsWell)
 {
     Row model;
-    for (unsigned int part = 0; part < 3; ++part)
-        for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int part = 0; part < 3; ++part) {
+        for (unsigned int k = 0; k < 4; ++k) {
             model.part(part).partNodes.idList[k] = model.part(part).partNodes.idList[k] * 400000000u + 3;
+        }
+    }
     Selector selector(*model);
     EXPECT_EQ(selector.attached(elementSet(*model, {{2, 0}})).count(), 3u);
 }
@@ -172,15 +179,15 @@ TEST(Attached, ManyPartsAreOnePlate)
     EXPECT_EQ(selector.freeEdgePath({0, 0}).nodes.size(), 680u);
     EXPECT_EQ(selector.elementsInBox({{0, 100, 0}, {40, 200, 0}}, InBox::Inside).count(), 4000u);
     EXPECT_EQ(selector.nodesOf(selector.allElements()).count(), 24600u);
-    for (unsigned int k = 0; k < 300; k += 2)
+    for (unsigned int k = 0; k < 300; k += 2) {
         hide(model.part(k));
+    }
     EXPECT_EQ(membersOf(selector.attached(middle)), membersOf(middle)) << "starts in a hidden part";
     EXPECT_EQ(selector.attached(elementSet(*model, {{151, 0}})).count(), 40u);
     EXPECT_EQ(selector.allElements().count(), 6000u);
 }
 
-// --- Against a plain search
-// --------------------------------------------------------------------------------------------
+// --- Against a plain search ---
 
 struct RandomModel : TestModel
 {
@@ -196,10 +203,12 @@ struct RandomModel : TestModel
             ids.resize(count);
             std::sort(ids.begin(), ids.end());
             const unsigned int types[] = {SHELL, SOLID, BEAM, SHELL}, strides[] = {4, 8, 3, 4};
-            for (unsigned int s = 0; s < strides[k] * (2 + random() % 4); ++s)
+            for (unsigned int s = 0; s < strides[k] * (2 + random() % 4); ++s) {
                 slots.push_back(random() % count);
-            for (unsigned int s = 4; strides[k] == 8 && s < slots.size(); s += 8)
+            }
+            for (unsigned int s = 4; strides[k] == 8 && s < slots.size(); s += 8) {
                 slots[s] += slots[s] == slots[s - 1] ? (slots[s] == 0 ? 1 : -1) : 0; // no tetrahedra: all slots count
+            }
             PartInfoStr part = makePart(types[k], strides[k], nodes, slots);
             setNodeIds(part, ids);
             add(part);
@@ -213,13 +222,15 @@ bool share(const PartInfoStr& a, unsigned int ea, const PartInfoStr& b, unsigned
     const auto corners = [](const PartInfoStr& part) {
         return part.partDrawType == BEAM ? 2u : part.partElements.nodesPerElement;
     };
-    for (unsigned int x = 0; x < corners(a); ++x)
+    for (unsigned int x = 0; x < corners(a); ++x) {
         for (unsigned int y = 0; y < corners(b); ++y) {
             const unsigned int na = a.partElements.elmIndices[ea * a.partElements.nodesPerElement + x];
             const unsigned int nb = b.partElements.elmIndices[eb * b.partElements.nodesPerElement + y];
-            if (byId ? a.partNodes.idList[na] == b.partNodes.idList[nb] : &a == &b && na == nb)
+            if (byId ? a.partNodes.idList[na] == b.partNodes.idList[nb] : &a == &b && na == nb) {
                 return true;
+            }
         }
+    }
     return false;
 }
 
@@ -227,10 +238,13 @@ ElementSet neighboursToo(TestModel& model, const ElementSet& set, bool byId)
 {
     ElementSet grown = set;
     const Members all = membersOf(Selector(*model).allElements());
-    for (const auto& m : membersOf(set))
-        for (const auto& other : all)
-            if (share(model.part(m.first), m.second, model.part(other.first), other.second, byId))
+    for (const auto& m : membersOf(set)) {
+        for (const auto& other : all) {
+            if (share(model.part(m.first), m.second, model.part(other.first), other.second, byId)) {
                 grown.insert(other.first, other.second);
+            }
+        }
+    }
     return grown;
 }
 

@@ -17,8 +17,9 @@ PartInfoStr foldedStrip(const std::vector<double>& folds)
     for (std::size_t k = 0; k <= folds.size(); ++k) {
         x += std::cos(angle);
         z += std::sin(angle);
-        for (float y : {0.0f, 1.0f})
+        for (float y : {0.0f, 1.0f}) {
             nodes.insert(nodes.end(), {static_cast<float>(x), y, static_cast<float>(z)});
+        }
         const unsigned int a = static_cast<unsigned int>(2 * k);
         slots.insert(slots.end(), {a, a + 2, a + 3, a + 1});
         angle += k < folds.size() ? folds[k] * M_PI / 180 : 0;
@@ -29,8 +30,9 @@ PartInfoStr foldedStrip(const std::vector<double>& folds)
 Members range(unsigned int part, unsigned int first, unsigned int last)
 {
     Members members;
-    for (unsigned int k = first; k <= last; ++k)
+    for (unsigned int k = first; k <= last; ++k) {
         members.push_back({part, k});
+    }
     return members;
 }
 
@@ -54,10 +56,12 @@ TEST(FeatureAngle, WindingDoesNotMatter)
     for (unsigned int turned = 0; turned < 64; ++turned) {
         TestModel model(GL_FLAT);
         model.add(foldedStrip({10, 20, 31, 10, -20})).installParts();
-        for (unsigned int e = 0; e < 6; ++e)
-            if (turned >> e & 1)
+        for (unsigned int e = 0; e < 6; ++e) {
+            if (turned >> e & 1) {
                 std::reverse(model.part(0).partElements.elmIndices + 4 * e,
                              model.part(0).partElements.elmIndices + 4 * e + 4);
+            }
+        }
         Selector selector(*model);
         ASSERT_EQ(membersOf(selector.growByAngle(elementSet(*model, {{0, 1}}), 30)), range(0, 0, 2)) << turned;
     }
@@ -99,8 +103,9 @@ TEST(FeatureAngle, PartsThatShareNodesAreOneSkin)
     // Two cubes side by side along x with their own copies of the four nodes between them.
     TestModel model(GL_FLAT);
     PartInfoStr a = hexaPart(), b = hexaPart();
-    for (unsigned int k = 0; k < 8; ++k)
+    for (unsigned int k = 0; k < 8; ++k) {
         b.partNodes.nodeValues[3 * k] += 1;
+    }
     setNodeIds(a, {1, 20, 21, 4, 5, 22, 23, 8});
     std::sort(a.partNodes.idList, a.partNodes.idList + 8); // ids ascend; the nodes follow
     const float places[] = {0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 1, 1, 1, 0, 0, 1, 1, 0, 1, 0, 1, 1, 1, 1};
@@ -108,8 +113,9 @@ TEST(FeatureAngle, PartsThatShareNodesAreOneSkin)
     const unsigned int slots[] = {0, 4, 5, 1, 2, 6, 7, 3};
     std::copy(slots, slots + 8, a.partElements.elmIndices);
     std::copy(slots, slots + 8, b.partElements.elmIndices);
-    for (unsigned int k = 0; k < 24; ++k)
+    for (unsigned int k = 0; k < 24; ++k) {
         b.partNodes.nodeValues[k] = places[k] + (k % 3 == 0 ? 1 : 0);
+    }
     setNodeIds(b, {20, 21, 22, 23, 31, 32, 33, 34});
     model.add(a).add(b).installParts();
     Selector selector(*model);
@@ -143,8 +149,9 @@ TEST(FeatureAngle, FacesWithoutAreaAreNotPassed)
     TestModel model(GL_FLAT);
     model.add(foldedStrip({0, 0})).installParts();
     float* p = model.part(0).partNodes.nodeValues;
-    for (int k = 0; k < 6; ++k)
+    for (int k = 0; k < 6; ++k) {
         p[12 + k] = p[6 + k]; // the middle square has no width
+    }
     Selector selector(*model);
     EXPECT_EQ(membersOf(selector.growByAngle(elementSet(*model, {{0, 0}}), 180)), range(0, 0, 0));
 }
@@ -169,14 +176,14 @@ TEST(FeatureAngle, MixedShapesHaveOneClosedSkin)
         << "a beam has no faces";
 }
 
-// --- Free edges
-// --------------------------------------------------------------------------------------------------------
+// --- Free edges ---
 
 Indices nodesOn(const EdgePath& path)
 {
     Indices nodes;
-    for (const NodePosition& at : path.nodes)
+    for (const NodePosition& at : path.nodes) {
         nodes.push_back(at.node);
+    }
     return nodes;
 }
 
@@ -229,8 +236,9 @@ TEST(FreeEdge, HolesThatMeetAtANodeStayApart)
     // Of a 4 x 4 grid, the elements (1, 1) and (2, 2) are missing: their holes touch at node 12.
     PartInfoStr part = gridPart(4, 4);
     unsigned int* slots = part.partElements.elmIndices;
-    for (unsigned int gone : {5u, 10u})
+    for (unsigned int gone : {5u, 10u}) {
         std::fill_n(slots + 4 * gone, 4, 9999u); // no element of the drawing any more
+    }
     TestModel model(GL_FLAT);
     model.add(part).installParts();
     Selector selector(*model);
@@ -252,8 +260,9 @@ TEST(FreeEdge, WindingDoesNotMatter)
         for (unsigned int e = 0; e < 6; ++e) {
             unsigned int* slots = model.part(0).partElements.elmIndices + 4 * e;
             std::rotate(slots, slots + random() % 4, slots + 4);
-            if (random() % 2)
+            if (random() % 2) {
                 std::reverse(slots, slots + 4);
+            }
         }
         Selector selector(*model);
         const EdgePath path = selector.freeEdgePath({0, 0}, {0, 1});
@@ -306,12 +315,13 @@ TEST(FreeEdge, MoebiusStripHasOneEdge)
 {
     const unsigned int n = 12;
     Floats nodes;
-    for (unsigned int k = 0; k < n; ++k)
+    for (unsigned int k = 0; k < n; ++k) {
         for (int side : {-1, 1}) {
             const double t = 2 * M_PI * k / n, r = 2 + 0.5 * side * std::cos(t / 2);
             nodes.insert(nodes.end(), {static_cast<float>(r * std::cos(t)), static_cast<float>(r * std::sin(t)),
                                        static_cast<float>(0.5 * side * std::sin(t / 2))});
         }
+    }
     Indices slots;
     for (unsigned int k = 0; k < n; ++k) {
         const bool last = k + 1 == n;

@@ -119,13 +119,15 @@ TEST_F(Selecting, NodesOfElementsLeaveOutABeamsOrientationNode)
 TEST_F(Selecting, ElementsWithAllOrAnyOfTheirNodes)
 {
     NodeSet nodes(*model);
-    for (unsigned int k : {0u, 1u, 5u, 6u})
+    for (unsigned int k : {0u, 1u, 5u, 6u}) {
         nodes.insert(0, k);
+    }
     EXPECT_EQ(membersOf(selector.elementsWithNodes(nodes, true)), (Members{{0, 0}}));
     EXPECT_EQ(membersOf(selector.elementsWithNodes(nodes, false)), (Members{{0, 0}, {0, 1}}));
     EXPECT_EQ(selector.elementsWithNodes(NodeSet(*model), true).count(), 0u);
-    for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int k = 0; k < 4; ++k) {
         nodes.insert(3, k);
+    }
     EXPECT_FALSE(selector.elementsWithNodes(nodes, true).contains(3, 0)) << "hidden";
 }
 

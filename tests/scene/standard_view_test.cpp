@@ -15,10 +15,13 @@ struct OnScreen
     explicit OnScreen(const MTransform& t)
     {
         double m[3][3] = {};
-        for (int row = 0; row < 3; ++row)
-            for (int column = 0; column < 3; ++column)
-                for (int k = 0; k < 3; ++k)
+        for (int row = 0; row < 3; ++row) {
+            for (int column = 0; column < 3; ++column) {
+                for (int k = 0; k < 3; ++k) {
                     m[row][column] += t.projMatrix[4 * k + row] * t.mvMatrix[4 * column + k];
+                }
+            }
+        }
         for (int row = 0; row < 3; ++row) {
             x[row] = m[row][0];
             y[row] = m[row][1];

@@ -18,16 +18,19 @@ std::size_t plainCount(const PartInfoStr& part, const ElementMask& absent = {})
 {
     std::map<std::set<std::uint32_t>, int> users;
     for (std::uint32_t e = 0; e < elementCountOf(part); ++e) {
-        if (e < absent.size() && absent[e])
+        if (e < absent.size() && absent[e]) {
             continue;
+        }
         ElementFace faces[maxFaces];
         const unsigned int count = facesOf(part, e, shapeOf(part, e), faces);
-        for (unsigned int k = 0; k < count; ++k)
+        for (unsigned int k = 0; k < count; ++k) {
             ++users[std::set<std::uint32_t>(faces[k].nodes, faces[k].nodes + 4)];
+        }
     }
     std::size_t out = 0;
-    for (const auto& user : users)
+    for (const auto& user : users) {
         out += user.second == 1;
+    }
     return out;
 }
 
@@ -41,11 +44,13 @@ void expectOutward(const PartInfoStr& part, const PartSurface& surface)
         double away = 0;
         for (int axis = 0; axis < 3; ++axis) {
             double center = 0, middle = 0;
-            for (unsigned int k = 0; k < count; ++k)
+            for (unsigned int k = 0; k < count; ++k) {
                 center += positionOf(part, corners[k])[axis] / double(count);
+            }
             const unsigned int rim = face.nodes[3] == noCorner ? 3 : 4;
-            for (unsigned int k = 0; k < rim; ++k)
+            for (unsigned int k = 0; k < rim; ++k) {
                 middle += positionOf(part, face.nodes[k])[axis] / double(rim);
+            }
             away += (middle - center) * vector[axis];
         }
         EXPECT_GT(away, 0) << face.element << " face " << int(face.number);
@@ -96,8 +101,9 @@ TEST(SurfaceFaces, RandomMasksAgreeWithThePlainWay)
     PartInfoStr part = blockPart(9);
     for (int round = 0; round < 10; ++round) {
         ElementMask absent(9 * 9 * 9);
-        for (char& flag : absent)
+        for (char& flag : absent) {
             flag = random() % 3 == 0;
+        }
         const PartSurface surface = findSurface(part, absent);
         EXPECT_EQ(surface.faces.size(), plainCount(part, absent));
         EXPECT_TRUE(surface.closed);
@@ -140,8 +146,9 @@ TEST(SurfaceFaces, ShellsAreShownAllAndKeepTheirWinding)
     const PartSurface surface = findSurface(part);
     ASSERT_EQ(surface.faces.size(), 3u);
     EXPECT_FALSE(surface.closed);
-    for (unsigned int k = 0; k < 4; ++k)
+    for (unsigned int k = 0; k < 4; ++k) {
         EXPECT_EQ(surface.faces[1].nodes[k], part.partElements.elmIndices[4 + k]);
+    }
     releasePart(part);
 }
 
@@ -155,8 +162,7 @@ TEST(SurfaceFaces, PartsWithNothingToShow)
     releasePart(empty);
 }
 
-// --- Normals
-// ---------------------------------------------------------------------------------------------------------------
+// --- Normals ---
 
 TEST(FaceNormals, SmoothOnesStopAtTheFeatureAngle)
 {

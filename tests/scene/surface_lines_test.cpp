@@ -93,8 +93,9 @@ TEST(FeatureEdges, OfManyFacesOnAllCoresInOneOrder)
     const SurfaceEdges first = edgesOf(blockPart(60)), second = edgesOf(blockPart(60));
     EXPECT_EQ(first.feature.size(), 12u * 60);
     ASSERT_EQ(first.feature.size(), second.feature.size());
-    for (std::size_t k = 0; k < first.feature.size(); ++k)
+    for (std::size_t k = 0; k < first.feature.size(); ++k) {
         EXPECT_TRUE(std::equal(first.feature[k].nodes, first.feature[k].nodes + 2, second.feature[k].nodes));
+    }
     EXPECT_EQ(edgesOf(sheetPart(200)).free.size(), 800u);
 }
 
@@ -104,10 +105,13 @@ protected:
     bool near(const Picture& p, Color color, double x, double y, double z)
     {
         const Pixel pixel = pixelOf(*model, x, y, z);
-        for (int dx = -1; dx <= 1; ++dx)
-            for (int dy = -1; dy <= 1; ++dy)
-                if (p.at(pixel.x + dx, pixel.y + dy) == color)
+        for (int dx = -1; dx <= 1; ++dx) {
+            for (int dy = -1; dy <= 1; ++dy) {
+                if (p.at(pixel.x + dx, pixel.y + dy) == color) {
                     return true;
+                }
+            }
+        }
         return false;
     }
 };

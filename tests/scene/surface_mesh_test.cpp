@@ -59,8 +59,9 @@ TEST(SurfaceMesh, EveryFaceHasItsOwnLastVertex)
 TEST(SurfaceMesh, AboutOneVertexAFace)
 {
     PartInfoStr part = sheetPart(200, false);
-    for (bool smooth : {false, true})
+    for (bool smooth : {false, true}) {
         EXPECT_LT(meshOf(part, smooth).vertices.size(), 1.06 * 200 * 200) << smooth;
+    }
     releasePart(part);
 }
 

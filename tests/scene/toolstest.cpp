@@ -6,15 +6,18 @@ namespace toolstest {
 PartInfoStr gridPart(unsigned int nx, unsigned int ny)
 {
     Floats nodes;
-    for (unsigned int j = 0; j <= ny; ++j)
-        for (unsigned int i = 0; i <= nx; ++i)
+    for (unsigned int j = 0; j <= ny; ++j) {
+        for (unsigned int i = 0; i <= nx; ++i) {
             nodes.insert(nodes.end(), {static_cast<float>(i), static_cast<float>(j), 0});
+        }
+    }
     Indices indices;
-    for (unsigned int j = 0; j < ny; ++j)
+    for (unsigned int j = 0; j < ny; ++j) {
         for (unsigned int i = 0; i < nx; ++i) {
             const unsigned int a = j * (nx + 1) + i;
             indices.insert(indices.end(), {a, a + 1, a + nx + 2, a + nx + 1});
         }
+    }
     return makePart(SHELL, 4, nodes, indices);
 }
 
@@ -22,9 +25,10 @@ PartInfoStr blockPart(unsigned int n)
 {
     Floats nodes;
     const unsigned int m = n + 1;
-    for (unsigned int k = 0; k < m * m * m; ++k)
+    for (unsigned int k = 0; k < m * m * m; ++k) {
         nodes.insert(nodes.end(),
                      {static_cast<float>(k % m), static_cast<float>(k / m % m), static_cast<float>(k / m / m)});
+    }
     Indices indices;
     for (unsigned int e = 0; e < n * n * n; ++e) {
         const unsigned int a = (e / n / n * m + e / n % n) * m + e % n;

@@ -51,8 +51,9 @@ PartInfoStr blockPart(unsigned int n);
 
 inline void setNodeIds(PartInfoStr& part, const Indices& ids)
 {
-    for (std::size_t k = 0; k < ids.size(); ++k)
+    for (std::size_t k = 0; k < ids.size(); ++k) {
         part.partNodes.idList[k] = ids[k];
+    }
 }
 
 // Turned about two axes, scaled and moved.
@@ -63,18 +64,22 @@ typedef std::vector<std::pair<unsigned int, unsigned int>> Members; // part, pos
 inline Members membersOf(const kvo::MarkSet& set)
 {
     Members members;
-    for (unsigned int part = 0; part < set.numParts(); ++part)
-        for (unsigned int k = 0; k < set.size(part); ++k)
-            if (set.contains(part, k))
+    for (unsigned int part = 0; part < set.numParts(); ++part) {
+        for (unsigned int k = 0; k < set.size(part); ++k) {
+            if (set.contains(part, k)) {
                 members.push_back({part, k});
+            }
+        }
+    }
     return members;
 }
 
 inline kvo::ElementSet elementSet(CAEEnv& env, const Members& members)
 {
     kvo::ElementSet set(env);
-    for (const auto& m : members)
+    for (const auto& m : members) {
         set.insert(m.first, m.second);
+    }
     return set;
 }
 

@@ -25,8 +25,9 @@ PickRegion clickAt(CAEEnv& env, double x, double y, double z, double size = 1)
 std::set<std::uint32_t> entities(const std::vector<SceneHit>& hits)
 {
     std::set<std::uint32_t> out;
-    for (const SceneHit& hit : hits)
+    for (const SceneHit& hit : hits) {
         out.insert(hit.entity);
+    }
     return out;
 }
 
@@ -170,8 +171,9 @@ TEST_F(VisiblePick, AgreesWithAnIdPicture)
     load();
     for (int round = 0; round < 7; ++round) {
         std::vector<char> absent(64);
-        for (char& flag : absent)
+        for (char& flag : absent) {
             flag = random() % 2;
+        }
         view.emplace(*model);
         view->setAbsentElements({absent});
         model->getMViewPtr()->mViewType = 1 + round % 7;
@@ -184,13 +186,17 @@ TEST_F(VisiblePick, AgreesWithAnIdPicture)
         picker.emplace(*view);
         std::set<std::uint32_t> single;
         const int x0 = 110, y0 = 70, x1 = 180, y1 = 140;
-        for (int y = y0; y < y1; y += 1)
-            for (int x = x0; x < x1; x += 1)
-                if (auto hit = picker->nearest(PickType::Element, PickRegion::click(x + 0.5, y + 0.5, 1)))
+        for (int y = y0; y < y1; y += 1) {
+            for (int x = x0; x < x1; x += 1) {
+                if (auto hit = picker->nearest(PickType::Element, PickRegion::click(x + 0.5, y + 0.5, 1))) {
                     single.insert(hit->entity);
+                }
+            }
+        }
         EXPECT_EQ(entities(picker->pick(PickType::Element, PickRegion::rectangle(x0, y0, x1, y1))), single);
-        for (std::uint32_t element : single)
+        for (std::uint32_t element : single) {
             EXPECT_FALSE(absent[element - 1]);
+        }
     }
 }
 

@@ -44,16 +44,18 @@ PartInfoStr makePart(unsigned int drawType, unsigned int stride, const Floats& n
     n.numNodes = static_cast<unsigned int>(nodes.size() / 3);
     n.nodeValues = copied(nodes);
     n.idList = new unsigned int[n.numNodes];
-    for (unsigned int k = 0; k < n.numNodes; ++k)
+    for (unsigned int k = 0; k < n.numNodes; ++k) {
         n.idList[k] = k + 1;
+    }
 
     PartElementsStr& e = part.partElements;
     e.numElements = static_cast<unsigned int>(indices.size());
     e.nodesPerElement = stride;
     e.elmIndices = copied(indices);
     e.eidMap = new UIUIMap;
-    for (unsigned int k = 0; stride && k < e.numElements / stride; ++k)
+    for (unsigned int k = 0; stride && k < e.numElements / stride; ++k) {
         (*e.eidMap)[101 + k] = k;
+    }
     return part;
 }
 
@@ -84,12 +86,15 @@ PartInfoStr trianglePart()
 PartInfoStr quadStripPart(unsigned int count)
 {
     Floats nodes;
-    for (float y : {0.0f, 1.0f})
-        for (unsigned int k = 0; k <= count; ++k)
+    for (float y : {0.0f, 1.0f}) {
+        for (unsigned int k = 0; k <= count; ++k) {
             nodes.insert(nodes.end(), {static_cast<float>(k), y, 0});
+        }
+    }
     Indices indices;
-    for (unsigned int k = 0; k < count; ++k)
+    for (unsigned int k = 0; k < count; ++k) {
         indices.insert(indices.end(), {k, k + 1, count + 2 + k, count + 1 + k});
+    }
     return makePart(SHELL, 4, nodes, indices);
 }
 
@@ -135,8 +140,9 @@ TestModel::~TestModel()
 {
     PartInfoStr* const parts = env->partsInfoList;
     BoundBox** const boxes = env->boxList;
-    if (!parts)
+    if (!parts) {
         std::for_each(added.begin(), added.end(), releasePart); // never installed
+    }
     env.reset();
     delete[] parts;
     delete[] boxes;
@@ -152,10 +158,12 @@ TestModel& TestModel::installParts()
 {
     env->numParts = static_cast<unsigned int>(added.size());
     env->partsInfoList = copied(added);
-    for (unsigned int k = 0; k < env->numParts; ++k)
+    for (unsigned int k = 0; k < env->numParts; ++k) {
         env->pidMap[11 + k] = k;
-    if (!added.empty())
+    }
+    if (!added.empty()) {
         unionOfExtents();
+    }
     return *this;
 }
 
@@ -163,8 +171,9 @@ TestModel& TestModel::install()
 {
     installParts();
     env->boxList = new BoundBox*[added.size()];
-    for (unsigned int k = 0; k < env->numParts; ++k)
+    for (unsigned int k = 0; k < env->numParts; ++k) {
         env->boxList[k] = new BoundBox(part(k).partExtents);
+    }
     env->mView = new MView(env->modelExtents);
     env->mTrans = new MTransform(env->modelExtents);
     env->i = env->numParts;

@@ -13,7 +13,7 @@
 using Floats = std::vector<float>;
 using Indices = std::vector<unsigned int>;
 
-const unsigned int NO_NODE = 0xFFFFFFFFu; // third slot of a beam: -1
+const unsigned int noNode = 0xFFFFFFFFu; // third slot of a beam: -1
 
 // A shown part of file 0 with node ids 1, 2, ..., element ids 101, 102, ..., the colour (0.5, 0.25, 0.125, 1) and the
 // extents of its nodes. Without normals, NPE and flag arrays. Its arrays are made as the reader makes them.
@@ -28,8 +28,8 @@ PartInfoStr quadStripPart(unsigned int count);  // unit squares along x, 2 (coun
 PartInfoStr hexaPart();                         // unit cube
 PartInfoStr tetraPart();                        // corner of the unit cube, slots a b c d d d d d
 PartInfoStr pentaPart(); // wedge a(0,0,0) b(1,0,0) c(0,1,0), d e f above at z = 1, slots a c f d b b e e
-PartInfoStr beamPart(unsigned int third = NO_NODE); // nodes (0,0,0) (1,0,0) (0,0,1), line from node 0 to node 1
-PartInfoStr discretePart();                         // the same line
+PartInfoStr beamPart(unsigned int third = noNode); // nodes (0,0,0) (1,0,0) (0,0,1), line from node 0 to node 1
+PartInfoStr discretePart();                        // the same line
 
 // Copies for array fields of a record, made with new[].
 char* newChars(const std::string& text);

@@ -21,8 +21,9 @@ int temporaryFile()
 {
     char path[] = "/tmp/kvo-capture-XXXXXX";
     const int file = mkstemp(path);
-    if (file < 0)
+    if (file < 0) {
         throw std::runtime_error("no temporary file for captured output");
+    }
     unlink(path);
     return file;
 }
@@ -48,8 +49,9 @@ std::string OutputCapture::all()
     std::size_t done = 0;
     while (done < text.size()) {
         const ssize_t got = pread(file, &text[done], text.size() - done, done);
-        if (got <= 0)
+        if (got <= 0) {
             throw std::runtime_error("captured output cannot be read back");
+        }
         done += got;
     }
     return text;
@@ -65,8 +67,9 @@ std::string OutputCapture::take()
 
 void OutputCapture::stop()
 {
-    if (saved < 0)
+    if (saved < 0) {
         return;
+    }
     flushAll();
     dup2(saved, descriptor);
     close(saved);
@@ -77,7 +80,8 @@ std::vector<std::string> splitLines(const std::string& text)
 {
     std::vector<std::string> lines;
     std::istringstream in(text);
-    for (std::string line; std::getline(in, line);)
+    for (std::string line; std::getline(in, line);) {
         lines.push_back(line);
+    }
     return lines;
 }

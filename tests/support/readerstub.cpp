@@ -21,8 +21,9 @@ void reset()
 namespace {
 template <class... Args> void watch(const Args&... args)
 {
-    if (!watched)
+    if (!watched) {
         return;
+    }
     std::cout << "reader: ";
     (std::cout << ... << args) << std::endl;
 }
@@ -44,12 +45,14 @@ int append(const File& file, int fileIndex, UIUIMap* pidMap, unsigned int* numPa
 {
     int elements = 0;
     for (const auto& entry : file.parts) {
-        if (!wanted(entry.first))
+        if (!wanted(entry.first)) {
             continue;
+        }
         PartInfoStr* grown = new PartInfoStr[*numParts + 1]();
-        if (*parts)
+        if (*parts) {
             std::copy_n(*parts, *numParts, grown);
-        delete[] * parts;
+        }
+        delete[] *parts;
         *parts = grown;
         grown[*numParts] = entry.second();
         grown[*numParts].partFileIndex = fileIndex;
@@ -73,8 +76,9 @@ ReadIDS::ReadIDS(const char* dir, const char* file)
 
 ReadIDS::~ReadIDS()
 {
-    if (modelName)
+    if (modelName) {
         watch("~ReadIDS ", modelName);
+    }
     delete[] dirName;
     delete[] modelName;
     delete[] idList;

@@ -26,8 +26,9 @@ protected:
     void TearDown() override
     {
         output->stop();
-        if (HasFailure())
+        if (HasFailure()) {
             std::fputs(output->all().c_str(), stdout);
+        }
         glrecord::stop();
     }
 
@@ -50,8 +51,9 @@ private:
 inline bool isTiming(const std::string& line, const std::string& label, const std::string& unit = "")
 {
     if (line.size() <= label.size() + unit.size() || line.compare(0, label.size(), label) != 0 ||
-        line.compare(line.size() - unit.size(), unit.size(), unit) != 0)
+        line.compare(line.size() - unit.size(), unit.size(), unit) != 0) {
         return false;
+    }
     const std::string number = line.substr(label.size(), line.size() - label.size() - unit.size());
     return number.find_first_not_of("0123456789") == std::string::npos;
 }

@@ -46,12 +46,12 @@ protected:
     }
 };
 
-const Lines MARKER = {"glColor3f(1,0,0)",   "glPointSize(15)",           "glEnable(GL_POINT_SMOOTH)",
+const Lines marker = {"glColor3f(1,0,0)",   "glPointSize(15)",           "glEnable(GL_POINT_SMOOTH)",
                       "glBegin(GL_POINTS)", "glVertex3dv(1.5,-2,0.25)",  "glEnd()",
                       "glPointSize(1)",     "glDisable(GL_POINT_SMOOTH)"};
 } // namespace
 
-TEST_F(TransformFrame, frameStartPushesPanRotationsAndScale)
+TEST_F(TransformFrame, FrameStartPushesPanRotationsAndScale)
 {
     const float globalTrans[3] = {1, 2, 3}, globalRot[3] = {10, 20, 30}, localTrans[3] = {4, 5, 6};
     const double pivot[3] = {7, 8, 9};
@@ -72,7 +72,7 @@ TEST_F(TransformFrame, frameStartPushesPanRotationsAndScale)
     EXPECT_EQ(triple(trans->mvMatrixLocal + 12), (DoubleTriple{101, 202, 303}));
 }
 
-TEST_F(TransformFrame, rotationMatrixGoesOutAsItIsStored)
+TEST_F(TransformFrame, RotationMatrixGoesOutAsItIsStored)
 {
     trans->curQuat[0] = 1; // x = 1, y = 2, z = 3, w = 4
     trans->curQuat[1] = 2;
@@ -84,7 +84,7 @@ TEST_F(TransformFrame, rotationMatrixGoesOutAsItIsStored)
     EXPECT_EQ(trans->rotMatrix[0][2], 22);
 }
 
-TEST_F(TransformFrame, everyFrameStartPrintsPanAndRotationOnStandardError)
+TEST_F(TransformFrame, EveryFrameStartPrintsPanAndRotationOnStandardError)
 {
     OutputCapture errors(2);
     trans->globalTrans[1] = 1.5f;
@@ -97,7 +97,7 @@ TEST_F(TransformFrame, everyFrameStartPrintsPanAndRotationOnStandardError)
     EXPECT_EQ(printed().find("GTRAN"), std::string::npos);
 }
 
-TEST_F(TransformFrame, panActsInEyeSpace)
+TEST_F(TransformFrame, PanActsInEyeSpace)
 {
     trans->globalRot[2] = 90;
     trans->globalTrans[0] = 5;
@@ -106,7 +106,7 @@ TEST_F(TransformFrame, panActsInEyeSpace)
     EXPECT_NEAR(glrecord::modelview()[13], 0, 1e-12);
 }
 
-TEST_F(TransformFrame, rotationsTurnAboutThePivot)
+TEST_F(TransformFrame, RotationsTurnAboutThePivot)
 {
     trans->centerOfWindow[0] = 2;
     trans->globalRot[2] = 90;
@@ -116,13 +116,13 @@ TEST_F(TransformFrame, rotationsTurnAboutThePivot)
     EXPECT_NEAR(2 * glrecord::modelview()[1] + glrecord::modelview()[13], 0, 1e-12);
 }
 
-TEST_F(TransformFrame, frameEndDrawsTheTriadAndPopsThreeMatrices)
+TEST_F(TransformFrame, FrameEndDrawsTheTriadAndPopsThreeMatrices)
 {
     EXPECT_EQ(frameEndLines(NO_TRANSFORM), endOfFrame({}));
     EXPECT_EQ(glrecord::state().stacks[GL_MODELVIEW].size(), 1u);
 }
 
-TEST_F(TransformFrame, frameEndSwitchesTheDepthTestBackOnOnlyIfItWasOn)
+TEST_F(TransformFrame, FrameEndSwitchesTheDepthTestBackOnOnlyIfItWasOn)
 {
     glEnable(GL_DEPTH_TEST);
     const Lines lines = frameEndLines(NO_TRANSFORM);
@@ -134,7 +134,7 @@ TEST_F(TransformFrame, frameEndSwitchesTheDepthTestBackOnOnlyIfItWasOn)
     EXPECT_EQ(trans->depthTest, 0);
 }
 
-TEST_F(TransformFrame, frameEndKeepsTheMatricesTheModelWasDrawnWith)
+TEST_F(TransformFrame, FrameEndKeepsTheMatricesTheModelWasDrawnWith)
 {
     glMatrixMode(GL_PROJECTION);
     glScalef(5, 6, 7);
@@ -148,20 +148,21 @@ TEST_F(TransformFrame, frameEndKeepsTheMatricesTheModelWasDrawnWith)
     EXPECT_EQ(trans->projMatrix[5], 6);
 }
 
-TEST_F(TransformFrame, fiveOperationsMarkTheCentreOfScaling)
+TEST_F(TransformFrame, FiveOperationsMarkTheCentreOfScaling)
 {
     const double center[3] = {1.5, -2, 0.25};
     for (int operation = NO_TRANSFORM; operation <= TRANS_MAX; ++operation) {
         const bool marked = operation == SCALE_INCR || operation == SCALE_DECR || operation == GLOBAL_SCALE ||
                             operation == RECT_SCALE || operation == RECT_PICK;
-        if (operation == START_RUBBER_BAND)
+        if (operation == START_RUBBER_BAND) {
             continue;
+        }
         std::copy(center, center + 3, trans->centerOfScaling);
-        EXPECT_EQ(frameEndLines(operation), endOfFrame(marked ? MARKER : Lines())) << "operation " << operation;
+        EXPECT_EQ(frameEndLines(operation), endOfFrame(marked ? marker : Lines())) << "operation " << operation;
     }
 }
 
-TEST_F(TransformFrame, rubberBandIsDrawnWithThePreviousProjection)
+TEST_F(TransformFrame, RubberBandIsDrawnWithThePreviousProjection)
 {
     trans->projMatrix[0] = 0.5; // the corner (800, 600) is x = 2 with this one and x = 1 with the one in force
     operate(START_RUBBER_BAND, {400, 300, 800, 600});
@@ -170,7 +171,7 @@ TEST_F(TransformFrame, rubberBandIsDrawnWithThePreviousProjection)
     EXPECT_EQ(trans->projMatrix[0], 1);
 }
 
-TEST_F(TransformFrame, polylineShowsFromItsFourthPoint)
+TEST_F(TransformFrame, PolylineShowsFromItsFourthPoint)
 {
     for (int points = 1; points <= 4; ++points) {
         addPoints(1);
@@ -180,7 +181,7 @@ TEST_F(TransformFrame, polylineShowsFromItsFourthPoint)
     }
 }
 
-TEST_F(TransformFrame, overlayIsDrawnForOneFrameOnly)
+TEST_F(TransformFrame, OverlayIsDrawnForOneFrameOnly)
 {
     operate(GLOBAL_SCALE, {0.5f});
     trans->processStart();
@@ -192,7 +193,7 @@ TEST_F(TransformFrame, overlayIsDrawnForOneFrameOnly)
     EXPECT_EQ(glrecord::count("glPointSize"), 2);
 }
 
-TEST_F(TransformFrame, firstFrameEndComputesThePivotOnce)
+TEST_F(TransformFrame, FirstFrameEndComputesThePivotOnce)
 {
     trans->setTranslation(std::array<float, 3>{-3, -4, -5}.data());
     trans->onlyOnce = 7;
@@ -209,7 +210,7 @@ TEST_F(TransformFrame, firstFrameEndComputesThePivotOnce)
     EXPECT_EQ(trans->centerOfWindow[0], 99);
 }
 
-TEST_F(TransformFrame, firstFrameOverwritesThePivotSetBefore)
+TEST_F(TransformFrame, FirstFrameOverwritesThePivotSetBefore)
 {
     trans->updateWindowCenter();
     EXPECT_EQ(triple(trans->centerOfWindow), (DoubleTriple{1, 1.5, 2.5}));

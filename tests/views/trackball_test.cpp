@@ -12,9 +12,9 @@
 namespace {
 using Quat = std::array<float, 4>;
 
-const int PERIOD = 98; // compositions from one renormalisation to the next
-const Quat IDENTITY = {0, 0, 0, 1};
-const Quat LONG = {0, 0, 0, 2}; // its product with the identity shows whether it was renormalised
+const int period = 98; // compositions from one renormalisation to the next
+const Quat identity = {0, 0, 0, 1};
+const Quat longQuat = {0, 0, 0, 2}; // its product with the identity shows whether it was renormalised
 
 Quat drag(float fromX, float fromY, float toX, float toY)
 {
@@ -39,16 +39,17 @@ Quat composed(const Quat& first, const Quat& second)
 
 bool compositionRenormalises()
 {
-    return composed(LONG, IDENTITY)[3] == 1;
+    return composed(longQuat, identity)[3] == 1;
 }
 
-// The counter of compositions belongs to the process: whatever ran before, the next PERIOD - 1 compositions are left as
+// The counter of compositions belongs to the process: whatever ran before, the next period - 1 compositions are left as
 // computed.
 void startPeriod()
 {
-    for (int call = 0; call < PERIOD; ++call) {
-        if (compositionRenormalises())
+    for (int call = 0; call < period; ++call) {
+        if (compositionRenormalises()) {
             return;
+        }
     }
     FAIL() << "no composition was renormalised";
 }
@@ -62,14 +63,14 @@ void expectNear(const Quat& actual, double x, double y, double z, double w)
 }
 } // namespace
 
-// --- A drag
-TEST(Trackball, equalPointsAreExactlyTheIdentity)
+// --- A drag ---
+TEST(Trackball, EqualPointsAreExactlyTheIdentity)
 {
-    EXPECT_EQ(drag(0.3f, -0.7f, 0.3f, -0.7f), IDENTITY);
-    EXPECT_EQ(drag(0, 0, 0, 0), IDENTITY);
+    EXPECT_EQ(drag(0.3f, -0.7f, 0.3f, -0.7f), identity);
+    EXPECT_EQ(drag(0, 0, 0, 0), identity);
 }
 
-TEST(Trackball, dragFromTheCentreStaysOnTheSphere)
+TEST(Trackball, DragFromTheCentreStaysOnTheSphere)
 {
     // (0, 0, 0.8) to (0.5, 0, sqrt(0.39)); the axis is the second point times the first: -y.
     const double z = std::sqrt(0.64 - 0.25);
@@ -77,7 +78,7 @@ TEST(Trackball, dragFromTheCentreStaysOnTheSphere)
     expectNear(drag(0, 0, 0.5f, 0), 0, -t, 0, std::sqrt(1 - t * t));
 }
 
-TEST(Trackball, upwardDragTurnsAboutPositiveX)
+TEST(Trackball, UpwardDragTurnsAboutPositiveX)
 {
     const Quat q = drag(0, 0, 0, 0.5f);
     EXPECT_GT(q[0], 0.3f);
@@ -85,13 +86,13 @@ TEST(Trackball, upwardDragTurnsAboutPositiveX)
     EXPECT_EQ(q[2], 0);
 }
 
-TEST(Trackball, oppositeDragIsTheInverse)
+TEST(Trackball, OppositeDragIsTheInverse)
 {
     const Quat there = drag(0.1f, 0.2f, 0.4f, -0.1f), back = drag(0.4f, -0.1f, 0.1f, 0.2f);
     expectNear(back, -there[0], -there[1], -there[2], there[3]);
 }
 
-TEST(Trackball, pointsFarFromTheCentreLieOnTheHyperbola)
+TEST(Trackball, PointsFarFromTheCentreLieOnTheHyperbola)
 {
     // At distance 0.6 z is 0.32 / 0.6; the sphere would give sqrt(0.28).
     const double z = 0.32 / 0.6;
@@ -102,7 +103,7 @@ TEST(Trackball, pointsFarFromTheCentreLieOnTheHyperbola)
                std::sqrt(1 - t * t));
 }
 
-TEST(Trackball, pointsInsideTheSwitchDistanceLieOnTheSphere)
+TEST(Trackball, PointsInsideTheSwitchDistanceLieOnTheSphere)
 {
     // At distance 0.4 z is sqrt(0.48); the hyperbola would give 0.8.
     const double z = std::sqrt(0.48);
@@ -113,56 +114,58 @@ TEST(Trackball, pointsInsideTheSwitchDistanceLieOnTheSphere)
                std::sqrt(1 - t * t));
 }
 
-TEST(Trackball, dragAcrossMoreThanTheBallIsHalfATurn)
+TEST(Trackball, DragAcrossMoreThanTheBallIsHalfATurn)
 {
     const Quat q = drag(-1, 0, 1, 0); // 2 / 1.6 is cut to 1
     EXPECT_EQ(q[1], -1);
     EXPECT_NEAR(q[3], 0, 1e-6);
 }
 
-TEST(Trackball, diameterIsTwiceTheFloatRadius)
+TEST(Trackball, DiameterIsTwiceTheFloatRadius)
 {
     // 1.60000002; the double 1.6 gives 0.279943079.
     EXPECT_EQ(drag(0, 0, 0.43f, 0)[1], -0.279943049f);
 }
 
-TEST(Trackball, collinearPointsGiveNoNumbers)
+TEST(Trackball, CollinearPointsGiveNoNumbers)
 {
     const Quat q = drag(1e20f, 0, 2e20f, 0); // both project to z = 0
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         EXPECT_TRUE(std::isnan(q[k])) << "component " << k;
+    }
 }
 
-// --- Axis and angle
-TEST(AxisToQuat, axisNeedNotBeOfUnitLength)
+// --- Axis and angle ---
+TEST(AxisToQuat, AxisNeedNotBeOfUnitLength)
 {
     const float quarter = 1.57079633f;
     expectNear(about({0, 0, 5}, quarter), 0, 0, std::sqrt(0.5), std::sqrt(0.5));
     expectNear(about({3, 0, 4}, quarter), 0.6 * std::sqrt(0.5), 0, 0.8 * std::sqrt(0.5), std::sqrt(0.5));
 }
 
-TEST(AxisToQuat, angleZeroIsTheIdentity)
+TEST(AxisToQuat, AngleZeroIsTheIdentity)
 {
-    EXPECT_EQ(about({1, 2, 3}, 0), IDENTITY);
+    EXPECT_EQ(about({1, 2, 3}, 0), identity);
 }
 
-TEST(AxisToQuat, zeroAxisGivesNoNumbersButKeepsTheCosine)
+TEST(AxisToQuat, ZeroAxisGivesNoNumbersButKeepsTheCosine)
 {
     const Quat q = about({0, 0, 0}, 1);
-    for (int k = 0; k < 3; ++k)
+    for (int k = 0; k < 3; ++k) {
         EXPECT_TRUE(std::isnan(q[k])) << "component " << k;
+    }
     EXPECT_FLOAT_EQ(q[3], static_cast<float>(std::cos(0.5)));
 }
 
-// --- Composition
-TEST(AddQuats, isTheProductOfTheSecondAndTheFirst)
+// --- Composition ---
+TEST(AddQuats, IsTheProductOfTheSecondAndTheFirst)
 {
     startPeriod();
     EXPECT_EQ(composed({1, 2, 3, 4}, {5, 6, 7, 8}), (Quat{32, 32, 56, -6}));
     EXPECT_EQ(composed({1, 0, 0, 0}, {0, 1, 0, 0}), (Quat{0, 0, -1, 0})) << "j i = -k";
 }
 
-TEST(AddQuats, appliesTheFirstRotationFirst)
+TEST(AddQuats, AppliesTheFirstRotationFirst)
 {
     startPeriod();
     const float quarter = 1.57079633f;
@@ -170,7 +173,7 @@ TEST(AddQuats, appliesTheFirstRotationFirst)
     expectNear(both, 0.5, 0.5, 0.5, 0.5); // about x, then about z: a third of a turn about (1, 1, 1)
 }
 
-TEST(AddQuats, resultMayReplaceEitherInput)
+TEST(AddQuats, ResultMayReplaceEitherInput)
 {
     startPeriod();
     Quat first = {1, 2, 3, 4}, second = {5, 6, 7, 8};
@@ -181,32 +184,34 @@ TEST(AddQuats, resultMayReplaceEitherInput)
     EXPECT_EQ(second, (Quat{32, 32, 56, -6}));
 }
 
-TEST(AddQuats, addsTheTwoScaledVectorsBeforeTheCrossProduct)
+TEST(AddQuats, AddsTheTwoScaledVectorsBeforeTheCrossProduct)
 {
     startPeriod();
     // x: 1e8 - 1e8 + 1, where 1 would be lost beside either of the others.
     EXPECT_EQ(composed({1e4f, 0, 1, -1e4f}, {1e4f, 1, 0, 1e4f})[0], 1);
 }
 
-TEST(AddQuats, renormalisesEvery98thComposition)
+TEST(AddQuats, RenormalisesEvery98thComposition)
 {
     startPeriod();
     for (int round = 0; round < 2; ++round) {
-        for (int call = 1; call < PERIOD; ++call)
-            ASSERT_EQ(composed(LONG, IDENTITY)[3], 2) << "call " << call << " of round " << round;
-        EXPECT_EQ(composed(LONG, IDENTITY)[3], 1) << "round " << round;
+        for (int call = 1; call < period; ++call) {
+            ASSERT_EQ(composed(longQuat, identity)[3], 2) << "call " << call << " of round " << round;
+        }
+        EXPECT_EQ(composed(longQuat, identity)[3], 1) << "round " << round;
     }
 }
 
-TEST(AddQuats, renormalisationDividesAllFourComponents)
+TEST(AddQuats, RenormalisationDividesAllFourComponents)
 {
     startPeriod();
-    for (int call = 1; call < PERIOD; ++call)
-        composed(IDENTITY, IDENTITY);
-    EXPECT_EQ(composed({2, 4, 4, 8}, IDENTITY), (Quat{0.2f, 0.4f, 0.4f, 0.8f}));
+    for (int call = 1; call < period; ++call) {
+        composed(identity, identity);
+    }
+    EXPECT_EQ(composed({2, 4, 4, 8}, identity), (Quat{0.2f, 0.4f, 0.4f, 0.8f}));
 }
 
-TEST(AddQuats, counterIsSharedByAllTransforms)
+TEST(AddQuats, CounterIsSharedByAllTransforms)
 {
     float extents[6] = {-1, 1, -1, 1, -1, 1};
     MTransform one(extents), other(extents);
@@ -220,20 +225,21 @@ TEST(AddQuats, counterIsSharedByAllTransforms)
     EXPECT_TRUE(compositionRenormalises()) << "98th";
 }
 
-// --- Matrix
-TEST(BuildRotmatrix, isFilledRowByRow)
+// --- Matrix ---
+TEST(BuildRotmatrix, IsFilledRowByRow)
 {
     float m[4][4];
     const float q[4] = {1, 2, 3, 4};
     build_rotmatrix(m, q);
     const float expected[4][4] = {{-25, -20, 22, 0}, {28, -19, 4, 0}, {-10, 20, -9, 0}, {0, 0, 0, 1}};
     for (int row = 0; row < 4; ++row) {
-        for (int column = 0; column < 4; ++column)
+        for (int column = 0; column < 4; ++column) {
             EXPECT_EQ(m[row][column], expected[row][column]) << row << "," << column;
+        }
     }
 }
 
-TEST(BuildRotmatrix, rowsTurnXToYForAQuarterTurnAboutZ)
+TEST(BuildRotmatrix, RowsTurnXToYForAQuarterTurnAboutZ)
 {
     float m[4][4];
     build_rotmatrix(m, about({0, 0, 1}, 1.57079633f).data());
@@ -241,7 +247,7 @@ TEST(BuildRotmatrix, rowsTurnXToYForAQuarterTurnAboutZ)
     EXPECT_NEAR(m[0][1], -1, 1e-6);
 }
 
-TEST(BuildRotmatrix, diagonalSumsSquaresInFloatAndSubtractsInDouble)
+TEST(BuildRotmatrix, DiagonalSumsSquaresInFloatAndSubtractsInDouble)
 {
     float m[4][4];
     const float q[4] = {0.15f, 0.42f, -0.62f, -0.42f};

@@ -28,16 +28,18 @@ protected:
 
     void TearDown() override
     {
-        if (trans)
+        if (trans) {
             trans->updateValues(POLYLINE_PICK, nullptr); // the destructor leaves the points
+        }
         trans.reset();
         RecordedTest::TearDown();
     }
 
     static void loadIdentity(double* matrix)
     {
-        for (int k = 0; k < 16; ++k)
+        for (int k = 0; k < 16; ++k) {
             matrix[k] = k % 5 == 0 ? 1 : 0;
+        }
     }
 
     // From here on the middle of the window unprojects to (x, y, z), and a pixel is worth 1/400 and 1/300 units.
@@ -59,8 +61,9 @@ protected:
 
     void addPoints(int count)
     {
-        for (int k = 0; k < count; ++k)
+        for (int k = 0; k < count; ++k) {
             operate(START_POLYLINE, {400.0f + 40 * k, 300});
+        }
     }
 
     void setScale(float x, float y, float z)

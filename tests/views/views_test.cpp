@@ -44,98 +44,98 @@ Lines withIdentity(const Lines& calls)
 }
 
 // The sign cases. The x test comes first, so the first two hold whatever y is.
-const Extents X_POS_Z_POS = {1, 3, -2, 5, 2, 8};           // Sx 4, Sz 10, Dz -3
-const Extents X_POS_Z_POS_Y_POS = {1, 3, 2, 6, 2, 8};      // the same
-const Extents X_POS_Z_POS_Y_NEG = {1, 3, -7, -3, 2, 8};    // the same
-const Extents X_POS_Z_MIXED = {1, 3, -2, 5, -6, 2};        // Sx 4, Sz -4, Dz -4
-const Extents X_POS_Z_NEG_Y_POS = {1, 3, 2, 6, -7, -1};    // Sx 4, Sz -8, Dz -3
-const Extents X_POS_Z_MIXED_Y_NEG = {1, 3, -7, -3, -6, 2}; // Sx 4, Sz -4, Dz -4
-const Extents Y_POS = {-1, 3, 2, 6, -6, 2};                // Sx 2, Sy 8, Sz -4, Dz -4, cy 4
-const Extents Y_POS_X_NEG_Z_POS = {-5, -3, 2, 6, 1, 3};    // Sx -8, Sy 8, Sz 4, Dz -1, cy 4
-const Extents Y_NEG = {-1, 3, -7, -3, -6, 2};              // Sx 2, Sy -10, Sz -4, Dz -4, t 5
-const Extents Y_NEG_X_NEG_Z_POS = {-5, -3, -7, -3, 1, 3};  // Sx -8, Dz -1, t 5
-const Extents MIXED = {-1, 3, -2, 5, -6, 2};               // Sx 2, Sy 3, Sz -4, Dz -4
-const Extents MIXED_X_NEG_Z_POS = {-5, -3, -2, 5, 1, 3};   // Sx -8, Dz -1
+const Extents xPosZPos = {1, 3, -2, 5, 2, 8};         // Sx 4, Sz 10, Dz -3
+const Extents xPosZPosYPos = {1, 3, 2, 6, 2, 8};      // the same
+const Extents xPosZPosYNeg = {1, 3, -7, -3, 2, 8};    // the same
+const Extents xPosZMixed = {1, 3, -2, 5, -6, 2};      // Sx 4, Sz -4, Dz -4
+const Extents xPosZNegYPos = {1, 3, 2, 6, -7, -1};    // Sx 4, Sz -8, Dz -3
+const Extents xPosZMixedYNeg = {1, 3, -7, -3, -6, 2}; // Sx 4, Sz -4, Dz -4
+const Extents yPos = {-1, 3, 2, 6, -6, 2};            // Sx 2, Sy 8, Sz -4, Dz -4, cy 4
+const Extents yPosXNegZPos = {-5, -3, 2, 6, 1, 3};    // Sx -8, Sy 8, Sz 4, Dz -1, cy 4
+const Extents yNeg = {-1, 3, -7, -3, -6, 2};          // Sx 2, Sy -10, Sz -4, Dz -4, t 5
+const Extents yNegXNegZPos = {-5, -3, -7, -3, 1, 3};  // Sx -8, Dz -1, t 5
+const Extents mixedSigns = {-1, 3, -2, 5, -6, 2};     // Sx 2, Sy 3, Sz -4, Dz -4
+const Extents mixedXNegZPos = {-5, -3, -2, 5, 1, 3};  // Sx -8, Dz -1
 
-const std::string UP = "glRotatef(90,1,0,0)", DOWN = "glRotatef(-90,1,0,0)", FLIP = "glRotatef(180,1,0,0)";
-const std::string LEFT = "glRotatef(90,0,0,1)", RIGHT = "glRotatef(-90,0,0,1)";
-const std::string HALF = "glRotatef(180,0,0,1)", HALF_BACK = "glRotatef(-180,0,0,1)";
+const std::string UP = "glRotatef(90,1,0,0)", downTurn = "glRotatef(-90,1,0,0)", flip = "glRotatef(180,1,0,0)";
+const std::string leftTurn = "glRotatef(90,0,0,1)", rightTurn = "glRotatef(-90,0,0,1)";
+const std::string half = "glRotatef(180,0,0,1)", halfBack = "glRotatef(-180,0,0,1)";
 
-const std::vector<Row> RIGHT_VIEW_ROWS = {
-    {"x pos, z pos", X_POS_Z_POS, {DOWN, "glTranslatef(0,0,-5)"}},
-    {"x pos, z pos, y pos", X_POS_Z_POS_Y_POS, {DOWN, "glTranslatef(0,0,-5)"}},
-    {"x pos, z pos, y neg", X_POS_Z_POS_Y_NEG, {DOWN, "glTranslatef(0,0,-5)"}},
-    {"x pos, z mixed", X_POS_Z_MIXED, {DOWN, HALF, "glTranslatef(-4,0,2)"}},
-    {"x pos, z neg, y pos", X_POS_Z_NEG_Y_POS, {DOWN, HALF, "glTranslatef(-4,0,4)"}},
-    {"x pos, z mixed, y neg", X_POS_Z_MIXED_Y_NEG, {DOWN, HALF, "glTranslatef(-4,0,2)"}},
-    {"y pos", Y_POS, {UP}},
-    {"y pos, x neg, z pos", Y_POS_X_NEG_Z_POS, {UP}},
-    {"y neg", Y_NEG, {"glTranslatef(0,-5,0)", DOWN, "glTranslatef(0,0,-4)"}},
-    {"y neg, x neg, z pos", Y_NEG_X_NEG_Z_POS, {"glTranslatef(0,-5,0)", DOWN, "glTranslatef(0,0,-1)"}},
-    {"mixed", MIXED, {DOWN, "glTranslatef(0,0,-4)"}},
-    {"y mixed, x neg, z pos", MIXED_X_NEG_Z_POS, {DOWN, "glTranslatef(0,0,-1)"}},
+const std::vector<Row> rightViewRows = {
+    {"x pos, z pos", xPosZPos, {downTurn, "glTranslatef(0,0,-5)"}},
+    {"x pos, z pos, y pos", xPosZPosYPos, {downTurn, "glTranslatef(0,0,-5)"}},
+    {"x pos, z pos, y neg", xPosZPosYNeg, {downTurn, "glTranslatef(0,0,-5)"}},
+    {"x pos, z mixed", xPosZMixed, {downTurn, half, "glTranslatef(-4,0,2)"}},
+    {"x pos, z neg, y pos", xPosZNegYPos, {downTurn, half, "glTranslatef(-4,0,4)"}},
+    {"x pos, z mixed, y neg", xPosZMixedYNeg, {downTurn, half, "glTranslatef(-4,0,2)"}},
+    {"y pos", yPos, {UP}},
+    {"y pos, x neg, z pos", yPosXNegZPos, {UP}},
+    {"y neg", yNeg, {"glTranslatef(0,-5,0)", downTurn, "glTranslatef(0,0,-4)"}},
+    {"y neg, x neg, z pos", yNegXNegZPos, {"glTranslatef(0,-5,0)", downTurn, "glTranslatef(0,0,-1)"}},
+    {"mixed", mixedSigns, {downTurn, "glTranslatef(0,0,-4)"}},
+    {"y mixed, x neg, z pos", mixedXNegZPos, {downTurn, "glTranslatef(0,0,-1)"}},
 };
 
-const std::vector<Row> LEFT_VIEW_ROWS = {
-    {"x pos, z pos", X_POS_Z_POS, {DOWN, HALF, "glTranslatef(-4,0,-5)"}},
-    {"x pos, z pos, y pos", X_POS_Z_POS_Y_POS, {DOWN, HALF, "glTranslatef(-4,0,-5)"}},
-    {"x pos, z pos, y neg", X_POS_Z_POS_Y_NEG, {DOWN, HALF, "glTranslatef(-4,0,-5)"}},
-    {"x pos, z mixed", X_POS_Z_MIXED, {DOWN, "glTranslatef(0,0,2)"}},
-    {"x pos, z neg, y pos", X_POS_Z_NEG_Y_POS, {DOWN, "glTranslatef(0,0,4)"}},
-    {"x pos, z mixed, y neg", X_POS_Z_MIXED_Y_NEG, {DOWN, "glTranslatef(0,0,2)"}},
-    {"y pos", Y_POS, {UP, HALF_BACK, "glTranslatef(-2,0,0)"}},
-    {"y pos, x neg, z pos", Y_POS_X_NEG_Z_POS, {UP, HALF_BACK, "glTranslatef(8,0,0)"}},
-    {"y neg", Y_NEG, {"glTranslatef(0,-5,0)", DOWN, HALF_BACK, "glTranslatef(-2,0,-4)"}},
-    {"y neg, x neg, z pos", Y_NEG_X_NEG_Z_POS, {"glTranslatef(0,-5,0)", DOWN, HALF_BACK, "glTranslatef(8,0,-1)"}},
-    {"mixed", MIXED, {DOWN, HALF_BACK, "glTranslatef(-2,0,-4)"}},
-    {"y mixed, x neg, z pos", MIXED_X_NEG_Z_POS, {DOWN, HALF_BACK, "glTranslatef(8,0,-1)"}},
+const std::vector<Row> leftViewRows = {
+    {"x pos, z pos", xPosZPos, {downTurn, half, "glTranslatef(-4,0,-5)"}},
+    {"x pos, z pos, y pos", xPosZPosYPos, {downTurn, half, "glTranslatef(-4,0,-5)"}},
+    {"x pos, z pos, y neg", xPosZPosYNeg, {downTurn, half, "glTranslatef(-4,0,-5)"}},
+    {"x pos, z mixed", xPosZMixed, {downTurn, "glTranslatef(0,0,2)"}},
+    {"x pos, z neg, y pos", xPosZNegYPos, {downTurn, "glTranslatef(0,0,4)"}},
+    {"x pos, z mixed, y neg", xPosZMixedYNeg, {downTurn, "glTranslatef(0,0,2)"}},
+    {"y pos", yPos, {UP, halfBack, "glTranslatef(-2,0,0)"}},
+    {"y pos, x neg, z pos", yPosXNegZPos, {UP, halfBack, "glTranslatef(8,0,0)"}},
+    {"y neg", yNeg, {"glTranslatef(0,-5,0)", downTurn, halfBack, "glTranslatef(-2,0,-4)"}},
+    {"y neg, x neg, z pos", yNegXNegZPos, {"glTranslatef(0,-5,0)", downTurn, halfBack, "glTranslatef(8,0,-1)"}},
+    {"mixed", mixedSigns, {downTurn, halfBack, "glTranslatef(-2,0,-4)"}},
+    {"y mixed, x neg, z pos", mixedXNegZPos, {downTurn, halfBack, "glTranslatef(8,0,-1)"}},
 };
 
-const std::vector<Row> BACK_VIEW_ROWS = {
-    {"x pos, z pos", X_POS_Z_POS, {DOWN, RIGHT, "glTranslatef(0,2,-3)"}},
-    {"x pos, z pos, y pos", X_POS_Z_POS_Y_POS, {DOWN, RIGHT, "glTranslatef(0,2,-3)"}},
-    {"x pos, z pos, y neg", X_POS_Z_POS_Y_NEG, {DOWN, RIGHT, "glTranslatef(0,2,-3)"}},
-    {"x pos, z mixed", X_POS_Z_MIXED, {DOWN, LEFT, "glTranslatef(0,-2,-4)"}},
-    {"x pos, z neg, y pos", X_POS_Z_NEG_Y_POS, {DOWN, LEFT, "glTranslatef(0,-2,-3)"}},
-    {"x pos, z mixed, y neg", X_POS_Z_MIXED_Y_NEG, {DOWN, LEFT, "glTranslatef(0,-2,-4)"}},
-    {"y pos", Y_POS, {UP, LEFT, "glTranslatef(0,-4,-2)"}},
-    {"y pos, x neg, z pos", Y_POS_X_NEG_Z_POS, {UP, LEFT, "glTranslatef(0,-4,-6)"}},
-    {"y neg", Y_NEG, {"glTranslatef(0,-5,0)", DOWN, RIGHT, "glTranslatef(0,6,-4)"}},
-    {"y neg, x neg, z pos", Y_NEG_X_NEG_Z_POS, {"glTranslatef(0,-5,0)", DOWN, RIGHT, "glTranslatef(0,1,-1)"}},
-    {"mixed", MIXED, {DOWN, RIGHT, "glTranslatef(0,1,-4)"}},
-    {"y mixed, x neg, z pos", MIXED_X_NEG_Z_POS, {DOWN, RIGHT, "glTranslatef(0,-4,-1)"}},
+const std::vector<Row> backViewRows = {
+    {"x pos, z pos", xPosZPos, {downTurn, rightTurn, "glTranslatef(0,2,-3)"}},
+    {"x pos, z pos, y pos", xPosZPosYPos, {downTurn, rightTurn, "glTranslatef(0,2,-3)"}},
+    {"x pos, z pos, y neg", xPosZPosYNeg, {downTurn, rightTurn, "glTranslatef(0,2,-3)"}},
+    {"x pos, z mixed", xPosZMixed, {downTurn, leftTurn, "glTranslatef(0,-2,-4)"}},
+    {"x pos, z neg, y pos", xPosZNegYPos, {downTurn, leftTurn, "glTranslatef(0,-2,-3)"}},
+    {"x pos, z mixed, y neg", xPosZMixedYNeg, {downTurn, leftTurn, "glTranslatef(0,-2,-4)"}},
+    {"y pos", yPos, {UP, leftTurn, "glTranslatef(0,-4,-2)"}},
+    {"y pos, x neg, z pos", yPosXNegZPos, {UP, leftTurn, "glTranslatef(0,-4,-6)"}},
+    {"y neg", yNeg, {"glTranslatef(0,-5,0)", downTurn, rightTurn, "glTranslatef(0,6,-4)"}},
+    {"y neg, x neg, z pos", yNegXNegZPos, {"glTranslatef(0,-5,0)", downTurn, rightTurn, "glTranslatef(0,1,-1)"}},
+    {"mixed", mixedSigns, {downTurn, rightTurn, "glTranslatef(0,1,-4)"}},
+    {"y mixed, x neg, z pos", mixedXNegZPos, {downTurn, rightTurn, "glTranslatef(0,-4,-1)"}},
 };
 
-const std::vector<Row> FRONT_VIEW_ROWS = {
-    {"x pos, z pos", X_POS_Z_POS, {DOWN, LEFT, "glTranslatef(0,-2,-3)"}},
-    {"x pos, z pos, y pos", X_POS_Z_POS_Y_POS, {DOWN, LEFT, "glTranslatef(0,-2,-3)"}},
-    {"x pos, z pos, y neg", X_POS_Z_POS_Y_NEG, {DOWN, LEFT, "glTranslatef(0,-2,-3)"}},
-    {"x pos, z mixed", X_POS_Z_MIXED, {DOWN, RIGHT, "glTranslatef(0,2,-4)"}},
-    {"x pos, z neg, y pos", X_POS_Z_NEG_Y_POS, {DOWN, RIGHT, "glTranslatef(0,2,-3)"}},
-    {"x pos, z mixed, y neg", X_POS_Z_MIXED_Y_NEG, {DOWN, RIGHT, "glTranslatef(0,2,-4)"}},
-    {"y pos", Y_POS, {UP, RIGHT, "glTranslatef(0,-4,-2)"}},
-    {"y pos, x neg, z pos", Y_POS_X_NEG_Z_POS, {UP, RIGHT, "glTranslatef(0,-4,-6)"}},
-    {"y neg", Y_NEG, {"glTranslatef(0,-5,0)", DOWN, LEFT, "glTranslatef(0,4,-4)"}},
-    {"y neg, x neg, z pos", Y_NEG_X_NEG_Z_POS, {"glTranslatef(0,-5,0)", DOWN, LEFT, "glTranslatef(0,9,-1)"}},
-    {"mixed", MIXED, {DOWN, LEFT, "glTranslatef(0,-1,-4)"}},
-    {"y mixed, x neg, z pos", MIXED_X_NEG_Z_POS, {DOWN, LEFT, "glTranslatef(0,4,-1)"}},
+const std::vector<Row> frontViewRows = {
+    {"x pos, z pos", xPosZPos, {downTurn, leftTurn, "glTranslatef(0,-2,-3)"}},
+    {"x pos, z pos, y pos", xPosZPosYPos, {downTurn, leftTurn, "glTranslatef(0,-2,-3)"}},
+    {"x pos, z pos, y neg", xPosZPosYNeg, {downTurn, leftTurn, "glTranslatef(0,-2,-3)"}},
+    {"x pos, z mixed", xPosZMixed, {downTurn, rightTurn, "glTranslatef(0,2,-4)"}},
+    {"x pos, z neg, y pos", xPosZNegYPos, {downTurn, rightTurn, "glTranslatef(0,2,-3)"}},
+    {"x pos, z mixed, y neg", xPosZMixedYNeg, {downTurn, rightTurn, "glTranslatef(0,2,-4)"}},
+    {"y pos", yPos, {UP, rightTurn, "glTranslatef(0,-4,-2)"}},
+    {"y pos, x neg, z pos", yPosXNegZPos, {UP, rightTurn, "glTranslatef(0,-4,-6)"}},
+    {"y neg", yNeg, {"glTranslatef(0,-5,0)", downTurn, leftTurn, "glTranslatef(0,4,-4)"}},
+    {"y neg, x neg, z pos", yNegXNegZPos, {"glTranslatef(0,-5,0)", downTurn, leftTurn, "glTranslatef(0,9,-1)"}},
+    {"mixed", mixedSigns, {downTurn, leftTurn, "glTranslatef(0,-1,-4)"}},
+    {"y mixed, x neg, z pos", mixedXNegZPos, {downTurn, leftTurn, "glTranslatef(0,4,-1)"}},
 };
 
-const std::vector<Row> TOP_VIEW_ROWS = {
-    {"y pos", Y_POS, {}},
-    {"y pos, x pos, z pos", X_POS_Z_POS_Y_POS, {}},
-    {"y neg", Y_NEG, {"glTranslatef(0,-5,0)", FLIP, "glTranslatef(0,5,0)"}},
-    {"y neg, x pos, z pos", X_POS_Z_POS_Y_NEG, {"glTranslatef(0,-5,0)", FLIP, "glTranslatef(0,5,0)"}},
-    {"y mixed", MIXED, {FLIP}},
-    {"y mixed, x pos, z pos", X_POS_Z_POS, {FLIP}},
+const std::vector<Row> topViewRows = {
+    {"y pos", yPos, {}},
+    {"y pos, x pos, z pos", xPosZPosYPos, {}},
+    {"y neg", yNeg, {"glTranslatef(0,-5,0)", flip, "glTranslatef(0,5,0)"}},
+    {"y neg, x pos, z pos", xPosZPosYNeg, {"glTranslatef(0,-5,0)", flip, "glTranslatef(0,5,0)"}},
+    {"y mixed", mixedSigns, {flip}},
+    {"y mixed, x pos, z pos", xPosZPos, {flip}},
 };
 
-const std::vector<Row> BOTTOM_VIEW_ROWS = {
-    {"y pos", Y_POS, {"glTranslatef(0,4,0)", FLIP, "glTranslatef(0,-4,0)"}},
-    {"y pos, x pos, z pos", X_POS_Z_POS_Y_POS, {"glTranslatef(0,4,0)", FLIP, "glTranslatef(0,-4,0)"}},
-    {"y neg", Y_NEG, {}},
-    {"y mixed", MIXED, {}},
-    {"y mixed, x pos, z pos", X_POS_Z_POS, {}},
+const std::vector<Row> bottomViewRows = {
+    {"y pos", yPos, {"glTranslatef(0,4,0)", flip, "glTranslatef(0,-4,0)"}},
+    {"y pos, x pos, z pos", xPosZPosYPos, {"glTranslatef(0,4,0)", flip, "glTranslatef(0,-4,0)"}},
+    {"y neg", yNeg, {}},
+    {"y mixed", mixedSigns, {}},
+    {"y mixed, x pos, z pos", xPosZPos, {}},
 };
 
 class Orientations : public View
@@ -165,7 +165,7 @@ protected:
         glMatrixMode(GL_PROJECTION);
         glOrtho(-10, 10, -7.5, 7.5, 9999, -9999);
         glMatrixMode(GL_MODELVIEW);
-        useModel(MIXED);
+        useModel(mixedSigns);
         forget();
     }
 
@@ -195,16 +195,17 @@ protected:
     std::string printedScale()
     {
         for (const std::string& line : printedLines()) {
-            if (line.rfind("SCALE=", 0) == 0)
+            if (line.rfind("SCALE=", 0) == 0) {
                 return line;
+            }
         }
         return "no scale printed";
     }
 };
 } // namespace
 
-// --- Axis classes
-TEST_F(View, startsAsIsoViewOfTheGivenExtents)
+// --- Axis classes ---
+TEST_F(View, StartsAsIsoViewOfTheGivenExtents)
 {
     Extents negative = {-3, -1, -3, -1, -3, -1};
     const MView fresh(negative.data());
@@ -215,7 +216,7 @@ TEST_F(View, startsAsIsoViewOfTheGivenExtents)
     EXPECT_EQ(fresh.zAxisType, Z_BOTH_NEGATIVE);
 }
 
-TEST_F(View, axesAreClassifiedBySign)
+TEST_F(View, AxesAreClassifiedBySign)
 {
     useModel({0, 5, -5, -1, -1, 5});
     EXPECT_EQ(view.xAxisType, X_BOTH_POSITIVE) << "zero counts as positive";
@@ -227,7 +228,7 @@ TEST_F(View, axesAreClassifiedBySign)
     EXPECT_EQ(view.zAxisType, Z_BOTH_POSITIVE);
 }
 
-TEST_F(View, axisThatBecomesMixedKeepsItsClass)
+TEST_F(View, AxisThatBecomesMixedKeepsItsClass)
 {
     useModel({1, 5, -5, -1, -5, -1});
     Extents mixed = {-1, 5, -5, 1, -5, 0};
@@ -241,81 +242,82 @@ TEST_F(View, axisThatBecomesMixedKeepsItsClass)
     EXPECT_EQ(view.xAxisType, X_BOTH_NEGATIVE);
 }
 
-// --- Orientations
-TEST_F(Orientations, rightView)
+// --- Orientations ---
+TEST_F(Orientations, RightView)
 {
-    expectRows(&MView::rightView, RIGHT_VIEW_ROWS);
+    expectRows(&MView::rightView, rightViewRows);
 }
 
-TEST_F(Orientations, leftView)
+TEST_F(Orientations, LeftView)
 {
-    expectRows(&MView::leftView, LEFT_VIEW_ROWS);
+    expectRows(&MView::leftView, leftViewRows);
 }
 
-TEST_F(Orientations, backView)
+TEST_F(Orientations, BackView)
 {
-    expectRows(&MView::backView, BACK_VIEW_ROWS);
+    expectRows(&MView::backView, backViewRows);
 }
 
-TEST_F(Orientations, frontView)
+TEST_F(Orientations, FrontView)
 {
-    expectRows(&MView::frontView, FRONT_VIEW_ROWS);
+    expectRows(&MView::frontView, frontViewRows);
 }
 
-TEST_F(Orientations, topView)
+TEST_F(Orientations, TopView)
 {
-    expectRows(&MView::topView, TOP_VIEW_ROWS);
+    expectRows(&MView::topView, topViewRows);
 }
 
-TEST_F(Orientations, bottomView)
+TEST_F(Orientations, BottomView)
 {
-    expectRows(&MView::bottomView, BOTTOM_VIEW_ROWS);
+    expectRows(&MView::bottomView, bottomViewRows);
 }
 
-TEST_F(Orientations, isoViewIsTheLeftViewTilted)
+TEST_F(Orientations, IsoViewIsTheLeftViewTilted)
 {
-    std::vector<Row> rows = LEFT_VIEW_ROWS;
-    for (Row& row : rows)
+    std::vector<Row> rows = leftViewRows;
+    for (Row& row : rows) {
         row.calls.push_back("glRotatef(10,1,0,0)");
+    }
     expectRows(&MView::isoView, rows);
 }
 
-TEST_F(Orientations, halvesOfTheRangesAreComputedInFloat)
+TEST_F(Orientations, HalvesOfTheRangesAreComputedInFloat)
 {
     useModel({-1, 3, -33554432, -3, -1, 1}); // t is 16777217.5 in double
     view.topView();
     EXPECT_EQ(glrecord::matching("glTranslatef"), (Lines{"glTranslatef(0,-16777216,0)", "glTranslatef(0,16777216,0)"}));
 }
 
-TEST_F(Orientations, bottomViewOfAPositiveModelFlipsAboutItsYCentre)
+TEST_F(Orientations, BottomViewOfAPositiveModelFlipsAboutItsYCentre)
 {
-    useModel(Y_POS);
+    useModel(yPos);
     view.bottomView();
     const glrecord::Matrix& m = glrecord::modelview();
     EXPECT_NEAR(m[5] * 4 + m[13], 4, 1e-12) << "the centre stays";
     EXPECT_NEAR(m[5] * 2 + m[13], 6, 1e-12) << "the lower edge becomes the upper one";
 }
 
-TEST_F(Orientations, halfTurnAfterTheFullShiftMapsTheXRangeOntoItself)
+TEST_F(Orientations, HalfTurnAfterTheFullShiftMapsTheXRangeOntoItself)
 {
-    useModel(MIXED);
+    useModel(mixedSigns);
     view.leftView();
     const glrecord::Matrix& m = glrecord::modelview();
     EXPECT_NEAR(m[0] * -1 + m[12], 3, 1e-6);
     EXPECT_NEAR(m[0] * 3 + m[12], -1, 1e-6);
 }
 
-// --- Which view is drawn
-TEST_F(Fit, viewTypeChoosesTheOrientation)
+// --- Which view is drawn ---
+TEST_F(Fit, ViewTypeChoosesTheOrientation)
 {
     const std::vector<std::pair<int, Lines>> first = {
-        {ISO_VIEW, {DOWN, HALF_BACK, "glTranslatef(-2,0,-4)", "glRotatef(10,1,0,0)"}},
-        {TOP_VIEW, {FLIP}},
+        {ISO_VIEW, {downTurn, halfBack, "glTranslatef(-2,0,-4)", "glRotatef(10,1,0,0)"}},
+        {TOP_VIEW, {flip}},
         {BOTTOM_VIEW, {}},
-        {LEFT_VIEW, {DOWN, HALF_BACK, "glTranslatef(-2,0,-4)"}},
-        {RIGHT_VIEW, {DOWN, "glTranslatef(0,0,-4)"}},
-        {FRONT_VIEW, {DOWN, LEFT, "glTranslatef(0,-1,-4)"}},
-        {BACK_VIEW, {DOWN, RIGHT, "glTranslatef(0,1,-4)"}},
+        {LEFT_VIEW, {downTurn, halfBack, "glTranslatef(-2,0,-4)"}},
+        {RIGHT_VIEW, {downTurn, "glTranslatef(0,0,-4)"}},
+        {FRONT_VIEW, {downTurn, leftTurn, "glTranslatef(0,-1,-4)"}},
+        {BACK_VIEW, {downTurn, rightTurn, "glTranslatef(0,1,-4)"}},
     };
     for (const auto& [viewType, calls] : first) {
         draw(viewType);
@@ -328,7 +330,7 @@ TEST_F(Fit, viewTypeChoosesTheOrientation)
     }
 }
 
-TEST_F(Fit, unknownViewTypesOnlyFit)
+TEST_F(Fit, UnknownViewTypesOnlyFit)
 {
     for (int viewType : {static_cast<int>(NO_VIEW), -1, 8, 99}) {
         glLoadIdentity();
@@ -339,19 +341,19 @@ TEST_F(Fit, unknownViewTypesOnlyFit)
     }
 }
 
-// --- The fit
-TEST_F(Fit, wholeFrameOfTheTopView)
+// --- The fit ---
+TEST_F(Fit, WholeFrameOfTheTopView)
 {
     draw(TOP_VIEW);
     EXPECT_EQ(
         glrecord::lines(),
-        withIdentity({FLIP, "glGetIntegerv(GL_VIEWPORT)", "glGetDoublev(GL_MODELVIEW_MATRIX)",
+        withIdentity({flip, "glGetIntegerv(GL_VIEWPORT)", "glGetDoublev(GL_MODELVIEW_MATRIX)",
                       "glGetDoublev(GL_PROJECTION_MATRIX)", "gluProject(-1,-2,-6)", "gluProject(3,5,2)",
                       "glScalef(2.03571439,2.03571439,2.03571439)", "glGetDoublev(GL_MODELVIEW_MATRIX)",
                       "glGetDoublev(GL_PROJECTION_MATRIX)", "gluUnProject(400,300,0.5)", "glTranslatef(-1,-1.5,2)"}));
 }
 
-TEST_F(Fit, printsCornersScaleAndCentres)
+TEST_F(Fit, PrintsCornersScaleAndCentres)
 {
     view.mViewType = BOTTOM_VIEW;
     view.getMatrices();
@@ -360,13 +362,13 @@ TEST_F(Fit, printsCornersScaleAndCentres)
                          "SCALE=2.03571,2.03571,2.03571\nVIEW cow=0,0,0\nVIEW COM=1,1.5,-2\n");
 }
 
-TEST_F(Fit, isoViewFillsTheViewportEdgeToEdge)
+TEST_F(Fit, IsoViewFillsTheViewportEdgeToEdge)
 {
     draw(ISO_VIEW);
     EXPECT_NEAR(filled(), 1, 1e-6);
 }
 
-TEST_F(Fit, theOtherViewsLeaveFivePerCent)
+TEST_F(Fit, TheOtherViewsLeaveFivePerCent)
 {
     for (int viewType = TOP_VIEW; viewType <= BACK_VIEW; ++viewType) {
         draw(viewType);
@@ -374,7 +376,7 @@ TEST_F(Fit, theOtherViewsLeaveFivePerCent)
     }
 }
 
-TEST_F(Fit, scaleIsTheSmallerOfBothDirections)
+TEST_F(Fit, ScaleIsTheSmallerOfBothDirections)
 {
     useModel({-8, 8, -1, 1, -1, 1}); // 800 / 640 and 600 / 80
     draw(TOP_VIEW);
@@ -384,7 +386,7 @@ TEST_F(Fit, scaleIsTheSmallerOfBothDirections)
     EXPECT_EQ(printedScale(), "SCALE=1.425,1.425,1.425");
 }
 
-TEST_F(Fit, centreOfTheBoxComesToTheMiddleOfTheWindow)
+TEST_F(Fit, CentreOfTheBoxComesToTheMiddleOfTheWindow)
 {
     for (int viewType = NO_VIEW; viewType <= BACK_VIEW; ++viewType) {
         draw(viewType);
@@ -394,7 +396,7 @@ TEST_F(Fit, centreOfTheBoxComesToTheMiddleOfTheWindow)
     }
 }
 
-TEST_F(Fit, flatModelKeepsTheScaleOneWhereItHasNoWidth)
+TEST_F(Fit, FlatModelKeepsTheScaleOneWhereItHasNoWidth)
 {
     useModel({2, 2, -2, 5, -6, 2});
     draw(TOP_VIEW); // 1 and 600 / 280
@@ -407,28 +409,28 @@ TEST_F(Fit, flatModelKeepsTheScaleOneWhereItHasNoWidth)
     EXPECT_EQ(printedScale(), "SCALE=1,1,1");
 }
 
-TEST_F(Fit, zeroViewportScalesByOne)
+TEST_F(Fit, ZeroViewportScalesByOne)
 {
     glViewport(0, 0, 0, 600);
     draw(ISO_VIEW);
     EXPECT_EQ(printedScale(), "SCALE=1,1,1");
 }
 
-TEST_F(Fit, middleOfAnOddWindowLosesItsHalfPixel)
+TEST_F(Fit, MiddleOfAnOddWindowLosesItsHalfPixel)
 {
     glViewport(0, 0, 801, 601);
     draw(TOP_VIEW);
     EXPECT_EQ(glrecord::matching("gluUnProject"), (Lines{"gluUnProject(400,300,0.5)"}));
 }
 
-TEST_F(Fit, offsetOfTheViewportIsNotAdded)
+TEST_F(Fit, OffsetOfTheViewportIsNotAdded)
 {
     glViewport(100, 50, 800, 600);
     draw(TOP_VIEW);
     EXPECT_EQ(glrecord::matching("gluUnProject"), (Lines{"gluUnProject(400,300,0.5)"}));
 }
 
-TEST_F(Fit, standardViewsAreRebuiltEveryFrame)
+TEST_F(Fit, StandardViewsAreRebuiltEveryFrame)
 {
     draw(FRONT_VIEW);
     const glrecord::Matrix once = glrecord::modelview();
@@ -436,7 +438,7 @@ TEST_F(Fit, standardViewsAreRebuiltEveryFrame)
     EXPECT_EQ(glrecord::modelview(), once);
 }
 
-TEST_F(Fit, noViewFitsOnTopOfTheLastFrame)
+TEST_F(Fit, NoViewFitsOnTopOfTheLastFrame)
 {
     glLoadIdentity();
     draw(NO_VIEW);

@@ -15,8 +15,8 @@ protected:
 };
 } // namespace
 
-// --- updateLocalScaleForWindow
-TEST_F(Zoom, stepScalesAboutTheMiddleOfTheWindow)
+// --- updateLocalScaleForWindow ---
+TEST_F(Zoom, StepScalesAboutTheMiddleOfTheWindow)
 {
     putUnderWindowMiddle(3, 4, 5);
     trans->updateLocalScaleForWindow(0.5f);
@@ -26,7 +26,7 @@ TEST_F(Zoom, stepScalesAboutTheMiddleOfTheWindow)
     EXPECT_EQ(glrecord::lines(), (Lines{"gluUnProject(400,300,0.5)"}));
 }
 
-TEST_F(Zoom, theScaledPointStaysWhereItIs)
+TEST_F(Zoom, TheScaledPointStaysWhereItIs)
 {
     const float before[3] = {10, -20, 30};
     putUnderWindowMiddle(3, 4, 5);
@@ -38,7 +38,7 @@ TEST_F(Zoom, theScaledPointStaysWhereItIs)
     }
 }
 
-TEST_F(Zoom, stepPrintsOldCentreNewCentreAndResult)
+TEST_F(Zoom, StepPrintsOldCentreNewCentreAndResult)
 {
     putUnderWindowMiddle(3, 4, 5);
     trans->centerOfScaling[0] = 7.25;
@@ -47,7 +47,7 @@ TEST_F(Zoom, stepPrintsOldCentreNewCentreAndResult)
                          "TRANSX=-1.5 TRANSY=-2 TRANSZ=-2.5\nscaleX=1.5 scaleY=1.5 scaleZ=1.5\n");
 }
 
-TEST_F(Zoom, refusedStepStillPrints)
+TEST_F(Zoom, RefusedStepStillPrints)
 {
     putUnderWindowMiddle(3, 4, 5);
     trans->updateLocalScaleForWindow(-5);
@@ -55,7 +55,7 @@ TEST_F(Zoom, refusedStepStillPrints)
                          "TRANSX=0 TRANSY=0 TRANSZ=0\nscaleX=1 scaleY=1 scaleZ=1\n");
 }
 
-TEST_F(Zoom, oddWindowLosesItsHalfPixel)
+TEST_F(Zoom, OddWindowLosesItsHalfPixel)
 {
     trans->setViewport(801, 601);
     forget();
@@ -64,7 +64,7 @@ TEST_F(Zoom, oddWindowLosesItsHalfPixel)
     EXPECT_EQ(printedLines()[0], "local scale w/2=400 h/2=300 SCALE=0.5");
 }
 
-TEST_F(Zoom, offsetOfTheViewportIsNotAdded)
+TEST_F(Zoom, OffsetOfTheViewportIsNotAdded)
 {
     trans->viewPort[0] = 100;
     trans->viewPort[1] = 50;
@@ -75,7 +75,7 @@ TEST_F(Zoom, offsetOfTheViewportIsNotAdded)
     EXPECT_DOUBLE_EQ(trans->centerOfScaling[0], -0.25) << "100 pixels left of the middle";
 }
 
-TEST_F(Zoom, stepToBelowTheBoundChangesNothing)
+TEST_F(Zoom, StepToBelowTheBoundChangesNothing)
 {
     putUnderWindowMiddle(3, 4, 5);
     setScale(0.25f, 0.25f, 0.25f);
@@ -84,7 +84,7 @@ TEST_F(Zoom, stepToBelowTheBoundChangesNothing)
     EXPECT_EQ(triple(trans->localTrans), (Triple{0, 0, 0}));
 }
 
-TEST_F(Zoom, fourStepsDownFromOneAndTheFifthIsRefused)
+TEST_F(Zoom, FourStepsDownFromOneAndTheFifthIsRefused)
 {
     for (float expected : {0.800000012f, 0.600000024f, 0.400000036f, 0.200000033f, 0.200000033f}) {
         trans->updateLocalScaleForWindow(-0.2f);
@@ -92,21 +92,21 @@ TEST_F(Zoom, fourStepsDownFromOneAndTheFifthIsRefused)
     }
 }
 
-TEST_F(Zoom, boundIsTestedOnTheFloatSum)
+TEST_F(Zoom, BoundIsTestedOnTheFloatSum)
 {
     setScale(0.3f, 0.3f, 0.3f);
     trans->updateLocalScaleForWindow(-0.2f);
     EXPECT_EQ(triple(trans->localScale), (Triple{0.100000009f, 0.100000009f, 0.100000009f}));
 }
 
-TEST_F(Zoom, boundItselfIsRefused)
+TEST_F(Zoom, BoundItselfIsRefused)
 {
     setScale(0.2f, 0.2f, 0.2f);
     trans->updateLocalScaleForWindow(-0.1f); // 0.2f - 0.1f is exactly 0.1f
     EXPECT_EQ(trans->localScale[0], 0.2f);
 }
 
-TEST_F(Zoom, axesAreTestedByThemselves)
+TEST_F(Zoom, AxesAreTestedByThemselves)
 {
     putUnderWindowMiddle(3, 4, 5);
     setScale(0.25f, 1, 0.5f);
@@ -115,7 +115,7 @@ TEST_F(Zoom, axesAreTestedByThemselves)
     EXPECT_EQ(triple(trans->localTrans), (Triple{0, 1, 1.25f}));
 }
 
-TEST_F(Zoom, translationIsComputedInDouble)
+TEST_F(Zoom, TranslationIsComputedInDouble)
 {
     // 16777217 is no float: 16777217 * 1 - 16777217 * 1.5 + 8388608 = -0.5.
     putUnderWindowMiddle(16777217, 0, 0);
@@ -124,8 +124,8 @@ TEST_F(Zoom, translationIsComputedInDouble)
     EXPECT_EQ(trans->localTrans[0], -0.5f);
 }
 
-// --- updateScaleForWindow
-TEST_F(Zoom, stepsPerAxis)
+// --- updateScaleForWindow ---
+TEST_F(Zoom, StepsPerAxis)
 {
     glTranslatef(-3, -4, -5);
     trans->updateScaleForWindow(0.5f, 0.25f, -0.5f);
@@ -135,7 +135,7 @@ TEST_F(Zoom, stepsPerAxis)
                          "TRANSX=-1.5 TRANSY=-1 TRANSZ=2.5\nscaleX=1.5 scaleY=1.25 scaleZ=0.5\n");
 }
 
-TEST_F(Zoom, stepForXAloneLeavesYAndZ)
+TEST_F(Zoom, StepForXAloneLeavesYAndZ)
 {
     glTranslatef(-3, -4, -5);
     trans->setTranslation(std::array<float, 3>{10, 20, 30}.data());
@@ -146,7 +146,7 @@ TEST_F(Zoom, stepForXAloneLeavesYAndZ)
     EXPECT_EQ(trans->localTrans[2], 30);
 }
 
-TEST_F(Zoom, stepsPerAxisReadTheHostsModelview)
+TEST_F(Zoom, StepsPerAxisReadTheHostsModelview)
 {
     putUnderWindowMiddle(50, 50, 50); // of the last frame
     glTranslatef(-3, -4, -5);
@@ -157,8 +157,8 @@ TEST_F(Zoom, stepsPerAxisReadTheHostsModelview)
     EXPECT_EQ(triple(trans->centerOfScaling), (DoubleTriple{3, 4, 5}));
 }
 
-// --- The rubber band
-TEST_F(Zoom, rectangleIsUnprojectedAsItStands)
+// --- The rubber band ---
+TEST_F(Zoom, RectangleIsUnprojectedAsItStands)
 {
     band(800, 0, 400, 600); // y is not flipped
     trans->updateRect();
@@ -170,7 +170,7 @@ TEST_F(Zoom, rectangleIsUnprojectedAsItStands)
     EXPECT_EQ(trans->mouseValues[0], 800);
 }
 
-TEST_F(Zoom, bandRaisesEveryScaleByOneStepWhateverItsSize)
+TEST_F(Zoom, BandRaisesEveryScaleByOneStepWhateverItsSize)
 {
     for (float size : {1.0f, 100.0f, 400.0f}) {
         setScale(1, 2, 0.25f);
@@ -180,7 +180,7 @@ TEST_F(Zoom, bandRaisesEveryScaleByOneStepWhateverItsSize)
     }
 }
 
-TEST_F(Zoom, bandScalesAboutItsMiddle)
+TEST_F(Zoom, BandScalesAboutItsMiddle)
 {
     putUnderWindowMiddle(3, 4, 5);
     band(400, 300, 600, 450); // middle (3.25, 4.25, 5)
@@ -192,7 +192,7 @@ TEST_F(Zoom, bandScalesAboutItsMiddle)
                       static_cast<float>(5.0 - 5.0 * scale)}));
 }
 
-TEST_F(Zoom, bandAddsItsStepInFloat)
+TEST_F(Zoom, BandAddsItsStepInFloat)
 {
     putUnderWindowMiddle(0, 0, 5.1799999999999997);
     trans->localScale[2] = 0.7f;
@@ -202,7 +202,7 @@ TEST_F(Zoom, bandAddsItsStepInFloat)
     EXPECT_EQ(trans->localTrans[2], -0.93599993f); // a sum in double gives -0.93599999
 }
 
-TEST_F(Zoom, bandHasNoLowerBound)
+TEST_F(Zoom, BandHasNoLowerBound)
 {
     setScale(-3, -0.5f, 0.01f);
     band(400, 300, 600, 450);
@@ -210,7 +210,7 @@ TEST_F(Zoom, bandHasNoLowerBound)
     EXPECT_EQ(triple(trans->localScale), (Triple{-3 + 0.2f, -0.5f + 0.2f, 0.01f + 0.2f}));
 }
 
-TEST_F(Zoom, bandPrintsItsSizesCornersCentreAndResult)
+TEST_F(Zoom, BandPrintsItsSizesCornersCentreAndResult)
 {
     band(400, 300, 600, 450); // dy is start minus current
     trans->updateLocalScaleForRubberBand();
@@ -219,7 +219,7 @@ TEST_F(Zoom, bandPrintsItsSizesCornersCentreAndResult)
                          "TRANSX=-0.05 TRANSY=-0.05 TRANSZ=0\nscaleX=1.2 scaleY=1.2 scaleZ=1.2\n");
 }
 
-TEST_F(Zoom, bandWithoutWidthOrHeightOnlyPrintsItsThreeLines)
+TEST_F(Zoom, BandWithoutWidthOrHeightOnlyPrintsItsThreeLines)
 {
     band(400, 300, 400, 450);
     trans->updateLocalScaleForRubberBand();
@@ -232,8 +232,8 @@ TEST_F(Zoom, bandWithoutWidthOrHeightOnlyPrintsItsThreeLines)
     EXPECT_TRUE(glrecord::lines().empty());
 }
 
-// --- The pivot
-TEST_F(Zoom, windowCentreIsThePointUnderTheMiddle)
+// --- The pivot ---
+TEST_F(Zoom, WindowCentreIsThePointUnderTheMiddle)
 {
     putUnderWindowMiddle(3, 4, 5);
     trans->computeWindowCenter();
@@ -242,7 +242,7 @@ TEST_F(Zoom, windowCentreIsThePointUnderTheMiddle)
     EXPECT_EQ(glrecord::lines(), (Lines{"gluUnProject(400,300,0.5)"}));
 }
 
-TEST_F(Zoom, windowCentreIsPrintedAsCosAfterTheMatrices)
+TEST_F(Zoom, WindowCentreIsPrintedAsCosAfterTheMatrices)
 {
     trans->printMatrices();
     const std::string matrices = printed();
@@ -250,7 +250,7 @@ TEST_F(Zoom, windowCentreIsPrintedAsCosAfterTheMatrices)
     EXPECT_EQ(printed(), "compute wc w/2=400 h/2=300\n" + matrices + "cos=0,0,0\n");
 }
 
-TEST_F(Zoom, updatedWindowCentreIsTheMiddleOfTheBoxWithoutAPrint)
+TEST_F(Zoom, UpdatedWindowCentreIsTheMiddleOfTheBoxWithoutAPrint)
 {
     extents[0] = 0.1f;
     extents[1] = 0.7f;
@@ -261,7 +261,7 @@ TEST_F(Zoom, updatedWindowCentreIsTheMiddleOfTheBoxWithoutAPrint)
     EXPECT_TRUE(glrecord::lines().empty());
 }
 
-TEST_F(Zoom, halvingOfABoxMiddleIsInDouble)
+TEST_F(Zoom, HalvingOfABoxMiddleIsInDouble)
 {
     extents[0] = 0;
     extents[1] = 1.4e-45f; // the smallest float: its half exists in double only
@@ -269,8 +269,8 @@ TEST_F(Zoom, halvingOfABoxMiddleIsInDouble)
     EXPECT_GT(trans->centerOfWindow[0], 0);
 }
 
-// --- moveToCOW
-TEST_F(Zoom, moveBringsTheBoxMiddleToTheWindowMiddle)
+// --- moveToCOW ---
+TEST_F(Zoom, MoveBringsTheBoxMiddleToTheWindowMiddle)
 {
     putUnderWindowMiddle(11, 21.5, 32.5);
     trans->moveToCOW();
@@ -279,7 +279,7 @@ TEST_F(Zoom, moveBringsTheBoxMiddleToTheWindowMiddle)
     EXPECT_EQ(triple(trans->centerOfWindow), (DoubleTriple{0, 0, 0}));
 }
 
-TEST_F(Zoom, moveTwiceShiftsTwice)
+TEST_F(Zoom, MoveTwiceShiftsTwice)
 {
     putUnderWindowMiddle(11, 21.5, 32.5);
     trans->moveToCOW();
@@ -287,7 +287,7 @@ TEST_F(Zoom, moveTwiceShiftsTwice)
     EXPECT_EQ(triple(trans->localTrans), (Triple{20, 40, 60}));
 }
 
-TEST_F(Zoom, moveDoesNotCorrectForTheScale)
+TEST_F(Zoom, MoveDoesNotCorrectForTheScale)
 {
     setScale(2, 3, 4);
     putUnderWindowMiddle(11, 21.5, 32.5);
@@ -295,8 +295,8 @@ TEST_F(Zoom, moveDoesNotCorrectForTheScale)
     EXPECT_EQ(triple(trans->localTrans), (Triple{10, 20, 30}));
 }
 
-// --- Polyline points
-TEST_F(Zoom, pointIsUnprojectedAppendedAndPrinted)
+// --- Polyline points ---
+TEST_F(Zoom, PointIsUnprojectedAppendedAndPrinted)
 {
     trans->addPoint(std::array<float, 2>{800, 300}.data());
     trans->addPoint(std::array<float, 2>{400, 600}.data());
@@ -307,7 +307,7 @@ TEST_F(Zoom, pointIsUnprojectedAppendedAndPrinted)
     EXPECT_EQ(glrecord::lines(), (Lines{"gluUnProject(800,300,0.5)", "gluUnProject(400,600,0.5)"}));
 }
 
-TEST_F(Zoom, pointKeepsAndPrintsFloats)
+TEST_F(Zoom, PointKeepsAndPrintsFloats)
 {
     putUnderWindowMiddle(16777217, 0, 0); // one more than a float holds
     trans->addPoint(std::array<float, 2>{400, 300}.data());
@@ -315,8 +315,8 @@ TEST_F(Zoom, pointKeepsAndPrintsFloats)
     EXPECT_EQ(printed(), "start world=1.67772e+07,0,0\n");
 }
 
-// --- printMatrices
-TEST_F(Zoom, matricesArePrintedInStorageOrderOneColumnARow)
+// --- printMatrices ---
+TEST_F(Zoom, MatricesArePrintedInStorageOrderOneColumnARow)
 {
     for (int k = 0; k < 16; ++k) {
         trans->mvMatrixLocal[k] = k;
