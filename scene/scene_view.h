@@ -1,7 +1,7 @@
 // SceneView: one call a frame draws a loaded environment fast and completely.
 //
 //   kvo::SceneView view(env);          // env.loadAndInitGL() has run; the context is current from here on
-//   view.look.style = kvo::SceneStyle::ShadedEdges;
+//   view.look().style = kvo::SceneStyle::ShadedEdges;
 //   view.draw();                       // instead of env.renderModel()
 //   env.selectElements(eids, pids);    // through the environment, as ever; the next frame shows it
 //   view.draw();
@@ -92,6 +92,8 @@ struct SceneLabels
     int spacing = 4; // pixels that stay free between labels
 };
 
+// New fields are added at the end, and the structures within do not grow: so a host that was compiled with fewer fields
+// finds those that it knows. The library itself takes a SceneLook only from the view that holds it.
 struct SceneLook
 {
     SceneLight light = SceneLight::Eye;
@@ -119,7 +121,7 @@ struct SceneLook
                                // longer. 0: always exact. At rest (moving is false) always exact.
 };
 
-// What the last frame cost.
+// What the last frame cost. New fields are added at the end.
 struct SceneFrameStats
 {
     std::size_t faces = 0;     // faces sent to OpenGL
@@ -137,7 +139,9 @@ public:
     SceneView(const SceneView&) = delete;
     SceneView& operator=(const SceneView&) = delete;
 
-    SceneLook look; // read at every frame
+    // What the next frame is to look like; read at every frame. It lives in the library: see SceneLook.
+    SceneLook& look();
+    const SceneLook& look() const;
 
     // Coordinates, elements or the list of parts have changed: everything is read anew at the next frame.
     void geometryChanged();
@@ -155,7 +159,7 @@ public:
     // environment's MTransform as CAEEnv::renderModel does.
     void draw();
 
-    SceneFrameStats lastFrame() const;
+    const SceneFrameStats& lastFrame() const;
     std::size_t bufferBytes() const; // in OpenGL's buffers
 
 private:

@@ -17,7 +17,7 @@ class ScenePath : public DrawingPath
 public:
     ScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring) : view(env), ownPicker(view)
     {
-        view.look = look;
+        view.look() = look;
         view.setColoring(coloring);
     }
 

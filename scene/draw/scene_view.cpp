@@ -48,7 +48,7 @@ SceneView::Impl::Impl(CAEEnv& environment) : env(environment)
     checkContext();
 }
 
-void SceneView::Impl::readGeometry(const SceneLook& look)
+void SceneView::Impl::readGeometry()
 {
     GLint shade = GL_SMOOTH;
     glGetIntegerv(GL_SHADE_MODEL, &shade);
@@ -236,9 +236,22 @@ void SceneView::Impl::endTransform()
 
 // --- The public class ---
 
+static_assert(sizeof(SceneView) == sizeof(void*),
+              "hosts are compiled with this size: what a view holds goes into Impl");
+
 SceneView::SceneView(CAEEnv& env) : impl(std::make_unique<Impl>(env)) {}
 
 SceneView::~SceneView() = default;
+
+SceneLook& SceneView::look()
+{
+    return impl->look;
+}
+
+const SceneLook& SceneView::look() const
+{
+    return impl->look;
+}
 
 void SceneView::geometryChanged()
 {
@@ -262,7 +275,7 @@ const Coloring& SceneView::coloring() const
     return impl->coloring;
 }
 
-SceneFrameStats SceneView::lastFrame() const
+const SceneFrameStats& SceneView::lastFrame() const
 {
     return impl->stats;
 }
@@ -277,16 +290,16 @@ void SceneView::draw()
 {
     CAEEnv& env = impl->env;
     impl->stats = SceneFrameStats();
-    impl->readGeometry(look);
+    impl->readGeometry();
     glGetIntegerv(GL_VIEWPORT, env.viewPort);
     clearViewport(env.viewPort);
-    impl->drawnLook = look;
+    impl->drawnLook = impl->look;
     impl->setMatrices();
 
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
     impl->pushMatrices();
-    const std::vector<PartShow> parts = partsToShow(env, impl->geometry, look.ghosts);
+    const std::vector<PartShow> parts = partsToShow(env, impl->geometry, impl->drawnLook.ghosts);
     ScenePasses passes(impl->geometry, impl->camera, parts, impl->stats);
     passes.useCoarse(impl->chooseSurface());
     passes.useSieve(impl->chooseSieve());
@@ -304,7 +317,7 @@ void SceneView::draw()
     const bool newPivot = (env.mTrans->onlyOnce & 2) != 0;
     impl->endTransform();
     impl->keepMatrices(newPivot);
-    if (look.axes && look.light != SceneLight::Contract) {
+    if (impl->drawnLook.axes && impl->drawnLook.light != SceneLight::Contract) {
         drawAxes(impl->camera);
     }
     impl->drawTexts();

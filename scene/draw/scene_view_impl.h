@@ -49,7 +49,7 @@ struct SceneView::Impl
 {
     explicit Impl(CAEEnv& environment); // throws std::runtime_error when the context cannot do it
 
-    void readGeometry(const SceneLook& look);
+    void readGeometry();
     void findGoneElements(const GeometryKey& wanted);
     bool isFar() const; // the geometry is relative to an origin of its own
     void setMatrices();
@@ -107,6 +107,7 @@ struct SceneView::Impl
     SurfacePrograms programs;
     TransparentLayers layers;
     PixelSieve sieve;
+    SceneLook look;      // of the next frame, as the host has it
     SceneCamera camera;  // of the last frame
     SceneLook drawnLook; // likewise
     SceneFrameStats stats;

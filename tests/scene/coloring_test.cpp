@@ -161,7 +161,7 @@ TEST_F(ColoringDraws, ValuesOfElementsOnFacesLinesAndCaps)
     load();
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
-    view.look.lineWidth = 5;
+    view.look().lineWidth = 5;
     Coloring c = kvo::colorByValues("v", "", {{0, 1, NAN, 0.5f}, {0, 1}, {0, 0, 0, 0, 1, 1, 1, 1}});
     view.setColoring(c);
     const Rgb low = c.colorOf(0), high = c.colorOf(1);
@@ -178,10 +178,10 @@ TEST_F(ColoringDraws, ValuesOfElementsOnFacesLinesAndCaps)
     unsigned int part = 1, element = 2;
     model->selectElement(&part, &element);
     EXPECT_TRUE(has(at(picture(view), 1.4, 0.6, 0), {0, 0, 1})) << "selection wins";
-    view.look.section.cut = kvo::SceneCut::Slice;
+    view.look().section.cut = kvo::SceneCut::Slice;
     for (const double side : {1.0, -1.0}) { // cut off the layer before the viewer, whichever it is
         const double plane[4] = {0, 0, side, side > 0 ? -0.5 : 1.5};
-        std::copy(plane, plane + 4, view.look.section.plane);
+        std::copy(plane, plane + 4, view.look().section.plane);
         const Picture p = picture(view);
         EXPECT_TRUE(has(at(p, 5.4, 0.6, 1), low) || has(at(p, 5.4, 0.6, 1), high)) << side;
     }
@@ -235,7 +235,7 @@ TEST_F(ColoringDraws, Golden)
     model.add(tubePart(36, 12, 4));
     load(GL_SMOOTH);
     SceneView view(*model);
-    view.look.fontBase = font.base();
+    view.look().fontBase = font.base();
     std::vector<float> values;
     for (int k = 0; k < 36 * 12; ++k) {
         values.push_back(k == 100 ? NAN : std::sin(0.3f * float(k % 36)) * float(k / 36));

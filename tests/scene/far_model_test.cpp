@@ -139,9 +139,9 @@ TEST_F(FarModels, LabelsSectionsAndNodesAreWithThem)
         }
     }
     EXPECT_TRUE(blue);
-    view.look.section.cut = kvo::SceneCut::Slice;
+    view.look().section.cut = kvo::SceneCut::Slice;
     const double point[3] = {1e7 - 35, 0, 0}, normal[3] = {1, 0, 0};
-    view.look.section.setPlane(point, normal);
+    view.look().section.setPlane(point, normal);
     const std::size_t whole = spotOf(p, &Color::r).pixels;
     p = picture(view);
     EXPECT_NEAR(double(spotOf(p, &Color::r).pixels), double(whole) / 2, 0.2 * double(whole));

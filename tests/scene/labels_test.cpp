@@ -21,7 +21,7 @@ protected:
     void prepare(SceneView& view, int viewType = TOP_VIEW)
     {
         model->getMViewPtr()->mViewType = viewType;
-        view.look.fontBase = font.base();
+        view.look().fontBase = font.base();
     }
     // Does text (ink on a plate) stand about a model point? Models are brown: white is only text.
     std::size_t inkAbout(const Picture& p, double x, double y, double z, int across = 12, int up = 6)
@@ -55,18 +55,18 @@ TEST_F(Labels, ElementsNodesAndPartsAtTheirPlaces)
     SceneView view(*model);
     prepare(view);
     EXPECT_EQ(inkAbout(picture(view), 0.5, 0.5, 0), 0u);
-    view.look.labels.elements = true;
+    view.look().labels.elements = true;
     Picture p = picture(view);
     EXPECT_GT(inkAbout(p, 0.5, 0.5, 0), 20u);
     EXPECT_GT(inkAbout(p, 1.5, 1.5, 0), 20u);
     EXPECT_EQ(inkAbout(p, 1, 1, 0), 0u);
-    view.look.labels.elements = false;
-    view.look.labels.nodes = true;
+    view.look().labels.elements = false;
+    view.look().labels.nodes = true;
     p = picture(view);
     EXPECT_GT(inkAbout(p, 1, 1, 0), 5u);
     EXPECT_EQ(inkAbout(p, 0.5, 0.5, 0), 0u);
-    view.look.labels.nodes = false;
-    view.look.labels.parts = true;
+    view.look().labels.nodes = false;
+    view.look().labels.parts = true;
     p = picture(view);
     std::size_t white = 0;
     for (int y = 0; y < height; ++y) {
@@ -85,7 +85,7 @@ TEST_F(Labels, CoveredAndHiddenAndCutOnesHaveNone)
     load();
     SceneView view(*model);
     prepare(view);
-    view.look.labels.nodes = true;
+    view.look().labels.nodes = true;
     Picture p = picture(view);
     EXPECT_EQ(inkAbout(p, 2, 2, 0), 0u) << "covered";
     EXPECT_GT(inkAbout(p, 5, 5, 0), 5u);
@@ -93,9 +93,9 @@ TEST_F(Labels, CoveredAndHiddenAndCutOnesHaveNone)
     model->setDisplay(3u, PART_HIDDEN);
     p = picture(view);
     EXPECT_GT(inkAbout(p, 2, 2, 0), 5u);
-    view.look.section.cut = kvo::SceneCut::Slice;
+    view.look().section.cut = kvo::SceneCut::Slice;
     const double plane[4] = {1, 0, 0, -3};
-    std::copy(plane, plane + 4, view.look.section.plane);
+    std::copy(plane, plane + 4, view.look().section.plane);
     p = picture(view);
     EXPECT_EQ(inkAbout(p, 2, 2, 0), 0u) << "cut off";
     EXPECT_GT(inkAbout(p, 5, 5, 0), 5u);
@@ -145,10 +145,10 @@ TEST_F(Labels, LegendAtTheRightEdgeOnlyWithAFont)
         return out;
     };
     EXPECT_GT(coloured(picture(view)), 1000u);
-    view.look.legend = false;
+    view.look().legend = false;
     EXPECT_EQ(coloured(picture(view)), 0u);
-    view.look.legend = true;
-    view.look.fontBase = 0;
+    view.look().legend = true;
+    view.look().fontBase = 0;
     EXPECT_EQ(coloured(picture(view)), 0u);
 }
 
@@ -186,7 +186,7 @@ TEST_F(Labels, DepthMatricesAndStateStayTheFrames)
     picture(view);
     const State without(*model);
     const std::vector<float> plain = depths();
-    view.look.labels.elements = view.look.labels.nodes = view.look.labels.parts = true;
+    view.look().labels.elements = view.look().labels.nodes = view.look().labels.parts = true;
     view.setColoring(kvo::colorByKey("k", {1}));
     picture(view);
     const State with(*model);
@@ -205,13 +205,13 @@ TEST_F(Labels, Golden)
     load();
     SceneView view(*model);
     prepare(view, ISO_VIEW);
-    view.look.style = kvo::SceneStyle::ShadedEdges;
+    view.look().style = kvo::SceneStyle::ShadedEdges;
     turn(*model, 20, 30);
     shrink(*model);
-    view.look.labels.elements = true;
+    view.look().labels.elements = true;
     EXPECT_PRED1(matchesGolden, (LookPicture{"labels_elements", picture(view)}));
-    view.look.labels.elements = false;
-    view.look.labels.nodes = view.look.labels.parts = true;
+    view.look().labels.elements = false;
+    view.look().labels.nodes = view.look().labels.parts = true;
     EXPECT_PRED1(matchesGolden, (LookPicture{"labels_nodes_parts", picture(view)}));
 }
 

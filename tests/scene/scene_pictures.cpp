@@ -43,27 +43,27 @@ void cutAtMiddle(CAEEnv& env, SceneView& view, kvo::SceneCut cut, double x, doub
 {
     const float* e = env.getExtents();
     const double middle[3] = {(e[0] + e[1]) / 2.0, (e[2] + e[3]) / 2.0, (e[4] + e[5]) / 2.0}, normal[3] = {x, y, z};
-    view.look.section.cut = cut;
-    view.look.section.setPlane(middle, normal);
+    view.look().section.cut = cut;
+    view.look().section.setPlane(middle, normal);
 }
 
 const Shot shots[] = {
     {"shaded", "crashbox", [](CAEEnv&, SceneView&, const ModelInfo&) {}},
     {"edges", "bracket",
-     [](CAEEnv&, SceneView& view, const ModelInfo&) { view.look.style = kvo::SceneStyle::ShadedEdges; }},
+     [](CAEEnv&, SceneView& view, const ModelInfo&) { view.look().style = kvo::SceneStyle::ShadedEdges; }},
     {"hidden-line", "bracket",
-     [](CAEEnv&, SceneView& view, const ModelInfo&) { view.look.style = kvo::SceneStyle::HiddenLine; }},
+     [](CAEEnv&, SceneView& view, const ModelInfo&) { view.look().style = kvo::SceneStyle::HiddenLine; }},
     {"slice", "crashbox",
      [](CAEEnv& env, SceneView& view, const ModelInfo&) { cutAtMiddle(env, view, kvo::SceneCut::Slice, 0, 1, 0); }},
     {"cut-elements", "bracket",
      [](CAEEnv& env, SceneView& view, const ModelInfo&) {
          cutAtMiddle(env, view, kvo::SceneCut::Elements, 0.3, 1, 0);
-         view.look.style = kvo::SceneStyle::ShadedEdges;
+         view.look().style = kvo::SceneStyle::ShadedEdges;
      }},
     {"lines", "crashbox",
      [](CAEEnv&, SceneView& view, const ModelInfo&) {
-         view.look.lines.feature = view.look.lines.free = view.look.lines.branching = true;
-         view.look.lines.width = 1.5f;
+         view.look().lines.feature = view.look().lines.free = view.look().lines.branching = true;
+         view.look().lines.width = 1.5f;
      }},
     {"ghosts", "crashbox",
      [](CAEEnv& env, SceneView& view, const ModelInfo& info) {
@@ -73,7 +73,7 @@ const Shot shots[] = {
                  env.setDisplay(k + 1, PART_HIDDEN);
              }
          }
-         view.look.ghosts = true;
+         view.look().ghosts = true;
      }},
     {"transparent", "crashbox",
      [](CAEEnv& env, SceneView&, const ModelInfo& info) {
@@ -92,7 +92,7 @@ const Shot shots[] = {
      [](CAEEnv& env, SceneView& view, const ModelInfo&) { view.setColoring(kvo::colorByKind(env)); }},
     {"materials", "crashbox",
      [](CAEEnv& env, SceneView& view, const ModelInfo& info) { view.setColoring(kvo::colorByMaterial(env, info)); }},
-    {"labels", "crashbox", [](CAEEnv&, SceneView& view, const ModelInfo&) { view.look.labels.parts = true; }},
+    {"labels", "crashbox", [](CAEEnv&, SceneView& view, const ModelInfo&) { view.look().labels.parts = true; }},
 };
 
 void turnAndShrink(MTransform& transform, const float* extents)
@@ -120,9 +120,9 @@ void draw(const Shot& shot, const std::string& models, const std::string& folder
         glViewport(0, 0, width, height);
         {
             SceneView view(env);
-            view.look.fontBase = fontBase;
-            view.look.frameOverlays = false;
-            copyColor(view.look.edgeColor, 0.15f, 0.15f, 0.15f);
+            view.look().fontBase = fontBase;
+            view.look().frameOverlays = false;
+            copyColor(view.look().edgeColor, 0.15f, 0.15f, 0.15f);
             turnAndShrink(*env.getMTransformPtr(), env.getExtents());
             shot.prepare(env, view, info);
             view.draw();

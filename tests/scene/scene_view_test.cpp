@@ -60,7 +60,7 @@ protected:
     void expectEqual(std::size_t allowed, int tolerance)
     {
         SceneView view(*model);
-        view.look.light = SceneLight::Contract;
+        view.look().light = SceneLight::Contract;
         for (int viewType = ISO_VIEW; viewType <= BACK_VIEW; ++viewType) {
             model->getMViewPtr()->mViewType = viewType;
             const Picture wanted = contractPicture();
@@ -231,7 +231,7 @@ TEST_F(SceneDraws, HiddenPartsAreNotThereAndGhostsArePale)
     const Picture one = picture(view);
     EXPECT_NE(at(one, 1, 1, 0), (Color{0, 0, 0, 255}));
     EXPECT_EQ(at(one, 2.3, 0.5, 0), (Color{0, 0, 0, 255}));
-    view.look.ghosts = true;
+    view.look().ghosts = true;
     const Picture ghost = picture(view);
     const Color pale = at(ghost, 2.3, 0.5, 0);
     EXPECT_GT(pale.r, 5);
@@ -250,7 +250,7 @@ TEST_F(SceneDraws, BeamsAndSpringsInTheirColours)
     load();
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
-    view.look.lineWidth = 5;
+    view.look().lineWidth = 5;
     Picture p = picture(view);
     EXPECT_EQ(at(p, 0.5, 0, 0), (Color{255, 0, 0, 255}));
     EXPECT_EQ(at(p, 0.05, 1, 0), (Color{0, 255, 0, 255}));
@@ -327,8 +327,8 @@ TEST_F(SceneDraws, EdgesOverFaces)
     load();
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
-    view.look.edgeColor[0] = 1;
-    view.look.style = SceneStyle::ShadedEdges;
+    view.look().edgeColor[0] = 1;
+    view.look().style = SceneStyle::ShadedEdges;
     Picture p = picture(view);
     const auto red = [&](double x, double y) {
         const Pixel pixel = pixelOf(*model, x, y, 0);
@@ -345,7 +345,7 @@ TEST_F(SceneDraws, EdgesOverFaces)
     EXPECT_TRUE(red(1.5, 3));
     EXPECT_FALSE(red(1.5, 1.5)) << "no diagonals";
     for (SceneStyle style : {SceneStyle::HiddenLine, SceneStyle::Wire}) {
-        view.look.style = style;
+        view.look().style = style;
         p = picture(view);
         EXPECT_TRUE(red(1, 1.5));
         EXPECT_EQ(at(p, 1.5, 1.5, 0), (Color{0, 0, 0, 255}));
@@ -393,18 +393,18 @@ TEST_F(SceneDraws, CoarselyWhileMovingAndExactlyAtRest)
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
     const Picture exact = picture(view);
-    view.look.frameBudget = 1e-3f; // no exact frame is as quick
-    view.look.moving = true;
+    view.look().frameBudget = 1e-3f; // no exact frame is as quick
+    view.look().moving = true;
     picture(view);
     EXPECT_FALSE(view.lastFrame().coarse) << "nothing was measured yet";
     const Picture moving = picture(view);
     EXPECT_TRUE(view.lastFrame().coarse);
     EXPECT_LT(view.lastFrame().faces, 1000u);
     EXPECT_GT(covered(moving), covered(exact) * 8 / 10);
-    view.look.moving = false;
+    view.look().moving = false;
     EXPECT_EQ(compare(picture(view), exact).differing, 0u);
-    view.look.moving = true;
-    view.look.frameBudget = 1e6f;
+    view.look().moving = true;
+    view.look().frameBudget = 1e6f;
     picture(view);
     EXPECT_FALSE(view.lastFrame().coarse) << "there is time enough";
 }
@@ -416,9 +416,9 @@ TEST_F(SceneDraws, WithoutOverlaysOnRequest)
     SceneView view(*model);
     model->setDisplay(1u, PART_HIDDEN);
     EXPECT_GT(covered(picture(view)), 0u) << "the axes in the corner";
-    view.look.axes = false;
+    view.look().axes = false;
     EXPECT_GT(covered(picture(view)), 0u) << "the environment's triad";
-    view.look.frameOverlays = false;
+    view.look().frameOverlays = false;
     EXPECT_EQ(covered(picture(view)), 0u);
 }
 
@@ -461,7 +461,7 @@ TEST_F(SceneDraws, LeavesTheContextAsItWas)
     load();
     glPolygonOffset(3, 0);
     SceneView view(*model);
-    view.look.style = SceneStyle::ShadedEdges;
+    view.look().style = SceneStyle::ShadedEdges;
     picture(view);
     float factor = 0;
     glGetFloatv(GL_POLYGON_OFFSET_FACTOR, &factor);

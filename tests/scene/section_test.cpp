@@ -249,9 +249,9 @@ protected:
     }
     void cut(SceneView& view, SceneCut how, double a, double b, double c, double d)
     {
-        view.look.section.cut = how;
+        view.look().section.cut = how;
         const double plane[4] = {a, b, c, d};
-        std::copy(plane, plane + 4, view.look.section.plane);
+        std::copy(plane, plane + 4, view.look().section.plane);
     }
     const Color none{0, 0, 0, 255};
 };
@@ -278,7 +278,7 @@ TEST_F(SectionDraws, WholeElementsStayWhole)
     const Picture p = picture(view);
     EXPECT_EQ(at(p, 0.7, 2.2, 0), none);
     EXPECT_NE(at(p, 1.2, 2.2, 0), none);
-    view.look.section.cut = SceneCut::Off;
+    view.look().section.cut = SceneCut::Off;
     EXPECT_NE(at(picture(view), 0.7, 2.2, 0), none);
 }
 
@@ -292,9 +292,9 @@ TEST_F(SectionDraws, CapsHaveTheirElementsColours)
     // The side that faces the viewer goes.
     for (const double side : {1.0, -1.0}) {
         cut(view, SceneCut::Slice, side, 0, 0, -1.5 * side);
-        view.look.section.caps = false;
+        view.look().section.caps = false;
         const Picture hollow = picture(view);
-        view.look.section.caps = true;
+        view.look().section.caps = true;
         unsigned int part = 1, element = 14; // the one in the middle
         model->selectElement(&part, &element);
         const Picture capped = picture(view);
@@ -348,7 +348,7 @@ TEST_F(SectionDraws, BeamsAndSelectedNodesAreCutToo)
     std::vector<unsigned int> ids = {1, 2};
     model->selectNodes(ids);
     SceneView view(*model);
-    view.look.lineWidth = 5;
+    view.look().lineWidth = 5;
     Picture p = picture(view);
     EXPECT_NE(at(p, 0.2, 5, 0), none);
     EXPECT_NE(at(p, 0, 5, 0), none);
@@ -401,12 +401,12 @@ TEST_F(SectionDraws, Golden)
     model.add(blockPart(6));
     load();
     SceneView view(*model);
-    view.look.style = kvo::SceneStyle::ShadedEdges;
+    view.look().style = kvo::SceneStyle::ShadedEdges;
     cut(view, SceneCut::Slice, 0.4, 1, 0.3, -4);
     turn(*model, 30, 20);
     shrink(*model);
     EXPECT_PRED1(matchesGolden, (LookPicture{"section_slice", picture(view)}));
-    view.look.section.cut = SceneCut::Elements;
+    view.look().section.cut = SceneCut::Elements;
     EXPECT_PRED1(matchesGolden, (LookPicture{"section_elements", picture(view)}));
 }
 

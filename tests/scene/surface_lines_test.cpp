@@ -122,7 +122,7 @@ TEST_F(SurfaceLinesDraw, EachKindInItsColourOnlyWhenAskedFor)
     load();
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
-    kvo::SceneLines& lines = view.look.lines;
+    kvo::SceneLines& lines = view.look().lines;
     const float red[4] = {1, 0, 0, 1}, green[4] = {0, 1, 0, 1};
     std::copy(red, red + 4, lines.featureColor);
     std::copy(green, green + 4, lines.freeColor);
@@ -135,7 +135,7 @@ TEST_F(SurfaceLinesDraw, EachKindInItsColourOnlyWhenAskedFor)
     lines.free = true;
     p = picture(view);
     EXPECT_TRUE(near(p, {0, 255, 0, 255}, -1, 0.5, 0));
-    view.look.featureAngle = 70;
+    view.look().featureAngle = 70;
     p = picture(view);
     EXPECT_FALSE(near(p, {255, 0, 0, 255}, 0, 0.5, 0));
     EXPECT_TRUE(near(p, {0, 255, 0, 255}, -1, 0.5, 0));
@@ -149,9 +149,9 @@ TEST_F(SurfaceLinesDraw, HiddenPartsHaveNoneAndAbsentElementsLeaveNewOnes)
     load();
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
-    view.look.lines.free = true;
+    view.look().lines.free = true;
     const float red[4] = {1, 0, 0, 1};
-    std::copy(red, red + 4, view.look.lines.freeColor);
+    std::copy(red, red + 4, view.look().lines.freeColor);
     Picture p = picture(view);
     EXPECT_TRUE(near(p, {255, 0, 0, 255}, 4.5, 2, 0));
     EXPECT_FALSE(near(p, {255, 0, 0, 255}, 3.5, 1, 0));
@@ -171,9 +171,9 @@ TEST_F(SurfaceLinesDraw, Golden)
     model.add(block).add(tube).add(makePart(SHELL, 4, nodes, {0, 2, 3, 1, 0, 4, 5, 1, 0, 6, 7, 1}));
     load();
     SceneView view(*model);
-    view.look.lines.feature = view.look.lines.free = view.look.lines.branching = true;
+    view.look().lines.feature = view.look().lines.free = view.look().lines.branching = true;
     const float white[4] = {1, 1, 1, 1};
-    std::copy(white, white + 4, view.look.lines.featureColor);
+    std::copy(white, white + 4, view.look().lines.featureColor);
     turn(*model, 20, 25);
     shrink(*model);
     EXPECT_PRED1(matchesGolden, (LookPicture{"surface_lines", picture(view)}));
