@@ -1,7 +1,7 @@
 # Install rules, the CMake package `kvorender` and the pkg-config file.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS kvorender kvoread kvoscene EXPORT kvorenderTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS kvorender kvoread kvoscene kvomodel EXPORT kvorenderTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 set(KVO_PUBLIC_HEADERS
     render/boundbox.h render/caeenv.h render/glfuncs.h render/maptypes.h render/mtrans.h render/mview.h
     render/partstr.h render/pickrect.h render/rubberband.h render/trackball.h render/unit_axis.h
@@ -16,6 +16,8 @@ endforeach()
 foreach(header scene_view scene_load standard_view model_frame coloring pick through_picker visible_picker quality measure select_more)
   install(FILES scene/${header}.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/scene)
 endforeach()
+
+install(FILES model/id_range.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/model)
 
 set(KVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kvorender)
 install(EXPORT kvorenderTargets NAMESPACE kvorender:: DESTINATION ${KVO_PACKAGE_DIR})

@@ -7,26 +7,6 @@ namespace kvo {
 
 namespace {
 
-std::uint64_t lengthOf(const IdRange& range)
-{
-    return (static_cast<std::uint64_t>(range.last) - static_cast<std::uint64_t>(range.first)) /
-               static_cast<std::uint64_t>(range.step) +
-           1;
-}
-
-// Unsigned, since a range may be longer than half of all numbers.
-std::int64_t memberOf(const IdRange& range, std::uint64_t k)
-{
-    return static_cast<std::int64_t>(static_cast<std::uint64_t>(range.first) +
-                                     k * static_cast<std::uint64_t>(range.step));
-}
-
-bool holds(const IdRange& range, std::int64_t id)
-{
-    const std::uint64_t offset = static_cast<std::uint64_t>(id) - static_cast<std::uint64_t>(range.first);
-    return id >= range.first && id <= range.last && offset % static_cast<std::uint64_t>(range.step) == 0;
-}
-
 bool isKnown(const std::vector<std::int64_t>& known, std::int64_t id)
 {
     return std::binary_search(known.begin(), known.end(), id);
@@ -36,7 +16,7 @@ bool isKnown(const std::vector<std::int64_t>& known, std::int64_t id)
 bool isRun(const std::vector<std::int64_t>& known, const IdRange& range)
 {
     const auto first = std::lower_bound(known.begin(), known.end(), range.first);
-    const std::uint64_t beyond = lengthOf(range) - 1;
+    const std::uint64_t beyond = range.size() - 1;
     return range.step == 1 && beyond < static_cast<std::uint64_t>(known.end() - first) && *first == range.first &&
            first[static_cast<std::ptrdiff_t>(beyond)] == range.last;
 }
@@ -68,11 +48,11 @@ std::uint64_t IdSet::keepKnown(const std::vector<std::int64_t>& known)
     for (const IdRange& range : ranges) {
         auto at = std::lower_bound(known.begin(), known.end(), range.first);
         for (; at != known.end() && *at <= range.last; ++at) {
-            if (holds(range, *at)) {
+            if (range.contains(*at)) {
                 kept.push_back(*at);
             }
         }
-        const std::int64_t ends[] = {range.first, memberOf(range, lengthOf(range) - 1)};
+        const std::int64_t ends[] = {range.first, range.at(range.size() - 1)};
         for (const std::int64_t end : ends) {
             if (!isKnown(known, end)) {
                 unknown.push_back(end);
@@ -94,7 +74,7 @@ std::uint64_t IdSet::size() const
 {
     std::uint64_t count = 0;
     for (const IdRange& range : ranges) {
-        count += lengthOf(range);
+        count += range.size();
     }
     return count;
 }
@@ -102,9 +82,9 @@ std::uint64_t IdSet::size() const
 void IdSet::forEach(const std::function<void(std::int64_t)>& visit) const
 {
     for (const IdRange& range : ranges) {
-        const std::uint64_t count = lengthOf(range);
+        const std::uint64_t count = range.size();
         for (std::uint64_t k = 0; k < count; ++k) {
-            visit(memberOf(range, k));
+            visit(range.at(k));
         }
     }
 }

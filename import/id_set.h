@@ -6,19 +6,14 @@
 #include <functional>
 #include <vector>
 
-namespace kvo {
+#include "id_range.h"
 
-struct IdRange
-{
-    std::int64_t first;
-    std::int64_t last; // not below first
-    std::int64_t step; // above 0
-};
+namespace kvo {
 
 class IdSet
 {
 public:
-    std::vector<IdRange> ranges;
+    std::vector<IdRange> ranges; // none of them empty
 
     // Appends. An id that goes on where the last range ends makes that one longer.
     void add(std::int64_t id);

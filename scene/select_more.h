@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "caeenv.h"
+#include "id_range.h"
 #include "kvoexport.h"
 #include "quality.h"
 
@@ -81,12 +82,6 @@ KVO_EXPORT bool selectAlso(CAEEnv& env, const NodeSet& set);
 
 // --- Making and growing sets ---
 
-// Both ends belong to it; first > last is empty. A single id is {id, id}.
-struct IdRange
-{
-    unsigned int first, last;
-};
-
 // Corners x y z; points on the rim are inside. Empty where a low exceeds its high.
 struct ModelBox
 {
@@ -148,6 +143,7 @@ public:
 
     // --- Afresh, within the scope
     ElementSet allElements() const;
+    // Ranges may overlap and come in any order; ids that a model cannot hold are in none.
     ElementSet elementsById(const std::vector<IdRange>& ids) const; // in every part that has them
     NodeSet nodesById(const std::vector<IdRange>& ids) const;
     ElementSet elementsOfParts(const std::vector<IdRange>& partIds) const;

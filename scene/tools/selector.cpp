@@ -10,44 +10,62 @@ namespace kvo {
 
 namespace {
 
-// Ascending and apart from each other.
-std::vector<IdRange> tidied(std::vector<IdRange> ranges)
+// The ranges of a list. Ranges that take every id ascend and lie apart from each other, those with wider steps are as
+// they were given.
+struct WantedIds
+{
+    std::vector<IdRange> runs, stepped;
+};
+
+WantedIds tidied(std::vector<IdRange> ranges)
 {
     std::sort(ranges.begin(), ranges.end(), [](const IdRange& a, const IdRange& b) { return a.first < b.first; });
-    std::vector<IdRange> result;
+    WantedIds result;
     for (const IdRange& range : ranges) {
-        if (range.first > range.last) {
+        if (range.empty()) {
             continue;
         }
-        if (!result.empty() && range.first <= result.back().last) {
-            result.back().last = std::max(result.back().last, range.last);
+        if (range.step != 1) {
+            result.stepped.push_back(range);
+        } else if (!result.runs.empty() && range.first <= result.runs.back().last) {
+            result.runs.back().last = std::max(result.runs.back().last, range.last);
         } else {
-            result.push_back(range);
+            result.runs.push_back(range);
         }
     }
     return result;
 }
 
-// visit(id range) for the ranges that reach into [lowest, highest].
+// visit(range, its first id of the model or a lower bound of it) for the ranges that reach into [lowest, highest].
 template <class Visit>
-void rangesWithin(const std::vector<IdRange>& ranges, unsigned int lowest, unsigned int highest, const Visit& visit)
+void rangesWithin(const WantedIds& ids, unsigned int lowest, unsigned int highest, const Visit& visit)
 {
-    const auto before = [](const IdRange& range, unsigned int id) { return range.last < id; };
-    for (auto range = std::lower_bound(ranges.begin(), ranges.end(), lowest, before);
-         range != ranges.end() && range->first <= highest; ++range) {
-        visit(*range);
+    const auto show = [&](const IdRange& range) {
+        visit(range, static_cast<unsigned int>(std::max<std::int64_t>(range.first, lowest)));
+    };
+    const auto before = [](const IdRange& range, std::int64_t id) { return range.last < id; };
+    for (auto range = std::lower_bound(ids.runs.begin(), ids.runs.end(), lowest, before);
+         range != ids.runs.end() && range->first <= highest; ++range) {
+        show(*range);
+    }
+    for (const IdRange& range : ids.stepped) {
+        if (range.first <= highest && range.last >= lowest) {
+            show(range);
+        }
     }
 }
 
 // visit(value) for the entries of a map whose keys are in the ranges.
-template <class Visit> void lookUp(const UIUIMap& map, const std::vector<IdRange>& ranges, const Visit& visit)
+template <class Visit> void lookUp(const UIUIMap& map, const WantedIds& ids, const Visit& visit)
 {
     if (map.empty()) {
         return;
     }
-    rangesWithin(ranges, map.begin()->first, map.rbegin()->first, [&](const IdRange& range) {
-        for (auto entry = map.lower_bound(range.first); entry != map.end() && entry->first <= range.last; ++entry) {
-            visit(entry->second);
+    rangesWithin(ids, map.begin()->first, map.rbegin()->first, [&](const IdRange& range, unsigned int from) {
+        for (auto entry = map.lower_bound(from); entry != map.end() && entry->first <= range.last; ++entry) {
+            if (range.contains(entry->first)) {
+                visit(entry->second);
+            }
         }
     });
 }
@@ -111,11 +129,11 @@ ElementSet Selector::allElements() const
 ElementSet Selector::elementsById(const std::vector<IdRange>& ids) const
 {
     ElementSet set(env);
-    const std::vector<IdRange> ranges = tidied(ids);
+    const WantedIds wanted = tidied(ids);
     for (unsigned int part = 0; part < env.numParts; ++part) {
         const UIUIMap* map = env.partsInfoList[part].partElements.eidMap;
         if (map != nullptr && partInScope(env.partsInfoList[part], scope)) {
-            lookUp(*map, ranges, [&](unsigned int position) { set.insert(part, position); });
+            lookUp(*map, wanted, [&](unsigned int position) { set.insert(part, position); });
         }
     }
     return set;
@@ -124,17 +142,18 @@ ElementSet Selector::elementsById(const std::vector<IdRange>& ids) const
 NodeSet Selector::nodesById(const std::vector<IdRange>& ids) const
 {
     NodeSet set(env);
-    const std::vector<IdRange> ranges = tidied(ids);
+    const WantedIds wanted = tidied(ids);
     for (unsigned int part = 0; part < env.numParts; ++part) {
         const PartNodesStr& nodes = env.partsInfoList[part].partNodes;
         if (nodes.numNodes == 0 || nodes.idList == nullptr || !partInScope(env.partsInfoList[part], scope)) {
             continue;
         }
         const unsigned int *begin = nodes.idList, *end = begin + nodes.numNodes;
-        rangesWithin(ranges, begin[0], end[-1], [&](const IdRange& range) {
-            for (const unsigned int* id = std::lower_bound(begin, end, range.first); id != end && *id <= range.last;
-                 ++id) {
-                set.insert(part, static_cast<std::size_t>(id - begin));
+        rangesWithin(wanted, begin[0], end[-1], [&](const IdRange& range, unsigned int from) {
+            for (const unsigned int* id = std::lower_bound(begin, end, from); id != end && *id <= range.last; ++id) {
+                if (range.contains(*id)) {
+                    set.insert(part, static_cast<std::size_t>(id - begin));
+                }
             }
         });
     }

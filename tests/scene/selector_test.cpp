@@ -39,6 +39,24 @@ TEST_F(Selecting, RangesMayOverlapAndComeInAnyOrder)
     EXPECT_EQ(elementsById({{1, 100}, {105, 0xFFFFFFFF}}), Members());
 }
 
+TEST_F(Selecting, RangesMayHaveSteps)
+{
+    EXPECT_EQ(elementsById({{100, 200, 3}}), (Members{{0, 2}})) << "100, 103, 106 ...";
+    EXPECT_EQ(elementsById({{-3, 102, 2}, {104, 999, 50}}), (Members{{0, 0}, {0, 3}, {1, 0}, {2, 0}}));
+    EXPECT_EQ(elementsById({{102, 104, 2}, {101, 103}}).size(), 6u) << "steps do not end a run that goes on";
+    EXPECT_EQ(membersOf(selector.nodesById({{8, 12, 2}})), (Members{{0, 7}, {0, 9}, {2, 7}}));
+    EXPECT_EQ(membersOf(selector.elementsOfParts({{10, 14, 2}})), (Members{{1, 0}}));
+}
+
+TEST_F(Selecting, RangesMayReachBeyondTheIdsOfAModel)
+{
+    const std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
+    const std::int64_t highest = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(elementsById({{lowest, highest}}).size(), 6u);
+    EXPECT_EQ(elementsById({{lowest, 101}, {(std::int64_t{1} << 32) + 102, highest}}).size(), 3u);
+    EXPECT_EQ(membersOf(selector.nodesById({{lowest, -1}, {10, highest}})), (Members{{0, 9}}));
+}
+
 TEST_F(Selecting, IdsOfElementsThatAreNotThereAreIgnored)
 {
     (*model.part(0).partElements.eidMap)[500] = 4; // one past the end
