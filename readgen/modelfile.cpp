@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "readstamps.h"
+
 namespace readgen {
 
 void badFile(const std::string& path, std::uint64_t offset, const std::string& what)
@@ -98,13 +100,21 @@ ModelFile::ModelFile(const std::string& path, const char* magic) : MappedFile(pa
     if (h.headerChecksum != headerChecksum(h)) {
         badFile(path, offsetof(FileHeader, headerChecksum), "the header does not match its checksum");
     }
-    if (h.headerSize != sizeof(FileHeader) || h.reserved != 0) {
+    if (h.headerSize != sizeof(FileHeader)) {
         badFile(path, offsetof(FileHeader, headerSize), "the header is not one of this version");
     }
     if (h.payloadSize != size - sizeof(FileHeader)) {
         badFile(path, offsetof(FileHeader, payloadSize),
                 "announces " + std::to_string(h.payloadSize) + " bytes after the header, the file has " +
                     std::to_string(size - sizeof(FileHeader)));
+    }
+}
+
+void ModelFile::checkStamp(std::uint64_t stamp, const std::string& other) const
+{
+    if (!sameWriting(header().stamp, stamp)) {
+        badFile(path, offsetof(FileHeader, stamp),
+                "was written with another model than " + other + "; was the model replaced while it was read?");
     }
 }
 
@@ -178,6 +188,7 @@ void NodeCoordFile::checkPartner(const std::string& folder) const
         badFile(file.path, offsetof(FileHeader, partner),
                 std::string("was not written together with its ") + nodeIdsFile);
     }
+    file.checkStamp(ids.header().stamp, std::string("its ") + nodeIdsFile);
 }
 
 void NodeCoordFile::checkFinite() const

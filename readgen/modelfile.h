@@ -63,6 +63,8 @@ public:
     const char* payload() const { return bytes + sizeof(FileHeader); }
     // The payload must be count items of that many bytes.
     void checkItems(std::size_t itemSize) const;
+    // The other thing of the model, with that stamp, must be of the same writing of it.
+    void checkStamp(std::uint64_t stamp, const std::string& other) const;
     // Compares the payload with header().payloadChecksum.
     void checkPayload() const;
 };
@@ -75,6 +77,8 @@ public:
     explicit PartTable(const std::string& folder);
 
     std::size_t size() const { return static_cast<std::size_t>(table.header().count); }
+    // As ModelFile's: nodes that the parts refer to, or the model's index.
+    void checkStamp(std::uint64_t stamp, const std::string& other) const { table.checkStamp(stamp, other); }
     const PartRecord& record(std::size_t k) const { return reinterpret_cast<const PartRecord*>(table.payload())[k]; }
     std::string name(std::size_t k) const;
     std::string propertyName(std::size_t k) const;
@@ -105,6 +109,7 @@ class NodeIdFile
 public:
     explicit NodeIdFile(const std::string& path);
     std::uint32_t count() const { return static_cast<std::uint32_t>(file.header().count); }
+    std::uint64_t stamp() const { return file.header().stamp; }
     const std::uint32_t* ids() const { return reinterpret_cast<const std::uint32_t*>(file.payload()); }
 
 private:
@@ -116,6 +121,7 @@ class NodeCoordFile
 public:
     explicit NodeCoordFile(const std::string& folder); // also checks that its node_ids is the one it was written with
     std::uint32_t count() const { return static_cast<std::uint32_t>(file.header().count); }
+    std::uint64_t stamp() const { return file.header().stamp; }
     const float* values() const { return reinterpret_cast<const float*>(file.payload()); }
 
 private:

@@ -9,6 +9,7 @@
 #include "modeldata.h"
 #include "modelfolders.h"
 #include "modelformat.h"
+#include "partstart.h"
 
 namespace readgen {
 
@@ -81,19 +82,25 @@ private:
     int number;
 };
 
-void writeFile(const std::string& path, const char* magic, std::uint64_t count, std::uint64_t payloadChecksum,
-               std::uint64_t partner, const std::vector<Block>& payload)
+// What a header says that its payload does not: count, checksum, partner and stamp.
+FileHeader headerFor(std::uint64_t count, std::uint64_t payloadChecksum, std::uint64_t partner, std::uint64_t stamp)
 {
     FileHeader header = {};
+    header.count = count;
+    header.payloadChecksum = payloadChecksum;
+    header.partner = partner;
+    header.stamp = stamp;
+    return header;
+}
+
+void writeFile(const std::string& path, const char* magic, FileHeader header, const std::vector<Block>& payload)
+{
     std::memcpy(header.magic, magic, sizeof header.magic);
     header.version = formatVersion;
     header.headerSize = sizeof header;
-    header.count = count;
     for (const Block& block : payload) {
         header.payloadSize += block.size;
     }
-    header.payloadChecksum = payloadChecksum;
-    header.partner = partner;
     header.headerChecksum = headerChecksum(header);
 
     NewFile file(path);
@@ -106,14 +113,26 @@ void writeFile(const std::string& path, const char* magic, std::uint64_t count, 
 
 // --- Nodes ---
 
-void writeNodes(const std::string& folder, const std::vector<std::uint32_t>& ids, const std::vector<float>& xyz)
+// The nodes of one folder. The arrays stay the caller's.
+struct NodeFiles
 {
-    const Block idBlock = blockOf(ids);
-    const Block xyzBlock = blockOf(xyz);
-    const std::uint64_t idSum = checksum(idBlock.bytes, idBlock.size);
-    const std::uint64_t xyzSum = checksum(xyzBlock.bytes, xyzBlock.size);
-    writeFile(folder + "/" + nodeIdsFile, nodeIdsMagic, ids.size(), idSum, 0, {idBlock});
-    writeFile(folder + "/" + nodeCoordsFile, nodeCoordsMagic, ids.size(), xyzSum, idSum, {xyzBlock});
+    NodeFiles(const std::vector<std::uint32_t>& idList, const std::vector<float>& coordinates)
+        : ids(blockOf(idList)), xyz(blockOf(coordinates)), count(idList.size()), idSum(checksum(ids.bytes, ids.size)),
+          xyzSum(checksum(xyz.bytes, xyz.size))
+    {
+    }
+    Block ids;
+    Block xyz;
+    std::uint64_t count;
+    std::uint64_t idSum;
+    std::uint64_t xyzSum;
+};
+
+void writeNodes(const std::string& folder, const NodeFiles& nodes, std::uint64_t stamp)
+{
+    writeFile(folder + "/" + nodeIdsFile, nodeIdsMagic, headerFor(nodes.count, nodes.idSum, 0, stamp), {nodes.ids});
+    writeFile(folder + "/" + nodeCoordsFile, nodeCoordsMagic, headerFor(nodes.count, nodes.xyzSum, nodes.idSum, stamp),
+              {nodes.xyz});
 }
 
 // --- Parts ---
@@ -171,21 +190,80 @@ private:
     }
 };
 
-void writeParts(const std::string& folder, const std::vector<PartData>& parts, std::uint32_t firstOrdinal)
+// The payload of `parts` and its checksum, which covers those of all blocks.
+struct PartPayloads
 {
-    PartFiles files;
-    for (const PartData& data : parts) {
-        files.add(data, firstOrdinal++);
+    PartPayloads(const std::vector<PartData>& parts, std::uint32_t firstOrdinal)
+    {
+        for (const PartData& data : parts) {
+            files.add(data, firstOrdinal++);
+        }
+        const Block records = blockOf(files.records);
+        table.assign(static_cast<const char*>(records.bytes), records.size);
+        table += files.texts;
+        tableSum = checksum(table.data(), table.size());
     }
-    const Block records = blockOf(files.records);
-    std::string table(static_cast<const char*>(records.bytes), records.size);
-    table += files.texts;
-    const std::uint64_t sum = checksum(table.data(), table.size());
-    writeFile(folder + "/" + partsFile, partsMagic, parts.size(), sum, 0, {{table.data(), table.size()}});
-    writeFile(folder + "/" + elementsFile, elementsMagic, files.numElements, 0, sum, files.blocks);
+    PartFiles files;
+    std::string table;
+    std::uint64_t tableSum;
+};
+
+void writeParts(const std::string& folder, const PartPayloads& parts, std::uint64_t stamp)
+{
+    writeFile(folder + "/" + partsFile, partsMagic, headerFor(parts.files.records.size(), parts.tableSum, 0, stamp),
+              {{parts.table.data(), parts.table.size()}});
+    writeFile(folder + "/" + elementsFile, elementsMagic, headerFor(parts.files.numElements, 0, parts.tableSum, stamp),
+              parts.files.blocks);
 }
 
-// --- The model's index ---
+// --- The model as a whole ---
+
+struct FilePlan
+{
+    FilePlan(const FileData& file, std::uint32_t firstOrdinal)
+        : nodes(file.ids, file.xyz), parts(file.parts, firstOrdinal)
+    {
+    }
+    NodeFiles nodes;
+    PartPayloads parts;
+};
+
+std::vector<FilePlan> planFiles(const ModelData& model)
+{
+    std::vector<FilePlan> plans;
+    std::uint32_t ordinal = 0;
+    for (const FileData& file : model.files) {
+        plans.emplace_back(file, ordinal);
+        ordinal += static_cast<std::uint32_t>(file.parts.size());
+    }
+    return plans;
+}
+
+PartStart startOf(const ModelData& model)
+{
+    PartStart start;
+    std::copy_n(model.extents, 6, start.extents);
+    for (const FileData& file : model.files) {
+        start.files.push_back(file.name);
+    }
+    return start;
+}
+
+// The checksum of all that the model consists of. Never 0, which stands for files without a stamp.
+std::uint64_t stampFor(const ModelData& model, const std::vector<FilePlan>& plans)
+{
+    std::vector<std::uint64_t> sums;
+    for (const FilePlan& plan : plans) {
+        sums.insert(sums.end(), {plan.nodes.idSum, plan.nodes.xyzSum, plan.parts.tableSum});
+    }
+    const std::string index = partStartBytes(startOf(model));
+    sums.push_back(checksum(index.data(), index.size()));
+    sums.push_back(checksum(model.deckText.data(), model.deckText.size()));
+    const Block all = blockOf(sums);
+    return std::max<std::uint64_t>(checksum(all.bytes, all.size), 1);
+}
+
+// --- The model's own folder ---
 
 void writeText(const std::string& path, const std::string& text)
 {
@@ -194,23 +272,9 @@ void writeText(const std::string& path, const std::string& text)
     file.finish();
 }
 
-void writePartStart(const ModelData& model, const std::string& folder)
-{
-    const std::uint32_t numFiles = static_cast<std::uint32_t>(model.files.size());
-    std::string bytes(reinterpret_cast<const char*>(model.extents), sizeof model.extents);
-    bytes.append(reinterpret_cast<const char*>(&numFiles), sizeof numFiles);
-    for (const FileData& file : model.files) {
-        const std::uint32_t length = static_cast<std::uint32_t>(file.name.size());
-        if (numFiles > 1) {
-            bytes.append(reinterpret_cast<const char*>(&length), sizeof length) += file.name;
-        }
-    }
-    writeText(folder + "/" + partStartFile, bytes);
-}
-
 // The nodes of all files in one list, for look-ups of nodes in the model as a whole. Where files repeat an id the first
 // one counts, as it does for references between files.
-void writeModelNodes(const ModelData& model, const std::string& folder)
+void writeModelNodes(const ModelData& model, const std::string& folder, std::uint64_t stamp)
 {
     struct Entry
     {
@@ -234,7 +298,7 @@ void writeModelNodes(const ModelData& model, const std::string& folder)
         }
     }
     if (!ids.empty()) {
-        writeNodes(folder, ids, xyz);
+        writeNodes(folder, NodeFiles(ids, xyz), stamp);
     }
 }
 
@@ -248,22 +312,23 @@ bool hasFileNamed(const ModelData& model, const std::string& name)
 void writeModelFiles(const ModelData& model, const std::string& root)
 {
     const std::string modelFolder = makeFolders(root, model.modelName);
-    std::uint32_t ordinal = 0;
-    for (const FileData& file : model.files) {
-        const std::string folder = makeFolders(root, file.name);
-        if (!file.ids.empty()) {
-            writeNodes(folder, file.ids, file.xyz);
+    const std::vector<FilePlan> plans = planFiles(model);
+    PartStart start = startOf(model);
+    start.stamp = stampFor(model, plans);
+    for (std::size_t k = 0; k < plans.size(); ++k) {
+        const std::string folder = makeFolders(root, model.files[k].name);
+        if (plans[k].nodes.count > 0) {
+            writeNodes(folder, plans[k].nodes, start.stamp);
         }
-        writeParts(folder, file.parts, ordinal);
-        ordinal += static_cast<std::uint32_t>(file.parts.size());
+        writeParts(folder, plans[k].parts, start.stamp);
     }
     if (!hasFileNamed(model, model.modelName)) {
-        writeModelNodes(model, modelFolder);
+        writeModelNodes(model, modelFolder, start.stamp);
     }
     if (!model.deckText.empty()) {
         writeText(modelFolder + "/" + deckFile, model.deckText);
     }
-    writePartStart(model, modelFolder);
+    writeText(modelFolder + "/" + partStartFile, partStartBytes(start));
 }
 
 } // namespace readgen

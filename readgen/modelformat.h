@@ -36,7 +36,7 @@ struct FileHeader
     std::uint64_t payloadSize;     // bytes after the header
     std::uint64_t payloadChecksum; // of the payload; 0 in `elements`, whose blocks have their own
     std::uint64_t partner;         // payloadChecksum of the file that this one was written with (docs); else 0
-    std::uint64_t reserved;        // 0
+    std::uint64_t stamp;           // equal in all files of one writing of a model (docs); 0 in older files
     std::uint64_t headerChecksum;  // of the 56 bytes before it
 };
 static_assert(sizeof(FileHeader) == 64 && offsetof(FileHeader, headerChecksum) == 56, "the file's layout");

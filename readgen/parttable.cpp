@@ -28,6 +28,7 @@ PartTable::PartTable(const std::string& folder)
         badFile(elements.path, offsetof(FileHeader, partner),
                 std::string("was not written together with its ") + partsFile);
     }
+    elements.checkStamp(table.header().stamp, std::string("its ") + partsFile);
     checkRecords();
     checkPartIds();
 }

@@ -10,6 +10,7 @@
 #include "modelnodes.h"
 #include "names.h"
 #include "partbuilder.h"
+#include "readstamps.h"
 
 using namespace readgen;
 
@@ -55,7 +56,7 @@ void loadOwnReaders(ReadElements& reader)
 // A file whose two node files do not both load counts as one without nodes.
 void addFile(ModelNodes& all, const ReadIDS* ids, const ReadNodes* nodes)
 {
-    const bool complete = ids && nodes && ids->numIDs == nodes->numNodes;
+    const bool complete = ids && nodes && ids->numIDs == nodes->numNodes && sameWriting(stampOf(ids), stampOf(nodes));
     all.addFile(complete ? ids->idList : nullptr, complete ? nodes->nodeValues : nullptr, complete ? ids->numIDs : 0);
 }
 
@@ -76,6 +77,28 @@ std::size_t collectNodes(ReadElements& reader, ModelNodes* all)
         addFile(*all, reader.readIDS, reader.readNodes);
     }
     return own;
+}
+
+// A model that is replaced between two steps of loading must not be read half old and half new.
+void checkNodesFit(const PartTable& table, const ReadIDS* ids, const ReadNodes* nodes)
+{
+    for (const void* reader : {static_cast<const void*>(ids), static_cast<const void*>(nodes)}) {
+        table.checkStamp(stampOf(reader), "the nodes that were read");
+    }
+}
+
+void checkAllNodesFit(const PartTable& table, const ReadElements& reader)
+{
+    checkNodesFit(table, reader.readIDS, reader.readNodes);
+    if (ownsReaders(reader)) {
+        return;
+    }
+    for (const ReadIDS* ids : *reader.m_ReadIDVect) {
+        checkNodesFit(table, ids, nullptr);
+    }
+    for (const ReadNodes* nodes : *reader.m_ReadNodeVect) {
+        checkNodesFit(table, nullptr, nodes);
+    }
 }
 
 // --- Parts ---
@@ -111,6 +134,7 @@ template <class Wanted> int readParts(ReadElements& reader, Wanted wanted, unsig
         }
         ModelNodes nodes;
         const std::size_t ownFile = collectNodes(reader, &nodes);
+        checkAllNodesFit(table, reader);
         PartBatch batch(chosen.size());
         buildParts(table, chosen, nodes, ownFile, reader.fileIndex, batch);
 

@@ -5,6 +5,7 @@
 
 #include "modelfile.h"
 #include "names.h"
+#include "readstamps.h"
 
 using namespace readgen;
 
@@ -17,6 +18,7 @@ ReadIDS::ReadIDS(const char* dir, const char* file) : ReadIDS()
 
 ReadIDS::~ReadIDS()
 {
+    setStamp(this, 0);
     delete[] idList;
     delete[] dirName;
     delete[] modelName;
@@ -42,6 +44,7 @@ int ReadIDS::get(const char* idFileName)
     delete[] idList;
     idList = nullptr;
     numIDs = 0;
+    setStamp(this, 0);
     const std::string folder = folderOf(dirName, modelName);
     const std::string path = folder + "/" + idFileName;
     if (hasNoNodeFiles(folder, path)) {
@@ -52,6 +55,7 @@ int ReadIDS::get(const char* idFileName)
         idList = new unsigned int[file.count()];
         numIDs = file.count();
         std::copy_n(file.ids(), numIDs, idList);
+        setStamp(this, file.stamp());
         return static_cast<int>(numIDs);
     });
 }

@@ -7,6 +7,7 @@
 #include "modelfile.h"
 #include "names.h"
 #include "partstr.h"
+#include "readstamps.h"
 
 using namespace readgen;
 
@@ -22,6 +23,7 @@ void releaseArrays(ReadNodes& nodes)
     nodes.selectedNodes = nullptr;
     nodes.numNodes = 0;
     nodes.m_MallocCount = 0;
+    setStamp(&nodes, 0);
 }
 
 // Makes room for that many nodes; new ones lie at the origin, not selected.
@@ -92,6 +94,7 @@ int ReadNodes::getValues()
         std::fill_n(selectedNodes, count, NOT_SELECTED_CHAR);
         numNodes = count;
         m_MallocCount = static_cast<int>(count);
+        setStamp(this, file.stamp());
         return static_cast<int>(count);
     });
 }

@@ -70,10 +70,19 @@ TEST_F(BadModel, WrongHeaderSize)
     EXPECT_EQ(problem(), "node_ids: offset 12: the header is not one of this version");
 }
 
-TEST_F(BadModel, ReservedFieldInUse)
+TEST_F(BadModel, StampsOfAnotherWriting)
 {
-    idHeader().reserved = 1;
-    EXPECT_EQ(problem(), "node_ids: offset 12: the header is not one of this version");
+    const std::string asked = "; was the model replaced while it was read?";
+    const EditedFolder good = *edited;
+    coordHeader().stamp ^= 1;
+    EXPECT_EQ(problem(), "node_coords: offset 48: was written with another model than its node_ids" + asked);
+    *edited = good;
+    edited->header(edited->elements).stamp ^= 1;
+    EXPECT_EQ(problem(), "elements: offset 48: was written with another model than its parts" + asked);
+    *edited = good;
+    edited->header(edited->elements).stamp ^= 1;
+    edited->header(edited->parts).stamp ^= 1;
+    EXPECT_EQ(problem(), "parts: offset 48: was written with another model than the nodes that were read" + asked);
 }
 
 TEST_F(BadModel, PayloadSizeBeyondTheFile)

@@ -54,6 +54,20 @@ std::vector<std::string> listTree(const std::string& folder)
     return names;
 }
 
+std::string withoutStamp(const std::string& partStart)
+{
+    const std::size_t size = partStart.size() - 16;
+    EXPECT_EQ(partStart.substr(size, 8), "KVO_STMP");
+    return partStart.substr(0, size);
+}
+
+std::uint64_t stampIn(const std::string& partStart)
+{
+    std::uint64_t stamp = 0;
+    std::memcpy(&stamp, partStart.data() + withoutStamp(partStart).size() + 8, sizeof stamp);
+    return stamp;
+}
+
 // --- Writing ---
 
 std::vector<float> coordinatesOf(const Ids& nodeIds)
@@ -112,12 +126,16 @@ void writeTinyModel(const std::string& dir, const std::string& name)
 std::vector<std::string> filesOf(const std::string& dir, const std::string& modelName)
 {
     const std::string bytes = readBytes(dir + "/" + modelName + "/part_start");
+    const auto numberAt = [&bytes](std::size_t at) {
+        std::uint32_t number;
+        std::memcpy(&number, &bytes[at], sizeof number);
+        return number;
+    };
     std::vector<std::string> names;
-    for (std::size_t at = 28; at + 4 <= bytes.size();) {
-        std::uint32_t length;
-        std::memcpy(&length, &bytes[at], sizeof length);
-        names.push_back(bytes.substr(at + 4, length));
-        at += 4 + length;
+    const std::uint32_t count = numberAt(24);
+    for (std::size_t at = 28; count > 1 && names.size() < count;) {
+        names.push_back(bytes.substr(at + 4, numberAt(at)));
+        at += 4 + names.back().size();
     }
     return names.empty() ? std::vector<std::string>{modelName} : names;
 }

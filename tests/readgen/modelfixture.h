@@ -31,6 +31,10 @@ void writeBytes(const std::string& path, const std::string& bytes);
 // Everything below a folder, relative, sorted; folders end in "/".
 std::vector<std::string> listTree(const std::string& folder);
 
+// The stamp at the end of a part_start, and what stands before it.
+std::uint64_t stampIn(const std::string& partStart);
+std::string withoutStamp(const std::string& partStart);
+
 // A node's coordinates follow from its id, so that any test can tell where a node must lie.
 std::vector<float> coordinatesOf(const Ids& nodeIds);
 

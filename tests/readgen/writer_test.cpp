@@ -1,6 +1,7 @@
 // ModelWriter: the files it makes, what it replaces.
 #include <cstring>
 #include <filesystem>
+#include <set>
 
 #include "modelfixture.h"
 #include "modelinfo.h"
@@ -50,7 +51,7 @@ TEST(Writer, WritesThePartStartOfASingleFile)
     addPart(writer, makePart(1, SHELL, 4), {1}, {1, 2, 3, 3}); // node 4 is not used
     writeOrFail(writer);
     EXPECT_EQ(extentsOf(folder.path + "/m/part_start"), (std::vector<float>{-1, 2, 0, 5, -7, 0}));
-    EXPECT_EQ(readBytes(folder.path + "/m/part_start").substr(24), std::string("\1\0\0\0", 4));
+    EXPECT_EQ(withoutStamp(readBytes(folder.path + "/m/part_start")).substr(24), std::string("\1\0\0\0", 4));
 }
 
 TEST(Writer, WritesThePartStartOfSeveralFiles)
@@ -60,7 +61,55 @@ TEST(Writer, WritesThePartStartOfSeveralFiles)
     addNodes(writer, {1});
     writer.beginFile("m/xy");
     writeOrFail(writer);
-    EXPECT_EQ(readBytes(folder.path + "/m/part_start").substr(24), std::string("\2\0\0\0\1\0\0\0m\4\0\0\0m/xy", 17));
+    EXPECT_EQ(withoutStamp(readBytes(folder.path + "/m/part_start")).substr(24),
+              std::string("\2\0\0\0\1\0\0\0m\4\0\0\0m/xy", 17));
+}
+
+TEST(Writer, StampsAllFilesAlike)
+{
+    TempFolder folder;
+    ModelWriter writer(folder.path, "m");
+    for (unsigned int k : {1u, 2u}) {
+        writer.beginFile("m/file" + std::to_string(k));
+        addNodes(writer, {k, k + 10, k + 20});
+        addPart(writer, makePart(k, SHELL, 4), {1}, {k, k + 10, k + 20, k + 20});
+    }
+    writeOrFail(writer);
+    const std::uint64_t stamp = stampIn(readBytes(folder.path + "/m/part_start"));
+    EXPECT_NE(stamp, 0u);
+    int headers = 0;
+    for (const std::string& name : listTree(folder.path + "/m")) {
+        if (name.back() != '/' && name != "part_start") {
+            const std::string bytes = readBytes(folder.path + "/m/" + name);
+            EXPECT_EQ(reinterpret_cast<const readgen::FileHeader*>(bytes.data())->stamp, stamp) << name;
+            ++headers;
+        }
+    }
+    EXPECT_EQ(headers, 2 + 2 * 4);
+}
+
+// Coordinates, references, names and the deck's own text: whatever differs makes another stamp.
+TEST(Writer, StampsDifferentModelsDifferently)
+{
+    std::set<std::uint64_t> stamps;
+    const auto write = [&stamps](const char* name, float z, const Ids& corners, const char* deck) {
+        TempFolder folder;
+        ModelWriter writer(folder.path, "m");
+        const Ids ids = {1, 2, 3, 4};
+        const float xyz[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, z};
+        writer.addNodes(4, ids.data(), xyz);
+        addPart(writer, makePart(1, SHELL, 4, name), {1}, corners);
+        writer.setDeck(deck);
+        writeOrFail(writer);
+        stamps.insert(stampIn(readBytes(folder.path + "/m/part_start")));
+    };
+    write("a", 0, {1, 2, 3, 4}, "{}");
+    write("b", 0, {1, 2, 3, 4}, "{}");
+    write("a", 0.5f, {1, 2, 3, 4}, "{}");
+    write("a", 0, {1, 2, 4, 4}, "{}");
+    write("a", 0, {1, 2, 3, 4}, "{ }");
+    write("a", 0, {1, 2, 3, 4}, "{}"); // the first one again
+    EXPECT_EQ(stamps.size(), 5u);
 }
 
 TEST(Writer, GivesTheOnlyFileTheModelsName)
@@ -145,9 +194,20 @@ TEST(WriterReplaces, ADamagedModel)
     TempFolder folder;
     writeTinyModel(folder.path);
     writeBytes(folder.path + "/tiny/parts", "damaged");
-    fs::remove(folder.path + "/tiny/part_start");
+    fs::remove(folder.path + "/tiny/elements");
     writeTinyModel(folder.path);
     EXPECT_EQ(LoadedModel(folder.path, "tiny").numParts, 4u);
+}
+
+// As they were written before files carried stamps.
+TEST(WriterReplaces, AModelWithoutAStamp)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path);
+    const std::string index = folder.path + "/tiny/part_start";
+    writeBytes(index, withoutStamp(readBytes(index)));
+    writeTinyModel(folder.path);
+    EXPECT_NE(stampIn(readBytes(index)), 0u);
 }
 
 TEST(WriterReplaces, AnEmptyFolder)
