@@ -54,40 +54,6 @@ std::vector<std::string> leadingPaths(const std::string& path)
     return paths;
 }
 
-bool isModelFileName(const std::string& name)
-{
-    for (const char* known : {nodeIdsFile, nodeCoordsFile, partsFile, elementsFile, partStartFile, deckFile}) {
-        if (name == known) {
-            return true;
-        }
-    }
-    return false;
-}
-
-// A folder may be replaced when it holds a model and nothing else: a mistyped name must not cost a user's files.
-void checkReplaceable(const std::string& target)
-{
-    if (!exists(target)) {
-        return;
-    }
-    std::error_code problem;
-    if (!fs::is_directory(fs::symlink_status(target, problem))) {
-        cannotUse(target, "exists and is not a folder");
-    }
-    for (fs::recursive_directory_iterator entry(target, problem), end; !problem && entry != end;
-         entry.increment(problem)) {
-        const fs::file_status status = entry->symlink_status(problem);
-        const bool known = fs::is_regular_file(status) && isModelFileName(entry->path().filename().string());
-        if (!problem && !fs::is_directory(status) && !known) {
-            cannotUse(target, "exists and holds \"" + fs::relative(entry->path(), target, problem).string() +
-                                  "\", which is no part of a model; it is not replaced");
-        }
-    }
-    if (problem) {
-        cannotUse(target, "cannot be looked through: " + problem.message());
-    }
-}
-
 // Swaps two folders in one step. False where the file system cannot.
 bool exchange(const std::string& a, const std::string& b)
 {
@@ -248,9 +214,6 @@ void StagingFolder::moveBack()
 
 void StagingFolder::moveInto(const std::vector<std::string>& names)
 {
-    for (const std::string& name : names) {
-        checkReplaceable(dirName + "/" + name);
-    }
     try {
         for (const std::string& name : names) {
             const std::string target = dirName + "/" + name;

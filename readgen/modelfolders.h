@@ -22,8 +22,8 @@ public:
     const std::string& path() const { return staging; }
     // Has the disk take all that lies in path(): a renaming must not get there first. Throws CannotWrite.
     void sync() const;
-    // Moves path()/name to dirName/name for every name, replacing model folders of that name. On failure throws
-    // CannotWrite and everything is as it was before.
+    // Moves path()/name to dirName/name for every name, in place of what lies there (replaceable.h says what may). On
+    // failure throws CannotWrite and everything is as it was before.
     void moveInto(const std::vector<std::string>& names);
 
 private:

@@ -6,6 +6,7 @@
 #include "modeldata.h"
 #include "modelfolders.h"
 #include "modelformat.h"
+#include "replaceable.h"
 
 using namespace readgen;
 
@@ -68,10 +69,13 @@ void writeModel(ModelData& model)
 {
     nameSingleFile(model);
     prepareModel(model);
+    const std::vector<std::string> folders = outermostFolders(model);
+    checkReplaceable(model.dirName, model.modelName, folders);
     StagingFolder staging(model.dirName);
     writeModelFiles(model, staging.path());
     staging.sync();
-    staging.moveInto(outermostFolders(model));
+    checkReplaceable(model.dirName, model.modelName, folders); // writing can take a while
+    staging.moveInto(folders);
 }
 
 } // namespace

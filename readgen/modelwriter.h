@@ -64,8 +64,9 @@ public:
     // A text that goes into the model's own folder as deck.json. Never called, or empty: no such file.
     void setDeck(const std::string& text);
 
-    // Checks everything and writes the directory. False on failure: *error (may be null) then says what and where, and
-    // nothing is left behind or changed under the final name.
+    // Checks everything and writes the directory. An older model is replaced when its folders hold nothing but what its
+    // part_start lists. False on failure: *error (may be null) then says what and where, and nothing is left behind or
+    // changed under the final name.
     bool write(std::string* error);
 
 private:

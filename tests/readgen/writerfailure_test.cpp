@@ -259,9 +259,93 @@ TEST(WriterRefuses, AFolderWithAUsersFiles)
     writeBytes(folder.path + "/m/notes/thesis.txt", "years of work");
     const std::string before = snapshot(folder.path);
     ModelWriter writer(folder.path, "m");
-    EXPECT_EQ(errorOf(writer), folder.path + "/m: exists and holds \"notes/thesis.txt\", which is no part of a model; "
-                                             "it is not replaced");
+    EXPECT_EQ(errorOf(writer), folder.path + "/m: exists and holds \"notes\", which is no part of a model; it is not "
+                                             "replaced");
     EXPECT_TRUE(snapshot(folder.path) == before);
+}
+
+TEST(WriterRefuses, AFolderOfModels)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path + "/models", "a");
+    writeTinyModel(folder.path + "/models", "b");
+    const std::string before = snapshot(folder.path);
+    ModelWriter writer(folder.path, "models");
+    EXPECT_EQ(errorOf(writer), folder.path + "/models: exists and is no model directory (it has no part_start); it is "
+                                             "not replaced");
+    EXPECT_TRUE(snapshot(folder.path) == before);
+}
+
+TEST(WriterRefuses, AModelWithAnotherModelInIt)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path, "m");
+    writeTinyModel(folder.path, "m/inner");
+    const std::string before = snapshot(folder.path);
+    ModelWriter writer(folder.path, "m");
+    EXPECT_EQ(errorOf(writer), folder.path + "/m: exists and holds \"inner\", which is no part of a model; it is not "
+                                             "replaced");
+    EXPECT_TRUE(snapshot(folder.path) == before);
+}
+
+// Each could be a user's own file.
+TEST(WriterRefuses, AFolderWithAFileOfAModelsName)
+{
+    for (const char* name : {"parts", "elements", "node_ids", "node_coords", "deck.json", "part_start"}) {
+        TempFolder folder;
+        fs::create_directory(folder.path + "/u");
+        writeBytes(folder.path + "/u/" + name, "thirty bytes of a user's own text");
+        const std::string before = snapshot(folder.path);
+        ModelWriter writer(folder.path, "u");
+        EXPECT_EQ(errorOf(writer).rfind(folder.path + "/u: exists and ", 0), 0u) << name;
+        EXPECT_TRUE(snapshot(folder.path) == before) << name;
+    }
+}
+
+TEST(WriterRefuses, APartStartThatIsCutOrGoesOn)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path, "m");
+    const std::string whole = readBytes(folder.path + "/m/part_start");
+    for (const std::string& damaged :
+         {whole.substr(0, 27), whole.substr(0, whole.size() - 1), whole + "text", withoutStamp(whole) + "text"}) {
+        writeBytes(folder.path + "/m/part_start", damaged);
+        ModelWriter writer(folder.path, "m");
+        EXPECT_NE(errorOf(writer).find("/m: exists and "), std::string::npos) << damaged.size();
+        EXPECT_EQ(readBytes(folder.path + "/m/part_start"), damaged);
+    }
+}
+
+// A folder outside the model's own is replaced only where the older model says that it is one of its files.
+TEST(WriterRefuses, AFileFolderOfAnotherModel)
+{
+    TempFolder folder;
+    const auto write = [&folder](const char* model, const char* file) {
+        ModelWriter writer(folder.path, model);
+        writer.beginFile("common");
+        addNodes(writer, {1, 2, 3});
+        writer.beginFile(file);
+        addPart(writer, makePart(1, SHELL, 4), {1}, {1, 2, 3, 3});
+        std::string error;
+        return writer.write(&error) ? "" : error;
+    };
+    EXPECT_EQ(write("first", "first/parts_a"), "");
+    EXPECT_EQ(write("first", "first/parts_a"), "");
+    const std::string before = snapshot(folder.path);
+    EXPECT_EQ(write("second", "second/parts_a"), folder.path +
+                                                     "/common: exists and holds \"elements\", which is no part "
+                                                     "of a model; it is not replaced");
+    EXPECT_TRUE(snapshot(folder.path) == before);
+}
+
+TEST(WriterRefuses, ALinkAmongAModelsFiles)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path, "m");
+    fs::rename(folder.path + "/m/parts", folder.path + "/elsewhere");
+    fs::create_symlink(folder.path + "/elsewhere", folder.path + "/m/parts");
+    ModelWriter writer(folder.path, "m");
+    EXPECT_NE(errorOf(writer).find("/m: exists and holds \"parts\""), std::string::npos);
 }
 
 TEST(WriterRefuses, ALinkInPlaceOfTheModel)
