@@ -31,7 +31,7 @@ protected:
     {
         data = dataFolder();
         if (!std::filesystem::exists(data / "exodus")) {
-            GTEST_SKIP() << data << " is not there";
+            GTEST_SKIP() << withoutRealFile(data / "exodus");
         }
     }
 

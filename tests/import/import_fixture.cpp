@@ -216,3 +216,8 @@ std::filesystem::path dataFolder()
     return named ? std::filesystem::path(named)
                  : std::filesystem::path(KVO_SOURCE_DIR).parent_path() / "shared" / "data";
 }
+
+std::string withoutRealFile(const std::filesystem::path& file)
+{
+    return file.string() + " is not there; the variable KVO_TEST_DATA names the folder of real decks";
+}

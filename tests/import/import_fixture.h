@@ -66,6 +66,8 @@ std::map<std::string, std::uint64_t> typeCounts(const kvo::Mesh& mesh);
 
 // Where real decks may be: KVO_TEST_DATA names the folder, else "shared/data" next to the project's.
 std::filesystem::path dataFolder();
+// Why a test is skipped that needs one of them.
+std::string withoutRealFile(const std::filesystem::path& file);
 
 // "1, x, y, z" lines of nodes 1 to count at (id, id squared, 0).
 std::string someNodes(int count);

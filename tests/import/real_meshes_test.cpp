@@ -40,7 +40,7 @@ TEST_P(RealMeshes, HaveTheCountsThatAreKnown)
 {
     const std::filesystem::path file = dataFolder() / GetParam().file;
     if (!std::filesystem::exists(file)) {
-        GTEST_SKIP() << file << " is not there";
+        GTEST_SKIP() << withoutRealFile(file);
     }
     const kvo::Mesh mesh = readFile(file.string());
     EXPECT_EQ(mesh.nodeCount(), GetParam().nodes);

@@ -111,7 +111,7 @@ TEST_P(RealSolverDecks, HaveTheCountsThatAreKnown)
 {
     const std::filesystem::path file = dataFolder() / GetParam().file;
     if (!std::filesystem::exists(file)) {
-        GTEST_SKIP() << file << " is not there";
+        GTEST_SKIP() << withoutRealFile(file);
     }
     const kvo::Mesh mesh = readFile(file.string());
     EXPECT_EQ(mesh.nodeCount(), GetParam().nodes);
@@ -125,7 +125,7 @@ TEST(RealSolverDecksThatAreDamaged, AreRefusedWithTheirLine)
 {
     const std::filesystem::path file = dataFolder() / "ansys/corrupt_a.cdb";
     if (!std::filesystem::exists(file)) {
-        GTEST_SKIP() << file << " is not there";
+        GTEST_SKIP() << withoutRealFile(file);
     }
     kvo::ImportLog log;
     try {
