@@ -141,7 +141,7 @@ Depths nearestDepths(const PickRect& rect, unsigned int numParts)
     for (const auto& entry : rect.zPartMap) {
         const PidEidStr& names = entry.second;
         const bool member = rect.pickType != PICK_TYPE_PART;
-        if (names.pid == 0 || names.pid > numParts || (member && names.eid == 0)) {
+        if (names.pid - 1 >= numParts) {
             continue;
         }
         out.emplace(Entity(names.pid - 1, member ? names.eid - 1 : 0), entry.first); // nearest first
