@@ -114,6 +114,17 @@ TEST_F(Ops, PositionsCountFromTheTopLeft)
     EXPECT_EQ(differing(plain.cut(0, 20, 120, 70), band.cut(0, 20, 120, 70)), 0u);
 }
 
+TEST_F(Ops, PolylinesCountFromTheTopLeft)
+{
+    const std::vector<std::string> way = {"--view", "top", "--contract"};
+    const kvo::Picture plain = draw("", way);
+    const kvo::Picture line = draw("START_POLYLINE 10 5\nSTART_POLYLINE 60 15\nSTART_POLYLINE 110 5\n"
+                                   "START_POLYLINE 60 8\n",
+                                   way);
+    EXPECT_GT(differing(plain.cut(0, 0, 120, 20), line.cut(0, 0, 120, 20)), 60u);
+    EXPECT_EQ(differing(plain.cut(0, 20, 120, 70), line.cut(0, 20, 120, 70)), 0u);
+}
+
 TEST_F(Ops, PanFollowsThePointer)
 {
     // 20 pixels to the right and 10 down.

@@ -1,4 +1,7 @@
 // kvo render.
+#include <algorithm>
+#include <map>
+
 #include <gtest/gtest.h>
 
 #include "picture.h"
@@ -224,6 +227,29 @@ TEST_F(Render, AModelDirectoryDrawsLikeItsDeck)
     EXPECT_EQ(differing(kvo::readPng(picture()), ofDeck), 0u);
 }
 
+TEST_F(Render, ModelsUnderPathsOfEveryLengthAreDrawn)
+{
+    // The drawing library holds a path of 127 characters, "/part_start" included; longer ones get a short name.
+    const std::string model = folder.file("model");
+    ASSERT_EQ(runKvo({"import", deck(), "-o", model}).status, 0);
+    const auto draws = [&](const std::string& directory) {
+        const KvoRun run = runKvo({"render", directory, "-o", picture(), "--size", "30x30", "--device", "software"});
+        EXPECT_EQ(run.status, 0) << directory.size() << " " << run.err;
+        return run.status == 0 ? kvo::readPng(picture()) : Picture(30, 30);
+    };
+    const Picture wanted = draws(model);
+    EXPECT_GT(countOther(wanted, background), 50);
+    const std::string beside = std::filesystem::canonical(folder.path).string() + "/";
+    const std::size_t rest = std::string("/model/part_start").size();
+    for (std::size_t length = 125; length <= 130; ++length) {
+        const std::string parent = beside + std::string(length - beside.size() - rest, 'd');
+        std::filesystem::create_directory(parent);
+        std::filesystem::rename(model, parent + "/model");
+        EXPECT_EQ(differing(draws(parent + "/model"), wanted), 0u) << length;
+        std::filesystem::rename(parent + "/model", model);
+    }
+}
+
 TEST_F(Render, DamagedModelsAreErrorsThatNameTheFile)
 {
     const std::string model = folder.file("model");
@@ -263,4 +289,29 @@ TEST_F(Render, AllViewsMakeATitledSheet)
     }
     const Picture text = sheet.cut(8 + 3 * (cellWidth + 8), 8 + cellHeight + 26 + 8 + 26, cellWidth, cellHeight);
     EXPECT_GT(countOther(text, {0, 0, 0, 255}), 200);
+}
+
+TEST_F(Render, TextOfASheetStandsOutFromItsBackground)
+{
+    const std::map<std::string, bool> lightInk = {{"black", true},   {"#00007f", true},  {"#ff0000", true},
+                                                  {"#0000ff", true}, {"#404040", true},  {"white", false},
+                                                  {"grey", false},   {"#00ff00", false}, {"#ffff00", false}};
+    for (const auto& entry : lightInk) {
+        const KvoRun run = render({"--view", "all", "--size", "400x240", "--background", entry.first});
+        ASSERT_EQ(run.status, 0) << run.err;
+        const Picture title = kvo::readPng(picture()).cut(8, 8, (400 - 5 * 8) / 4, 26);
+        int darkest = 3 * 255, lightest = 0;
+        for (int y = 0; y < title.height; ++y) {
+            for (int x = 0; x < title.width; ++x) {
+                const Color c = title.at(x, y);
+                darkest = std::min(darkest, c.r + c.g + c.b);
+                lightest = std::max(lightest, c.r + c.g + c.b);
+            }
+        }
+        const Color empty = title.at(title.width - 1, 0);
+        const int behind = empty.r + empty.g + empty.b;
+        EXPECT_EQ(lightest > behind, entry.second) << entry.first;
+        EXPECT_EQ(darkest < behind, !entry.second) << entry.first;
+        EXPECT_GT(std::max(lightest - behind, behind - darkest), 110) << entry.first;
+    }
 }

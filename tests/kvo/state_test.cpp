@@ -91,13 +91,19 @@ TEST_F(State, ARestoredStateDrawsTheSavedPicture)
 
 TEST_F(State, NormalsOfTheOtherShadingAreComputedAnew)
 {
-    for (const char* shade : {"flat", "smooth"}) {
-        const kvo::Picture saved = draw({"--shade", shade, "--save-state", state()});
-        for (const char* now : {"flat", "smooth"}) {
-            EXPECT_EQ(differing(draw({"--state", state(), "--shade", now}), draw({"--shade", now})), 0u)
-                << shade << " " << now;
+    for (const std::vector<std::string>& way : {std::vector<std::string>{}, {"--contract"}, {"--light", "contract"}}) {
+        const auto picture = [&](std::vector<std::string> options) {
+            options.insert(options.end(), way.begin(), way.end());
+            return draw(options);
+        };
+        for (const char* shade : {"flat", "smooth"}) {
+            const kvo::Picture saved = picture({"--shade", shade, "--save-state", state()});
+            for (const char* now : {"flat", "smooth"}) {
+                EXPECT_EQ(differing(picture({"--state", state(), "--shade", now}), picture({"--shade", now})), 0u)
+                    << shade << " " << now;
+            }
+            EXPECT_EQ(differing(picture({"--state", state()}), saved), 0u) << shade;
         }
-        EXPECT_EQ(differing(draw({"--state", state()}), saved), 0u) << shade;
     }
 }
 

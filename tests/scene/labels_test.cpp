@@ -1,8 +1,10 @@
 // Legend and id labels: where they are, and that they leave the frame alone.
 #include <cstring>
+#include <numeric>
 
 #include "bitmap_font.h"
 #include "id_labels.h"
+#include "legend.h"
 #include "look_pictures.h"
 #include "mantypes.h"
 #include "scene_fixture.h"
@@ -10,6 +12,7 @@
 namespace {
 
 using kvo::Color;
+using kvo::Coloring;
 using kvo::IdLabel;
 using kvo::OverlayPainter;
 using kvo::Picture;
@@ -213,6 +216,88 @@ TEST_F(Labels, Golden)
     view.look().labels.elements = false;
     view.look().labels.nodes = view.look().labels.parts = true;
     EXPECT_PRED1(matchesGolden, (LookPicture{"labels_nodes_parts", picture(view)}));
+}
+
+// --- A legend that has no room ---
+
+class LongLegend : public Labels
+{
+protected:
+    // Category k is (k + 1, 255, 0) in the picture, so that its box tells which one it is.
+    static Coloring categories(std::size_t count, const std::string& lastName = "")
+    {
+        Coloring out;
+        out.title = "key";
+        for (std::size_t k = 0; k < count; ++k) {
+            out.categories.push_back({"category " + std::to_string(k), {float(k + 1) / 255, 1, 0}});
+        }
+        if (!lastName.empty()) {
+            out.categories.back().name = lastName;
+        }
+        return out;
+    }
+    Picture legend(const Coloring& coloring)
+    {
+        glClear(GL_COLOR_BUFFER_BIT);
+        const int viewport[4] = {0, 0, width, height};
+        kvo::FontWidths widths;
+        {
+            OverlayPainter painter(viewport, font.base(), widths);
+            kvo::drawLegend(painter, coloring, 13);
+        }
+        return target.read();
+    }
+    // The categories that have a box, from the top.
+    static std::vector<int> boxes(const Picture& p)
+    {
+        std::vector<int> out;
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                const Color c = p.at(x, y);
+                if (c.g == 255 && c.b == 0 && (out.empty() || out.back() != c.r - 1)) {
+                    out.push_back(c.r - 1);
+                }
+            }
+        }
+        return out;
+    }
+    static std::vector<int> upTo(int count)
+    {
+        std::vector<int> out(static_cast<std::size_t>(count));
+        std::iota(out.begin(), out.end(), 0);
+        return out;
+    }
+};
+
+TEST_F(LongLegend, WhatDoesNotFitIsCountedInTheLastLine)
+{
+    // Eleven lines fit below the title.
+    EXPECT_EQ(boxes(legend(categories(3))), upTo(3));
+    EXPECT_EQ(boxes(legend(categories(11))), upTo(11));
+    for (const int count : {12, 13, 100}) {
+        const Picture cut = legend(categories(static_cast<std::size_t>(count)));
+        EXPECT_EQ(boxes(cut), upTo(10)) << count;
+        // The same but for the last box as a list that fits and ends with these words.
+        const Picture fits = legend(categories(11, "and " + std::to_string(count - 10) + " more"));
+        ASSERT_EQ(boxes(fits), upTo(11));
+        const kvo::PictureDifference difference = compare(cut, fits);
+        EXPECT_GE(difference.differing, 81u) << count;
+        EXPECT_LE(difference.differing, 121u) << count;
+    }
+}
+
+TEST_F(LongLegend, NothingIsDrawnOverThePicturesEdge)
+{
+    for (const std::size_t count : {11u, 12u, 100u}) {
+        const Picture p = legend(categories(count));
+        std::size_t drawn = 0;
+        for (int x = 0; x < width; ++x) {
+            for (int y = height - 4; y < height; ++y) {
+                drawn += p.at(x, y) != Color{0, 0, 0, 255};
+            }
+        }
+        EXPECT_EQ(drawn, 0u) << count;
+    }
 }
 
 } // namespace

@@ -409,6 +409,26 @@ TEST_F(SceneDraws, CoarselyWhileMovingAndExactlyAtRest)
     EXPECT_FALSE(view.lastFrame().coarse) << "there is time enough";
 }
 
+// A coarse frame says nothing about how long an exact one takes: all frames of a movement are equally coarse.
+TEST_F(SceneDraws, CoarseFramesAreNotTakenForExactOnes)
+{
+    model.add(sheetPart(500));
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    view.look.style = SceneStyle::ShadedEdges; // every face is sent, so that exact frames are slow
+    view.look.moving = true;
+    view.look.frameBudget = 0.1f;
+    picture(view); // measured
+    std::vector<std::size_t> faces;
+    for (int k = 0; k < 6; ++k) {
+        picture(view);
+        ASSERT_TRUE(view.lastFrame().coarse);
+        faces.push_back(view.lastFrame().faces);
+    }
+    EXPECT_EQ(faces, std::vector<std::size_t>(6, faces[0]));
+}
+
 TEST_F(SceneDraws, WithoutOverlaysOnRequest)
 {
     model.add(quadPart());

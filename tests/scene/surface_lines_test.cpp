@@ -163,6 +163,35 @@ TEST_F(SurfaceLinesDraw, HiddenPartsHaveNoneAndAbsentElementsLeaveNewOnes)
     EXPECT_EQ(p.at(width - 5, height / 2), (Color{0, 0, 0, 255}));
 }
 
+TEST_F(SurfaceLinesDraw, APartBetweenTwoOthersIsHiddenAlone)
+{
+    for (int k = 0; k < 3; ++k) {
+        PartInfoStr sheet = sheetPart(2);
+        movePart(sheet, 3.0f * float(k), 0, 0);
+        model.add(sheet);
+    }
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    view.look.lines.free = true;
+    const float red[4] = {1, 0, 0, 1};
+    std::copy(red, red + 4, view.look.lines.freeColor);
+    const auto rims = [&] { // of the three sheets: is the left side drawn, is the right?
+        const Picture p = picture(view);
+        std::vector<bool> out;
+        for (const double x : {0.0, 2.0, 3.0, 5.0, 6.0, 8.0}) {
+            out.push_back(near(p, {255, 0, 0, 255}, x, 0.5, 0));
+        }
+        return out;
+    };
+    EXPECT_EQ(rims(), std::vector<bool>(6, true));
+    model.part(1).partFlag ^= PART_HIDDEN | PART_SHOWN; // the frame stays
+    EXPECT_EQ(rims(), (std::vector<bool>{true, true, false, false, true, true}));
+    model.part(1).partFlag ^= PART_HIDDEN | PART_SHOWN;
+    model.part(0).partFlag ^= PART_HIDDEN | PART_SHOWN;
+    EXPECT_EQ(rims(), (std::vector<bool>{false, false, true, true, true, true}));
+}
+
 TEST_F(SurfaceLinesDraw, Golden)
 {
     PartInfoStr block = blockPart(5), tube = tubePart(24, 4, 4);

@@ -161,6 +161,39 @@ TEST_F(VisiblePick, BeamsAndTransparentPartsAreHit)
     EXPECT_EQ(picker->nearest(PickType::Element, clickAt(*model, 3.5, 0, 0, 3))->part, 2u);
 }
 
+// A node counts where its element shows in its pixel or in one beside, not farther off. A cover before the sheet ends
+// near the node in the middle; how far from it is tried in quarters of a pixel.
+TEST_F(VisiblePick, NodesShowInTheirPixelOrBesideIt)
+{
+    model.add(sheetPart(2));
+    model.add(makePart(SHELL, 4, {0, 0, 0.1f, 1, 0, 0.1f, 1, 2, 0.1f, 0, 2, 0.1f}, {0, 1, 2, 3}));
+    load();
+    frame(TOP_VIEW);
+    const Pixel left = pixelOf(*model, 0, 1, 0), right = pixelOf(*model, 2, 1, 0), node = pixelOf(*model, 1, 1, 0);
+    const float quarter = 0.5f / float(right.x - left.x);
+    const PickRegion place = clickAt(*model, 1, 1, 0);
+    int shown = 0, hidden = 0;
+    for (int k = -4; k <= 16; ++k) {
+        float* cover = model.part(1).partNodes.nodeValues;
+        cover[3] = cover[6] = 1 + float(k) * quarter;
+        view->geometryChanged();
+        picture(*view);
+        const auto sheetAt = [&](int steps) {
+            const auto hit = picker->nearest(PickType::Part, PickRegion::click(node.x + steps + 0.5, place.y, 1));
+            return hit && hit->part == 1;
+        };
+        bool found = false;
+        for (const SceneHit& hit : picker->pick(PickType::Node, place)) {
+            found = found || (hit.part == 1 && hit.entity == 5);
+        }
+        EXPECT_EQ(found, sheetAt(0) || sheetAt(1)) << "cover ends " << k << " quarters of a pixel to the right";
+        shown += found;
+        hidden += !found && sheetAt(2);
+    }
+    EXPECT_GT(shown, 4);
+    EXPECT_GT(hidden, 1) << "it was never seen two pixels off";
+}
+
 // The rule itself: a pick finds what the picture of numbers shows. The picture is made here by colours: every element
 // in a colour of its own, flat and without light.
 TEST_F(VisiblePick, AgreesWithAnIdPicture)
