@@ -13,13 +13,13 @@
 #include "model_origin.h"
 #include "model_slots.h"
 #include "modelwriter.h"
+#include "numbering.h"
 #include "side_file.h"
 
 namespace kvo {
 
 namespace {
 
-constexpr std::int64_t maxModelId = 0x7FFFFFFF; // hosts hold ids as int
 constexpr std::size_t longestName = 255;
 
 // The elements of one part, family and file: a part of the model.

@@ -76,6 +76,15 @@ private:
 
     std::string name();
     std::int64_t count(const char* things) { return input.countOf(input.textInteger(), 1, things); }
+    // A section of data may have no array, and nothing behind it then.
+    std::int64_t dataCount(const char* things)
+    {
+        const std::int64_t announced = input.textInteger();
+        if (announced < 0) {
+            input.fail(std::to_string(announced) + " " + things + " announced");
+        }
+        return announced;
+    }
     // The bytes begin behind the line end.
     void beginValues()
     {
@@ -351,13 +360,13 @@ void VtkLegacy::sortPolygons()
 
 void VtkLegacy::beginPointData()
 {
-    tuples = count("point data");
+    tuples = dataCount("point data");
     data = Data::Points;
 }
 
 void VtkLegacy::beginCellData()
 {
-    tuples = count("cell data");
+    tuples = dataCount("cell data");
     data = Data::Cells;
 }
 
@@ -527,8 +536,7 @@ Mesh VtkLegacy::read()
         sortPolygons();
     }
     grid.line = input.line();
-    mesh.add(grid);
-    grid = VtkPiece(); // its memory is wanted now
+    mesh.add(std::move(grid));
     return mesh.take();
 }
 

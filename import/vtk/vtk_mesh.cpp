@@ -6,13 +6,15 @@
 #include <iterator>
 
 #include "mesh_finish.h"
+#include "numbering.h"
 #include "text/fields.h"
 
 namespace kvo {
 
+const char* const warnMorePoints = "cells with more points than their type has";
+
 namespace {
 
-constexpr std::int64_t highestId = std::int64_t(1) << 53;
 constexpr std::int64_t ghostBits = 1 | 32; // a copy of another piece's cell, a hidden cell
 constexpr std::size_t mostTypes = 256;
 
@@ -33,6 +35,29 @@ std::string plainName(const std::string& name)
         }
     }
     return plain;
+}
+
+bool isGhost(const VtkPiece& piece, std::size_t cell)
+{
+    return !piece.ghosts.empty() && (piece.ghosts[cell] & ghostBits) != 0;
+}
+
+struct PointOfPiece
+{
+    std::int64_t id;
+    const double* xyz;
+};
+
+// But for what is lost where a writer rounds.
+bool samePlace(const double* a, const double* b)
+{
+    constexpr double rounding = 1e-6;
+    double size = 0.0, distance = 0.0;
+    for (int c = 0; c < 3; ++c) {
+        size = std::max({size, std::fabs(a[c]), std::fabs(b[c])});
+        distance = std::max(distance, std::fabs(a[c] - b[c]));
+    }
+    return distance <= rounding * size;
 }
 
 bool fitsCells(const std::vector<std::int64_t>& values, const VtkPiece& piece)
@@ -102,16 +127,65 @@ void VtkMesh::check(const VtkPiece& piece) const
     }
 }
 
-bool VtkMesh::usable(const std::vector<std::int64_t>& ids, std::size_t count, const char* things) const
+// --- ids ---
+
+// Of all pieces together, without copies of cells. Empty: they are a numbering.
+std::string VtkMesh::cellIdsFault() const
 {
-    const bool fit = ids.size() == count &&
-                     std::all_of(ids.begin(), ids.end(), [](std::int64_t id) { return id > 0 && id < highestId; });
-    if (!fit && !ids.empty()) {
-        log.warn("id arrays that cannot be used", {mesh.sourceFiles.front(), 0},
-                 std::string("the ids of the ") + things +
-                     " are not one number above 0 for each: they are numbered instead");
+    std::vector<std::int64_t> ids;
+    for (const VtkPiece& piece : pieces) {
+        if (piece.cellIds.size() != piece.cellCount()) {
+            return numberingFault(piece.cellIds, piece.cellCount());
+        }
+        for (std::size_t k = 0; k < piece.cellCount(); ++k) {
+            if (!isGhost(piece, k)) {
+                ids.push_back(piece.cellIds[k]);
+            }
+        }
     }
-    return fit;
+    const std::size_t count = ids.size();
+    return numberingFault(std::move(ids), count);
+}
+
+// Each piece's points are different ones; those of different pieces are the same where they share an id and a place.
+std::string VtkMesh::pointIdsFault() const
+{
+    std::vector<PointOfPiece> all;
+    for (const VtkPiece& piece : pieces) {
+        const std::string fault = numberingFault(piece.pointIds, piece.pointCount());
+        if (!fault.empty()) {
+            return fault;
+        }
+        for (std::size_t k = 0; k < piece.pointCount() && pieces.size() > 1; ++k) {
+            all.push_back({piece.pointIds[k], &piece.points[3 * k]});
+        }
+    }
+    std::sort(all.begin(), all.end(), [](const PointOfPiece& a, const PointOfPiece& b) { return a.id < b.id; });
+    const auto apart = std::adjacent_find(all.begin(), all.end(), [](const PointOfPiece& a, const PointOfPiece& b) {
+        return a.id == b.id && !samePlace(a.xyz, b.xyz);
+    });
+    return apart == all.end() ? std::string() : "points in different places have the id " + std::to_string(apart->id);
+}
+
+bool VtkMesh::usable(bool some, const std::string& fault, const char* things) const
+{
+    if (some && !fault.empty()) {
+        log.warn("id arrays that cannot be used", {mesh.sourceFiles.front(), 0},
+                 std::string("the ids of the ") + things + " are no numbering, since " + fault +
+                     ": they are numbered by their positions");
+    }
+    return some && fault.empty();
+}
+
+void VtkMesh::settleIds()
+{
+    bool points = false, cells = false;
+    for (const VtkPiece& piece : pieces) {
+        points = points || !piece.pointIds.empty();
+        cells = cells || !piece.cellIds.empty();
+    }
+    havePointIds = usable(points, points ? pointIdsFault() : "", "points");
+    haveCellIds = usable(cells, cells ? cellIdsFault() : "", "cells");
 }
 
 // --- points ---
@@ -120,29 +194,22 @@ bool VtkMesh::usable(const std::vector<std::int64_t>& ids, std::size_t count, co
 void VtkMesh::addPoints(const VtkPiece& piece)
 {
     MeshFile& file = mesh.files.front();
-    const bool haveIds = usable(piece.pointIds, piece.pointCount(), "points");
-    if (pieces == 2) { // not before: most files have one piece
-        for (std::size_t k = 0; k < file.nodeIds.size(); ++k) {
-            known.emplace(file.nodeIds[k], static_cast<std::uint32_t>(k));
-        }
-    }
     positions.resize(piece.pointCount());
     file.nodeIds.reserve(file.nodeIds.size() + piece.pointCount());
     file.xyz.reserve(file.xyz.size() + piece.points.size());
-    const std::int64_t before = lastPointId;
     for (std::size_t k = 0; k < piece.pointCount(); ++k) {
-        const std::int64_t id = haveIds ? piece.pointIds[k] : before + static_cast<std::int64_t>(k) + 1;
         positions[k] = static_cast<std::uint32_t>(file.nodeIds.size());
-        if (pieces > 1) {
-            const auto found = known.emplace(id, positions[k]);
+        if (havePointIds && pieces.size() > 1) {
+            const auto found = known.emplace(piece.pointIds[k], positions[k]);
             positions[k] = found.first->second;
             if (!found.second) {
                 continue;
             }
         }
-        lastPointId = std::max(lastPointId, id);
+        const std::int64_t id = havePointIds ? piece.pointIds[k] : pointsBefore + static_cast<std::int64_t>(k) + 1;
         file.addNode(id, piece.points[3 * k], piece.points[3 * k + 1], piece.points[3 * k + 2]);
     }
+    pointsBefore += static_cast<std::int64_t>(piece.pointCount());
 }
 
 // --- cells ---
@@ -253,7 +320,12 @@ void VtkMesh::addCell(const Cell& cell)
     const std::size_t least = type.draw == VtkDraw::Corners ? static_cast<std::size_t>(cornerCount(type.shape))
                               : type.draw == VtkDraw::Lines ? 2
                                                             : 3;
-    if (cell.count < least || (type.nodes != 0 && cell.count != static_cast<std::size_t>(type.nodes))) {
+    const std::size_t nodes = static_cast<std::size_t>(type.nodes); // 0: any number
+    if (nodes != 0 && cell.count > nodes) {
+        log.warn(warnMorePoints, {mesh.sourceFiles.front(), cell.line},
+                 std::string(type.name) + " cell " + std::to_string(cell.id) + " has " + std::to_string(cell.count) +
+                     " points: the first " + std::to_string(nodes) + " are taken");
+    } else if (cell.count < least || (nodes != 0 && cell.count < nodes)) {
         log.warn("cells with a wrong number of points", {mesh.sourceFiles.front(), cell.line},
                  std::string(type.name) + " cell " + std::to_string(cell.id) + " has " + std::to_string(cell.count) +
                      " points: left out");
@@ -278,19 +350,16 @@ void VtkMesh::addCell(const Cell& cell)
 
 void VtkMesh::addCells(const VtkPiece& piece)
 {
-    const bool haveIds = usable(piece.cellIds, piece.cellCount(), "cells");
-    const std::int64_t before = lastCellId;
     std::int64_t start = 0;
     for (std::size_t k = 0; k < piece.cellCount(); ++k) {
         Cell cell;
         cell.type = findVtkCellType(piece.types[k]);
-        cell.id = haveIds ? piece.cellIds[k] : before + static_cast<std::int64_t>(k) + 1;
+        cell.id = haveCellIds ? piece.cellIds[k] : cellsBefore + static_cast<std::int64_t>(k) + 1;
         cell.line = piece.lines.empty() ? piece.line : piece.lines[k];
         cell.points = piece.connectivity.data() + start;
         cell.count = static_cast<std::size_t>(piece.ends[k] - start);
         start = piece.ends[k];
-        lastCellId = std::max(lastCellId, cell.id);
-        if (!piece.ghosts.empty() && (piece.ghosts[k] & ghostBits) != 0) {
+        if (isGhost(piece, k)) {
             log.count("ghost cells left out", "vtkGhostType", 1, {mesh.sourceFiles.front(), cell.line});
         } else if (!cell.type) {
             log.count(listElementsNotDrawn, "cell type " + std::to_string(piece.types[k]), 1,
@@ -300,19 +369,24 @@ void VtkMesh::addCells(const VtkPiece& piece)
             addCell(cell);
         }
     }
+    cellsBefore += static_cast<std::int64_t>(piece.cellCount());
 }
 
-void VtkMesh::add(const VtkPiece& piece)
+void VtkMesh::add(VtkPiece piece)
 {
     check(piece);
-    ++pieces;
-    lastPart = noPart;
-    addPoints(piece);
-    addCells(piece);
+    pieces.push_back(std::move(piece));
 }
 
 Mesh VtkMesh::take()
 {
+    settleIds();
+    for (VtkPiece& piece : pieces) {
+        lastPart = noPart;
+        addPoints(piece);
+        addCells(piece);
+        piece = VtkPiece(); // its memory is wanted now
+    }
     polygons.finish();
     if (wedgesTurned > 0) {
         log.note(std::to_string(wedgesTurned) + " wedges have their triangles the other way round: they are turned");

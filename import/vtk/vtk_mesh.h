@@ -15,6 +15,9 @@
 
 namespace kvo {
 
+// Kind of a warning.
+extern const char* const warnMorePoints;
+
 // What a data array is good for. The lower of two block arrays is the better one.
 enum class VtkUse
 {
@@ -51,8 +54,8 @@ public:
     VtkMesh(const std::string& path, ImportLog& log);
 
     // Throws ImportError for arrays that do not fit each other.
-    void add(const VtkPiece& piece);
-    Mesh take();
+    void add(VtkPiece piece);
+    Mesh take(); // what all pieces together are
     void addFact(const std::string& name, const std::string& value) { mesh.facts.push_back({name, value}); }
 
 private:
@@ -67,7 +70,10 @@ private:
     };
 
     void check(const VtkPiece& piece) const;
-    bool usable(const std::vector<std::int64_t>& ids, std::size_t count, const char* things) const;
+    std::string pointIdsFault() const;
+    std::string cellIdsFault() const;
+    bool usable(bool some, const std::string& fault, const char* things) const;
+    void settleIds();
     void addPoints(const VtkPiece& piece);
     void addCells(const VtkPiece& piece);
     void addCell(const Cell& cell);
@@ -86,12 +92,14 @@ private:
     std::unordered_map<std::int64_t, std::uint32_t> known; // points by id, where pieces share them
     std::map<std::pair<std::string, std::int64_t>, std::uint32_t> parts;
     std::vector<std::uint32_t> typeRows; // by number; row + 1, or 0
-    std::int64_t lastPointId = 0;        // the highest
-    std::int64_t lastCellId = 0;
+    std::vector<VtkPiece> pieces;
+    bool havePointIds = false; // that can be used
+    bool haveCellIds = false;
+    std::int64_t pointsBefore = 0; // of earlier pieces
+    std::int64_t cellsBefore = 0;
     std::int64_t lastValue = 0; // of the last cell: the number of its block, its type, its part
     std::int64_t lastType = 0;
     std::uint32_t lastPart = noPart;
-    std::size_t pieces = 0;
     std::uint64_t wedgesTurned = 0;
 };
 

@@ -131,7 +131,8 @@ std::vector<char> readPlain(ByteSource& source, const VtuArray& array, const Vtu
 }
 
 // How many blocks, their size, the size of the last one if that is smaller, the compressed size of each, the blocks.
-std::vector<char> readCompressed(ByteSource& source, const VtuArray& array, const VtuEncoding& encoding)
+std::vector<char> readCompressed(ByteSource& source, const VtuArray& array, const VtuEncoding& encoding,
+                                 std::uint64_t mostBytes)
 {
     const std::uint64_t blocks = readHeader(source, array, encoding);
     const std::uint64_t blockBytes = readHeader(source, array, encoding);
@@ -150,6 +151,11 @@ std::vector<char> readCompressed(ByteSource& source, const VtuArray& array, cons
     const std::uint64_t full = blocks - (blocks > 0 && lastBytes != 0);
     if (packed > source.left() || lastBytes > blockBytes || (full > 0 && blockBytes > most / full)) {
         fail(array, encoding, "the sizes of its blocks do not fit the file");
+    }
+    const std::uint64_t total = full * blockBytes + (blocks > 0 ? lastBytes : 0);
+    if (total > mostBytes) {
+        fail(array, encoding,
+             "its blocks announce " + std::to_string(total) + " bytes, " + std::to_string(mostBytes) + " are needed");
     }
     std::vector<char> bytes;
     std::vector<char> block;
@@ -174,7 +180,7 @@ std::vector<char> readCompressed(ByteSource& source, const VtuArray& array, cons
     return bytes;
 }
 
-std::vector<char> bytesOfArray(const VtuArray& array, const VtuEncoding& encoding)
+std::vector<char> bytesOfArray(const VtuArray& array, const VtuEncoding& encoding, std::uint64_t mostBytes)
 {
     const bool appended = array.format == "appended";
     if (appended &&
@@ -191,7 +197,7 @@ std::vector<char> bytesOfArray(const VtuArray& array, const VtuEncoding& encodin
     if (encoding.compressor != zlibName) {
         fail(array, encoding, "compressor " + encoding.compressor + " is not known; known is " + zlibName);
     }
-    return readCompressed(source, array, encoding);
+    return readCompressed(source, array, encoding, mostBytes);
 }
 
 // --- text ---
@@ -236,7 +242,7 @@ template <class Out> std::vector<Out> textValues(const VtuArray& array, const Vt
     }
 }
 
-template <class Out> std::vector<Out> valuesOf(const VtuArray& array, const VtuEncoding& encoding)
+template <class Out> std::vector<Out> valuesOf(const VtuArray& array, const VtuEncoding& encoding, std::uint64_t most)
 {
     if (!array.known) {
         fail(array, encoding, "the type of its values is not known");
@@ -247,7 +253,7 @@ template <class Out> std::vector<Out> valuesOf(const VtuArray& array, const VtuE
     if (array.format != "binary" && array.format != "appended") {
         fail(array, encoding, "format \"" + array.format + "\" is not known; known are ascii, binary and appended");
     }
-    const std::vector<char> bytes = bytesOfArray(array, encoding);
+    const std::vector<char> bytes = bytesOfArray(array, encoding, most * bytesOf(array.number));
     std::vector<Out> values;
     appendNumbers(array.number, bytes.data(), bytes.size() / bytesOf(array.number), encoding.swapped, values);
     return values;
@@ -255,14 +261,14 @@ template <class Out> std::vector<Out> valuesOf(const VtuArray& array, const VtuE
 
 } // namespace
 
-std::vector<double> vtuReals(const VtuArray& array, const VtuEncoding& encoding)
+std::vector<double> vtuReals(const VtuArray& array, const VtuEncoding& encoding, std::uint64_t most)
 {
-    return valuesOf<double>(array, encoding);
+    return valuesOf<double>(array, encoding, most);
 }
 
-std::vector<std::int64_t> vtuIntegers(const VtuArray& array, const VtuEncoding& encoding)
+std::vector<std::int64_t> vtuIntegers(const VtuArray& array, const VtuEncoding& encoding, std::uint64_t most)
 {
-    return valuesOf<std::int64_t>(array, encoding);
+    return valuesOf<std::int64_t>(array, encoding, most);
 }
 
 } // namespace kvo

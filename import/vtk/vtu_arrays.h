@@ -37,9 +37,10 @@ struct VtuEncoding
     const char* end = nullptr;      // of the file
 };
 
-// All values. Throws ImportError.
-std::vector<double> vtuReals(const VtuArray& array, const VtuEncoding& encoding);
-std::vector<std::int64_t> vtuIntegers(const VtuArray& array, const VtuEncoding& encoding);
+// All values. Compressed bytes of more than so many values are refused before they are inflated: a small file may
+// announce any number. Throws ImportError.
+std::vector<double> vtuReals(const VtuArray& array, const VtuEncoding& encoding, std::uint64_t most);
+std::vector<std::int64_t> vtuIntegers(const VtuArray& array, const VtuEncoding& encoding, std::uint64_t most);
 
 } // namespace kvo
 

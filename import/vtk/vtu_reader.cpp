@@ -32,11 +32,12 @@ class Attributes
 public:
     explicit Attributes(const XML_Char** pairs) : pairs(pairs) {}
 
+    // Without the blanks around it: writers align numbers.
     std::string text(const char* name, const char* otherwise = "") const
     {
         for (const XML_Char** pair = pairs; pair[0]; pair += 2) {
             if (std::string_view(pair[0]) == name) {
-                return pair[1];
+                return std::string(trimmed(pair[1]));
             }
         }
         return otherwise;
@@ -321,7 +322,8 @@ private:
     void readPointData(const Piece& piece, VtkPiece& grid);
     void readCellData(const Piece& piece, VtkPiece& grid);
     const VtuArray* find(const Piece& piece, const char* element, const char* name) const;
-    std::vector<std::int64_t> integers(const Piece& piece, const char* element, const char* name);
+    std::vector<std::int64_t> integers(const Piece& piece, const char* element, const char* name, std::uint64_t most);
+    std::vector<std::int64_t> perThing(const VtuArray& array, std::uint64_t things) const;
     void notRead(const char* what, const VtuArray& array);
 
     const VtuXml& xml;
@@ -336,6 +338,12 @@ const std::vector<VtuArray>& arraysOf(const Piece& piece, const std::string& ele
     return found == piece.arrays.end() ? none : found->second;
 }
 
+// How many points the cells have that end there.
+std::uint64_t pointsUpTo(const std::vector<std::int64_t>& ends)
+{
+    return ends.empty() || ends.back() < 0 ? 0 : static_cast<std::uint64_t>(ends.back());
+}
+
 const VtuArray* VtuReader::find(const Piece& piece, const char* element, const char* name) const
 {
     for (const VtuArray& array : arraysOf(piece, element)) {
@@ -346,14 +354,20 @@ const VtuArray* VtuReader::find(const Piece& piece, const char* element, const c
     return nullptr;
 }
 
-std::vector<std::int64_t> VtuReader::integers(const Piece& piece, const char* element, const char* name)
+std::vector<std::int64_t> VtuReader::integers(const Piece& piece, const char* element, const char* name,
+                                              std::uint64_t most)
 {
     const VtuArray* array = find(piece, element, name);
     if (!array) {
         throw ImportError({xml.encoding.path, piece.line},
                           std::string("the piece has no array \"") + name + "\" in <" + element + ">");
     }
-    return vtuIntegers(*array, xml.encoding);
+    return vtuIntegers(*array, xml.encoding, most);
+}
+
+std::vector<std::int64_t> VtuReader::perThing(const VtuArray& array, std::uint64_t things) const
+{
+    return vtuIntegers(array, xml.encoding, things * static_cast<std::uint64_t>(array.components));
 }
 
 void VtuReader::notRead(const char* what, const VtuArray& array)
@@ -369,7 +383,7 @@ void VtuReader::readPoints(const Piece& piece, VtkPiece& grid)
         throw ImportError({xml.encoding.path, piece.line}, "the piece has no array in <Points>");
     }
     if (!arrays.empty()) {
-        grid.points = vtuReals(arrays.front(), xml.encoding);
+        grid.points = vtuReals(arrays.front(), xml.encoding, 3 * count);
     }
     if (grid.points.size() != 3 * count) {
         throw ImportError({xml.encoding.path, arrays.empty() ? piece.line : arrays.front().line},
@@ -384,14 +398,14 @@ void VtuReader::readCells(const Piece& piece, VtkPiece& grid)
     if (count == 0) {
         return;
     }
-    grid.connectivity = integers(piece, "Cells", "connectivity");
-    grid.ends = integers(piece, "Cells", "offsets");
-    grid.types = integers(piece, "Cells", "types");
+    grid.ends = integers(piece, "Cells", "offsets", count);
+    grid.types = integers(piece, "Cells", "types", count);
     if (grid.ends.size() != count || grid.types.size() != count) {
         throw ImportError({xml.encoding.path, piece.line}, std::to_string(count) + " cells announced, " +
                                                                std::to_string(grid.ends.size()) + " offsets and " +
                                                                std::to_string(grid.types.size()) + " types are there");
     }
+    grid.connectivity = integers(piece, "Cells", "connectivity", pointsUpTo(grid.ends));
 }
 
 // Cell data come in this order.
@@ -412,13 +426,13 @@ void VtuReader::readPolygons(const Piece& piece, VtkPiece& grid)
             continue;
         }
         const std::int64_t base = static_cast<std::int64_t>(grid.connectivity.size());
-        const std::vector<std::int64_t> connectivity = integers(piece, row.element, "connectivity");
-        const std::vector<std::int64_t> ends = integers(piece, row.element, "offsets");
+        const std::vector<std::int64_t> ends = integers(piece, row.element, "offsets", count);
         if (ends.size() != count) {
             throw ImportError({xml.encoding.path, piece.line}, std::string(row.count) + " is " + std::to_string(count) +
                                                                    ", " + std::to_string(ends.size()) +
                                                                    " offsets are there");
         }
+        const std::vector<std::int64_t> connectivity = integers(piece, row.element, "connectivity", pointsUpTo(ends));
         grid.connectivity.insert(grid.connectivity.end(), connectivity.begin(), connectivity.end());
         for (const std::int64_t end : ends) {
             const bool fits = end >= 0 && end <= static_cast<std::int64_t>(connectivity.size());
@@ -434,7 +448,7 @@ void VtuReader::readPointData(const Piece& piece, VtkPiece& grid)
     for (const VtuArray& array : arraysOf(piece, "PointData")) {
         const bool marked = global != piece.globalIds.end() && !array.name.empty() && array.name == global->second;
         if (array.known && (marked || useOfPointArray(array.name, array.components) == VtkUse::Ids)) {
-            grid.pointIds = vtuIntegers(array, xml.encoding);
+            grid.pointIds = perThing(array, grid.pointCount());
         } else {
             notRead("point array", array);
         }
@@ -452,9 +466,9 @@ void VtuReader::readCellData(const Piece& piece, VtkPiece& grid)
                            : marked     ? VtkUse::Ids
                                         : useOfCellArray(array.name, array.components, isInteger(array.number));
         if (use == VtkUse::Ids) {
-            grid.cellIds = vtuIntegers(array, xml.encoding);
+            grid.cellIds = perThing(array, grid.cellCount());
         } else if (use == VtkUse::Ghosts) {
-            grid.ghosts = vtuIntegers(array, xml.encoding);
+            grid.ghosts = perThing(array, grid.cellCount());
         } else if (use < best) {
             if (block) {
                 notRead("cell array", *block);
@@ -466,7 +480,7 @@ void VtuReader::readCellData(const Piece& piece, VtkPiece& grid)
         }
     }
     if (block) {
-        grid.blocks = vtuIntegers(*block, xml.encoding);
+        grid.blocks = perThing(*block, grid.cellCount());
         grid.blockName = block->name;
     }
 }

@@ -145,6 +145,26 @@ TEST_F(VtkLegacyFiles, DataOfAllKinds)
     }
 }
 
+TEST_F(VtkLegacyFiles, DataSectionsMayHaveNoArrays)
+{
+    for (const char* data : {"POINT_DATA 5\n", "CELL_DATA 3", "CELL_DATA 3\nPOINT_DATA 5\n",
+                             "POINT_DATA 5\nFIELD FieldData 0\nCELL_DATA 3\n"}) {
+        EXPECT_EQ(elementIds(readVtk(textGrid(data))), (Ids{1, 2})) << data;
+    }
+    EXPECT_EQ(outcome(textGrid("CELL_DATA -1\n"), "grid.vtk"), "grid.vtk:16: -1 cell data announced");
+    EXPECT_EQ(outcome(textGrid("CELL_DATA 999\nSCALARS part int\nLOOKUP_TABLE default\n1 2 3\n"), "grid.vtk"),
+              "grid.vtk:18: 999 values announced; the rest of the file cannot hold them");
+}
+
+TEST_F(VtkLegacyFiles, IdsThatRepeatAreNoNumbering)
+{
+    const kvo::Mesh mesh = readVtk(textGrid("CELL_DATA 3\nGLOBAL_IDS ids int\n4 4 5\nPOINT_DATA 5\n"
+                                            "GLOBAL_IDS ids int\n1 2 3 4 4\n"));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2}));
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 2, 3, 4, 5}));
+    EXPECT_EQ(log.warningCount("id arrays that cannot be used"), 2u);
+}
+
 TEST_F(VtkLegacyFiles, FilesThatEndEarly)
 {
     const auto whole = [](const std::string& beginning) { // up to the cells' types; there may be data or not

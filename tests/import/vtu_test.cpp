@@ -96,9 +96,12 @@ class Encoder
 public:
     explicit Encoder(const Encoding& encoding) : encoding(encoding) {}
 
+    std::pair<std::string, std::size_t> zeros; // this array is so many bytes of 0 instead
+
     // The text of an array: its values, or where they are in the appended data.
-    std::string array(const std::string& type, const std::string& name, const std::string& bytes, int components = 1)
+    std::string array(const std::string& type, const std::string& name, const std::string& values, int components = 1)
     {
+        const std::string bytes = name == zeros.first ? std::string(zeros.second, '\0') : values;
         const std::string tag = "<DataArray type=\"" + type + "\" Name=\"" + name + "\" NumberOfComponents=\"" +
                                 std::to_string(components) + "\" format=\"";
         std::string head = encoding.zlib ? compressedHead(bytes) : number(bytes.size());
@@ -317,6 +320,89 @@ TEST_F(Vtu, IdsThatCannotBeUsedAreReplaced)
     EXPECT_EQ(log.warningCount("id arrays that cannot be used"), 1u);
 }
 
+TEST_F(Vtu, IdsThatRepeatAreNoNumbering)
+{
+    const std::string cellIds = "<CellData>" + textArray("Int32", "GlobalElementId", "7 7 8 9") + "</CellData>";
+    EXPECT_EQ(elementIds(readVtu(textDeck(cellIds))), (Ids{1, 2, 3}));
+    ASSERT_EQ(log.warningCount("id arrays that cannot be used"), 1u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "cells are no numbering, since two have the id 7"));
+    const std::string pointIds =
+        "<PointData>" + textArray("Int32", "GlobalNodeId", "1 2 3 4 5 6 7 8 9 1") + "</PointData>";
+    const kvo::Mesh mesh = readVtu(textDeck(pointIds));
+    EXPECT_EQ(mesh.nodeCount(), 10u);
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{5, 9, 6, 8, 10, 7})) << "turned; its last point is the tenth";
+}
+
+TEST_F(Vtu, IdsThatNoModelHoldsAreReplaced)
+{
+    const auto ids = [this](const std::string& last) {
+        return elementIds(
+            readVtu(textDeck("<CellData>" + textArray("Int64", "GlobalElementId", "5 6 7 " + last) + "</CellData>")));
+    };
+    EXPECT_EQ(ids("2147483647"), (Ids{5, 6, 7}));
+    EXPECT_EQ(ids("2147483648"), (Ids{1, 2, 3}));
+    EXPECT_EQ(ids("0"), (Ids{1, 2, 3}));
+    EXPECT_EQ(ids("-4"), (Ids{1, 2, 3}));
+    EXPECT_EQ(ids(""), (Ids{1, 2, 3}));
+}
+
+TEST_F(Vtu, EachPieceMayNumberItsOwn)
+{
+    const auto triangle = [](const std::string& xyz, const std::string& data) {
+        return piece(3, 1, points(xyz) + cells("0 1 2", "3", "5") + data);
+    };
+    const std::string one = "<CellData>" + textArray("Int32", "GlobalElementId", "1") + "</CellData>";
+    const std::string own = "<PointData>" + textArray("Int32", "GlobalNodeId", "1 2 3") + "</PointData>";
+    kvo::Mesh mesh = readVtu(file(triangle("0 0 0 1 0 0 0 1 0", one) + triangle("1 0 0 1 1 0 0 1 0", one)));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2}));
+    mesh = readVtu(file(triangle("0 0 0 1 0 0 0 1 0", own) + triangle("5 0 0 6 0 0 5 1 0", own)));
+    EXPECT_EQ(mesh.nodeCount(), 6u) << "other places: other points";
+    EXPECT_EQ(nodesOf(mesh, 2), (Ids{4, 5, 6}));
+    EXPECT_EQ(log.warningCount("id arrays that cannot be used"), 1u);
+    mesh = readVtu(file(triangle("0 0 0 1 0 0 0 1 0", own) + triangle("0 0 0 1.0000001 0 0 0 1 0", own)));
+    EXPECT_EQ(mesh.nodeCount(), 3u) << "as far as single precision tells";
+    mesh = readVtu(file(triangle("0 0 0 1 0 0 0 1 0", own) + triangle("5 0 0 6 0 0 5 1 0", "")));
+    EXPECT_EQ(mesh.nodeCount(), 6u) << "not all have ids";
+}
+
+TEST_F(Vtu, CellsOfTooManyPointsHaveTheirFirst)
+{
+    const kvo::Mesh mesh = readVtu(
+        file(piece(10, 3, points(coordinates) + cells("0 1 2 3 4  0 1 4  0 1 4 5 6 7 8", "5 8 15", "9 10 10"))));
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3, 4}));
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2, 5, 6}));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 3})) << "too few are none";
+    ASSERT_EQ(log.warningCount("cells with more points than their type has"), 2u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "VTK_QUAD cell 1 has 5 points: the first 4 are taken"));
+}
+
+TEST_F(Vtu, BlanksAroundNumbersMeanNothing)
+{
+    std::string deck = textDeck();
+    for (const char* value : {"10", "4", "3", "UnstructuredGrid", "Float32", "ascii"}) {
+        const std::string quoted = std::string("\"") + value + "\"";
+        const std::size_t at = deck.find(quoted);
+        ASSERT_NE(at, std::string::npos) << value;
+        deck.replace(at, quoted.size(), "\"   " + std::string(value) + " \"");
+    }
+    EXPECT_EQ(elementIds(readVtu(deck)), (Ids{1, 2, 3}));
+    EXPECT_TRUE(contains(errorWith(deck, "   10 ", "   1 0 "), "NumberOfPoints=\"1 0\" is no number"));
+}
+
+// A block table may announce a thousand times the bytes that the file has.
+TEST_F(Vtu, BlocksOfMoreThanIsNeededAreNotInflated)
+{
+    const Encoding encoding = {false, 4, true, true, false, false, 1 << 16};
+    for (const char* array : {"Points", "connectivity", "offsets", "types", "GlobalNodeId"}) {
+        Encoder encoder(encoding);
+        encoder.zeros = {array, 1 << 20};
+        const std::string message = outcome(encoder.deck(), "grid.vtu");
+        EXPECT_TRUE(contains(message, "\"" + std::string(array) + "\": its blocks announce 1048576 bytes, "))
+            << message;
+        EXPECT_TRUE(contains(message, " are needed")) << message;
+    }
+}
+
 TEST_F(Vtu, PiecesShareThePointsThatHaveTheSameId)
 {
     const auto triangle = [](const std::string& xyz, const std::string& ids, const std::string& ghost) {
@@ -390,7 +476,7 @@ TEST_F(Vtu, WhatCannotBeDrawnIsCounted)
 {
     const kvo::Mesh mesh = readVtu(file(piece(
         10, 5,
-        points(coordinates) + cells("0 1 2 3  0 1 2  0 1 99  0 1 2 3 4  4 5 6", "4 7 10 15 18", "42 99 5 10 5"))));
+        points(coordinates) + cells("0 1 2 3  0 1 2  0 1 99  0 1 2  4 5 6", "4 7 10 13 16", "42 99 5 10 5"))));
     EXPECT_EQ(elementIds(mesh), Ids{5});
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "VTK_POLYHEDRON"), 1u);
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "cell type 99"), 1u);
