@@ -7,6 +7,7 @@
 #include "cgns_file.h"
 #include "container_elements.h"
 #include "mesh_finish.h"
+#include "numbering.h"
 #include "polygon.h"
 #include "solid_sense.h"
 
@@ -26,6 +27,7 @@ struct ZoneTarget
     ImportLog& log;
     std::size_t fileIndex;
     bool severalZones;
+    bool renumbered = false; // its elements: what refers to their numbers means nothing
 
     MeshFile& file() { return mesh.files[fileIndex]; }
     Place place() const { return {mesh.sourceFiles.front(), 0}; }
@@ -125,9 +127,39 @@ void addFixed(ZoneTarget& target, const CgnsSection& section, std::uint32_t part
     }
 }
 
-// What polygons are divided into has ids above those of all sections.
-void addSections(ZoneTarget& target, const std::vector<CgnsSection>& sections)
+// Sections are ranges of one numbering. Where they are not, elements are numbered in the order of the sections.
+void settleNumbers(ZoneTarget& target, std::vector<CgnsSection>& sections)
 {
+    std::vector<std::array<std::int64_t, 2>> ranges;
+    bool fit = true;
+    for (const CgnsSection& section : sections) {
+        const std::int64_t count = static_cast<std::int64_t>(section.count());
+        fit = fit && section.first >= 1 && section.first <= maxModelId - count + 1;
+        ranges.push_back({section.first, fit ? section.first + count - 1 : 0});
+    }
+    std::sort(ranges.begin(), ranges.end());
+    for (std::size_t k = 1; k < ranges.size(); ++k) {
+        fit = fit && ranges[k][0] > ranges[k - 1][1];
+    }
+    if (fit) {
+        return;
+    }
+    target.renumbered = true;
+    target.log.warn("numbers that cannot be used", target.place(),
+                    "zone \"" + target.zone.name +
+                        "\": sections have the same numbers, or such as no model holds: their elements are numbered by "
+                        "their positions");
+    std::int64_t next = 1;
+    for (CgnsSection& section : sections) {
+        section.first = next;
+        next += static_cast<std::int64_t>(section.count());
+    }
+}
+
+// What polygons are divided into has ids above those of all sections.
+void addSections(ZoneTarget& target, std::vector<CgnsSection> sections)
+{
+    settleNumbers(target, sections);
     PolygonElements polygons(target.mesh, target.rows, target.log, target.fileIndex);
     for (const CgnsSection& section : sections) {
         if (section.types[0] == "NFACE_n") {
@@ -197,6 +229,12 @@ void addCondition(ZoneTarget& target, const CgnsCondition& condition, SetTable& 
     if (condition.on == On::Unknown || (target.zone.structured && condition.on == On::Elements)) {
         target.log.count(listDataNotRead, "boundary conditions on other things than nodes and elements", 1,
                          target.place());
+        return;
+    }
+    if (target.renumbered && condition.on == On::Elements) {
+        target.log.warn(warnSetMember, target.place(),
+                        "boundary condition \"" + condition.name +
+                            "\" names elements by numbers that several have: left out");
         return;
     }
     IdSet ids;

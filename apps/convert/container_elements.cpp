@@ -95,13 +95,6 @@ IdSet idSetOf(std::vector<std::int64_t> ids)
     return set;
 }
 
-bool usableIds(const std::vector<std::int64_t>& ids)
-{
-    std::vector<std::int64_t> sorted = ids;
-    std::sort(sorted.begin(), sorted.end());
-    return sorted.empty() || (sorted.front() > 0 && std::adjacent_find(sorted.begin(), sorted.end()) == sorted.end());
-}
-
 void checkPlausible(const std::string& path, std::uint64_t values, std::uint64_t bytesEach, bool mayBeCompressed)
 {
     // What the densest compression of containers makes of equal bytes.

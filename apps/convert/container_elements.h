@@ -41,9 +41,6 @@ std::int64_t nodeIdAt(const Mesh& mesh, const MeshFile& file, std::int64_t posit
 // ids as a set, ascending.
 IdSet idSetOf(std::vector<std::int64_t> ids);
 
-// Are all ids above 0 and different?
-bool usableIds(const std::vector<std::int64_t>& ids);
-
 // Refuses a number of values that a file of this size cannot hold, before memory is asked for them. Throws ImportError.
 void checkPlausible(const std::string& path, std::uint64_t values, std::uint64_t bytesEach, bool mayBeCompressed);
 

@@ -7,6 +7,7 @@
 #include "container_elements.h"
 #include "mesh_finish.h"
 #include "netcdf_file.h"
+#include "numbering.h"
 #include "polygon.h"
 #include "text/fields.h"
 
@@ -46,11 +47,12 @@ Ids idMap(const NetcdfFile& file, const std::string& name, std::size_t count, co
     Ids ids;
     if (file.hasVariable(name)) {
         ids = file.integers(name, count);
-        if (usableIds(ids)) {
+        const std::string fault = numberingFault(ids, count);
+        if (fault.empty()) {
             return ids;
         }
         log.warn("id maps that cannot be used", {file.path(), 0},
-                 name + " has ids that repeat or are not above 0: " + what + " are numbered by their positions");
+                 name + " is no numbering, since " + fault + ": " + what + " are numbered by their positions");
     }
     ids.resize(count);
     for (std::size_t k = 0; k < count; ++k) {
@@ -96,12 +98,18 @@ void readNodes(Exodus& exodus)
 
 // --- blocks ---
 
+// What stands in the list of their nodes depends on degrees that are elsewhere.
+bool isBezier(const std::string& type)
+{
+    return startsWithIgnoringCase(type, "BEX");
+}
+
 // "hex", "HEX" and "Hex8" of eight nodes are one type.
 std::string typeName(const std::string& written, std::size_t nodes)
 {
     const std::string name = upperCase(written.empty() ? "UNNAMED" : written);
     const bool counted = std::isdigit(static_cast<unsigned char>(name.back())) != 0;
-    const bool countsDiffer = startsWithIgnoringCase(name, "NSIDED") || nodes == 0;
+    const bool countsDiffer = startsWithIgnoringCase(name, "NSIDED") || isBezier(name) || nodes == 0;
     return counted || countsDiffer ? name : name + std::to_string(nodes);
 }
 
@@ -166,7 +174,8 @@ void addPolygons(Exodus& exodus, const Block& block, const Ids& ids)
     }
 }
 
-// Polyhedra name faces instead of nodes, and blocks may be without either: their elements are kept by their ids.
+// Polyhedra name faces instead of nodes, Bezier elements control points, and blocks may be without any: their elements
+// are kept by their ids.
 void addWithoutNodes(Exodus& exodus, const Block& block, const Ids& ids)
 {
     for (const std::int64_t id : ids) {
@@ -179,7 +188,7 @@ void addElements(Exodus& exodus, const Block& block, const ElementKind& kind, co
 {
     MeshFile& to = exodus.mesh.files.front();
     const std::string connect = "connect" + block.number;
-    if (block.nodesEach == 0 || !exodus.file.hasVariable(connect)) {
+    if (block.nodesEach == 0 || isBezier(block.type) || !exodus.file.hasVariable(connect)) {
         addWithoutNodes(exodus, block, ids);
         return;
     }

@@ -1,13 +1,16 @@
 // fork, a pipe, and how the child ended.
 #include "isolated.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 #include <stdexcept>
 
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -41,8 +44,34 @@ std::string readAll(int from)
     }
 }
 
-[[noreturn]] void work(const std::function<std::string()>& job, pid_t parent, int to)
+std::uint64_t pageBytes()
 {
+    return static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+}
+
+// What is in use already comes on top. Memory that is only reserved, as threads do, does not count.
+void limitMemory(std::uint64_t mostBytes)
+{
+#ifndef __SANITIZE_ADDRESS__     // which reserves terabytes
+    std::uint64_t pages[6] = {}; // the last: of data and stack
+    std::ifstream statm("/proc/self/statm");
+    for (std::uint64_t& count : pages) {
+        statm >> count;
+    }
+    const rlim_t limit = static_cast<rlim_t>(pages[5] * pageBytes() + mostBytes);
+    rlimit limits = {};
+    if (getrlimit(RLIMIT_DATA, &limits) == 0) {
+        limits.rlim_cur = std::min(limit, limits.rlim_max);
+        setrlimit(RLIMIT_DATA, &limits);
+    }
+#else
+    static_cast<void>(mostBytes);
+#endif
+}
+
+[[noreturn]] void work(const std::function<std::string()>& job, std::uint64_t mostBytes, pid_t parent, int to)
+{
+    limitMemory(mostBytes);
     prctl(PR_SET_PDEATHSIG, SIGTERM); // nobody would read the result
     const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
@@ -63,7 +92,14 @@ std::string endingOf(int status)
 
 } // namespace
 
-IsolatedResult runIsolated(const std::function<std::string()>& job)
+std::uint64_t memoryForFile(std::uint64_t fileBytes)
+{
+    constexpr std::uint64_t least = std::uint64_t{4} << 30, densest = 1000;
+    const std::uint64_t there = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) * pageBytes();
+    return std::min(there, std::max(least, std::min(fileBytes, there) * densest));
+}
+
+IsolatedResult runIsolated(const std::function<std::string()>& job, std::uint64_t mostBytes)
 {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
@@ -76,7 +112,7 @@ IsolatedResult runIsolated(const std::function<std::string()>& job)
     }
     if (child == 0) {
         close(ends[0]);
-        work(job, parent, ends[1]);
+        work(job, mostBytes, parent, ends[1]);
     }
     close(ends[1]);
     IsolatedResult result;

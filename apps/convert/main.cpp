@@ -1,6 +1,7 @@
 // kvo-convert: CGNS, Exodus II and MED files to model directories. kvo import calls it; it can be used alone.
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <limits>
 #include <new>
@@ -54,15 +55,24 @@ std::string convert(const Options& options)
         }
         return kvo::logReport(log);
     } catch (const std::bad_alloc&) {
-        return kvo::errorReport(options.deck + ": does not fit into memory");
+        return kvo::errorReport(options.deck +
+                                ": needs more memory than the machine has, or than a file of its size can mean");
     } catch (const std::exception& error) {
         return kvo::errorReport(error.what());
     }
 }
 
+std::uint64_t sizeOf(const std::string& path)
+{
+    std::error_code missing;
+    const std::uintmax_t size = std::filesystem::file_size(path, missing);
+    return missing ? 0 : size;
+}
+
 int run(const Options& options)
 {
-    const kvo::IsolatedResult result = kvo::runIsolated([&] { return convert(options); });
+    const kvo::IsolatedResult result =
+        kvo::runIsolated([&] { return convert(options); }, kvo::memoryForFile(sizeOf(options.deck)));
     const std::string report =
         result.finished ? result.text
                         : kvo::errorReport(options.deck + ": damaged: the library that reads it " + result.ending);

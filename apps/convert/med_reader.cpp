@@ -7,6 +7,7 @@
 #include "container_elements.h"
 #include "med_file.h"
 #include "mesh_finish.h"
+#include "numbering.h"
 #include "polygon.h"
 #include "solid_sense.h"
 
@@ -45,14 +46,15 @@ Ids positions(std::size_t count)
 
 void warnOfNumbers(MedTarget& target, const std::string& what)
 {
-    target.log.warn("numbers that cannot be used", target.place(),
-                    "mesh \"" + target.file().name + "\": the numbers of the " + what +
-                        " repeat, are not above 0 or are not there for all: they are numbered by their positions");
+    target.log.warn(
+        "numbers that cannot be used", target.place(),
+        "mesh \"" + target.file().name + "\": the numbers of the " + what +
+            " repeat, are none that a model holds or are not there for all: they are numbered by their positions");
 }
 
 Ids nodeIds(MedTarget& target, const Ids& numbers, std::size_t count)
 {
-    if (numbers.size() == count && usableIds(numbers)) {
+    if (numberingFault(numbers, count).empty()) {
         return numbers;
     }
     if (!numbers.empty()) {
@@ -77,7 +79,8 @@ template <class Filter> bool numbersUsable(const std::vector<MedElements>& all, 
             numbers.insert(numbers.end(), elements.numbers.begin(), elements.numbers.end());
         }
     }
-    return usableIds(numbers);
+    const std::size_t count = numbers.size();
+    return numberingFault(std::move(numbers), count).empty();
 }
 
 bool usableByFamily(const std::vector<MedElements>& all)

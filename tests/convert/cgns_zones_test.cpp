@@ -202,6 +202,28 @@ TEST_F(CgnsZones, DividedPolygonsTakeNoIdsOfOtherSections)
     EXPECT_TRUE(log.warnings().empty());
 }
 
+TEST_F(CgnsZones, SectionsWithTheSameNumbersLoseNoElements)
+{
+    for (const cgsize_t second : {1, 2, 0}) {
+        {
+            ZoneWriter out(path("sections.cgns"));
+            out.unstructured(6, 0);
+            out.coordinate("CoordinateX", {0, 1, 1, 0, 2, 2});
+            out.coordinate("CoordinateY", {0, 0, 1, 1, 0, 1});
+            out.coordinate("CoordinateZ", {0, 0, 0, 0, 0, 0});
+            out.polygons("a", 1, {1, 2, 3, 4, 2, 5, 6, 3}, {0, 4, 8});
+            out.polygons("b", second, {1, 2, 3, 2, 5, 6}, {0, 3, 6});
+            out.condition("wall", CGNS_ENUMV(FaceCenter), false, {2, 0, 0}); // one element: of which section?
+        }
+        const kvo::Mesh mesh = readIt(path("sections.cgns"));
+        EXPECT_EQ(elementIds(mesh), (Ids{1, 2, 3, 4})) << second;
+        EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2, 3})) << second;
+        EXPECT_EQ(log.warningCount("numbers that cannot be used"), 1u) << second;
+        EXPECT_TRUE(mesh.sets.empty()) << second;
+        EXPECT_EQ(log.warningCount(kvo::warnSetMember), 1u) << second;
+    }
+}
+
 TEST_F(CgnsZones, NewerFilesAreReadAsFarAsTheyAreLikeOlderOnes)
 {
     writeTinyCgns(path("tiny.cgns"));

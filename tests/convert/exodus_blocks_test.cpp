@@ -68,6 +68,13 @@ public:
         type(put("facconn" + block, {dimension("num_fac_per_el" + block, faces.size())}, faces), "nfaced");
     }
 
+    // One element with control points.
+    void bezier(const std::string& block, const std::string& typeName, const std::vector<int>& points)
+    {
+        const int one = dimension("num_el_in_blk" + block, 1);
+        type(put("connect" + block, {one, dimension("num_nod_per_el" + block, points.size())}, points), typeName);
+    }
+
 private:
     void type(int variable, const std::string& name)
     {
@@ -119,6 +126,40 @@ TEST_F(ExodusBlocks, PolyhedraAreKeptByTheirIds)
     EXPECT_EQ(mesh.files[0].undrawn[0].ids, Ids{30});
     EXPECT_EQ(setMembers(mesh, kvo::MeshSet::Of::Elements, "side set 1"), (Ids{30, 50}));
     EXPECT_TRUE(log.warnings().empty());
+}
+
+TEST_F(ExodusBlocks, BezierElementsAreKeptByTheirIds)
+{
+    {
+        BlockWriter out(path("bezier.exo"));
+        out.nodes();
+        out.elements({7, 8, 9, 5}, 4);
+        out.bezier("1", "BEX_QUAD", {1, 2, 3, 4, 0, 0, 0, 0, 0});
+        out.bezier("2", "BEX_HEX", {1, 2, 3, 4, 5, 6, 99, -1});
+        out.bezier("3", "bex_triangle", {1, 2, 3});
+        out.quads("4", {1, 2, 3, 4});
+    }
+    const kvo::Mesh mesh = readIt(path("bezier.exo"));
+    EXPECT_EQ(elementIds(mesh), Ids{5});
+    EXPECT_EQ(drawnAndUndrawnCounts(mesh), (std::map<std::string, std::uint64_t>{
+                                               {"BEX_HEX", 1}, {"BEX_QUAD", 1}, {"BEX_TRIANGLE", 1}, {"QUAD4", 1}}));
+    EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "BEX_QUAD"), 1u);
+    EXPECT_TRUE(log.warnings().empty());
+}
+
+TEST_F(ExodusBlocks, MapsThatAreNoNumberingAreReplaced)
+{
+    const std::vector<int> maps[] = {{7, 7}, {0, 1}, {-3, 2}};
+    for (const std::vector<int>& map : maps) {
+        {
+            BlockWriter out(path("map.exo"));
+            out.nodes();
+            out.elements(map, 1);
+            out.quads("1", {1, 2, 3, 4, 2, 5, 6, 3});
+        }
+        EXPECT_EQ(elementIds(readIt(path("map.exo"))), (Ids{1, 2})) << map[0];
+        EXPECT_EQ(log.warningCount("id maps that cannot be used"), 1u) << map[0];
+    }
 }
 
 TEST_F(ExodusBlocks, AssembliesAreCounted)

@@ -39,6 +39,16 @@ TEST_F(Exodus, EveryStorageGivesTheSame)
     }
 }
 
+TEST_F(Exodus, IdsThatNoModelHoldsAreReplaced)
+{
+    writeTinyExodus(path("large.exo"), ExodusStorage::Data64, std::int64_t{1} << 31);
+    const kvo::Mesh mesh = readIt(path("large.exo"));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(mesh.files[0].nodeIds.back(), static_cast<std::int64_t>(tinyNodes().size()));
+    EXPECT_EQ(log.warningCount("id maps that cannot be used"), 2u);
+    EXPECT_EQ(setMembers(mesh, kvo::MeshSet::Of::Elements, "side set 44"), (Ids{1, 2}));
+}
+
 TEST_F(Exodus, SolidsHavePositiveVolumes)
 {
     const kvo::Mesh mesh = tinyMesh();

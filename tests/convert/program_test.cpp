@@ -1,5 +1,6 @@
 // kvo and kvo-convert on containers, good and damaged.
 #include <netcdf.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <sstream>
@@ -234,12 +235,40 @@ TEST_F(Program, AFailedConversionKeepsTheOldModel)
     EXPECT_EQ(contents("model/part_start"), before);
 }
 
+constexpr std::uint64_t plenty = std::uint64_t{1} << 32;
+
 TEST(Isolated, ACrashIsToldFromAResult)
 {
-    const kvo::IsolatedResult good = kvo::runIsolated([] { return std::string("done"); });
+    const kvo::IsolatedResult good = kvo::runIsolated([] { return std::string("done"); }, plenty);
     EXPECT_TRUE(good.finished);
     EXPECT_EQ(good.text, "done");
-    const kvo::IsolatedResult crashed = kvo::runIsolated([]() -> std::string { std::abort(); });
+    const kvo::IsolatedResult crashed = kvo::runIsolated([]() -> std::string { std::abort(); }, plenty);
     EXPECT_FALSE(crashed.finished);
     EXPECT_TRUE(contains(crashed.ending, "signal 6")) << crashed.ending;
+}
+
+TEST(Isolated, MemoryIsLimited)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer reserves terabytes";
+#endif
+    constexpr std::size_t wanted = std::size_t{200} << 20;
+    const auto job = [] {
+        try {
+            return std::string(wanted, 'x').substr(0, 4);
+        } catch (const std::bad_alloc&) {
+            return std::string("none");
+        }
+    };
+    EXPECT_EQ(kvo::runIsolated(job, wanted / 2).text, "none");
+    EXPECT_EQ(kvo::runIsolated(job, wanted * 2).text, "xxxx");
+}
+
+TEST(Isolated, MemoryGoesByTheFileAndTheMachine)
+{
+    const std::uint64_t there = kvo::memoryForFile(std::uint64_t{1} << 60);
+    EXPECT_EQ(there,
+              static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE)));
+    EXPECT_EQ(kvo::memoryForFile(100), std::min(there, std::uint64_t{4} << 30));
+    EXPECT_EQ(kvo::memoryForFile(5 << 20), std::min(there, std::uint64_t{5000} << 20));
 }

@@ -61,6 +61,7 @@ public:
 
     int id = -1;
     nc_type integer = NC_INT;
+    std::int64_t shift = 0; // of ids
 };
 
 struct BlockRow
@@ -96,7 +97,7 @@ void writeNodes(Writer& out)
     }
     std::vector<long long> ids;
     for (std::size_t k = 1; k <= tinyNodes().size(); ++k) {
-        ids.push_back(nodeIdOf(static_cast<int>(k)));
+        ids.push_back(nodeIdOf(static_cast<int>(k)) + out.shift);
     }
     out.define();
     out.put(out.variable("node_num_map", out.integer, {nodes}), ids);
@@ -136,7 +137,7 @@ void writeBlocks(Writer& out)
     std::vector<long long> ids, blockIds;
     std::string names;
     for (std::size_t k = 0; k < count; ++k) {
-        ids.push_back(tinyElements()[k].id);
+        ids.push_back(tinyElements()[k].id + out.shift);
         blockIds.push_back(blocks[k].id);
         names += padded(blocks[k].name);
     }
@@ -164,9 +165,10 @@ void writeSet(Writer& out, const std::string& counts, const std::string& prefix,
 
 } // namespace
 
-void writeTinyExodus(const std::string& path, ExodusStorage storage)
+void writeTinyExodus(const std::string& path, ExodusStorage storage, std::int64_t shift)
 {
     Writer out(path, storage);
+    out.shift = shift;
     out.text(NC_GLOBAL, "title", "a tiny model");
     out.dimension("num_dim", 3);
     writeNodes(out);

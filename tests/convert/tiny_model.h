@@ -33,7 +33,8 @@ enum class ExodusStorage
     Hdf5
 };
 
-void writeTinyExodus(const std::string& path, ExodusStorage storage = ExodusStorage::Classic);
+// All ids are higher by the shift.
+void writeTinyExodus(const std::string& path, ExodusStorage storage = ExodusStorage::Classic, std::int64_t shift = 0);
 
 struct MedChoice
 {
