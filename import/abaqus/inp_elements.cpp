@@ -1,6 +1,7 @@
 // *ELEMENT cards.
 #include "inp_elements.h"
 
+#include "node_surplus.h"
 #include "text/numbers.h"
 
 namespace kvo {
@@ -94,9 +95,9 @@ void InpElementReader::data(std::string_view line)
     }
     checkInpId(element.entries[0], "element", deck);
     if (beyond && element.needed) {
-        log.warn("elements with more nodes than their type has", deck.place(),
-                 "element " + std::to_string(element.entries[0]) + " has more nodes than " + element.typeName +
-                     "; the first " + std::to_string(element.needed - 1) + " are taken");
+        const std::size_t most = static_cast<std::size_t>(element.most) - 1;
+        warnOfMoreNodes(log, deck.place(), element.typeName, element.entries[0], most,
+                        most + static_cast<std::size_t>(beyond));
     }
     // With a known count the count decides; a trailing comma counts only where inner nodes may be left out, or where
     // nothing else is known.

@@ -174,7 +174,8 @@ TEST_F(InpElements, MoreNodesThanTheTypeHas)
     const kvo::Mesh mesh = read(someNodes(20) + "*ELEMENT, TYPE=S4\n7, 1, 2, 3, 4, 5, 6, 7, 8\n8, 2, 3, 4, 5\n");
     EXPECT_EQ(nodesOf(mesh, 7), (Ids{1, 2, 3, 4}));
     EXPECT_EQ(nodesOf(mesh, 8), (Ids{2, 3, 4, 5}));
-    EXPECT_EQ(log.warningCount("elements with more nodes than their type has"), 1u);
+    ASSERT_EQ(log.warningCount("elements with more nodes than their type has"), 1u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "S4 element 7 has 4 nodes, 8 are given; the first 4 are used"));
 }
 
 TEST_F(InpElements, ManyFieldsOnALineDoNotHurt)
