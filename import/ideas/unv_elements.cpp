@@ -16,7 +16,7 @@ constexpr Family discrete = Family::Discrete;
 const UnvElement elements[] = {
     {11, "rod", beam, Shape::Line, 1, true, true},
     {21, "linear beam", beam, Shape::Line, 1, true, true},
-    {22, "tapered beam", beam, Shape::Line, 1, true, true},
+    {22, "tapered beam", beam, Shape::Line, 2, true, true}, // most programs' parabolic beam
     {23, "curved beam", beam, Shape::Line, 2, true, true},
     {24, "parabolic beam", beam, Shape::Line, 2, true, true},
     {31, "straight pipe", beam, Shape::Line, 1, true, true},
@@ -103,8 +103,36 @@ const int cubicHexa[] = {0, 3, 6, 9, 20, 23, 26, 29};
 const int parabolicThick[] = {0, 2, 4, 6, 8, 10, 12, 14};
 const int cubicThick[] = {0, 3, 6, 9, 12, 15, 18, 21};
 
+// Nodes of a shape by order; 0: there is no such element.
+constexpr std::size_t orders = 3;
+
+struct OrderedShape
+{
+    Shape shape;
+    bool thickShell;
+    std::size_t nodes[orders];
+};
+
+const OrderedShape orderedShapes[] = {
+    {Shape::Line, false, {2, 3, 0}},   {Shape::Triangle, false, {3, 6, 9}}, {Shape::Quad, false, {4, 8, 12}},
+    {Shape::Tetra, false, {4, 10, 0}}, {Shape::Wedge, false, {6, 15, 24}},  {Shape::Wedge, true, {6, 12, 18}},
+    {Shape::Hexa, false, {8, 20, 32}}, {Shape::Hexa, true, {8, 16, 24}},
+};
+
 constexpr int firstThickShell = 101;
 constexpr int lastThickShell = 106;
+
+bool isThickShell(const UnvElement& element)
+{
+    return element.descriptor >= firstThickShell && element.descriptor <= lastThickShell;
+}
+
+const OrderedShape& orderedShapeOf(const UnvElement& element)
+{
+    return *std::find_if(std::begin(orderedShapes), std::end(orderedShapes), [&](const OrderedShape& row) {
+        return row.shape == element.shape && row.thickShell == isThickShell(element);
+    });
+}
 
 } // namespace
 
@@ -116,13 +144,26 @@ const UnvElement* findUnvElement(std::int64_t descriptor)
     return found < end && found->descriptor == descriptor ? found : nullptr;
 }
 
-const int* unvCorners(const UnvElement& element)
+std::size_t unvNodes(const UnvElement& element)
 {
-    if (element.order == 1) {
+    return orderedShapeOf(element).nodes[element.order - 1];
+}
+
+int unvOrder(const UnvElement& element, std::size_t nodes)
+{
+    const std::size_t* counts = orderedShapeOf(element).nodes;
+    const std::size_t* found = std::find(counts, counts + orders, nodes);
+    const bool fits = element.family != Family::Discrete && nodes > 0 && found < counts + orders;
+    return fits ? static_cast<int>(found - counts) + 1 : element.order;
+}
+
+const int* unvCorners(const UnvElement& element, int order)
+{
+    if (order == 1) {
         return linear;
     }
-    const bool cubic = element.order == 3;
-    if (element.descriptor >= firstThickShell && element.descriptor <= lastThickShell) {
+    const bool cubic = order == 3;
+    if (isThickShell(element)) {
         return cubic ? cubicThick : parabolicThick;
     }
     switch (element.shape) {

@@ -22,8 +22,16 @@ struct UnvElement
 // Null for a number that is not known.
 const UnvElement* findUnvElement(std::int64_t descriptor);
 
-// Which of the element's entries are its corners, in the order of the shape; cornerCount(shape) of them.
-const int* unvCorners(const UnvElement& element);
+// How many nodes an element of the type has; drawn types only.
+std::size_t unvNodes(const UnvElement& element);
+
+// The order that an element with so many nodes has: writers take a descriptor for another order's, too, so the count
+// decides where it is that of an order. Drawn types only.
+int unvOrder(const UnvElement& element, std::size_t nodes);
+
+// Which of the entries of an element of that order are its corners, in the order of the shape; cornerCount(shape) of
+// them. Drawn types only.
+const int* unvCorners(const UnvElement& element, int order);
 
 } // namespace kvo
 

@@ -5,6 +5,7 @@
 #include <array>
 
 #include "mesh_finish.h"
+#include "node_surplus.h"
 #include "text/columns.h"
 #include "text/deck_lines.h"
 #include "text/fields.h"
@@ -14,6 +15,8 @@
 namespace kvo {
 
 namespace {
+
+const char* const warnDamagedDataset = "damaged datasets without which the mesh is whole";
 
 constexpr std::size_t fieldsOfLine = 8;
 constexpr std::size_t width = 10; // of integers
@@ -45,9 +48,18 @@ private:
         int number;
         void (UnvReader::*read)();
         int variant;
+        bool optional; // the mesh is whole without it
     };
     static const Dataset datasets[];
 
+    struct Group
+    {
+        MeshSet nodes;
+        MeshSet elements;
+        std::int64_t others = 0; // members of other kinds
+    };
+
+    void complain(const std::string& message);
     bool isDelimiter(std::string_view line) const;
     bool nextLine(std::string_view& line);
     std::string_view needLine(const char* what);
@@ -55,6 +67,8 @@ private:
     std::array<double, 3> reals(std::string_view line);
 
     void dataset(std::string_view number);
+    void readDataset(const Dataset& known);
+    void strayLine(std::string_view line);
     void nodes();
     void singleNodes();
     void elements();
@@ -63,10 +77,13 @@ private:
     void elementNodes(std::int64_t id, std::size_t count, std::string_view firstLine);
     std::int64_t orientationNode(std::size_t count, std::string_view& line);
     void emit(const UnvElement& type, const Fields& head, std::int64_t third);
+    void checkSurplus(const UnvElement& type, std::int64_t id);
     void keepUndrawn(const std::string& name, std::int64_t id);
     std::uint32_t partOf(std::int64_t property, std::int64_t material);
     void groups();
-    void groupMembers(MeshSet& nodeSet, MeshSet& elementSet, std::int64_t count);
+    void group(std::string_view line);
+    void groupMembers(Group& group, std::int64_t count);
+    void keepGroup(Group& group);
     void units();
     void header();
     void skip();
@@ -78,20 +95,22 @@ private:
     int current = 0; // number of the dataset
     int variant = 0;
     bool binary = false;
+    bool optional = false;             // the current dataset, or the one before the current line
+    bool inside = false;               // of the current dataset, whose end has not been seen
     std::size_t delimiterAt = 4;       // blanks in front of the -1 that the dataset began with
     std::uint32_t elementLine = 0;     // of the head of the current element
     std::vector<std::int64_t> entries; // nodes of the current element
 };
 
 const UnvReader::Dataset UnvReader::datasets[] = {
-    {15, &UnvReader::singleNodes, 0}, {151, &UnvReader::header, 0},
-    {164, &UnvReader::units, 0},      {780, &UnvReader::elements, 1}, // heads with bins
-    {781, &UnvReader::nodes, 0},      {2411, &UnvReader::nodes, 0},
-    {2412, &UnvReader::elements, 0},  {2429, &UnvReader::groups, 0},
-    {2430, &UnvReader::groups, 0},    {2432, &UnvReader::groups, 0},
-    {2435, &UnvReader::groups, 0},    {2452, &UnvReader::groups, 0},
-    {2467, &UnvReader::groups, 1}, // members of four fields
-    {2477, &UnvReader::groups, 1},
+    {15, &UnvReader::singleNodes, 0, false}, {151, &UnvReader::header, 0, true},
+    {164, &UnvReader::units, 0, true},       {780, &UnvReader::elements, 1, false}, // heads with bins
+    {781, &UnvReader::nodes, 0, false},      {2411, &UnvReader::nodes, 0, false},
+    {2412, &UnvReader::elements, 0, false},  {2429, &UnvReader::groups, 0, true},
+    {2430, &UnvReader::groups, 0, true},     {2432, &UnvReader::groups, 0, true},
+    {2435, &UnvReader::groups, 0, true},     {2452, &UnvReader::groups, 0, true},
+    {2467, &UnvReader::groups, 1, true}, // members of four fields
+    {2477, &UnvReader::groups, 1, true},
 };
 
 // --- lines ---
@@ -104,13 +123,25 @@ bool UnvReader::isDelimiter(std::string_view line) const
     return (line.size() < 6 || dashAt(4) || dashAt(0) || dashAt(delimiterAt)) && trimmed(line) == "-1";
 }
 
+// Damage of the current dataset, or of what follows it. A mesh that is whole without that is no less whole for it.
+void UnvReader::complain(const std::string& message)
+{
+    if (!optional) {
+        throw ImportError(deck.place(), message);
+    }
+    log.warn(warnDamagedDataset, deck.place(), message);
+}
+
 // False at the end of the dataset.
 bool UnvReader::nextLine(std::string_view& line)
 {
     if (!deck.next(line)) {
-        throw ImportError(deck.place(), "cut off inside dataset " + std::to_string(current));
+        complain("cut off inside dataset " + std::to_string(current));
+        inside = false;
+        return false;
     }
-    return !isDelimiter(line);
+    inside = !isDelimiter(line);
+    return inside;
 }
 
 std::string_view UnvReader::needLine(const char* what)
@@ -277,7 +308,7 @@ void UnvReader::elementNodes(std::int64_t id, std::size_t count, std::string_vie
 void UnvReader::emit(const UnvElement& type, const Fields& head, std::int64_t third)
 {
     std::int64_t corners[9];
-    const int* places = unvCorners(type);
+    const int* places = unvCorners(type, unvOrder(type, entries.size()));
     const int count = cornerCount(type.shape);
     const bool grounded =
         type.family == Family::Discrete && (entries.size() == 1 || (entries.size() == 2 && entries[1] == 0));
@@ -291,6 +322,7 @@ void UnvReader::emit(const UnvElement& type, const Fields& head, std::int64_t th
         }
         corners[k] = entries[place];
     }
+    checkSurplus(type, head[0]);
     corners[count] = third;
     const std::uint32_t row = rows.type(std::to_string(type.descriptor) + " " + type.name, type.family, type.shape);
     ElementBlock& block = mesh.files[0].blockFor(row, 0);
@@ -298,6 +330,22 @@ void UnvReader::emit(const UnvElement& type, const Fields& head, std::int64_t th
     block.part.push_back(partOf(head[2], head[3]));
     block.line.push_back(elementLine);
     block.nodes.insert(block.nodes.end(), corners, corners + mesh.types[row].slots());
+}
+
+void UnvReader::checkSurplus(const UnvElement& type, std::int64_t id)
+{
+    const std::size_t nodes = unvNodes(type);
+    if (entries.size() <= nodes) {
+        return;
+    }
+    const Place place = {deck.files()[0], elementLine};
+    if (unvOrder(type, entries.size()) > type.order) {
+        log.warn(warnMoreNodes, place,
+                 std::string(type.name) + " element " + std::to_string(id) + " has " + std::to_string(nodes) +
+                     " nodes, " + std::to_string(entries.size()) + " are given; it is drawn as one of that many nodes");
+    } else {
+        warnOfMoreNodes(log, place, type.name, id, nodes, entries.size());
+    }
 }
 
 void UnvReader::keepUndrawn(const std::string& name, std::int64_t id)
@@ -325,31 +373,50 @@ void UnvReader::groups()
 {
     std::string_view line;
     while (nextLine(line)) {
-        // The count stands in the last of seven fields or, in later datasets, of eight.
-        const Fields head = integers(line);
-        const bool eight = countWords(line) == fieldsOfLine ||
-                           trimmed(line.substr(std::min(line.size(), (fieldsOfLine - 1) * width))).size() > 0;
-        const std::int64_t count = head[eight ? 7 : 6];
-        MeshSet nodeSet;
-        nodeSet.of = MeshSet::Of::Nodes;
-        nodeSet.id = head[0];
-        nodeSet.name.assign(trimmed(needLine("the name of a group")));
-        if (nodeSet.name.empty()) {
-            nodeSet.name = "group " + std::to_string(head[0]);
-        }
-        MeshSet elementSet = nodeSet;
-        elementSet.of = MeshSet::Of::Elements;
-        groupMembers(nodeSet, elementSet, count);
-        for (MeshSet* set : {&nodeSet, &elementSet}) {
-            if (!set->ids.ranges.empty()) {
-                mesh.sets.push_back(std::move(*set));
-            }
+        if (!trimmed(line).empty()) { // some writers leave a line for the members that a group does not have
+            group(line);
         }
     }
 }
 
+void UnvReader::group(std::string_view line)
+{
+    // The count stands in the last of seven fields or, in later datasets, of eight.
+    const Fields head = integers(line);
+    const bool eight = countWords(line) == fieldsOfLine ||
+                       trimmed(line.substr(std::min(line.size(), (fieldsOfLine - 1) * width))).size() > 0;
+    Group group;
+    group.nodes.of = MeshSet::Of::Nodes;
+    group.nodes.id = head[0];
+    group.nodes.name.assign(trimmed(needLine("the name of a group")));
+    if (group.nodes.name.empty()) {
+        group.nodes.name = "group " + std::to_string(head[0]);
+    }
+    group.elements = group.nodes;
+    group.elements.of = MeshSet::Of::Elements;
+    try {
+        groupMembers(group, head[eight ? 7 : 6]);
+    } catch (const ImportError&) {
+        keepGroup(group);
+        throw;
+    }
+    keepGroup(group);
+}
+
+// A group without members is an empty set of nodes: so it keeps its name.
+void UnvReader::keepGroup(Group& group)
+{
+    const bool hasElements = !group.elements.ids.ranges.empty();
+    if (!group.nodes.ids.ranges.empty() || (!hasElements && group.others == 0)) {
+        mesh.sets.push_back(std::move(group.nodes));
+    }
+    if (hasElements) {
+        mesh.sets.push_back(std::move(group.elements));
+    }
+}
+
 // Members are kind and id, either four of them on a line, or two with two more fields each that are nearly always 0.
-void UnvReader::groupMembers(MeshSet& nodeSet, MeshSet& elementSet, std::int64_t count)
+void UnvReader::groupMembers(Group& group, std::int64_t count)
 {
     constexpr std::int64_t nodeKind = 7;
     constexpr std::int64_t elementKind = 8;
@@ -361,10 +428,11 @@ void UnvReader::groupMembers(MeshSet& nodeSet, MeshSet& elementSet, std::int64_t
         }
         for (std::size_t k = 0; k < fieldsOfLine && count > 0; k += stride, --count) {
             if (fields[k] == nodeKind) {
-                nodeSet.ids.add(fields[k + 1]);
+                group.nodes.ids.add(fields[k + 1]);
             } else if (fields[k] == elementKind) {
-                elementSet.ids.add(fields[k + 1]);
+                group.elements.ids.add(fields[k + 1]);
             } else {
+                ++group.others;
                 log.count("members of groups not read", "kind " + std::to_string(fields[k]), 1, deck.place());
             }
         }
@@ -406,7 +474,24 @@ void UnvReader::skip()
     std::string_view line;
     while (nextLine(line)) {
         if (binary && line.size() > end.size() && line.substr(line.size() - end.size()) == end) {
+            inside = false;
             return;
+        }
+    }
+}
+
+// Damage in what the mesh is whole without costs the rest of that dataset, and no more.
+void UnvReader::readDataset(const Dataset& known)
+{
+    try {
+        (this->*known.read)();
+    } catch (const ImportError& error) {
+        if (!known.optional) {
+            throw;
+        }
+        log.warn(warnDamagedDataset, error.place, error.message + "; the rest of the dataset is not read");
+        if (inside) {
+            skip();
         }
     }
 }
@@ -422,14 +507,30 @@ void UnvReader::dataset(std::string_view number)
     }
     current = static_cast<int>(value);
     binary = p < end && (*p == 'b' || *p == 'B');
+    inside = true;
     for (const Dataset& known : datasets) {
         if (known.number == current && !binary) {
             variant = known.variant;
-            return (this->*known.read)();
+            optional = known.optional;
+            return readDataset(known);
         }
     }
+    optional = true;
     log.count(listKeywordsNotRead, "dataset " + std::to_string(current), 1, place);
     skip();
+}
+
+// A line between datasets that begins none. What stands behind a dataset that nobody needs may still be of it: a line
+// like its end can be among its values.
+void UnvReader::strayLine(std::string_view line)
+{
+    complain("a dataset should begin here with -1, not \"" + std::string(trimmed(line).substr(0, 40)) + "\"");
+    while (deck.next(line)) {
+        if (trimmed(line) == "-1") {
+            deck.putBack();
+            return;
+        }
+    }
 }
 
 Mesh UnvReader::read()
@@ -440,14 +541,17 @@ Mesh UnvReader::read()
             continue;
         }
         if (trimmed(line) != "-1") {
-            throw ImportError(deck.place(), "a dataset should begin here with -1, not \"" +
-                                                std::string(trimmed(line).substr(0, 40)) + "\"");
+            strayLine(line);
+            continue;
         }
         delimiterAt = line.find('-');
         if (!deck.next(line)) {
-            throw ImportError(deck.place(), "cut off at the beginning of a dataset");
+            complain("cut off at the beginning of a dataset");
+        } else if (optional && trimmed(line) == "-1") {
+            deck.putBack(); // the one before it ended what was passed over
+        } else {
+            dataset(trimmed(line));
         }
-        dataset(trimmed(line));
     }
     mesh.sourceFiles = deck.files();
     finishMesh(mesh, log);
