@@ -153,12 +153,14 @@ void Offscreen::bind()
 
 Picture Offscreen::read()
 {
+    fences.keep();
     bind();
     if (!samplesPerPixel) {
         return readPixels(w, h);
     }
     calls().bindFramebuffer(GL_DRAW_FRAMEBUFFER, framebuffers[1]);
     calls().blitFramebuffer(0, 0, w, h, 0, 0, w, h, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    fences.keep();
     calls().bindFramebuffer(GL_READ_FRAMEBUFFER, framebuffers[1]);
     Picture out = readPixels(w, h);
     bind();

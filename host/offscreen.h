@@ -2,6 +2,7 @@
 #ifndef KVO_HOST_OFFSCREEN_H
 #define KVO_HOST_OFFSCREEN_H
 
+#include "drawing_fences.h"
 #include "host_error.h"
 #include "picture.h"
 
@@ -33,6 +34,7 @@ public:
 private:
     void release();
 
+    DrawingFences fences;
     int w;
     int h;
     int samplesPerPixel;

@@ -53,6 +53,7 @@ PixelSieve* SceneView::Impl::chooseSieve()
 void SceneView::Impl::endTiming()
 {
     if (drawnLook.frameBudget > 0 && !stats.coarse) {
+        fences.keep();
         glFinish();
         exactFrameMs = millisecondsNow() - frameStart;
     }

@@ -48,6 +48,7 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT | GL_CLIENT_PIXEL_STORE_BIT);
     {
+        fences.keep();
         const KeepFramebuffer keep;
         const GlFramebuffer target(box.width, box.height, {GL_R32UI});
         glViewport(camera.viewport[0] - box.left, camera.viewport[1] - box.bottom, camera.viewport[2],
@@ -71,6 +72,7 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
         drawNumberedPieces(box);
         restoreMatrices();
         glUseProgram(0);
+        fences.keep();
         glReadBuffer(GL_COLOR_ATTACHMENT0);
         glPixelStorei(GL_PACK_ALIGNMENT, 4);
         glReadPixels(0, 0, box.width, box.height, GL_RED_INTEGER, GL_UNSIGNED_INT, out.numbers.data());

@@ -221,7 +221,9 @@ void SceneView::Impl::drawTransparent(ScenePasses& passes, const SurfaceUniforms
         passes.faces(PartShow::Ghost, false);
         passes.lines(PartShow::Ghost);
         glDisable(GL_CLIP_DISTANCE0);
+        fences.keep();
     };
+    fences.keep();
     layers.draw(camera.viewport, drawOpaque, drawLayers);
 }
 

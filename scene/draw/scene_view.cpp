@@ -321,6 +321,7 @@ void SceneView::draw()
         drawAxes(impl->camera);
     }
     impl->drawTexts();
+    impl->fences.keep();
 }
 
 } // namespace kvo

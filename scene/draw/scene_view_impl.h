@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "coloring.h"
+#include "drawing_fences.h"
 #include "element_colors.h"
 #include "id_labels.h"
 #include "number_picture.h"
@@ -93,6 +94,7 @@ struct SceneView::Impl
     void drawNumberedPieces(const PixelBox& box);
 
     CAEEnv& env;
+    DrawingFences fences;
     bool geometryDirty = true;
     GeometryKey key;
     std::vector<ElementMask> absent; // as the host said

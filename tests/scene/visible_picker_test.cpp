@@ -135,6 +135,19 @@ TEST_F(VisiblePick, BeforeTheFirstFrameThereIsNothing)
     EXPECT_TRUE(picker->pick(PickType::Element, PickRegion::rectangle(0, 0, width, height)).empty());
 }
 
+// A hover in a viewer. The driver's fences are looked after by preloading slow_broadcast.cpp.
+TEST_F(VisiblePick, TheSameAtThatPlaceEachTime)
+{
+    model.add(sheetPart(4));
+    load();
+    frame(TOP_VIEW);
+    for (int k = 0; k < 1500; ++k) {
+        const std::vector<SceneHit> hits = picker->pick(PickType::Element, clickAt(*model, 2.5, 1.5, 0));
+        ASSERT_EQ(hits.size(), 1u) << k;
+        EXPECT_EQ(hits[0].entityId, 107u);
+    }
+}
+
 TEST_F(VisiblePick, PolygonsTakeThePixelsInside)
 {
     model.add(sheetPart(4));
