@@ -24,7 +24,9 @@ function(kvo_add_shared_library target alias)
   add_library(${target} SHARED ${ARGN})
   add_library(kvorender::${alias} ALIAS ${target})
   kvo_configure_target(${target})
-  set_target_properties(${target} PROPERTIES VERSION 1 SOVERSION 1 EXPORT_NAME ${alias} INSTALL_RPATH "$ORIGIN")
+  set_target_properties(${target} PROPERTIES VERSION 1 SOVERSION 1 EXPORT_NAME ${alias} INSTALL_RPATH "$ORIGIN"
+                                             LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
   foreach(dir IN LISTS KVO_HEADER_DIRS)
     target_include_directories(${target} PUBLIC
       $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/${dir}>

@@ -10,7 +10,7 @@
 
 using namespace readgen;
 
-struct ModelWriter::Impl
+struct [[gnu::visibility("hidden")]] ModelWriter::Impl
 {
     ModelData model;
 

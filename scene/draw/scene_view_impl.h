@@ -46,7 +46,7 @@ struct GeometryKey
     }
 };
 
-struct SceneView::Impl
+struct [[gnu::visibility("hidden")]] SceneView::Impl
 {
     explicit Impl(CAEEnv& environment); // throws std::runtime_error when the context cannot do it
 

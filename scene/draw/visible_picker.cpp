@@ -108,7 +108,7 @@ bool shownAt(const NumberPicture& picture, const double corner[3], std::uint32_t
 
 } // namespace
 
-struct VisiblePicker::Impl
+struct [[gnu::visibility("hidden")]] VisiblePicker::Impl
 {
     explicit Impl(SceneView::Impl& sceneView) : view(sceneView) {}
 

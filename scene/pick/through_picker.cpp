@@ -53,7 +53,7 @@ std::vector<std::uint32_t> placesByDepth(const std::vector<RawHit>& hits)
 
 } // namespace
 
-struct ThroughPicker::Impl
+struct [[gnu::visibility("hidden")]] ThroughPicker::Impl
 {
     explicit Impl(CAEEnv& environment) : env(environment) {}
 
