@@ -17,7 +17,7 @@ foreach(header scene_view scene_load standard_view model_frame coloring pick thr
   install(FILES scene/${header}.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/scene)
 endforeach()
 
-install(FILES model/id_range.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/model)
+install(DIRECTORY model/include/kvo DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender FILES_MATCHING PATTERN *.h)
 
 set(KVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kvorender)
 install(EXPORT kvorenderTargets NAMESPACE kvorender:: DESTINATION ${KVO_PACKAGE_DIR})
@@ -29,7 +29,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/kvorenderConfigVersion.cmake DESTINATION ${KVO_PACKAGE_DIR})
 # Relative, so that the installed tree may be moved.
 file(RELATIVE_PATH KVO_PC_TO_PREFIX /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-foreach(name kvorender kvoscene)
+foreach(name kvorender kvomodel kvoscene)
   configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()

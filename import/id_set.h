@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-#include "id_range.h"
+#include <kvo/id_range.h>
 
 namespace kvo {
 

@@ -23,6 +23,8 @@
 #ifndef KVO_SCENE_MODEL_FRAME_H
 #define KVO_SCENE_MODEL_FRAME_H
 
+#include <kvo/box.h>
+
 #include "kvoexport.h"
 
 class CAEEnv;
@@ -31,14 +33,6 @@ namespace kvo {
 
 // The share of the picture that the visible parts fill along the tighter direction.
 constexpr double frameFill = 0.95;
-
-struct Box
-{
-    double low[3] = {0, 0, 0};
-    double high[3] = {0, 0, 0};
-    double size(int axis) const { return high[axis] - low[axis]; }
-    double center(int axis) const { return (low[axis] + high[axis]) / 2; }
-};
 
 struct Framing
 {

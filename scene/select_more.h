@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "caeenv.h"
-#include "id_range.h"
+#include <kvo/id_range.h>
 #include "kvoexport.h"
 #include "quality.h"
 

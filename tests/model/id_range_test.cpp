@@ -4,7 +4,7 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
-#include "id_range.h"
+#include <kvo/id_range.h>
 #include "id_set.h"
 #include "modelbuilder.h"
 #include "select_more.h"

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Every installed header compiles on its own, with the package's folders and nothing else on the include path: as C++11
-the contract's four folders, as C++17 those of model/ and scene/.
+the contract's four folders, as C++17 those of scene/ and kvo/.
 
 usage: check_headers.py COMPILER INCLUDE_FOLDER
 """
@@ -8,23 +8,25 @@ import os
 import subprocess
 import sys
 
-FOLDERS = ("render", "generic", "readgen", "import/generic", "model", "scene")
-LATER = ("model", "scene")  # above the contract
+CONTRACT = ("render", "generic", "readgen", "import/generic")
+FOLDERS = (*CONTRACT, "kvo", "scene")
 EXPECTED = {
     "render": "boundbox caeenv glfuncs maptypes mtrans mview partstr pickrect rubberband trackball unit_axis",
     "generic": "gentime kvoexport",
     "readgen": "modelinfo modelwriter readelements readids readnodes",
     "import/generic": "mantypes",
-    "model": "id_range",
+    "kvo": "box camera id_range rotation view_names",
     "scene": "coloring measure model_frame pick quality scene_load scene_view select_more standard_view through_picker visible_picker",
 }
 
 
 def compiles(compiler, root, folder, header):
-    standard = "-std=c++17" if folder in LATER else "-std=c++11"
+    standard = "-std=c++11" if folder in CONTRACT else "-std=c++17"
     command = [compiler, standard, "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", "-x", "c++", "-"]
-    command += [f"-I{os.path.join(root, name)}" for name in FOLDERS if name not in LATER or folder in LATER]
-    twice = f'#include "{header}"\n#include "{header}"\n'
+    own = () if folder in CONTRACT else (".", "scene") if folder == "scene" else (".",)
+    command += [f"-I{os.path.join(root, name)}" for name in (*CONTRACT, *own)]
+    name = f"kvo/{header}" if folder == "kvo" else header
+    twice = f'#include "{name}"\n#include "{name}"\n'
     result = subprocess.run(command, input=twice, text=True, capture_output=True, check=False)
     if result.returncode != 0:
         print(f"{header}:\n{result.stderr}", file=sys.stderr)

@@ -3,8 +3,8 @@
 //
 //     kvo::IdRange one = {7, 7};
 //     kvo::IdRange everyThird = {1, 100, 3}; // 1, 4, ... 100
-#ifndef KVO_MODEL_ID_RANGE_H
-#define KVO_MODEL_ID_RANGE_H
+#ifndef KVO_ID_RANGE_H
+#define KVO_ID_RANGE_H
 
 #include <cstdint>
 
