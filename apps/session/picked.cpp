@@ -1,6 +1,7 @@
 // From positions to ids, names and coordinates.
 #include "picked.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <set>
@@ -12,24 +13,22 @@ namespace kvo {
 
 namespace {
 
-// How many slots of an element are its corners; drawing reads solids by 8 whatever their stride.
-unsigned int slotsRead(const PartInfoStr& part)
+// How many of an element's slots are its corners. Solids of ten slots are tetrahedra with nodes between; beams and
+// discretes are the line between their first two nodes.
+unsigned int cornerSlots(const PartInfoStr& part)
 {
-    return part.partDrawType == SHELL ? 4 : part.partDrawType == SOLID ? 8 : 3;
-}
-
-// Beams and discretes are the line between their first two nodes.
-unsigned int cornersRead(const PartInfoStr& part)
-{
-    return part.partDrawType == SHELL || part.partDrawType == SOLID ? slotsRead(part) : 2;
+    constexpr unsigned int tetraSlots = 10;
+    const unsigned int stride = part.partElements.nodesPerElement;
+    const bool four = part.partDrawType == SHELL || (part.partDrawType == SOLID && stride == tetraSlots);
+    return std::min(stride, four ? 4u : part.partDrawType == SOLID ? 8u : 2u);
 }
 
 // The element's nodes, each once: shapes with fewer corners repeat some.
 std::set<unsigned int> cornersOf(const PartInfoStr& part, unsigned int element)
 {
     std::set<unsigned int> out;
-    const std::size_t first = static_cast<std::size_t>(element) * slotsRead(part);
-    for (unsigned int k = 0; k < cornersRead(part) && first + k < part.partElements.numElements; ++k) {
+    const std::size_t first = static_cast<std::size_t>(element) * part.partElements.nodesPerElement;
+    for (unsigned int k = 0; k < cornerSlots(part) && first + k < part.partElements.numElements; ++k) {
         const unsigned int node = part.partElements.elmIndices[first + k];
         if (node < part.partNodes.numNodes) {
             out.insert(node);
