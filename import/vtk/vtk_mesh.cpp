@@ -6,12 +6,11 @@
 #include <iterator>
 
 #include "mesh_finish.h"
+#include "node_surplus.h"
 #include "numbering.h"
 #include "text/fields.h"
 
 namespace kvo {
-
-const char* const warnMorePoints = "cells with more points than their type has";
 
 namespace {
 
@@ -322,9 +321,7 @@ void VtkMesh::addCell(const Cell& cell)
                                                             : 3;
     const std::size_t nodes = static_cast<std::size_t>(type.nodes); // 0: any number
     if (nodes != 0 && cell.count > nodes) {
-        log.warn(warnMorePoints, {mesh.sourceFiles.front(), cell.line},
-                 std::string(type.name) + " cell " + std::to_string(cell.id) + " has " + std::to_string(cell.count) +
-                     " points: the first " + std::to_string(nodes) + " are taken");
+        warnOfMoreNodes(log, {mesh.sourceFiles.front(), cell.line}, type.name, cell.id, nodes, cell.count);
     } else if (cell.count < least || (nodes != 0 && cell.count < nodes)) {
         log.warn("cells with a wrong number of points", {mesh.sourceFiles.front(), cell.line},
                  std::string(type.name) + " cell " + std::to_string(cell.id) + " has " + std::to_string(cell.count) +

@@ -15,9 +15,6 @@
 
 namespace kvo {
 
-// Kind of a warning.
-extern const char* const warnMorePoints;
-
 // What a data array is good for. The lower of two block arrays is the better one.
 enum class VtkUse
 {

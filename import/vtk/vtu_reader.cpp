@@ -447,7 +447,8 @@ void VtuReader::readPointData(const Piece& piece, VtkPiece& grid)
     const auto global = piece.globalIds.find("PointData");
     for (const VtuArray& array : arraysOf(piece, "PointData")) {
         const bool marked = global != piece.globalIds.end() && !array.name.empty() && array.name == global->second;
-        if (array.known && (marked || useOfPointArray(array.name, array.components) == VtkUse::Ids)) {
+        const bool numbers = array.known && isInteger(array.number) && array.components == 1;
+        if (numbers && (marked || useOfPointArray(array.name, array.components) == VtkUse::Ids)) {
             grid.pointIds = perThing(array, grid.pointCount());
         } else {
             notRead("point array", array);
@@ -462,9 +463,10 @@ void VtuReader::readCellData(const Piece& piece, VtkPiece& grid)
     VtkUse best = VtkUse::None;
     for (const VtuArray& array : arraysOf(piece, "CellData")) {
         const bool marked = global != piece.globalIds.end() && !array.name.empty() && array.name == global->second;
-        const VtkUse use = !array.known ? VtkUse::None
-                           : marked     ? VtkUse::Ids
-                                        : useOfCellArray(array.name, array.components, isInteger(array.number));
+        const bool numbers = array.known && isInteger(array.number) && array.components == 1;
+        const VtkUse use = !numbers ? VtkUse::None
+                           : marked ? VtkUse::Ids
+                                    : useOfCellArray(array.name, array.components, isInteger(array.number));
         if (use == VtkUse::Ids) {
             grid.cellIds = perThing(array, grid.cellCount());
         } else if (use == VtkUse::Ghosts) {

@@ -2,6 +2,7 @@
 #include <zlib.h>
 
 #include "hostile.h"
+#include "node_surplus.h"
 #include "vtk/vtk_reader.h"
 
 namespace {
@@ -346,6 +347,19 @@ TEST_F(Vtu, IdsThatNoModelHoldsAreReplaced)
     EXPECT_EQ(ids(""), (Ids{1, 2, 3}));
 }
 
+TEST_F(Vtu, RealNumbersAreNoIds)
+{
+    const kvo::Mesh mesh =
+        readVtu(textDeck("<PointData GlobalIds=\"p\">" + textArray("Float32", "p", "1.5 2 3 4 5 6 7 8 9 nan") +
+                         "</PointData><CellData GlobalIds=\"c\">" + textArray("Float64", "c", "11 12 13 1e99") +
+                         textArray("Int32", "GlobalElementId", "1 2 3 4 5 6 7 8", 2) + "</CellData>"));
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2, 3}));
+    EXPECT_EQ(mesh.files[0].nodeIds.back(), 10);
+    for (const char* array : {"point array p", "cell array c", "cell array GlobalElementId"}) {
+        EXPECT_EQ(log.listCount(kvo::listVtkArrays, array), 1u) << array;
+    }
+}
+
 TEST_F(Vtu, EachPieceMayNumberItsOwn)
 {
     const auto triangle = [](const std::string& xyz, const std::string& data) {
@@ -372,8 +386,8 @@ TEST_F(Vtu, CellsOfTooManyPointsHaveTheirFirst)
     EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3, 4}));
     EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2, 5, 6}));
     EXPECT_EQ(elementIds(mesh), (Ids{1, 3})) << "too few are none";
-    ASSERT_EQ(log.warningCount("cells with more points than their type has"), 2u);
-    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "VTK_QUAD cell 1 has 5 points: the first 4 are taken"));
+    ASSERT_EQ(log.warningCount(kvo::warnMoreNodes), 2u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "VTK_QUAD element 1 has 4 nodes, 5 are given"));
 }
 
 TEST_F(Vtu, BlanksAroundNumbersMeanNothing)
@@ -475,8 +489,7 @@ TEST_F(Vtu, PolyData)
 TEST_F(Vtu, WhatCannotBeDrawnIsCounted)
 {
     const kvo::Mesh mesh = readVtu(file(piece(
-        10, 5,
-        points(coordinates) + cells("0 1 2 3  0 1 2  0 1 99  0 1 2  4 5 6", "4 7 10 13 16", "42 99 5 10 5"))));
+        10, 5, points(coordinates) + cells("0 1 2 3  0 1 2  0 1 99  0 1 2  4 5 6", "4 7 10 13 16", "42 99 5 10 5"))));
     EXPECT_EQ(elementIds(mesh), Ids{5});
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "VTK_POLYHEDRON"), 1u);
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "cell type 99"), 1u);
