@@ -52,10 +52,10 @@ std::uint32_t BdfElements::typeOf(const BdfElementRow& row)
 // --- parts ---
 
 // A blank property id is the element's own id. Cards without a property make one part of all.
-std::uint32_t BdfElements::partOf(const BdfElementRow& row, const BdfCard& card, std::int64_t id)
+std::uint32_t BdfElements::partOf(const BdfElementRow& row, const BdfCard& card, std::size_t first, std::int64_t id)
 {
     if (row.property >= 0) {
-        const std::int64_t property = card.integer(static_cast<std::size_t>(row.property), id);
+        const std::int64_t property = card.integer(first + static_cast<std::size_t>(row.property), id);
         const std::uint32_t part = rows.part(property);
         mesh.parts[part].propertyId = property;
         return part;
@@ -63,7 +63,7 @@ std::uint32_t BdfElements::partOf(const BdfElementRow& row, const BdfCard& card,
     const std::uint32_t part = rows.part(std::string(row.name) + " elements");
     mesh.parts[part].section = row.name;
     if (row.value >= 0) {
-        noteValue(row, card.real(static_cast<std::size_t>(row.value)), part);
+        noteValue(row, card.real(first + static_cast<std::size_t>(row.value)), part);
     }
     return part;
 }
@@ -107,9 +107,9 @@ BdfElements::Frame BdfElements::frameOf(const BdfCard& card)
 
 namespace {
 
-std::int64_t elementId(const BdfCard& card)
+std::int64_t elementId(const BdfCard& card, std::size_t field)
 {
-    const std::int64_t id = card.integer(0);
+    const std::int64_t id = card.integer(field);
     if (id <= 0) {
         throw ImportError(card.place(), card.name() + ": the id must be above 0, not " + std::to_string(id));
     }
@@ -128,11 +128,38 @@ bool groundEnds(std::int64_t* nodes)
 
 void BdfElements::add(const BdfElementRow& row, const BdfCard& card)
 {
-    const std::int64_t id = elementId(card);
+    addElement(row, card, 0);
+    if (hasSecond(row.second, card)) {
+        addElement(row, card, static_cast<std::size_t>(row.second));
+    }
+}
+
+// What is no integer there is none of the format's: a label, or a remark.
+bool BdfElements::hasSecond(int second, const BdfCard& card)
+{
+    const std::size_t field = static_cast<std::size_t>(second);
+    std::int64_t id = 0;
+    if (second == 0 || card.blank(field)) {
+        return false;
+    }
+    if (!card.isInteger(field, id)) {
+        log.warn("second elements of cards that are none", card.place(),
+                 card.name() + ": \"" + card.text(field).substr(0, 40) + "\" in field " + std::to_string(field + 2) +
+                     " is no id of a second element");
+        return false;
+    }
+    return true;
+}
+
+// first: field of the element's id.
+void BdfElements::addElement(const BdfElementRow& row, const BdfCard& card, std::size_t first)
+{
+    const std::int64_t id = elementId(card, first);
     const std::size_t corners = static_cast<std::size_t>(cornerCount(row.shape));
     std::int64_t nodes[maxSlots];
     for (std::size_t k = 0; k < corners; ++k) {
-        nodes[k] = card.integer(static_cast<std::size_t>(row.firstNode) + k * static_cast<std::size_t>(row.step));
+        const std::size_t field = static_cast<std::size_t>(row.firstNode) + k * static_cast<std::size_t>(row.step);
+        nodes[k] = card.integer(first + field);
     }
     if (row.family == Family::Discrete && !groundEnds(nodes)) {
         log.warn("elements without nodes", card.place(),
@@ -147,7 +174,7 @@ void BdfElements::add(const BdfElementRow& row, const BdfCard& card)
     }
     nodes[corners] = orientation.node;
     const std::uint32_t type = typeOf(row);
-    const std::uint32_t part = partOf(row, card, id);
+    const std::uint32_t part = partOf(row, card, first, id);
     ElementBlock& block = mesh.files.front().blockFor(type, card.file);
     block.ids.push_back(id);
     block.part.push_back(part);
@@ -174,12 +201,20 @@ void BdfElements::noteBlanks(const BdfElementRow& row, const BdfCard& card, Elem
 
 void BdfElements::addUndrawn(const BdfUndrawnRow& row, const BdfCard& card)
 {
+    addUndrawnElement(row, card, 0);
+    if (hasSecond(row.second, card)) {
+        addUndrawnElement(row, card, static_cast<std::size_t>(row.second));
+    }
+}
+
+void BdfElements::addUndrawnElement(const BdfUndrawnRow& row, const BdfCard& card, std::size_t first)
+{
     std::vector<std::int64_t> nodes;
     if (row.nodes) {
-        row.nodes(card, nodes);
+        row.nodes(card, first, nodes);
     }
     std::int64_t id = 0;
-    card.isInteger(0, id);
+    card.isInteger(first, id);
     mesh.files.front().addUndrawn(row.name, id, nodes.data(), nodes.size());
     log.count(listElementsNotDrawn, row.name, 1, card.place());
     const auto isRange = [](std::string_view field) { return equalsIgnoringCase(trimmed(field), "THRU"); };

@@ -26,6 +26,7 @@ struct BdfElementRow
     int orientation;  // field of the third node or the vector's first component; else -1
     bool scalar;      // nodes that are no grid points are scalar points
     const char* base; // the card that has defaults for this one ("BAROR"), or null
+    int second;       // field of the id of a second element on the card, written as the first; 0: there is none
 };
 
 const BdfElementRow* findBdfElement(CardKey key);
@@ -34,7 +35,9 @@ const BdfElementRow* findBdfElement(CardKey key);
 struct BdfUndrawnRow
 {
     const char* name;
-    void (*nodes)(const BdfCard& card, std::vector<std::int64_t>& nodes); // null: the nodes are not kept
+    // element: field of its id. Null: the nodes are not kept.
+    void (*nodes)(const BdfCard& card, std::size_t element, std::vector<std::int64_t>& nodes);
+    int second; // as above
 };
 
 const BdfUndrawnRow* findBdfUndrawn(CardKey key);
@@ -106,7 +109,10 @@ private:
     static Frame frameOf(const BdfCard& card);
     const Defaults* defaultsOf(const BdfElementRow& row) const;
     std::uint32_t typeOf(const BdfElementRow& row);
-    std::uint32_t partOf(const BdfElementRow& row, const BdfCard& card, std::int64_t id);
+    bool hasSecond(int second, const BdfCard& card);
+    void addElement(const BdfElementRow& row, const BdfCard& card, std::size_t first);
+    void addUndrawnElement(const BdfUndrawnRow& row, const BdfCard& card, std::size_t first);
+    std::uint32_t partOf(const BdfElementRow& row, const BdfCard& card, std::size_t first, std::int64_t id);
     void noteBlanks(const BdfElementRow& row, const BdfCard& card, ElementBlock& block, std::int64_t endA,
                     const OrientationEntry& orientation);
     void noteValue(const BdfElementRow& row, double value, std::uint32_t part);

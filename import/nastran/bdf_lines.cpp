@@ -368,7 +368,8 @@ void BdfLines::addFields(std::string_view text, bool large, BdfCard& card)
     }
 }
 
-// Behind the last field stands a label. Only lines that are longer than that have data in its place.
+// Behind the last field stands a label, and behind that perhaps a comma. Only lines with more behind it have data in
+// its place.
 void BdfLines::addFreeFields(std::string_view text, bool large, BdfCard& card)
 {
     const std::size_t most = large ? fieldsPerLine / 2 : fieldsPerLine;
@@ -384,6 +385,9 @@ void BdfLines::addFreeFields(std::string_view text, bool large, BdfCard& card)
             break;
         }
         p = stop + 1;
+    }
+    while (card.fields.size() - before > most + 1 && card.blank(card.fields.size() - 1)) {
+        card.fields.pop_back();
     }
     if (card.fields.size() - before == most + 1) {
         card.fields.pop_back();

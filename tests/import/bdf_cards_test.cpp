@@ -54,6 +54,8 @@ TEST_F(BdfCards, LinesOfOneCardMayHaveDifferentWidths)
         ("CHEXA*                 9               1               1               2\n*                      3"
          "               4               5               6\n,7,8\n"),
         "CHEXA,9,1,1,2,3,4,5,6,7,8,\n",
+        "CHEXA,9,1,1,2,3,4,5,6,+A,\n+A,7,8,\n",
+        "CHEXA,9,1,1,2,3,4,5,6, +A , , \n+A, 7, 8\n",
     };
     for (const char* hexa : hexas) {
         const kvo::Mesh mesh = readBdf("BEGIN BULK\n" + nodes + hexa);

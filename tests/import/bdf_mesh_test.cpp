@@ -321,6 +321,55 @@ TEST_F(BdfMesh, DifferentStiffnessesAreNoneOfThePart)
     EXPECT_EQ(partOf(mesh, 1).data.stiffness, 0.0);
 }
 
+TEST_F(BdfMesh, SomeCardsHaveTwoElements)
+{
+    const std::string points = grids(3) + "SPOINT,9\n";
+    const char* const cards[] = {
+        "PLOTEL,1,1,2,,2,2,3\n",
+        "PLOTEL         1       1       2               2       2       3\n",
+        "PLOTEL*                1               1               2\n*                      2               2            "
+        "   3\n",
+        "CROD,1,7,1,2,2,8,2,3\n",
+        "CTUBE,1,7,1,2,2,8,2,3\n",
+        "CVISC,1,7,1,2,2,8,2,3\n",
+        "CELAS3,1,7,1,2,2,8,2,3\n",
+        "CELAS4,1,7.,1,2,2,8.,2,3\n",
+        "CDAMP3,1,7,1,2,2,8,2,3\n",
+        "CDAMP4,1,7.,1,2,2,8.,2,3\n",
+    };
+    for (const char* card : cards) {
+        const kvo::Mesh mesh = readBdf(points + card);
+        ASSERT_EQ(elementIds(mesh), (Ids{1, 2})) << card;
+        EXPECT_EQ(nodesOf(mesh, 1)[0], 1) << card;
+        EXPECT_EQ(nodesOf(mesh, 1)[1], 2) << card;
+        EXPECT_EQ(nodesOf(mesh, 2)[0], 2) << card;
+        EXPECT_EQ(nodesOf(mesh, 2)[1], 3) << card;
+        EXPECT_TRUE(log.warnings().empty()) << card;
+        const bool property = contains(card, ",8,");
+        EXPECT_EQ(property ? partOf(mesh, 2).propertyId : 8, 8) << card;
+    }
+    const kvo::Mesh grounded = readBdf(points + "CELAS3,1,7,1,2,2,8,0,3\nCDAMP4,3,1.,9,2,4,1.,1,9\n");
+    EXPECT_EQ(nodesOf(grounded, 2), (Ids{3, 3}));
+    EXPECT_EQ(nodesOf(grounded, 3), (Ids{2, 2}));
+    EXPECT_EQ(nodesOf(grounded, 4), (Ids{1, 1}));
+    const kvo::Mesh masses = readBdf(points + "CMASS3,1,7,1,2,2,8,2,3\nCMASS4,3,1.,1,2,4,1.,,3\n");
+    ASSERT_EQ(masses.files[0].undrawn.size(), 2u);
+    EXPECT_EQ(masses.files[0].undrawn[0].ids, (Ids{1, 2}));
+    EXPECT_EQ(masses.files[0].undrawn[0].nodes, (Ids{1, 2, 2, 3}));
+    EXPECT_EQ(masses.files[0].undrawn[1].nodes, (Ids{1, 2, 3}));
+}
+
+TEST_F(BdfMesh, WhatIsNoSecondElementIsWarnedOf)
+{
+    const kvo::Mesh mesh = readBdf(grids(3) + "CROD,1,7,1,2,+A\nCROD,2,7,2,3\n");
+    EXPECT_EQ(elementIds(mesh), (Ids{1, 2}));
+    ASSERT_EQ(log.warnings().size(), 1u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "deck.bdf:5: CROD: \"+A\" in field 6 is no id"))
+        << log.warnings()[0].lines[0];
+    EXPECT_EQ(readError("BEGIN BULK\n" + grids(3) + "CROD,1,7,1,2,-2,7,2,3\n", "deck.bdf"),
+              "deck.bdf:5: CROD: the id must be above 0, not -2");
+}
+
 TEST_F(BdfMesh, ScalarPointsAreNowhere)
 {
     const kvo::Mesh mesh = readBdf(grids(2) + "SPOINT,10,THRU,12\nSPOINT,20\nCELAS1,1,7,1,1,11,0\nCELAS3,2,7,20,2\n"
