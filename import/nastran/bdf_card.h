@@ -27,16 +27,20 @@ constexpr CardKey cardKey(std::string_view name)
 
 std::string cardName(CardKey key);
 
+constexpr CardKey replicatedName = cardKey("=");
+
 // The data fields are counted from 0, the card's name not among them: field 0 of a GRID is its id, field 8 of a CHEXA
 // is the first one of its second line, whatever widths the lines are written in.
 class BdfCard
 {
 public:
-    CardKey key = 0;
+    CardKey key = 0;                      // replicatedName: that of the card before
     std::vector<std::string_view> fields; // with the blanks around them
     const std::vector<std::string>* files = nullptr;
     std::uint32_t file = 0; // where the card begins: an index into files
     std::uint32_t line = 0;
+    bool replicates = false;   // its name or a field may refer to the card before
+    std::uint64_t repeats = 0; // "=5": no card but so many more like the one before
 
     Place place() const { return {(*files)[file], line}; }
     std::string name() const { return cardName(key); }

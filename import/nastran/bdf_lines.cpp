@@ -62,8 +62,9 @@ bool hasBlanksForCommas(std::string_view text)
     const std::string_view name = text.substr(0, std::min(text.find_first_of(" \t"), text.size()));
     const std::string_view rest = text.substr(name.size());
     const std::size_t next = std::min(rest.find_first_not_of(' '), rest.size());
-    return !name.empty() && isLetter(name[0]) && next < rest.size() && rest[next] != '\t' && rest[next] != '*' &&
-           name.size() + next < nameWidth;
+    const bool replicated = !name.empty() && name[0] == '=';
+    return !name.empty() && (isLetter(name[0]) || replicated) && next < rest.size() && rest[next] != '\t' &&
+           (rest[next] != '*' || replicated) && name.size() + next < nameWidth;
 }
 
 bool isContinuation(std::string_view text)
@@ -81,6 +82,44 @@ bool isContinuation(std::string_view text)
         }
     }
     return true;
+}
+
+bool beginsWithEquals(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(' ');
+    return first != std::string_view::npos && text[first] == '=';
+}
+
+// "=" or "=3" where the name should be.
+std::string_view replicatedNameOf(std::string_view text)
+{
+    text = trimmed(text);
+    return text.substr(0, std::min(text.find_first_of(", \t"), text.size()));
+}
+
+// "=" as a name, or a "=" or "*" where fields are: the card may refer to the one before it. Large fields have a "*" of
+// their own behind the name, and in the label.
+bool mayReplicate(std::string_view text)
+{
+    if (beginsWithEquals(text)) {
+        return true;
+    }
+    const bool free = hasFreeFields(text);
+    const std::size_t from = free ? text.find(',') : std::min(nameWidth + 1, text.size());
+    const std::size_t to = free ? text.size() : std::min(lastColumn, text.size());
+    const void* star = to > from ? std::memchr(text.data() + from, '*', to - from) : nullptr;
+    return star || (to > from && std::memchr(text.data() + from, '=', to - from));
+}
+
+// "=5", "=(5)" as 5; 0 for anything else.
+std::uint64_t repeatsOf(std::string_view name)
+{
+    name = trimmed(name.substr(1));
+    if (name.size() > 2 && name.front() == '(' && name.back() == ')') {
+        name = trimmed(name.substr(1, name.size() - 2));
+    }
+    std::int64_t count = 0;
+    return parseInteger(name, count) && count > 0 ? static_cast<std::uint64_t>(count) : 0;
 }
 
 // The first word of a control statement, upper case: "BEGIN" of "BEGIN_BULK" and "begin bulk".
@@ -297,7 +336,7 @@ bool BdfLines::nextBulkLine(Line& line)
             include(whole); // a name may have a $
             continue;
         }
-        line = {text, deck.fileIndex(), deck.lineNumber()};
+        line = {text, mayReplicate(text), deck.fileIndex(), deck.lineNumber()};
         return true;
     }
     return false;
@@ -313,6 +352,30 @@ bool BdfLines::nextLine(Line& line)
     return nextBulkLine(line);
 }
 
+// False if the line does not begin with a name.
+bool BdfLines::nameCard(const Line& line, BdfCard& card, bool& large)
+{
+    card.repeats = 0;
+    card.replicates = line.replicates;
+    if (!beginsWithEquals(line.text)) {
+        card.key = cardKeyOf(line.text, large);
+        return card.key != 0;
+    }
+    const std::string_view name = replicatedNameOf(line.text);
+    card.key = replicatedName;
+    large = name == "=*";
+    if (name != "=" && name != "==" && !large) {
+        card.repeats = repeatsOf(name);
+        card.key = card.repeats > 0 ? card.key : 0;
+    }
+    return card.key != 0;
+}
+
+bool BdfLines::nextReplicates() const
+{
+    return hasPending && pending.replicates;
+}
+
 bool BdfLines::next(BdfCard& card)
 {
     Line line;
@@ -326,8 +389,7 @@ bool BdfLines::next(BdfCard& card)
                      "there is no card that this line could continue");
             continue;
         }
-        card.key = cardKeyOf(line.text, large);
-        if (card.key == 0) {
+        if (!nameCard(line, card, large)) {
             log.warn("lines that are no cards", {deck.files()[line.file], line.number},
                      "no name of a card: \"" + std::string(line.text.substr(0, 40)) + "\"");
         }
@@ -344,7 +406,11 @@ bool BdfLines::next(BdfCard& card)
             hasPending = true;
             break;
         }
+        card.replicates = card.replicates || pending.replicates;
         addFields(pending.text, pending.text.front() == '*', card);
+    }
+    if (card.key == replicatedName && card.fields.empty()) {
+        card.fields.emplace_back("=="); // "=" alone, or "==": nothing is to differ
     }
     return true;
 }

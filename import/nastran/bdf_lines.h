@@ -29,8 +29,11 @@ class BdfLines
 public:
     BdfLines(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress);
 
-    // The next card of the bulk data, whatever its name. False behind the last one.
+    // The next card of the bulk data, whatever its name, with references to the card before as they are written. False
+    // behind the last one.
     bool next(BdfCard& card);
+    // After next(): may the card that comes then refer to this one?
+    bool nextReplicates() const;
 
     // Names of properties that comments of pre-processors tell.
     const std::map<std::int64_t, std::string>& propertyNames() const { return names; }
@@ -45,11 +48,13 @@ private:
     struct Line
     {
         std::string_view text;
+        bool replicates = false; // may refer to the card before
         std::uint32_t file = 0;
         std::uint32_t number = 0;
     };
 
     bool nextLine(Line& line);
+    bool nameCard(const Line& line, BdfCard& card, bool& large);
     bool nextBulkLine(Line& line);
     void begin(std::string_view text);
     bool controlLine(std::string_view text);

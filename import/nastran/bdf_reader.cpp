@@ -8,6 +8,7 @@
 #include "bdf_elements.h"
 #include "bdf_lines.h"
 #include "bdf_properties.h"
+#include "bdf_replication.h"
 #include "mesh_finish.h"
 #include "text/fields.h"
 
@@ -19,8 +20,8 @@ class BdfReader
 {
 public:
     BdfReader(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)
-        : lines(std::move(file), log, std::move(progress)), log(log), coords(mesh.files.emplace_back(), log),
-          elements(mesh, coords, log)
+        : lines(std::move(file), log, std::move(progress)), cardsOfDeck(lines, log), log(log),
+          coords(mesh.files.emplace_back(), log), elements(mesh, coords, log)
     {
     }
 
@@ -63,6 +64,7 @@ private:
 
     Mesh mesh;
     BdfLines lines;
+    BdfReplication cardsOfDeck;
     ImportLog& log;
     BdfCoords coords;
     BdfElements elements;
@@ -157,7 +159,7 @@ Mesh BdfReader::read()
     BdfCard card;
     Action* action = nullptr;
     CardKey key = 0;
-    while (lines.next(card)) {
+    while (cardsOfDeck.next(card)) {
         if (card.key != key) {
             key = card.key;
             action = &actionOf(key);
