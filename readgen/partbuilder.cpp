@@ -2,12 +2,10 @@
 #include "partbuilder.h"
 
 #include <algorithm>
-#include <atomic>
-#include <exception>
 #include <memory>
 #include <numeric>
-#include <system_error>
-#include <thread>
+
+#include "parallel.h"
 
 namespace readgen {
 
@@ -205,8 +203,7 @@ unsigned int threadsFor(const PartTable& table, const std::vector<std::size_t>& 
     for (std::size_t k : chosen) {
         elements += table.record(k).numElements;
     }
-    const unsigned int processors = std::max(1u, std::thread::hardware_concurrency());
-    return elements < workForThreads ? 1 : std::min(processors, maxThreads);
+    return elements < workForThreads ? 1 : std::min(kvo::workerCount(), maxThreads);
 }
 
 } // namespace
@@ -215,7 +212,7 @@ unsigned int threadsFor(const PartTable& table, const std::vector<std::size_t>& 
 void buildParts(const PartTable& table, const std::vector<std::size_t>& chosen, const ModelNodes& nodes,
                 std::size_t ownFile, int fileIndex, PartBatch& batch)
 {
-    runTasks(2 * chosen.size(), threadsFor(table, chosen), [&](std::size_t task) {
+    kvo::runTasks(2 * chosen.size(), threadsFor(table, chosen), [&](std::size_t task) {
         const std::size_t part = task / 2;
         if (task % 2 == 0) {
             fillHead(table.record(chosen[part]), fileIndex, batch[part]);
@@ -224,59 +221,6 @@ void buildParts(const PartTable& table, const std::vector<std::size_t>& chosen, 
             fillElementMap(table, chosen[part], batch[part]);
         }
     });
-}
-
-// --- Tasks ---
-
-namespace {
-
-// What the threads share: the next task, and the first failure.
-struct TaskList
-{
-    const std::size_t count;
-    const std::function<void(std::size_t)>& task;
-    std::atomic<std::size_t> next{0};
-    std::vector<std::exception_ptr> failures;
-
-    void work()
-    {
-        for (std::size_t k = next++; k < count; k = next++) {
-            try {
-                task(k);
-            } catch (...) {
-                failures[k] = std::current_exception();
-            }
-        }
-    }
-};
-
-void startThread(std::vector<std::thread>& threads, TaskList& list)
-{
-    try {
-        threads.emplace_back([&list] { list.work(); });
-    } catch (const std::system_error&) {
-        // No further thread to be had: the others do the work.
-    }
-}
-
-} // namespace
-
-void runTasks(std::size_t count, unsigned int numThreads, const std::function<void(std::size_t)>& task)
-{
-    TaskList list{count, task, {}, std::vector<std::exception_ptr>(count)};
-    std::vector<std::thread> threads;
-    for (std::size_t k = 1; k < std::min<std::size_t>(numThreads, count); ++k) {
-        startThread(threads, list);
-    }
-    list.work();
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    for (const std::exception_ptr& failure : list.failures) {
-        if (failure) {
-            std::rethrow_exception(failure);
-        }
-    }
 }
 
 } // namespace readgen

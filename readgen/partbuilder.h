@@ -3,7 +3,6 @@
 #define PARTBUILDER_H
 
 #include <cstddef>
-#include <functional>
 #include <vector>
 
 #include "modelfile.h"
@@ -38,10 +37,6 @@ void makePartNodes(const ModelNodes& nodes, std::size_t length, PartInfoStr& par
 // Uses several threads for much work; the result does not depend on their number. Throws BadFile.
 void buildParts(const PartTable& table, const std::vector<std::size_t>& chosen, const ModelNodes& nodes,
                 std::size_t ownFile, int fileIndex, PartBatch& batch);
-
-// Runs task(0) ... task(count - 1) on up to that many threads. An exception of a task is thrown on: the one with the
-// lowest number when several failed.
-void runTasks(std::size_t count, unsigned int numThreads, const std::function<void(std::size_t)>& task);
 
 } // namespace readgen
 
