@@ -1,6 +1,7 @@
 // Handing view states to the drawing library and taking them from it.
 #include "view_state.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -95,6 +96,18 @@ void createFile(const TemporaryFile& file, const std::string& path)
     std::fclose(made);
 }
 
+// A view whose numbers have gone astray, by operations with huge values, could not be restored.
+void checkWritten(const TemporaryFile& file, const ModelLabels& labels, const CAEEnv& env, const std::string& path)
+{
+    try {
+        StateBytes(file.path, env.numParts).check(labels);
+    } catch (const ProgramError& error) {
+        const std::string what = error.what();
+        const std::size_t place = file.path.size() + 2; // behind "FILE: "
+        failWriting(path, "this view could not be restored: " + what.substr(std::min(place, what.size())));
+    }
+}
+
 } // namespace
 
 void restoreViewState(CAEEnv& env, const ModelLabels& labels, const std::string& path)
@@ -128,6 +141,7 @@ void saveViewState(CAEEnv& env, const ModelLabels& labels, const std::string& pa
     if (stat(temporary.path.c_str(), &status) != 0 || static_cast<std::size_t>(status.st_size) != wanted) {
         failWriting(path, "not all of it was taken; is the disk full?");
     }
+    checkWritten(temporary, labels, env, path);
     if (std::rename(temporary.path.c_str(), path.c_str()) != 0) {
         failWriting(path, std::strerror(errno));
     }

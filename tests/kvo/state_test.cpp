@@ -81,6 +81,18 @@ const char* const elaborate = "VIEW left\nGLOBAL_ROTATION 40 40 70 55\nSCALE_INC
 
 // --- Saving and restoring ---
 
+TEST_F(State, AViewThatCouldNotBeRestoredIsNotSaved)
+{
+    writeText(folder.file("ops"), "GLOBAL_ROTATION 3e38 0 1 1\nNO_TRANSFORM\n");
+    writeText(state(), "what was there");
+    const KvoRun done = render({"--ops", folder.file("ops"), "--save-state", state()});
+    EXPECT_EQ(done.status, 1);
+    EXPECT_TRUE(contains(done.err, state() + ": cannot be written (this view could not be restored: byte "))
+        << done.err;
+    EXPECT_EQ(readText(state()), "what was there");
+    EXPECT_EQ(folder.names(), (std::vector<std::string>{"a.state", "ops", "sample.inp"}));
+}
+
 TEST_F(State, ARestoredStateDrawsTheSavedPicture)
 {
     writeText(folder.file("ops"), elaborate);
