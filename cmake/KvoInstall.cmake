@@ -13,6 +13,12 @@ foreach(header IN LISTS KVO_PUBLIC_HEADERS)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/${dir})
 endforeach()
 
+foreach(program kvo kvo-convert)
+  if(TARGET ${program})
+    install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  endif()
+endforeach()
+
 foreach(header scene_view scene_load standard_view model_frame coloring pick through_picker visible_picker quality measure select_more)
   install(FILES scene/${header}.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/scene)
 endforeach()
