@@ -1,6 +1,8 @@
-# Installs the build tree BUILD into the folder PREFIX, which is emptied first.
-file(REMOVE_RECURSE ${PREFIX})
-execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX} RESULT_VARIABLE failed)
+# Installs the build tree BUILD and moves the installed tree to the folder PREFIX: a package may be moved.
+set(first ${PREFIX}.installed)
+file(REMOVE_RECURSE ${PREFIX} ${first})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${first} RESULT_VARIABLE failed)
 if(failed)
   message(FATAL_ERROR "installing failed")
 endif()
+file(RENAME ${first} ${PREFIX})
