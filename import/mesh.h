@@ -22,7 +22,7 @@
 
 namespace kvo {
 
-// How an element is drawn. Its values index familyNames().
+// How an element is drawn.
 enum class Family : std::uint8_t
 {
     Shell,
