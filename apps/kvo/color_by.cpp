@@ -68,9 +68,6 @@ void parseColorRange(const std::string& text, ColorBy& out)
     if (!std::isfinite(numbers[0]) || !std::isfinite(numbers[1]) || numbers[0] == numbers[1]) {
         throw UsageError("--color-range: \"" + text + "\" is no range");
     }
-    if (out.key != ColorKey::Quality) {
-        throw UsageError("--color-range needs --color-by quality:NAME");
-    }
     out.ranged = true;
     out.low = numbers[0];
     out.high = numbers[1];

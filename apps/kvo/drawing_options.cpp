@@ -29,7 +29,7 @@ void addLookOptions(CLI::App& command, DrawingOptions& options)
         ->type_name("COLOR")
         ->capture_default_str();
     command.add_option("--samples", options.samples, "Samples a pixel for smooth edges; 1: none")
-        ->check(CLI::Range(1, 64))
+        ->check(CLI::IsMember({1, 2, 4, 8, 16}))
         ->capture_default_str();
 }
 

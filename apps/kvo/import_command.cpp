@@ -12,6 +12,7 @@
 #include "deck_import.h"
 #include "model_source.h"
 #include "model_summary.h"
+#include "named_files.h"
 #include "program_error.h"
 #include "progress_bar.h"
 
@@ -79,9 +80,7 @@ void writeLog(const ImportOptions& options, const ModelInfo& info, const ImportL
 
 void import(const ImportOptions& options)
 {
-    if (options.deck == options.output) {
-        throw UsageError("the model directory cannot have the deck's own name");
-    }
+    checkWrittenFiles({{"--output", options.output}, {"--log", options.log}}, {{"the deck", options.deck}});
     const bool everything = !options.log.empty();
     ImportLog log(everything ? std::numeric_limits<std::size_t>::max() : 5);
     {

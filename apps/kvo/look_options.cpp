@@ -1,6 +1,7 @@
 // Looks on the command line.
 #include "look_options.h"
 
+#include <algorithm>
 #include <cmath>
 #include <set>
 
@@ -88,6 +89,33 @@ ColorBy readColors(const LookOptions& options)
     return out;
 }
 
+// Looks that say nothing by themselves.
+void checkTogether(const LookOptions& options)
+{
+    if (options.contract && !options.given.empty()) {
+        throw UsageError(options.given[0] + " is a look of the scene, which --contract does without");
+    }
+    const bool quality = parseColorBy(options.colorBy).key == ColorKey::Quality;
+    const struct
+    {
+        const char* option;
+        bool hasIt;
+        const char* needed;
+    } needs[] = {{"--section-mode", !options.section.empty(), "--section"},
+                 {"--color-range", quality, "--color-by quality:NAME"},
+                 {"--color-ramp", quality, "--color-by quality:NAME"},
+                 {"--color-bands", quality, "--color-by quality:NAME"}};
+    for (const auto& need : needs) {
+        const bool given = std::count(options.given.begin(), options.given.end(), need.option) > 0;
+        if (given && !need.hasIt) {
+            throw UsageError(std::string(need.option) + " needs " + need.needed);
+        }
+    }
+    if (options.colorBands == 1) {
+        throw UsageError("--color-bands: 1 step shows no difference; 0 is a continuous ramp");
+    }
+}
+
 // Adds options whose use is noted, so that --contract can tell which look it does without.
 class NotedOptions
 {
@@ -172,9 +200,7 @@ void addLooks(CLI::App& command, LookOptions& options)
 
 LookSetup parseLooks(const LookOptions& options)
 {
-    if (options.contract && !options.given.empty()) {
-        throw UsageError(options.given[0] + " is a look of the scene, which --contract does without");
-    }
+    checkTogether(options);
     LookSetup out;
     out.contract = options.contract;
     out.scene.style = codeIn(styles, options.style);

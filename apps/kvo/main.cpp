@@ -1,10 +1,12 @@
 // kvo: finite-element models on the command line.
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
 
+#include "command_words.h"
 #include "commands.h"
 #include "program_error.h"
 
@@ -38,6 +40,7 @@ int fail(const char* message, int status)
 
 int parseAndRun(CLI::App& program, int argc, char** argv)
 {
+    kvo::checkWords(program, std::vector<std::string>(argv + std::min(1, argc), argv + argc));
     try {
         program.parse(argc, argv);
         return 0;

@@ -11,6 +11,7 @@
 #include "json.h"
 #include "model_session.h"
 #include "model_source.h"
+#include "named_files.h"
 #include "numbers.h"
 #include "program_error.h"
 #include "scene_options.h"
@@ -194,6 +195,8 @@ std::string asTable(const std::vector<Picked>& hits, const PickOptions& options,
 
 void pick(const PickOptions& options)
 {
+    checkWrittenFiles({{"--log", options.drawing.log}},
+                      {{"the model", options.model}, {"--ops", options.scene.ops}, {"--state", options.scene.state}});
     const Operation place = parsePlace(options);
     const SceneSetup scene = parseScene(options.scene);
     const SessionOptions settings =

@@ -9,6 +9,7 @@
 #include "drawing_options.h"
 #include "model_session.h"
 #include "model_source.h"
+#include "named_files.h"
 #include "program_error.h"
 #include "scene_options.h"
 #include "vocabulary.h"
@@ -56,14 +57,20 @@ EXAMPLES
 
 void play(const PlayOptions& options)
 {
+    if (!options.output.empty()) {
+        checkPictureName(options.output, "--output");
+    }
     const Session played = readSession(options.session);
+    const std::string model = options.model.empty() ? played.modelPath() : options.model;
+    checkWrittenFiles({{"--output", options.output}, {"--log", options.drawing.log}},
+                      {{"the session", options.session}, {"the model", model}});
     const LookSetup looks = parseLooks(options.looks);
     const SessionOptions settings =
         sessionOptions(options.drawing, looks, played.width ? played.width : 1280, played.height ? played.height : 960);
-    if (options.model.empty() && played.model.empty()) {
+    if (model.empty()) {
         throw UsageError(options.session + ": the session has no MODEL line, so the command line must name a model");
     }
-    const ModelSource source(options.model.empty() ? played.modelPath() : options.model);
+    const ModelSource source(model);
     warnOfLeftOut(source);
     const std::string moved = formatOrigin(readOrigin(source));
     if (!moved.empty()) {

@@ -10,6 +10,7 @@
 #include "model_source.h"
 #include "model_summary.h"
 #include "mtrans.h"
+#include "named_files.h"
 #include "program_error.h"
 #include "scene_options.h"
 #include "view_state.h"
@@ -118,8 +119,27 @@ Picture drawPicture(ModelSession& session, const RenderOptions& options, const S
     return session.picture();
 }
 
+// Faces are drawn in one way: as the mode says, or as the style does.
+void checkMode(const RenderOptions& options)
+{
+    if (options.modeGiven && options.mode != "fill" && options.scene.looks.style != "shaded") {
+        throw UsageError("--mode " + options.mode + " does not go with --style " + options.scene.looks.style);
+    }
+}
+
+void checkFiles(const RenderOptions& options)
+{
+    checkPictureName(options.output, "--output");
+    checkWrittenFiles(
+        {{"--output", options.output}, {"--log", options.drawing.log}, {"--save-state", options.saveState}},
+        {{"the model", options.model}, {"--ops", options.scene.ops}});
+    checkWrittenFiles({{"--output", options.output}, {"--log", options.drawing.log}},
+                      {{"--state", options.scene.state}});
+}
+
 SceneSetup sceneOf(const RenderOptions& options)
 {
+    checkMode(options);
     SceneSetup out = parseScene(options.scene);
     if (options.drawing.shadeGiven) {
         out.shade = findCode(shadeModels(), options.drawing.shade)->code;
@@ -133,6 +153,7 @@ SceneSetup sceneOf(const RenderOptions& options)
 
 void render(const RenderOptions& options)
 {
+    checkFiles(options);
     const SceneSetup scene = sceneOf(options);
     SessionOptions settings = pictureOptions(options, scene);
     std::unique_ptr<ContactSheet> sheet;

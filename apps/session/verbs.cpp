@@ -7,6 +7,7 @@
 #include <GL/gl.h>
 
 #include "caeenv.h"
+#include "picture_file.h"
 #include "program_error.h"
 #include "vocabulary.h"
 
@@ -238,6 +239,15 @@ void parseFile(const Line& line, Operation& out)
     out.file = line.words[1];
 }
 
+void parsePicture(const Line& line, Operation& out)
+{
+    parseFile(line, out);
+    const std::string wrong = wrongPictureEnding(out.file);
+    if (!wrong.empty()) {
+        line.fail("PICTURE: " + wrong);
+    }
+}
+
 std::string formatFile(const Operation& operation)
 {
     return " " + quoteWord(operation.file);
@@ -260,7 +270,7 @@ const std::vector<VerbRow>& verbRows()
         {"MODE", Verb::Mode, "fill|line|point", parseMode, formatMode},
         {"SAVE", Verb::Save, "FILE", parseFile, formatFile},
         {"RESTORE", Verb::Restore, "FILE", parseFile, formatFile},
-        {"PICTURE", Verb::Picture, "FILE.png", parseFile, formatFile},
+        {"PICTURE", Verb::Picture, "FILE.png", parsePicture, formatFile},
     };
     return rows;
 }
