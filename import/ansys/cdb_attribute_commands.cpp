@@ -43,7 +43,7 @@ void CdbAttributeCommands::typeBlock(const CdbCommand& command)
             return;
         }
         std::int64_t values[3] = {};
-        deck.integers(line, format.integerWidth, values, 3);
+        deck.integers(line, format, values, 3);
         attributes.defineType(values[0], std::to_string(values[1]));
         attributes.setFirstOption(values[0], values[2]);
     }
@@ -67,10 +67,10 @@ void CdbAttributeCommands::realBlock(const CdbCommand& command)
     for (std::int64_t set = 0; set < command.integer(0); ++set) {
         std::string_view line = deck.blockLine(command);
         std::int64_t head[2] = {};
-        deck.integers(line, first.integerWidth, head, 2);
+        deck.integers(line, first, head, 2);
         std::size_t at = 0;
         const CdbFormat* format = &first;
-        line.remove_prefix(std::min(line.size(), first.integers * first.integerWidth));
+        line.remove_prefix(std::min(line.size(), first.integersWidth));
         while (static_cast<std::int64_t>(at) < head[1]) {
             if (at > 0) {
                 line = deck.blockLine(command);

@@ -28,6 +28,7 @@ void CdbAttributes::defineType(std::int64_t number, const std::string& name)
     CdbType& type = types[number];
     type.name = cdbTypeName(known, name);
     type.layout = cdbLayout(known, name);
+    type.mostNodes = cdbMostNodes(known, type.layout);
     type.rows.fill(noPart);
     type.defined = true;
 }
@@ -41,7 +42,14 @@ bool CdbAttributes::hasType(std::int64_t number) const
 void CdbAttributes::setFirstOption(std::int64_t number, std::int64_t value)
 {
     CdbType& known = type(number);
-    known.sixNodes = known.name == "PLANE183" && value == 1;
+    if (const CdbOption* option = findCdbOption(known.name, value)) {
+        known.layout = option->layout;
+        known.mostNodes = option->nodes;
+    } else if (known.name == "MESH200") {
+        known.layout = CdbLayout::Undrawn;
+    } else if (known.name == "PLANE183") {
+        known.layout = CdbLayout::Face;
+    }
 }
 
 CdbType& CdbAttributes::type(std::int64_t number)

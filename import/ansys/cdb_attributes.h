@@ -19,8 +19,8 @@ struct CdbType
 {
     std::string name; // "SOLID185"
     CdbLayout layout = CdbLayout::Undrawn;
-    bool defined = false;  // not only referred to
-    bool sixNodes = false; // PLANE183 with the option of a triangle
+    std::size_t mostNodes = 0; // of a drawn element
+    bool defined = false;      // not only referred to
     // Index into the mesh's types by Shape, noPart until it is used.
     std::array<std::uint32_t, 7> rows = {noPart, noPart, noPart, noPart, noPart, noPart, noPart};
 };
@@ -50,7 +50,7 @@ public:
     explicit CdbAttributes(Mesh& mesh) : mesh(mesh) {}
 
     void defineType(std::int64_t number, const std::string& name);
-    // KEYOPT(1) of a type.
+    // KEYOPT(1) of a type, which decides the shape of some.
     void setFirstOption(std::int64_t number, std::int64_t value);
     bool hasType(std::int64_t number) const;
     CdbType& type(std::int64_t number);

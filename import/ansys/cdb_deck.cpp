@@ -1,6 +1,8 @@
 // Lines of blocks.
 #include "cdb_deck.h"
 
+#include <algorithm>
+
 #include "text/columns.h"
 #include "text/fields.h"
 
@@ -31,10 +33,18 @@ CdbFormat CdbDeck::blockFormat(const CdbCommand& command)
     return format;
 }
 
-void CdbDeck::integers(std::string_view line, std::size_t width, std::int64_t* values, std::size_t count)
+void CdbDeck::integers(std::string_view line, const CdbFormat& format, std::int64_t* values, std::size_t count)
 {
-    if (!scanIntegerColumns(line, width, values, count)) {
-        refuse("\"" + std::string(trimmed(line).substr(0, 40)) + "\": columns of integers expected");
+    std::string_view rest = line;
+    for (std::size_t k = 0; k < format.runs.size() && count > 0; ++k) {
+        const CdbFormat::Run& run = format.runs[k];
+        const std::size_t here = k + 1 == format.runs.size() ? count : std::min(count, run.count);
+        if (!scanIntegerColumns(rest, run.width, values, here)) {
+            refuse("\"" + std::string(trimmed(line).substr(0, 40)) + "\": columns of integers expected");
+        }
+        rest.remove_prefix(std::min(rest.size(), here * run.width));
+        values += here;
+        count -= here;
     }
 }
 

@@ -29,8 +29,9 @@ public:
     std::string_view blockLine(const CdbCommand& command);
     // The line of the format that the block begins with; it has at most maxColumns integers.
     CdbFormat blockFormat(const CdbCommand& command);
-    // Columns that hold anything but integers are an error.
-    void integers(std::string_view line, std::size_t width, std::int64_t* values, std::size_t count);
+    // Columns that hold anything but integers are an error. Beyond those of the format they are as wide as its last
+    // ones.
+    void integers(std::string_view line, const CdbFormat& format, std::int64_t* values, std::size_t count);
     // Blocks of nodes and elements say how many they have, mostly. Warns if these are read instead.
     void checkCount(const CdbCommand& command, std::int64_t read);
     [[noreturn]] void refuse(const std::string& message) const { throw ImportError(lines.place(), message); }

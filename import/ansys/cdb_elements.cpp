@@ -70,10 +70,18 @@ const std::vector<Type>& types()
         {"INTER", L::Undrawn, {192, 193, 194, 195, 202, 203, 204, 205}},
         {"FOLLW", L::Undrawn, {201}},
         {"REINF", L::Undrawn, {263, 264, 265}},
-        {"MESH", L::Undrawn, {200}},
+        {"MESH", L::Line, {200}}, // see options
     };
     return table;
 }
+
+const CdbOption options[] = {
+    {"PLANE183", 0, L::Face, 8},    {"PLANE183", 1, L::Triangle, 6}, {"MESH200", 0, L::Line, 2},
+    {"MESH200", 1, L::Line, 3},     {"MESH200", 2, L::Line, 2},      {"MESH200", 3, L::Line, 3},
+    {"MESH200", 4, L::Triangle, 3}, {"MESH200", 5, L::Triangle, 6},  {"MESH200", 6, L::Face, 4},
+    {"MESH200", 7, L::Face, 8},     {"MESH200", 8, L::Tetra, 4},     {"MESH200", 9, L::Tetra, 10},
+    {"MESH200", 10, L::Brick, 8},   {"MESH200", 11, L::Brick, 20},
+};
 
 // "SOLID" of "SOLID185".
 std::string prefixOf(const std::string& name)
@@ -172,6 +180,36 @@ CdbLayout cdbLayout(int number, const std::string& name)
         return L::Face;
     }
     return L::Undrawn;
+}
+
+// Control nodes of springs and of lines of fluid count. Axisymmetric solids have their nodes in every plane.
+std::size_t cdbMostNodes(int number, CdbLayout layout)
+{
+    constexpr std::size_t mostOfPlanes = 8 * 12;
+    switch (layout) {
+    case L::Line:
+    case L::BeamMid:
+        return 4;
+    case L::BeamThird:
+        return 3;
+    case L::Spring:
+        return 5;
+    case L::Triangle:
+        return 6;
+    case L::Face:
+        return number == 272 || number == 273 ? mostOfPlanes : 8;
+    case L::Tetra:
+        return 10;
+    default:
+        return 20;
+    }
+}
+
+const CdbOption* findCdbOption(const std::string& name, std::int64_t value)
+{
+    const CdbOption* found = std::find_if(std::begin(options), std::end(options),
+                                          [&](const CdbOption& row) { return row.value == value && name == row.name; });
+    return found == std::end(options) ? nullptr : found;
 }
 
 std::string cdbTypeName(int number, const std::string& name)

@@ -27,6 +27,20 @@ enum class CdbLayout : std::uint8_t
 // The layout of type number (185). Unknown numbers go by the name in front of it ("SOLID"); Undrawn if there is none.
 CdbLayout cdbLayout(int number, const std::string& name);
 
+// How many nodes an element with this layout can have at most.
+std::size_t cdbMostNodes(int number, CdbLayout layout);
+
+// A type whose shape depends on KEYOPT(1).
+struct CdbOption
+{
+    const char* name;
+    std::int64_t value;
+    CdbLayout layout;
+    std::size_t nodes;
+};
+// Null for types whose shape does not.
+const CdbOption* findCdbOption(const std::string& name, std::int64_t value);
+
 // The name that the format's users know: "SOLID185" of "185", "solid185" or 185. The number alone if it is not known.
 std::string cdbTypeName(int number, const std::string& name);
 

@@ -66,6 +66,27 @@ bool isCommand(std::string_view word, std::string_view command)
     return word == command || (word.size() >= enough && word == command.substr(0, word.size()));
 }
 
+namespace {
+
+// What stands behind reals or texts of another width is passed over.
+void addRun(CdbFormat& format, bool integer, std::size_t count, std::size_t width)
+{
+    if (!integer) {
+        format.otherWidth = format.others == 0 ? width : format.otherWidth;
+        format.others += format.otherWidth == width ? count : 0;
+        return;
+    }
+    if (format.runs.empty() || format.runs.back().width != width) {
+        format.runs.push_back({0, width});
+    }
+    format.runs.back().count += count;
+    format.integers += count;
+    format.firstWidth = format.runs.front().width;
+    format.integersWidth += count * width;
+}
+
+} // namespace
+
 bool parseCdbFormat(std::string_view line, CdbFormat& format)
 {
     line = trimmed(line);
@@ -83,9 +104,8 @@ bool parseCdbFormat(std::string_view line, CdbFormat& format)
         if (!scanInteger(p, end, width) || count < 1 || count > 1000 || width < 1 || width > 1000) {
             return false;
         }
-        const bool integer = letter == 'i' || letter == 'I';
-        (integer ? format.integers : format.others) = static_cast<std::size_t>(count);
-        (integer ? format.integerWidth : format.otherWidth) = static_cast<std::size_t>(width);
+        addRun(format, letter == 'i' || letter == 'I', static_cast<std::size_t>(count),
+               static_cast<std::size_t>(width));
         p = std::find(p, end, ','); // over decimals and the width of the exponent
         p += p < end;
     }

@@ -35,12 +35,20 @@ CdbCommand parseCdbCommand(std::string_view line, Place place);
 // Is the upper-case word this command? Four letters are enough of a name.
 bool isCommand(std::string_view word, std::string_view command);
 
-// "(3i9,6e21.13e3)": so many integers, then so many reals (or texts), and their widths.
+// "(3i9,6e21.13e3)": so many integers, then so many reals (or texts), and their widths. Integers may be of several
+// widths: "(1i7,2i9,6e21.13)".
 struct CdbFormat
 {
-    std::size_t integers = 0;
-    std::size_t integerWidth = 0;
-    std::size_t others = 0;
+    struct Run
+    {
+        std::size_t count;
+        std::size_t width;
+    };
+    std::vector<Run> runs;         // of integers
+    std::size_t integers = 0;      // of all runs
+    std::size_t firstWidth = 0;    // of the first integer
+    std::size_t integersWidth = 0; // of all of them
+    std::size_t others = 0;        // of one width
     std::size_t otherWidth = 0;
 };
 

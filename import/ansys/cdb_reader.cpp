@@ -9,6 +9,7 @@
 #include "cdb_deck.h"
 #include "cdb_parameters.h"
 #include "mesh_finish.h"
+#include "node_surplus.h"
 #include "text/columns.h"
 #include "text/fields.h"
 #include "text/numbers.h"
@@ -74,6 +75,7 @@ private:
     void unblockedElement(const CdbCommand& command);
     void finishElement();
     void emit();
+    void checkSurplus(const CdbType& type, const Place& place);
 
     void componentBlock(const CdbCommand& command);
     void title(const CdbCommand& command);
@@ -120,8 +122,8 @@ void CdbReader::nodeBlock(const CdbCommand& command)
         const std::string_view line = deck.blockLine(command);
         std::int64_t id = 0;
         double x[3];
-        const std::size_t behind = std::min(line.size(), format.integers * format.integerWidth);
-        if (!scanIntegerColumn(line.substr(0, std::min(line.size(), format.integerWidth)), id) || id == -1) {
+        const std::size_t behind = std::min(line.size(), format.integersWidth);
+        if (!scanIntegerColumn(line.substr(0, std::min(line.size(), format.firstWidth)), id) || id == -1) {
             if (CdbDeck::endsBlock(line)) {
                 deck.checkCount(command, read);
                 return;
@@ -189,7 +191,7 @@ void CdbReader::elementBlock(const CdbCommand& command)
             line = deck.blockLine(command);
         }
         std::int64_t first = 0;
-        if (scanIntegerColumn(line.substr(0, std::min(line.size(), format.integerWidth)), first) && first == -1) {
+        if (scanIntegerColumn(line.substr(0, std::min(line.size(), format.firstWidth)), first) && first == -1) {
             deck.checkCount(command, read);
             return;
         }
@@ -210,7 +212,7 @@ void CdbReader::solidElement(std::string_view line, const CdbFormat& format, con
     constexpr std::size_t headColumns = 11;
     constexpr std::size_t nodesOfFirstLine = 8;
     std::int64_t values[CdbDeck::maxColumns] = {};
-    deck.integers(line, format.integerWidth, values, format.integers);
+    deck.integers(line, format, values, format.integers);
     open = {values[10], values[1], values[2], values[0], values[3]};
     if (values[8] < 0) {
         deck.refuse("element " + std::to_string(open.id) + " has " + std::to_string(values[8]) + " nodes");
@@ -221,7 +223,7 @@ void CdbReader::solidElement(std::string_view line, const CdbFormat& format, con
     while (entries.size() < count) {
         line = deck.blockLine(command);
         const std::size_t more = std::min(count - entries.size(), format.integers);
-        deck.integers(line, format.integerWidth, values, more);
+        deck.integers(line, format, values, more);
         if (values[0] == -1) {
             deck.refuse("element " + std::to_string(open.id) + " has " + std::to_string(count) +
                         " nodes, but the block ends before");
@@ -237,7 +239,7 @@ void CdbReader::plainElement(std::string_view line, const CdbFormat& format)
 {
     constexpr std::size_t headColumns = 5;
     std::int64_t values[CdbDeck::maxColumns] = {};
-    deck.integers(line, format.integerWidth, values, format.integers);
+    deck.integers(line, format, values, format.integers);
     open = {values[0], attributes.hasType(values[1]) ? values[1] : state.type, values[2], values[3], values[1]};
     for (std::size_t k = headColumns; k < format.integers; ++k) {
         entries.push_back(values[k]);
@@ -332,11 +334,12 @@ void CdbReader::emit()
         return;
     }
     CdbShape shape;
-    if (!cdbShape(type.sixNodes ? CdbLayout::Triangle : type.layout, entries, shape)) {
+    if (!cdbShape(type.layout, entries, shape)) {
         log.warn("elements with too few nodes", place,
                  type.name + " element " + std::to_string(open.id) + " lacks a corner: left out");
         return;
     }
+    checkSurplus(type, place);
     std::uint32_t& row = type.rows[static_cast<std::size_t>(shape.shape)];
     if (row == noPart) {
         row = rows.type(type.name, shape.family, shape.shape);
@@ -346,6 +349,17 @@ void CdbReader::emit()
     block.part.push_back(attributes.part(open));
     block.line.push_back(openLine);
     block.nodes.insert(block.nodes.end(), shape.nodes, shape.nodes + mesh.types[row].slots());
+}
+
+void CdbReader::checkSurplus(const CdbType& type, const Place& place)
+{
+    std::size_t given = entries.size();
+    while (given > type.mostNodes && entries[given - 1] == 0) {
+        --given;
+    }
+    if (given > type.mostNodes) {
+        warnOfMoreNodes(log, place, type.name, open.id, type.mostNodes, given);
+    }
 }
 
 // --- components ---
@@ -364,7 +378,7 @@ void CdbReader::componentBlock(const CdbCommand& command)
         std::int64_t values[CdbDeck::maxColumns] = {};
         const std::size_t here =
             static_cast<std::size_t>(std::min<std::int64_t>(left, static_cast<std::int64_t>(format.integers)));
-        deck.integers(deck.blockLine(command), format.integerWidth, values, here);
+        deck.integers(deck.blockLine(command), format, values, here);
         for (std::size_t k = 0; k < here; ++k) {
             if (values[k] >= 0) {
                 set.ids.add(values[k]);

@@ -3,6 +3,7 @@
 
 #include "ansys/cdb_lines.h"
 #include "ansys/cdb_reader.h"
+#include "node_surplus.h"
 
 namespace {
 
@@ -87,16 +88,99 @@ TEST_F(Cdb, WidthsComeFromTheFormatLine)
     EXPECT_EQ(nodesOf(mesh, 7), (Ids{1, 2, 3, 1000000004}));
 }
 
+TEST_F(Cdb, IntegersOfABlockMayHaveSeveralWidths)
+{
+    const kvo::Mesh mesh = readCdb("ET,1,SHELL181\nNBLOCK,6,SOLID,219712,4\n(1i7,2i9,6e21.13)\n"
+                                   " 219712        0        0  9.8936757830530E-02 -8.0709219224048E-04\n"
+                                   "2197130        0        0  5.0000000000000E-01\n"
+                                   "      3        0        0\n      4\nN,R5.3,LOC,       -1,\n"
+                                   "EBLOCK,19,SOLID,1,1\n(10i3,1i5,8i8)\n"
+                                   "  1  1  1  1  0  0  0  0  4  0 1234  2197122197130       3       4\n"
+                                   " -1\n"
+                                   "CMBLOCK,TOP,NODE,3\n(1i4,7i8)\n   3       4  219712\n");
+    EXPECT_EQ(pointOf(mesh, 219712), (Point{9.8936757830530E-02, -8.0709219224048E-04, 0}));
+    EXPECT_EQ(pointOf(mesh, 2197130), (Point{0.5, 0, 0}));
+    EXPECT_EQ(mesh.nodeCount(), 4u);
+    EXPECT_EQ(nodesOf(mesh, 1234), (Ids{219712, 2197130, 3, 4}));
+    EXPECT_EQ(idsOf(mesh.sets.at(0)), (Ids{3, 4, 219712}));
+    EXPECT_TRUE(log.warnings().empty()) << log.warnings()[0].lines[0];
+}
+
+TEST_F(Cdb, TheFirstOptionOfMesh200IsItsShape)
+{
+    const struct
+    {
+        int option;
+        int count;
+        kvo::Family family;
+        Ids corners;
+    } rows[] = {
+        {0, 2, kvo::Family::Beam, {1, 2, kvo::noNode}},
+        {1, 3, kvo::Family::Beam, {1, 2, kvo::noNode}},
+        {2, 2, kvo::Family::Beam, {1, 2, kvo::noNode}},
+        {3, 3, kvo::Family::Beam, {1, 2, kvo::noNode}},
+        {4, 3, kvo::Family::Shell, {1, 2, 3}},
+        {5, 6, kvo::Family::Shell, {1, 2, 3}},
+        {6, 4, kvo::Family::Shell, {1, 2, 3, 4}},
+        {7, 8, kvo::Family::Shell, {1, 2, 3, 4}},
+        {8, 4, kvo::Family::Solid, {1, 2, 3, 4}},
+        {9, 10, kvo::Family::Solid, {1, 2, 3, 4}},
+        {10, 8, kvo::Family::Solid, {1, 2, 3, 4, 5, 6, 7, 8}},
+        {11, 20, kvo::Family::Solid, {1, 2, 3, 4, 5, 6, 7, 8}},
+    };
+    for (const auto& row : rows) {
+        Ids all;
+        for (int id = 1; id <= row.count; ++id) {
+            all.push_back(id);
+        }
+        const std::string mesh20 = nodes(21) + block(element(1, {}, all));
+        const std::string option = std::to_string(row.option);
+        for (const std::string& type : {"ET,1,200\nKEYOP,1,1," + option + "\n", "ET,1,MESH200," + option + "\n",
+                                        "ETBLOCK,1,1\n(2i9,19a9)\n" + columns({1, 200, row.option}) + "       -1\n"}) {
+            const kvo::Mesh mesh = readCdb(type + mesh20);
+            ASSERT_EQ(elementIds(mesh), Ids{1}) << type;
+            EXPECT_EQ(nodesOf(mesh, 1), row.corners) << type;
+            EXPECT_EQ(mesh.types.at(0).family, row.family) << type;
+            EXPECT_TRUE(log.warnings().empty()) << type;
+        }
+        all.push_back(21);
+        const kvo::Mesh more = readCdb("ET,1,200," + option + "\n" + nodes(21) + block(element(1, {}, all)));
+        EXPECT_EQ(nodesOf(more, 1), row.corners) << option;
+        EXPECT_EQ(log.warningCount(kvo::warnMoreNodes), 1u) << option;
+    }
+    // No such option: the shape is not known.
+    readCdb("ET,1,200,12\n" + nodes(2) + block(element(1, {}, {1, 2})));
+    EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "MESH200"), 1u);
+}
+
+TEST_F(Cdb, MoreNodesThanTheTypeHas)
+{
+    const kvo::Mesh mesh = readCdb("ET,1,187\nET,2,188\n" + nodes(11) +
+                                   block(element(1, {1, 1}, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}) +
+                                         element(2, {1, 2}, {1, 2, 3, 0, 0}) + element(3, {1, 2}, {1, 2, 3, 4, 5})));
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3, 4}));
+    EXPECT_EQ(nodesOf(mesh, 3), (Ids{1, 2, 3}));
+    ASSERT_EQ(log.warningCount(kvo::warnMoreNodes), 2u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "SOLID187 element 1 has 10 nodes, 11 are given; the first 10"))
+        << log.warnings()[0].lines[0];
+}
+
 TEST_F(Cdb, FormatsOfBlocks)
 {
     kvo::CdbFormat format;
     ASSERT_TRUE(kvo::parseCdbFormat("(2i8,6g16.9) ", format));
     EXPECT_EQ(format.integers, 2u);
-    EXPECT_EQ(format.integerWidth, 8u);
+    EXPECT_EQ(format.firstWidth, 8u);
+    EXPECT_EQ(format.integersWidth, 16u);
     EXPECT_EQ(format.others, 6u);
     EXPECT_EQ(format.otherWidth, 16u);
     ASSERT_TRUE(kvo::parseCdbFormat("(I10)", format));
     EXPECT_EQ(format.integers, 1u);
+    ASSERT_TRUE(kvo::parseCdbFormat("(1i7,2i9,6e21.13)", format));
+    EXPECT_EQ(format.integers, 3u);
+    EXPECT_EQ(format.firstWidth, 7u);
+    EXPECT_EQ(format.integersWidth, 25u);
+    EXPECT_EQ(format.others, 6u);
     for (const char* text : {"", "()", "(i)", "3i9,6e21", "(3i9,e)", "(9999999i9)", "(3i0)", "(,)"}) {
         EXPECT_FALSE(kvo::parseCdbFormat(text, format)) << text;
     }
