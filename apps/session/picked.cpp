@@ -61,7 +61,7 @@ void placeOf(const PartInfoStr& part, unsigned int type, unsigned int member, do
     }
 }
 
-// Element ids by position, of the parts that were hit.
+// Element ids by position, of the parts that were hit, where the picker did not say them.
 class ElementIds
 {
 public:
@@ -97,9 +97,10 @@ std::vector<Picked> describeHits(const CAEEnv& env, const ModelLabels& labels, u
             picked.part = labels.parts[hit.part];
         }
         picked.number = hit.part + 1;
-        picked.id = type == PICK_TYPE_ELEMENT ? elementIds.of(part, hit.member)
-                    : type == PICK_TYPE_NODE  ? part.partNodes.idList[hit.member]
-                                              : picked.part.id;
+        picked.id = hit.id != 0                 ? hit.id
+                    : type == PICK_TYPE_ELEMENT ? elementIds.of(part, hit.member)
+                    : type == PICK_TYPE_NODE    ? part.partNodes.idList[hit.member]
+                                                : picked.part.id;
         placeOf(part, type, hit.member, picked.at);
         picked.hit = hit;
         out.push_back(picked);

@@ -36,6 +36,7 @@ struct PickHit
 {
     unsigned int part = 0;       // index in the environment's list of parts
     unsigned int member = 0;     // index of the element or node in its part; 0 for a part
+    unsigned int id = 0;         // the element's own, where the picker knows it; else 0
     float depth = 0;             // window depth of its nearest point in the region: 0 nearest to 1 farthest
     bool located = false;        // is the rest known?
     double pixel[2] = {0, 0};    // where it was hit, in the picture, from the top left corner

@@ -31,11 +31,12 @@ PickRegion sceneRegion(const PictureRegion& region, int pictureHeight)
     return PickRegion::polygon(std::move(outline));
 }
 
-PickHit hitOf(const SceneHit& hit, int pictureHeight)
+PickHit hitOf(const SceneHit& hit, PickType type, int pictureHeight)
 {
     PickHit out;
     out.part = hit.part - 1;
     out.member = hit.entity ? hit.entity - 1 : 0;
+    out.id = type == PickType::Element ? hit.entityId : 0;
     out.depth = hit.depth;
     out.located = true;
     out.pixel[0] = hit.window[0];
@@ -75,7 +76,7 @@ std::vector<PickHit> ScenePicker::pick(CAEEnv& env, const PickRequest& request, 
                                                        : ask(visible, request, region);
     std::vector<PickHit> out;
     for (const SceneHit& hit : hits) {
-        out.push_back(hitOf(hit, pictureHeight));
+        out.push_back(hitOf(hit, typeOf(request.type), pictureHeight));
     }
     std::sort(out.begin(), out.end(), inModelOrder);
     return out;
