@@ -93,6 +93,9 @@ void drawPart(CAEEnv& env, PartInfoStr& part)
 
 void CAEEnv::renderModel()
 {
+    if (mView == nullptr || mTrans == nullptr) { // nothing is loaded
+        return;
+    }
     glGetIntegerv(GL_VIEWPORT, viewPort);
     // deliberate(viewport-printed): four bare integers every frame; hosts' logs are read by them.
     for (int value : viewPort) {
@@ -143,6 +146,9 @@ void CAEEnv::displayParts(int file_index)
 
 void CAEEnv::displayAllParts()
 {
+    if (mView == nullptr || mTrans == nullptr) { // nothing is loaded
+        return;
+    }
     for (i = 0; i < numParts; ++i) {
         showPart(partsInfoList[i]);
     }

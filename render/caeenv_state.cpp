@@ -24,6 +24,9 @@ void writeName(FILE* file, const std::string& name)
 
 int CAEEnv::save(const char* file_name)
 {
+    if (mView == nullptr || mTrans == nullptr) { // nothing is loaded
+        return 1;
+    }
     filePtr = std::fopen(file_name, "wb");
     if (filePtr == nullptr) {
         std::cout << "Unable to open file <" << file_name << "> to save\n";
@@ -52,6 +55,9 @@ int CAEEnv::save(const char* file_name)
 
 void CAEEnv::restore(FILE* fp)
 {
+    if (mView == nullptr || mTrans == nullptr) { // nothing is loaded
+        return;
+    }
     for (i = 0; i < numParts; ++i) {
         readItems(fp, &partsInfoList[i].partFlag, 1);
         readItems(fp, partsInfoList[i].partColor, 4);

@@ -219,7 +219,7 @@ int PickRect::process(int pick_type, int pick_method, float* mouse_xy)
     pickType = static_cast<unsigned int>(pick_type);
     pickMethod = static_cast<unsigned int>(pick_method);
     zPartMap.clear();
-    if (env == nullptr) {
+    if (env == nullptr || env->getMTransformPtr() == nullptr) { // nothing is loaded
         return 0;
     }
     env->setPickType(pickType);

@@ -49,7 +49,8 @@ KVO_EXPORT Framing frameModel(const Box& visible, int viewType, int width, int h
 KVO_EXPORT Box visibleBox(CAEEnv& env);
 
 // Call before every frame, with the context current: sets modelExtents, viewport and projection for the environment's
-// visible parts, standard view and transformation. Returns what it chose.
+// visible parts, standard view and transformation. Returns what it chose. Throws std::logic_error before a model is
+// loaded.
 KVO_EXPORT Framing applyFrame(CAEEnv& env, int width, int height);
 
 } // namespace kvo

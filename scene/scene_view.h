@@ -13,7 +13,7 @@
 //
 // Needs OpenGL 3.3 in the compatibility profile. All calls belong on the thread that owns the context, and the context
 // must be current in the destructor too. Errors: std::runtime_error for a context that cannot do it, std::bad_alloc
-// when memory ends.
+// when memory ends, std::logic_error for a frame before a model is loaded.
 #ifndef KVO_SCENE_VIEW_H
 #define KVO_SCENE_VIEW_H
 

@@ -33,8 +33,9 @@ public:
     VisiblePicker(const VisiblePicker&) = delete;
     VisiblePicker& operator=(const VisiblePicker&) = delete;
 
-    // By depth, the nearest first, equal depths by part and number. Nothing before the first frame. What lies outside
-    // the viewport is not in the region; a click smaller than a pixel takes the pixel that it is in.
+    // By depth, the nearest first, equal depths by part and number. Nothing before the first frame; std::logic_error
+    // before a model is loaded. What lies outside the viewport is not in the region; a click smaller than a pixel takes
+    // the pixel that it is in.
     std::vector<SceneHit> pick(PickType type, const PickRegion& region);
     std::optional<SceneHit> nearest(PickType type, const PickRegion& region);
 

@@ -7,6 +7,7 @@
 #include <GL/gl.h>
 
 #include "caeenv.h"
+#include "loaded.h"
 #include "mtrans.h"
 #include "mview.h"
 
@@ -162,6 +163,7 @@ Box visibleBox(CAEEnv& env)
 
 Framing applyFrame(CAEEnv& env, int width, int height)
 {
+    requireLoaded(env);
     const Box visible = visibleBox(env);
     const Framing framing = frameModel(visible, env.getMViewPtr()->mViewType, width, height);
     float* extents = env.getExtents();

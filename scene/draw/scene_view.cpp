@@ -9,6 +9,7 @@
 #include "caeenv.h"
 #include "far_matrices.h"
 #include "legend.h"
+#include "loaded.h"
 #include "model_frame.h"
 #include "mtrans.h"
 #include "mview.h"
@@ -289,6 +290,7 @@ std::size_t SceneView::bufferBytes() const
 void SceneView::draw()
 {
     CAEEnv& env = impl->env;
+    requireLoaded(env);
     impl->stats = SceneFrameStats();
     impl->readGeometry();
     glGetIntegerv(GL_VIEWPORT, env.viewPort);

@@ -6,6 +6,7 @@
 #include <GL/gl.h>
 
 #include "caeenv.h"
+#include "loaded.h"
 #include "mtrans.h"
 #include "mview.h"
 #include "trackball.h"
@@ -125,6 +126,7 @@ bool makes(const float q[4], const double r[3][3])
 
 void setStandardView(CAEEnv& env, int viewType)
 {
+    requireLoaded(env);
     MTransform& transform = *env.mTrans;
     env.mView->mViewType = viewType;
     std::fill(transform.globalRot, transform.globalRot + 3, 0.0f);

@@ -10,6 +10,7 @@
 #include "caeenv.h"
 #include "element_ids.h"
 #include "element_shape.h"
+#include "loaded.h"
 #include "number_picture.h"
 #include "scene_view_impl.h"
 
@@ -215,6 +216,7 @@ VisiblePicker::~VisiblePicker() = default;
 
 std::vector<SceneHit> VisiblePicker::pick(PickType type, const PickRegion& region)
 {
+    requireLoaded(impl->view.env);
     const int* viewport = impl->view.camera.viewport;
     PixelBox box = pixelsOf(region, viewport);
     if (box.width == 0 || box.height == 0) {

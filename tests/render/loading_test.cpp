@@ -14,6 +14,7 @@
 #include "modelbuilder.h"
 #include "mtrans.h"
 #include "mview.h"
+#include "pickrect.h"
 #include "readerstub.h"
 #include "readids.h"
 #include "readnodes.h"
@@ -498,6 +499,24 @@ TEST_F(Loading, InitWithoutAModelGoesOnEmpty)
               std::string::npos);
     EXPECT_NE(env->mView, nullptr);
     EXPECT_NE(env->mTrans, nullptr);
+}
+
+TEST_F(Loading, BeforeItFramesPicksAndViewStatesDoNothing)
+{
+    create();
+    CAEEnv::setPtr(env.get());
+    forget();
+    float region[4] = {1, 1, 4, 4};
+    PickRect pick;
+    env->renderModel();
+    env->displayAllParts();
+    EXPECT_EQ(pick.process(PICK_TYPE_ELEMENT, SELECT_PICK, region), 0);
+    const std::string state = (std::filesystem::temp_directory_path() / "kvo-no-state").string();
+    EXPECT_EQ(env->save(state.c_str()), 1);
+    EXPECT_FALSE(std::filesystem::exists(state));
+    env->restore(stdin);
+    EXPECT_EQ(printed(), "");
+    EXPECT_EQ(glrecord::lines(), Lines());
 }
 
 TEST_F(Loading, MirroredZeroPrintsAsMinusZero)
