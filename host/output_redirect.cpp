@@ -39,38 +39,85 @@ void putBack(int descriptor, int saved)
     close(saved);
 }
 
+// A file that has no name yet, so that nothing of it stays behind when the program is ended.
+int openMemory(const char* name)
+{
+    const int memory = memfd_create(name, MFD_CLOEXEC);
+    if (memory < 0) {
+        throw HostError(std::string(name) + " cannot be kept (" + std::strerror(errno) + ")");
+    }
+    fcntl(memory, F_SETFL, O_APPEND);
+    return memory;
+}
+
+std::string contentsOf(int memory)
+{
+    const off_t size = lseek(memory, 0, SEEK_END);
+    std::string out(static_cast<std::size_t>(size > 0 ? size : 0), '\0');
+    std::size_t done = 0;
+    while (done < out.size()) {
+        const ssize_t got = pread(memory, &out[done], out.size() - done, static_cast<off_t>(done));
+        if (got <= 0) {
+            break;
+        }
+        done += static_cast<std::size_t>(got);
+    }
+    out.resize(done);
+    return out;
+}
+
+int openNowhere()
+{
+    const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere < 0) {
+        throw HostError(std::string("/dev/null: cannot be opened (") + std::strerror(errno) + ")");
+    }
+    return nowhere;
+}
+
 } // namespace
 
-OutputRedirect::OutputRedirect(const std::string& file)
+OutputRedirect::OutputRedirect(const std::string& path)
 {
-    const char* path = file.empty() ? "/dev/null" : file.c_str();
-    const int target = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0666);
-    if (target < 0) {
-        throw HostError(std::string(path) + ": cannot be written (" + std::strerror(errno) + ")");
+    if (!path.empty()) {
+        file.emplace(path);
     }
+    target = file ? openMemory("what the log is to hold") : openNowhere();
     flushAll();
     saved[0] = keep(STDOUT_FILENO);
     saved[1] = keep(STDERR_FILENO);
     dup2(target, STDOUT_FILENO);
     dup2(target, STDERR_FILENO);
-    if (target > STDERR_FILENO) {
-        close(target);
-    }
 }
 
 OutputRedirect::~OutputRedirect()
 {
+    try {
+        finish();
+    } catch (const HostError&) {
+        // Another error is on its way to the user.
+    }
+}
+
+void OutputRedirect::finish()
+{
+    if (finished) {
+        return;
+    }
+    finished = true;
     flushAll();
     putBack(STDOUT_FILENO, saved[0]);
     putBack(STDERR_FILENO, saved[1]);
+    const std::string text = file ? contentsOf(target) : std::string();
+    close(target);
+    if (file) {
+        file->write(text);
+    }
 }
 
 ErrorCapture::ErrorCapture()
 {
-    memory = memfd_create("captured standard error", MFD_CLOEXEC);
-    if (memory < 0) {
-        throw HostError(std::string("standard error cannot be captured (") + std::strerror(errno) + ")");
-    }
+    memory = openMemory("captured standard error");
     flushAll();
     saved = keep(STDERR_FILENO);
     dup2(memory, STDERR_FILENO);
@@ -86,11 +133,7 @@ ErrorCapture::~ErrorCapture()
 std::string ErrorCapture::text()
 {
     flushAll();
-    const off_t size = lseek(memory, 0, SEEK_END);
-    std::string out(static_cast<std::size_t>(size > 0 ? size : 0), '\0');
-    const ssize_t got = pread(memory, &out[0], out.size(), 0);
-    out.resize(static_cast<std::size_t>(got > 0 ? got : 0));
-    return out;
+    return contentsOf(memory);
 }
 
 } // namespace kvo

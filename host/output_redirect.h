@@ -9,9 +9,10 @@
 #ifndef KVO_HOST_OUTPUT_REDIRECT_H
 #define KVO_HOST_OUTPUT_REDIRECT_H
 
+#include <optional>
 #include <string>
 
-#include "host_error.h"
+#include "output_file.h"
 
 namespace kvo {
 
@@ -19,19 +20,26 @@ namespace kvo {
 class OutputRedirect
 {
 public:
-    // file: begun anew; "" drops everything. Throws HostError, with the file's name, when it
-    // cannot be written; nothing is redirected then.
+    // file: "" drops everything. Else it appears at the end, as an OutputFile (output_file.h), and takes the place of
+    // an older one then. Throws HostError, with the file's name, when it cannot be written; nothing is redirected then.
     explicit OutputRedirect(const std::string& file);
-    ~OutputRedirect(); // everything as it was, also when scopes nest
+    ~OutputRedirect(); // finish(), its failure ignored
     OutputRedirect(const OutputRedirect&) = delete;
     OutputRedirect& operator=(const OutputRedirect&) = delete;
 
-    // Descriptors of what standard output and standard error were before. Valid while this object lives.
+    // Everything as it was, also when scopes nest, and the file in its place. Throws HostError when it could not be
+    // written whole. A second call does nothing.
+    void finish();
+
+    // Descriptors of what standard output and standard error were before. Valid until finish().
     int standardOutput() const { return saved[0]; }
     int standardError() const { return saved[1]; }
 
 private:
+    std::optional<OutputFile> file;
+    int target;
     int saved[2];
+    bool finished = false;
 };
 
 // Standard error alone, into memory: for calls whose only report of failure is a line there.

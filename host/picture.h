@@ -43,7 +43,10 @@ struct Picture
 
 // --- Files: errors throw HostError, which names the file and what is wrong ---
 
-// Writes to a temporary name beside the file and renames it: the file is whole, or what it was before.
+// The bytes of a PNG file.
+std::string encodePng(const Picture& picture);
+
+// As an OutputFile (output_file.h): the file is whole, or what it was before.
 void writePng(const Picture& picture, const std::string& path);
 
 Picture readPng(const std::string& path);

@@ -3,10 +3,13 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include <png.h>
-#include <unistd.h>
+
+#include "output_file.h"
 
 namespace kvo {
 
@@ -22,44 +25,43 @@ std::string systemError()
     return std::strerror(errno);
 }
 
-// Empty on success. The file is flushed to the disk's keeping before it may replace an older one.
-std::string writeStream(const Picture& picture, std::FILE* file)
+} // namespace
+
+std::string encodePng(const Picture& picture)
 {
+    char* bytes = nullptr;
+    std::size_t size = 0;
+    std::FILE* memory = open_memstream(&bytes, &size);
+    if (!memory) {
+        throw std::bad_alloc();
+    }
     png_image image{};
     image.version = PNG_IMAGE_VERSION;
     image.width = static_cast<png_uint_32>(picture.width);
     image.height = static_cast<png_uint_32>(picture.height);
     image.format = PNG_FORMAT_RGBA;
-    std::string problem;
-    if (!png_image_write_to_stdio(&image, file, 0, picture.rgba.data(), 0, nullptr)) {
-        problem = image.message;
-    } else if (std::fflush(file) != 0 || fsync(fileno(file)) != 0) {
-        problem = systemError();
-    }
+    const bool made = png_image_write_to_stdio(&image, memory, 0, picture.rgba.data(), 0, nullptr) != 0;
+    const std::string problem = image.message;
     png_image_free(&image);
-    return problem;
+    const bool kept = std::fclose(memory) == 0;
+    const std::string out = made && kept ? std::string(bytes, size) : std::string();
+    std::free(bytes);
+    if (!made || !kept) {
+        throw HostError("the picture cannot be made a PNG file (" + (made ? systemError() : problem) + ")");
+    }
+    return out;
 }
-
-} // namespace
 
 void writePng(const Picture& picture, const std::string& path)
 {
-    const std::string temporary = path + ".tmp" + std::to_string(getpid());
-    std::FILE* file = std::fopen(temporary.c_str(), "wbx");
-    if (!file) {
-        fail(path, "cannot be written (" + systemError() + ")");
+    const OutputFile file(path);
+    std::string bytes;
+    try {
+        bytes = encodePng(picture);
+    } catch (const HostError& error) {
+        fail(path, error.what());
     }
-    std::string problem = writeStream(picture, file);
-    if (std::fclose(file) != 0 && problem.empty()) {
-        problem = systemError();
-    }
-    if (problem.empty() && std::rename(temporary.c_str(), path.c_str()) != 0) {
-        problem = systemError();
-    }
-    if (!problem.empty()) {
-        std::remove(temporary.c_str());
-        fail(path, "cannot be written (" + problem + ")");
-    }
+    file.write(bytes);
 }
 
 Picture readPng(const std::string& path)

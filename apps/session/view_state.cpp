@@ -8,9 +8,9 @@
 #include <memory>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "caeenv.h"
+#include "output_file.h"
 #include "program_error.h"
 #include "state_bytes.h"
 
@@ -68,43 +68,16 @@ private:
     std::string model;
 };
 
-// Removed unless it was renamed.
-struct TemporaryFile
-{
-    std::string path;
-    bool renamed = false;
-    ~TemporaryFile()
-    {
-        if (!renamed) {
-            std::remove(path.c_str());
-        }
-    }
-};
-
-[[noreturn]] void failWriting(const std::string& path, const std::string& why)
-{
-    throw ProgramError(path, "cannot be written (" + why + ")");
-}
-
-// The name is new, so nothing of others is written over.
-void createFile(const TemporaryFile& file, const std::string& path)
-{
-    std::FILE* made = std::fopen(file.path.c_str(), "wbx");
-    if (!made) {
-        failWriting(path, std::strerror(errno));
-    }
-    std::fclose(made);
-}
-
 // A view whose numbers have gone astray, by operations with huge values, could not be restored.
-void checkWritten(const TemporaryFile& file, const ModelLabels& labels, const CAEEnv& env, const std::string& path)
+void checkWritten(const std::string& temporary, const ModelLabels& labels, const CAEEnv& env, const std::string& path)
 {
     try {
-        StateBytes(file.path, env.numParts).check(labels);
+        StateBytes(temporary, env.numParts).check(labels);
     } catch (const ProgramError& error) {
         const std::string what = error.what();
-        const std::size_t place = file.path.size() + 2; // behind "FILE: "
-        failWriting(path, "this view could not be restored: " + what.substr(std::min(place, what.size())));
+        const std::size_t place = temporary.size() + 2; // behind "FILE: "
+        throw ProgramError(path, "cannot be written (this view could not be restored: " +
+                                     what.substr(std::min(place, what.size())) + ")");
     }
 }
 
@@ -126,26 +99,19 @@ void restoreViewState(CAEEnv& env, const ModelLabels& labels, const std::string&
 
 void saveViewState(CAEEnv& env, const ModelLabels& labels, const std::string& path)
 {
-    TemporaryFile temporary{path + ".tmp" + std::to_string(getpid())};
-    createFile(temporary, path);
-    errno = 0;
-    {
-        const ProperNames names(env, labels);
-        if (env.save(temporary.path.c_str()) != 0) {
-            failWriting(path, std::strerror(errno));
-        }
-    }
-    // The library does not look whether writing worked.
-    struct stat status;
     const std::size_t wanted = stateSize(labels.directory.size(), labels.model.size(), env.numParts);
-    if (stat(temporary.path.c_str(), &status) != 0 || static_cast<std::size_t>(status.st_size) != wanted) {
-        failWriting(path, "not all of it was taken; is the disk full?");
-    }
-    checkWritten(temporary, labels, env, path);
-    if (std::rename(temporary.path.c_str(), path.c_str()) != 0) {
-        failWriting(path, std::strerror(errno));
-    }
-    temporary.renamed = true;
+    OutputFile(path).write([&](const std::string& temporary) {
+        const ProperNames names(env, labels);
+        if (env.save(temporary.c_str()) != 0) {
+            throw ProgramError(path, std::string("cannot be written (") + std::strerror(errno) + ")");
+        }
+        // The library does not look whether writing worked.
+        struct stat status;
+        if (stat(temporary.c_str(), &status) != 0 || static_cast<std::size_t>(status.st_size) != wanted) {
+            throw ProgramError(path, "cannot be written (not all of it was taken; is the disk full?)");
+        }
+        checkWritten(temporary, labels, env, path);
+    });
 }
 
 } // namespace kvo

@@ -18,7 +18,8 @@ namespace kvo {
 // saved state holds; the environment is then as it was.
 void restoreViewState(CAEEnv& env, const ModelLabels& labels, const std::string& path);
 
-// With the context current. An older file stays as it was when the new one cannot be written whole (ProgramError).
+// With the context current. As an OutputFile (output_file.h): whole, or what was there before. Throws HostError and
+// ProgramError.
 void saveViewState(CAEEnv& env, const ModelLabels& labels, const std::string& path);
 
 } // namespace kvo

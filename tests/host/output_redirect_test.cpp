@@ -34,7 +34,7 @@ TEST(OutputRedirect, WhatWasBufferedBeforeAndAfterStaysWhereItWas)
         std::printf("inside ");
     }
     std::printf("after ");
-    std::fflush(stdout);
+    outer.finish();
     EXPECT_EQ(readText(folder.file("outer")), "before after ");
     EXPECT_EQ(readText(folder.file("inner")), "inside ");
 }
@@ -49,6 +49,7 @@ TEST(OutputRedirect, TheOldDescriptorsStillReachTheUser)
         dprintf(quiet.standardOutput(), "out\n");
         dprintf(quiet.standardError(), "err\n");
     }
+    user.finish();
     EXPECT_EQ(readText(folder.file("user")), "out\nerr\n");
 }
 
@@ -69,8 +70,31 @@ TEST(OutputRedirect, AnUnwritableFileIsAnErrorAndChangesNothing)
     OutputRedirect outer(folder.file("outer"));
     EXPECT_TRUE(contains(hostError([] { OutputRedirect redirect("/nowhere/at/all"); }), "/nowhere/at/all"));
     std::puts("still here");
-    std::fflush(stdout);
+    outer.finish();
     EXPECT_EQ(readText(folder.file("outer")), "still here\n");
+}
+
+TEST(OutputRedirect, AnOldFileStaysUntilTheEnd)
+{
+    Folder folder;
+    writeText(folder.file("log"), "old text\n");
+    OutputRedirect redirect(folder.file("log"));
+    std::puts("new");
+    std::fflush(stdout);
+    EXPECT_EQ(readText(folder.file("log")), "old text\n");
+    EXPECT_EQ(folder.count(), 1u);
+    redirect.finish();
+    EXPECT_EQ(readText(folder.file("log")), "new\n");
+}
+
+TEST(OutputRedirect, FinishTellsThatTheFileCannotBeWritten)
+{
+    Folder folder;
+    std::filesystem::create_directory(folder.path / "sub");
+    OutputRedirect redirect(folder.file("sub/log"));
+    std::filesystem::remove(folder.path / "sub");
+    std::puts("text");
+    EXPECT_TRUE(contains(hostError([&] { redirect.finish(); }), folder.file("sub/log") + ": cannot be written"));
 }
 
 TEST(ErrorCaptureTest, TakesStandardErrorOnly)
@@ -85,6 +109,7 @@ TEST(ErrorCaptureTest, TakesStandardErrorOnly)
         EXPECT_EQ(capture.text(), "one\ntwo\n");
     }
     std::cerr << "later\n";
+    outer.finish();
     EXPECT_EQ(readText(folder.file("outer")), "output\nlater\n");
 }
 
