@@ -109,15 +109,30 @@ std::string undrawnTable(const Json& deck)
 Json parseDeckFile(const ModelSource& source, const Json::parser_callback_t& wanted)
 {
     std::ifstream file(source.dirName() + "/" + source.modelName() + "/deck.json");
-    if (!file) {
-        return nullptr;
-    }
     try {
-        Json deck = Json::parse(file, wanted);
+        Json deck = file ? Json::parse(file, wanted) : Json();
+        source.checkUnchanged();
+        if (deck.is_null()) {
+            return nullptr;
+        }
         if (deck.at("version").get<int>() != knownVersion) {
             throw ProgramError(source.shownName() + "/deck.json", "is of a version that is not known");
         }
         return deck;
+    } catch (const Json::exception& error) {
+        throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
+    }
+}
+
+// Lists of elements can be long: of the file only the version and this member.
+template <class Value> Value readMember(const ModelSource& source, const char* key)
+{
+    const auto wanted = [key](int depth, Json::parse_event_t event, Json& parsed) {
+        return depth != 1 || event != Json::parse_event_t::key || parsed == "version" || parsed == key;
+    };
+    const Json deck = parseDeckFile(source, wanted);
+    try {
+        return deck.is_null() ? Value{} : deck.at(key).get<Value>();
     } catch (const Json::exception& error) {
         throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
     }
@@ -132,16 +147,12 @@ Json readDeckFile(const ModelSource& source)
 
 std::array<double, 3> readOrigin(const ModelSource& source)
 {
-    // Lists of elements can be long.
-    const auto wanted = [](int depth, Json::parse_event_t event, Json& parsed) {
-        return depth != 1 || event != Json::parse_event_t::key || parsed == "version" || parsed == "origin";
-    };
-    const Json deck = parseDeckFile(source, wanted);
-    try {
-        return deck.is_null() ? std::array<double, 3>{} : deck.at("origin").get<std::array<double, 3>>();
-    } catch (const Json::exception& error) {
-        throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
-    }
+    return readMember<std::array<double, 3>>(source, "origin");
+}
+
+std::vector<std::string> readSources(const ModelSource& source)
+{
+    return readMember<std::vector<std::string>>(source, "sources");
 }
 
 std::string formatOrigin(const std::array<double, 3>& origin)

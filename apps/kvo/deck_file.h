@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "json.h"
 #include "model_source.h"
@@ -19,6 +20,9 @@ Json readDeckFile(const ModelSource& source);
 std::array<double, 3> readOrigin(const ModelSource& source);
 // What a user has to add to the model's coordinates, in one line with its end; "" for zeros.
 std::string formatOrigin(const std::array<double, 3>& origin);
+
+// The deck and the files that it includes, as they were named when it was read.
+std::vector<std::string> readSources(const ModelSource& source);
 
 // Tables of sets, of what parts are made of, and of what is not drawn; what there is nothing of is left out.
 std::string formatDeckFile(const Json& deck);

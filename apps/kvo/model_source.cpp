@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "caeenv.h"
@@ -63,6 +64,38 @@ private:
     int descriptor;
 };
 
+// The index of a model directory, as it was: a model that takes its place brings one of its own. Held open, so that
+// its number is given to no other file.
+class HeldIndex
+{
+public:
+    explicit HeldIndex(const std::string& path) : descriptor(open(path.c_str(), O_PATH | O_CLOEXEC))
+    {
+        there = descriptor >= 0 && fstat(descriptor, &first) == 0;
+    }
+    ~HeldIndex()
+    {
+        if (descriptor >= 0) {
+            close(descriptor);
+        }
+    }
+    HeldIndex(const HeldIndex&) = delete;
+    HeldIndex& operator=(const HeldIndex&) = delete;
+
+    bool isStill(const std::string& path) const
+    {
+        struct stat now;
+        return there && stat(path.c_str(), &now) == 0 && now.st_dev == first.st_dev && now.st_ino == first.st_ino &&
+               now.st_size == first.st_size && now.st_mtim.tv_sec == first.st_mtim.tv_sec &&
+               now.st_mtim.tv_nsec == first.st_mtim.tv_nsec;
+    }
+
+private:
+    int descriptor;
+    struct stat first;
+    bool there;
+};
+
 std::size_t pathLength(const std::string& dir, const std::string& model)
 {
     return dir.size() + 1 + model.size() + std::strlen("/part_start");
@@ -91,6 +124,24 @@ struct ModelSource::Impl
     ModelInfo info;
     std::unique_ptr<TemporaryDirectory> temporary;
     std::unique_ptr<ShortName> alias;
+    std::unique_ptr<HeldIndex> index;
+
+    std::string indexPath() const { return dir + "/" + model + "/part_start"; }
+    bool isUnchanged() const { return index->isStill(indexPath()); }
+
+    // A model that is replaced meanwhile is read anew, a few times.
+    bool readInfo(std::string& problem)
+    {
+        bool read = false;
+        for (int attempt = 0; attempt < 5; ++attempt) {
+            index = std::make_unique<HeldIndex>(indexPath());
+            read = readModelInfo(dir, model, &info, &problem);
+            if (isUnchanged()) {
+                break;
+            }
+        }
+        return read;
+    }
 
     void useDirectory(const fs::path& path)
     {
@@ -147,7 +198,7 @@ ModelSource::ModelSource(const std::string& path) : impl(new Impl)
     impl->trueName = full.filename().string();
     impl->shortenPath();
     std::string problem;
-    if (!readModelInfo(impl->dir, impl->model, &impl->info, &problem)) {
+    if (!impl->readInfo(problem)) {
         throw ProgramError(withRealNames(problem));
     }
 }
@@ -200,6 +251,18 @@ const ModelInfo& ModelSource::info() const
     return impl->info;
 }
 
+bool ModelSource::isDeck() const
+{
+    return impl->temporary != nullptr;
+}
+
+void ModelSource::checkUnchanged() const
+{
+    if (!impl->isUnchanged()) {
+        throw ProgramError(impl->shown, "was replaced while it was read; run the command again");
+    }
+}
+
 void warnOfLeftOut(const ModelSource& source)
 {
     if (!source.leftOut().empty()) {
@@ -213,6 +276,7 @@ void loadParts(CAEEnv& env, const ModelSource& source)
     ErrorCapture errors;
     const int failed = env.getAll(nullptr);
     const std::string reported = errors.text();
+    source.checkUnchanged();
     if (!reported.empty()) {
         throw ProgramError(source.withRealNames(firstReport(reported)));
     }

@@ -38,6 +38,13 @@ public:
 
     const ModelInfo& info() const;
 
+    // Is it a deck, imported for the while?
+    bool isDeck() const;
+
+    // Throws ProgramError when another model has taken this one's place since this object was made: what has been read
+    // since may be that one's. For the end of every reading.
+    void checkUnchanged() const;
+
     // What of a deck is not in the model, in one line; "" when nothing is missing.
     const std::string& leftOut() const;
 
