@@ -59,18 +59,26 @@ void FileRoles::addStream(int descriptor, const char* what)
     }
 }
 
+namespace {
+
+[[noreturn]] void conflict(const std::string& what, const std::string& path, const std::string& where)
+{
+    throw FileConflict(what + ": \"" + path + "\" " + where);
+}
+
+} // namespace
+
 void FileRoles::reads(const std::string& path, const std::string& what)
 {
     const Role input = {path, what, identityOf(path)};
     for (const Role& output : outputs) {
         if (input.isSame(output)) {
-            throw FileConflict((output.path.empty() ? path : output.path) + ": " + output.what +
-                               " would be written over " + what);
+            conflict(output.what, output.path.empty() ? path : output.path, "is also " + what);
         }
     }
     for (const Role& folder : folders) {
         if (input.liesIn(folder)) {
-            throw FileConflict(path + ": " + what + " lies in " + folder.what + ", which is replaced");
+            conflict(what, path, "lies in " + folder.what + ", which is replaced");
         }
     }
     inputs.push_back(input);
@@ -78,19 +86,16 @@ void FileRoles::reads(const std::string& path, const std::string& what)
 
 void FileRoles::checkOutput(const Role& output) const
 {
-    for (const Role& input : inputs) {
-        if (output.isSame(input)) {
-            throw FileConflict(output.path + ": " + output.what + " would be written over " + input.what);
-        }
-    }
-    for (const Role& other : outputs) {
-        if (output.isSame(other) && output.what != other.what) {
-            throw FileConflict(output.path + ": would be written twice, as " + other.what + " and as " + output.what);
+    for (const std::vector<Role>* others : {&inputs, &outputs}) {
+        for (const Role& other : *others) {
+            if (output.isSame(other) && output.what != other.what) {
+                conflict(output.what, output.path, "is also " + other.what);
+            }
         }
     }
     for (const Role& folder : folders) {
         if (output.liesIn(folder)) {
-            throw FileConflict(output.path + ": " + output.what + " lies in " + folder.what + ", which is replaced");
+            conflict(output.what, output.path, "lies in " + folder.what + ", which is replaced");
         }
     }
 }
@@ -109,7 +114,7 @@ void FileRoles::writesFolder(const std::string& path, const std::string& what)
     for (const std::vector<Role>* roles : {&inputs, &outputs}) {
         for (const Role& role : *roles) {
             if (role.liesIn(folder)) {
-                throw FileConflict(role.path + ": " + role.what + " lies in " + what + ", which is replaced");
+                conflict(role.what, role.path, "lies in " + what + ", which is replaced");
             }
         }
     }

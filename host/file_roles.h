@@ -2,7 +2,7 @@
 //
 //   kvo::FileRoles roles;
 //   roles.reads("bracket.inp", "the deck");
-//   roles.writes("bracket.inp", "--log"); // throws: bracket.inp: --log would be written over the deck
+//   roles.writes("bracket.inp", "--log"); // throws: --log: "bracket.inp" is also the deck
 //
 // Files are compared by what they are (device and inode), not by name: links of both kinds and ways through other
 // folders make no difference. All roles are known before the first file is written.

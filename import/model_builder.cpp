@@ -310,19 +310,33 @@ void writeModel(const Mesh& mesh, const std::string& folder, const std::string& 
     }
 }
 
+std::filesystem::path modelPath(const std::string& modelDir)
+{
+    const std::filesystem::path path = std::filesystem::path(modelDir).lexically_normal();
+    return path.has_filename() ? path : path.parent_path(); // "models/bracket/"
+}
+
 } // namespace
 
-void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLog& log, const ModelOptions& options)
+void checkModelName(const std::string& modelDir)
 {
-    std::filesystem::path path = std::filesystem::path(modelDir).lexically_normal();
-    if (!path.has_filename()) {
-        path = path.parent_path(); // "models/bracket/"
-    }
-    const std::string folder = path.has_parent_path() ? path.parent_path().string() : ".";
-    const std::string name = path.filename().string();
+    const std::string name = modelPath(modelDir).filename().string();
     if (name.empty() || name == "." || name == "..") {
         throw ImportError({modelDir, 0}, "is no name for a model directory");
     }
+    if (name.size() > longestModelName) {
+        throw ImportError({modelDir, 0}, "the model's name has " + std::to_string(name.size()) +
+                                             " bytes; a model with more than " + std::to_string(longestModelName) +
+                                             " could not be loaded");
+    }
+}
+
+void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLog& log, const ModelOptions& options)
+{
+    checkModelName(modelDir);
+    const std::filesystem::path path = modelPath(modelDir);
+    const std::string folder = path.has_parent_path() ? path.parent_path().string() : ".";
+    const std::string name = path.filename().string();
     if (mesh.nodeCount() == 0) {
         throw ImportError({sourceName(mesh), 0}, "the deck has no nodes");
     }

@@ -2,6 +2,7 @@
 #ifndef KVO_IMPORT_MODEL_BUILDER_H
 #define KVO_IMPORT_MODEL_BUILDER_H
 
+#include <cstddef>
 #include <string>
 
 #include "import_log.h"
@@ -15,6 +16,13 @@ struct ModelOptions
     // coordinates far from 0 lose small edges in single precision.
     bool shiftOrigin = false;
 };
+
+// Bytes of a model's name. With a longer one not even a short name for the folder that it lies in makes a path that the
+// drawing library can load.
+constexpr std::size_t longestModelName = 100;
+
+// Throws ImportError for a path whose last component is no name for a model that can be loaded.
+void checkModelName(const std::string& modelDir);
 
 // Writes the model to modelDir (its last component is the model's name) in place of what lies there. Elements of
 // several families in one part make several parts: the largest piece keeps the part's id, the others get ids above the

@@ -9,9 +9,11 @@
 #include <CLI/CLI.hpp>
 
 #include "container_reader.h"
+#include "file_roles.h"
 #include "isolated.h"
 #include "log_report.h"
 #include "model_builder.h"
+#include "standard_streams.h"
 
 namespace {
 
@@ -71,6 +73,10 @@ std::uint64_t sizeOf(const std::string& path)
 
 int run(const Options& options)
 {
+    kvo::FileRoles roles;
+    roles.reads(options.deck, "the file to read");
+    roles.writesFolder(options.output, "--output");
+    kvo::checkModelName(options.output);
     const kvo::IsolatedResult result =
         kvo::runIsolated([&] { return convert(options); }, kvo::memoryForFile(sizeOf(options.deck)));
     const std::string report =
@@ -93,7 +99,11 @@ int run(const Options& options)
         log.print(std::cout);
     }
     std::cout.flush();
-    return std::cout ? 0 : exitFailure;
+    if (!std::cout) {
+        std::fprintf(stderr, "kvo-convert: standard output cannot be written\n");
+        return exitFailure;
+    }
+    return 0;
 }
 
 std::vector<std::string> formatKeys()
@@ -109,6 +119,7 @@ std::vector<std::string> formatKeys()
 
 int main(int argc, char** argv)
 {
+    kvo::openStandardStreams();
     CLI::App program("Writes a model directory from a CGNS, Exodus II or MED file.", "kvo-convert");
     Options options;
     program.set_version_flag("--version", "kvo-convert " KVO_VERSION);
@@ -127,6 +138,9 @@ int main(int argc, char** argv)
         return program.exit(request);
     } catch (const CLI::ParseError& error) {
         std::fprintf(stderr, "kvo-convert: %s; see kvo-convert --help\n", error.what());
+        return exitUsage;
+    } catch (const kvo::FileConflict& error) {
+        std::fprintf(stderr, "kvo-convert: %s\n", error.what());
         return exitUsage;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "kvo-convert: %s\n", error.what());

@@ -23,6 +23,9 @@ void importDeck(const std::string& deck, const std::string& modelDirectory, Impo
         }
     }
     const Mesh mesh = readDeck(deck, log, std::move(progress), format);
+    if (options.sourcesKnown) {
+        options.sourcesKnown(mesh.sourceFiles);
+    }
     ModelOptions model;
     model.shiftOrigin = options.shiftOrigin;
     writeModelDirectory(mesh, modelDirectory, log, model);

@@ -2,6 +2,7 @@
 #ifndef KVO_DECK_IMPORT_H
 #define KVO_DECK_IMPORT_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,9 @@ struct DeckOptions
 {
     std::string format;       // key of a format (deck.h); empty: by content and suffix
     bool shiftOrigin = false; // ModelOptions::shiftOrigin
+    // Called with the deck and the files that it includes, when they are known and nothing is written yet; not for what
+    // kvo-convert reads. What it throws ends the import.
+    std::function<void(const std::vector<std::string>& sources)> sourcesKnown;
 };
 
 // Reads the deck and writes the model directory. Throws an exception whose message is "FILE:LINE: what"; what stood

@@ -1,18 +1,21 @@
 // kvo import: a model directory from a deck.
-#include <fstream>
 #include <iostream>
 #include <limits>
 #include <memory>
+#include <sstream>
 
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
 #include "container.h"
 #include "deck.h"
+#include "deck_file.h"
 #include "deck_import.h"
+#include "file_checks.h"
+#include "model_builder.h"
 #include "model_source.h"
 #include "model_summary.h"
-#include "named_files.h"
+#include "output_file.h"
 #include "program_error.h"
 #include "progress_bar.h"
 
@@ -69,18 +72,34 @@ void printSummary(std::ostream& out, const ImportOptions& options, const ModelIn
 
 void writeLog(const ImportOptions& options, const ModelInfo& info, const ImportLog& log)
 {
-    std::ofstream out(options.log);
+    std::ostringstream out;
     printSummary(out, options, info);
     log.print(out);
-    out.close();
-    if (!out) {
-        throw ProgramError(options.log, "cannot be written");
+    OutputFile(options.log).write(out.str());
+}
+
+FileRoles filesOf(const ImportOptions& options)
+{
+    FileRoles roles;
+    roles.reads(options.deck, "the deck");
+    roles.writesFolder(options.output, "--output");
+    addOutput(roles, options.log, "--log");
+    checkModelName(options.output);
+    return roles;
+}
+
+void addSources(FileRoles& roles, const std::vector<std::string>& sources)
+{
+    for (const std::string& file : sources) {
+        roles.reads(file, "a file of the deck");
     }
 }
 
 void import(const ImportOptions& options)
 {
-    checkWrittenFiles({{"--output", options.output}, {"--log", options.log}}, {{"the deck", options.deck}});
+    FileRoles roles = filesOf(options);
+    DeckOptions reading = options.reading;
+    reading.sourcesKnown = [&roles](const std::vector<std::string>& sources) { addSources(roles, sources); };
     const bool everything = !options.log.empty();
     ImportLog log(everything ? std::numeric_limits<std::size_t>::max() : 5);
     {
@@ -90,9 +109,10 @@ void import(const ImportOptions& options)
             [&](std::uint64_t done, std::uint64_t total) {
                 bar.update(total ? static_cast<double>(done) / static_cast<double>(total) : 0);
             },
-            options.reading);
+            reading);
     }
     const ModelSource model(options.output);
+    addSources(roles, readSources(model)); // those that kvo-convert has read
     printSummary(std::cout, options, model.info());
     if (!everything) {
         log.print(std::cout);

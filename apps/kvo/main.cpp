@@ -8,7 +8,9 @@
 
 #include "command_words.h"
 #include "commands.h"
+#include "file_roles.h"
 #include "program_error.h"
+#include "standard_streams.h"
 
 namespace {
 
@@ -55,6 +57,7 @@ int parseAndRun(CLI::App& program, int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    kvo::openStandardStreams();
     CLI::App program("Finite-element models: imports decks, says what is in them, draws them without a display.",
                      "kvo");
     program.set_version_flag("--version", "kvo " KVO_VERSION);
@@ -71,6 +74,8 @@ int main(int argc, char** argv)
         std::cout.flush();
         return std::cout ? status : fail("standard output cannot be written", kvo::exitFailure);
     } catch (const kvo::UsageError& error) {
+        return fail(error.what(), kvo::exitUsage);
+    } catch (const kvo::FileConflict& error) {
         return fail(error.what(), kvo::exitUsage);
     } catch (const std::bad_alloc&) {
         return fail("this needs more memory than there is", kvo::exitFailure);

@@ -8,6 +8,7 @@
 
 #include "bitmap_font.h"
 #include "caeenv.h"
+#include "file_checks.h"
 #include "headless_context.h"
 #include "model_source.h"
 #include "mtrans.h"
@@ -144,6 +145,20 @@ void ModelSession::drawFrame()
 Picture ModelSession::picture()
 {
     return impl->target.read();
+}
+
+void ModelSession::writePicture(const Picture& picture, const std::string& path)
+{
+    if (path == standardOutputName) {
+        print(encodePng(picture));
+    } else {
+        writePng(picture, path);
+    }
+}
+
+void ModelSession::finish()
+{
+    impl->quiet.finish();
 }
 
 void ModelSession::print(const std::string& text)

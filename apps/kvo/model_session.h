@@ -51,6 +51,11 @@ public:
     Picture picture() override;
     void print(const std::string& text) override; // on the program's standard output
 
+    // The picture of a command line: to the file, or to standard output for "-".
+    void writePicture(const Picture& picture, const std::string& path);
+    // Puts the log in its place. Nothing is drawn or printed after it. Throws HostError.
+    void finish();
+
 private:
     struct Impl;
     std::unique_ptr<Impl> impl;

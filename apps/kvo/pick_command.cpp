@@ -8,10 +8,10 @@
 #include "commands.h"
 #include "deck_file.h"
 #include "drawing_options.h"
+#include "file_checks.h"
 #include "json.h"
 #include "model_session.h"
 #include "model_source.h"
-#include "named_files.h"
 #include "numbers.h"
 #include "program_error.h"
 #include "scene_options.h"
@@ -195,8 +195,6 @@ std::string asTable(const std::vector<Picked>& hits, const PickOptions& options,
 
 void pick(const PickOptions& options)
 {
-    checkWrittenFiles({{"--log", options.drawing.log}},
-                      {{"the model", options.model}, {"--ops", options.scene.ops}, {"--state", options.scene.state}});
     const Operation place = parsePlace(options);
     const SceneSetup scene = parseScene(options.scene);
     const SessionOptions settings =
@@ -207,7 +205,12 @@ void pick(const PickOptions& options)
     if (scene.looks.contract && !options.polygon.empty()) {
         throw UsageError("--polygon goes through the scene, which --contract does without");
     }
+    FileRoles roles;
+    roles.reads(options.model, "the model");
+    addScene(roles, scene);
+    addOutput(roles, options.drawing.log, "--log");
     const ModelSource source(options.model);
+    addModel(roles, source);
     warnOfLeftOut(source);
     ModelSession session(source, settings);
     openScene(session, scene);
@@ -216,6 +219,7 @@ void pick(const PickOptions& options)
         describeHits(session.env(), session.labels(), static_cast<unsigned int>(place.code),
                      pickHits(session, session.picker(), place));
     session.print(options.json ? asJson(hits, options, region, source, settings) : asTable(hits, options, source));
+    session.finish();
 }
 
 } // namespace

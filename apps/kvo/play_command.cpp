@@ -7,9 +7,9 @@
 #include "commands.h"
 #include "deck_file.h"
 #include "drawing_options.h"
+#include "file_checks.h"
 #include "model_session.h"
 #include "model_source.h"
-#include "named_files.h"
 #include "program_error.h"
 #include "scene_options.h"
 #include "vocabulary.h"
@@ -55,6 +55,18 @@ EXAMPLES
 )";
 }
 
+FileRoles filesOf(const PlayOptions& options, const Session& played, const std::string& model)
+{
+    FileRoles roles;
+    roles.reads(model, "the model");
+    addSession(roles, played, "the session");
+    if (!options.output.empty()) {
+        addPicture(roles, options.output, played);
+    }
+    addOutput(roles, options.drawing.log, "--log");
+    return roles;
+}
+
 void play(const PlayOptions& options)
 {
     if (!options.output.empty()) {
@@ -62,15 +74,15 @@ void play(const PlayOptions& options)
     }
     const Session played = readSession(options.session);
     const std::string model = options.model.empty() ? played.modelPath() : options.model;
-    checkWrittenFiles({{"--output", options.output}, {"--log", options.drawing.log}},
-                      {{"the session", options.session}, {"the model", model}});
     const LookSetup looks = parseLooks(options.looks);
     const SessionOptions settings =
         sessionOptions(options.drawing, looks, played.width ? played.width : 1280, played.height ? played.height : 960);
     if (model.empty()) {
         throw UsageError(options.session + ": the session has no MODEL line, so the command line must name a model");
     }
+    FileRoles roles = filesOf(options, played, model);
     const ModelSource source(model);
+    addModel(roles, source);
     warnOfLeftOut(source);
     const std::string moved = formatOrigin(readOrigin(source));
     if (!moved.empty()) {
@@ -81,8 +93,9 @@ void play(const PlayOptions& options)
     session.drawFrame();
     playSession(session, session.picker(), played);
     if (!options.output.empty()) {
-        writePng(session.picture(), options.output);
+        session.writePicture(session.picture(), options.output);
     }
+    session.finish();
 }
 
 } // namespace

@@ -6,11 +6,11 @@
 #include "commands.h"
 #include "contact_sheet.h"
 #include "drawing_options.h"
+#include "file_checks.h"
 #include "model_session.h"
 #include "model_source.h"
 #include "model_summary.h"
 #include "mtrans.h"
-#include "named_files.h"
 #include "program_error.h"
 #include "scene_options.h"
 #include "view_state.h"
@@ -39,7 +39,8 @@ std::string manual()
     return std::string(R"(
 PICTURE
   The model is drawn undistorted and fills the picture up to a small margin, whatever its shape. OUT.png
-  is written whole or not at all.
+  is written whole or not at all; - is standard output. No output takes the place of what is no file, of
+  what the command reads or of another output.
 )") + describeLooks() +
            R"(
 PARTS
@@ -127,16 +128,6 @@ void checkMode(const RenderOptions& options)
     }
 }
 
-void checkFiles(const RenderOptions& options)
-{
-    checkPictureName(options.output, "--output");
-    checkWrittenFiles(
-        {{"--output", options.output}, {"--log", options.drawing.log}, {"--save-state", options.saveState}},
-        {{"the model", options.model}, {"--ops", options.scene.ops}});
-    checkWrittenFiles({{"--output", options.output}, {"--log", options.drawing.log}},
-                      {{"--state", options.scene.state}});
-}
-
 SceneSetup sceneOf(const RenderOptions& options)
 {
     checkMode(options);
@@ -151,9 +142,21 @@ SceneSetup sceneOf(const RenderOptions& options)
     return out;
 }
 
+FileRoles filesOf(const RenderOptions& options, const SceneSetup& scene)
+{
+    FileRoles roles;
+    roles.reads(options.model, "the model");
+    const bool sameState = !options.saveState.empty() && sameFile(scene.state, options.saveState);
+    addScene(roles, scene, !sameState);
+    addPicture(roles, options.output, scene.session);
+    addOutput(roles, options.saveState, "--save-state");
+    addOutput(roles, options.drawing.log, "--log");
+    return roles;
+}
+
 void render(const RenderOptions& options)
 {
-    checkFiles(options);
+    checkPictureName(options.output, "--output");
     const SceneSetup scene = sceneOf(options);
     SessionOptions settings = pictureOptions(options, scene);
     std::unique_ptr<ContactSheet> sheet;
@@ -163,12 +166,15 @@ void render(const RenderOptions& options)
         settings.width = sheet->viewWidth();
         settings.height = sheet->viewHeight();
     }
+    FileRoles roles = filesOf(options, scene);
     const ModelSource source(options.model);
+    addModel(roles, source);
     warnOfLeftOut(source);
     ModelSession session(source, settings);
     openScene(session, scene);
     const Picture picture = sheet ? drawSheet(session, *sheet, source, scene) : drawPicture(session, options, scene);
-    writePng(picture, options.output);
+    session.writePicture(picture, options.output);
+    session.finish();
 }
 
 } // namespace

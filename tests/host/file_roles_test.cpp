@@ -31,7 +31,7 @@ TEST_F(Roles, InputsAreNotWrittenUnderAnyName)
     roles.reads(in, "the deck");
     for (const char* name : {"in", "soft", "hard", "here/in", "sub/../in", "./in"}) {
         EXPECT_EQ(hostError([&] { roles.writes(folder.file(name), "--log"); }),
-                  folder.file(name) + ": --log would be written over the deck");
+                  "--log: \"" + folder.file(name) + "\" is also the deck");
     }
     roles.writes(folder.file("other"), "--log");
 }
@@ -40,7 +40,7 @@ TEST_F(Roles, TheOrderMakesNoDifference)
 {
     roles.writes(folder.file("hard"), "--log");
     EXPECT_EQ(hostError([&] { roles.reads(in, "the deck"); }),
-              folder.file("hard") + ": --log would be written over the deck");
+              "--log: \"" + folder.file("hard") + "\" is also the deck");
 }
 
 TEST_F(Roles, NothingIsWrittenTwice)
@@ -48,7 +48,7 @@ TEST_F(Roles, NothingIsWrittenTwice)
     roles.writes(folder.file("new"), "the picture");
     for (const char* name : {"new", "here/new", "sub/../new"}) {
         EXPECT_EQ(hostError([&] { roles.writes(folder.file(name), "--log"); }),
-                  folder.file(name) + ": would be written twice, as the picture and as --log");
+                  "--log: \"" + folder.file(name) + "\" is also the picture");
     }
     roles.writes(folder.file("new"), "the picture"); // by the same again
     roles.writes(folder.file("sub/new"), "--log");   // an equal name elsewhere
@@ -66,7 +66,7 @@ TEST_F(Roles, AFolderThatIsWrittenTakesAllThatIsInIt)
     writeText(folder.file("sub/deck"), "deck");
     roles.writesFolder(folder.file("sub"), "the model");
     EXPECT_EQ(hostError([&] { roles.reads(folder.file("here/sub/deck"), "the deck"); }),
-              folder.file("here/sub/deck") + ": the deck lies in the model, which is replaced");
+              "the deck: \"" + folder.file("here/sub/deck") + "\" lies in the model, which is replaced");
     EXPECT_THROW(roles.writes(folder.file("sub/log"), "--log"), kvo::FileConflict);
     EXPECT_THROW(roles.writes(folder.file("sub"), "--log"), kvo::FileConflict);
     roles.writes(folder.file("log"), "--log");
@@ -83,8 +83,8 @@ TEST_F(Roles, StandardOutputIsAnOutput)
             _exit(9);
         }
         FileRoles own;
-        const bool told = contains(hostError([&] { own.writes(folder.file("out"), "the picture"); }),
-                                   "as standard output and as the picture");
+        const bool told =
+            contains(hostError([&] { own.writes(folder.file("out"), "the picture"); }), "is also standard output");
         _exit(told ? 0 : 1);
     };
     EXPECT_EXIT(inChild(), testing::ExitedWithCode(0), "");

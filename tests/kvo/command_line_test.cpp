@@ -230,7 +230,7 @@ TEST(CommandLine, WhatGoesTogetherIsNoError)
           {"--mode", "line", "--style", "shaded"},
           {"--ghosts", "--ghosts", "--no-legend"},
           {"--color-by", "quality:skew", "--color-bands", "0"},
-          {"--log", "/dev/null", "--save-state", folder.file("state")},
+          {"--log", folder.file("log"), "--save-state", folder.file("state")},
           {"--state", folder.file("state"), "--save-state", folder.file("state")}}) {
         std::vector<std::string> words = {"render", deck, "-o", picture, "--size", "40x30", "--device", "software"};
         words.insert(words.end(), options.begin(), options.end());

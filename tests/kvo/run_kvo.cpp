@@ -15,8 +15,9 @@
 
 namespace {
 
+// The program runs by itself, or as what a shell is told to run.
 [[noreturn]] void becomeKvo(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
-                            int out, int err)
+                            int out, int err, const std::string& shellText = "")
 {
     dup2(out, STDOUT_FILENO);
     dup2(err, STDERR_FILENO);
@@ -30,11 +31,15 @@ namespace {
         setenv(entry.substr(0, entry.find('=')).c_str(), entry.substr(entry.find('=') + 1).c_str(), 1);
     }
     std::vector<char*> words = {const_cast<char*>("kvo")};
+    if (!shellText.empty()) {
+        words = {const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(shellText.c_str()),
+                 const_cast<char*>(KVO_PROGRAM)};
+    }
     for (const std::string& argument : arguments) {
         words.push_back(const_cast<char*>(argument.c_str()));
     }
     words.push_back(nullptr);
-    execv(KVO_PROGRAM, words.data());
+    execv(shellText.empty() ? KVO_PROGRAM : "/bin/sh", words.data());
     _exit(127);
 }
 
@@ -47,14 +52,17 @@ int waitFor(pid_t child)
 
 } // namespace
 
-KvoRun runKvo(const std::vector<std::string>& arguments, const std::vector<std::string>& environment)
+namespace {
+
+KvoRun runWith(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
+               const std::string& shellText)
 {
     const TemporaryFolder folder;
     const int out = open(folder.file("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     const int err = open(folder.file("err").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
     const pid_t child = fork();
     if (child == 0) {
-        becomeKvo(arguments, environment, out, err);
+        becomeKvo(arguments, environment, out, err, shellText);
     }
     close(out);
     close(err);
@@ -63,6 +71,18 @@ KvoRun runKvo(const std::vector<std::string>& arguments, const std::vector<std::
     run.out = readText(folder.file("out"));
     run.err = readText(folder.file("err"));
     return run;
+}
+
+} // namespace
+
+KvoRun runKvo(const std::vector<std::string>& arguments, const std::vector<std::string>& environment)
+{
+    return runWith(arguments, environment, "");
+}
+
+KvoRun runKvoRedirected(const std::vector<std::string>& arguments, const std::string& redirections)
+{
+    return runWith(arguments, {}, "exec \"$0\" \"$@\" " + redirections);
 }
 
 KvoRun runKvoOnTerminal(const std::vector<std::string>& arguments)

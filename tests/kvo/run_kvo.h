@@ -16,6 +16,9 @@ struct KvoRun
 // Draws with Mesa's processor driver. environment: further "NAME=value".
 KvoRun runKvo(const std::vector<std::string>& arguments, const std::vector<std::string>& environment = {});
 
+// Through a shell, with these words after the command line: ">&-", "> /dev/full".
+KvoRun runKvoRedirected(const std::vector<std::string>& arguments, const std::string& redirections);
+
 // As above, with a terminal as standard error; err is what came out of the terminal.
 KvoRun runKvoOnTerminal(const std::vector<std::string>& arguments);
 
