@@ -53,6 +53,10 @@ KVO_EXPORT Box visibleBox(CAEEnv& env);
 // loaded.
 KVO_EXPORT Framing applyFrame(CAEEnv& env, int width, int height);
 
+// After that, for pictures that are the mean of several frames: what is drawn from here on is moved by fractions of a
+// pixel, right and up. Text and other bitmaps stay. Throws std::runtime_error for a context without OpenGL 4.1.
+KVO_EXPORT void shiftFrame(float right, float up);
+
 } // namespace kvo
 
 #endif

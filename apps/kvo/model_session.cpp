@@ -1,7 +1,9 @@
 // Context, environment and frames.
 #include "model_session.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <optional>
 
 #include <GL/gl.h>
 #include <unistd.h>
@@ -9,6 +11,7 @@
 #include "bitmap_font.h"
 #include "caeenv.h"
 #include "file_checks.h"
+#include "frame_mean.h"
 #include "headless_context.h"
 #include "model_source.h"
 #include "mtrans.h"
@@ -64,13 +67,42 @@ struct ModelSession::Impl
     CAEEnv env;
     ModelLabels labels;
     std::unique_ptr<DrawingPath> path;
+    std::optional<MTransform> beforeFrame; // the last one, where it may have to be drawn again
 
     Impl(const ModelSource& source, const SessionOptions& o)
         : options(o), quiet(o.log), context(o.device), target(o.width, o.height, o.samples), font(labelHeight),
           env(source.dirName().c_str(), source.modelName().c_str(), o.shadeModel)
     {
     }
+
+    // How many frames a picture is the mean of. A driver without several samples draws single frames up to 4.
+    int framesOfPicture() const
+    {
+        const int own = std::max(1, target.samples());
+        return options.samples > 4 ? std::max(1, options.samples / own) : 1;
+    }
+    Picture meanOfFrames();
 };
+
+// The last frame is drawn again and again from what was before it: an operation takes effect once, and the marks of one
+// frame stay in the picture.
+Picture ModelSession::Impl::meanOfFrames()
+{
+    MTransform& transform = *env.getMTransformPtr();
+    const MTransform after = transform;
+    FrameMean mean;
+    for (int k = 0; k < framesOfPicture(); ++k) {
+        float move[2];
+        frameShift(k, framesOfPicture(), std::max(1, target.samples()), move);
+        path->shift(move[0], move[1]);
+        transform = *beforeFrame;
+        path->drawFrame(target.width(), target.height());
+        mean.add(target.read());
+    }
+    path->shift(0, 0);
+    transform = after;
+    return mean.mean();
+}
 
 ModelSession::ModelSession(const ModelSource& source, const SessionOptions& options) : impl(new Impl(source, options))
 {
@@ -139,12 +171,15 @@ void ModelSession::resetView()
 
 void ModelSession::drawFrame()
 {
+    if (impl->framesOfPicture() > 1) {
+        impl->beforeFrame = *impl->env.getMTransformPtr();
+    }
     impl->path->drawFrame(width(), height());
 }
 
 Picture ModelSession::picture()
 {
-    return impl->target.read();
+    return impl->beforeFrame ? impl->meanOfFrames() : impl->target.read();
 }
 
 void ModelSession::writePicture(const Picture& picture, const std::string& path)

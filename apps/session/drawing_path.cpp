@@ -27,6 +27,12 @@ public:
         view.draw();
     }
 
+    void shift(float right, float up) override
+    {
+        view.look.pixelShift[0] = right;
+        view.look.pixelShift[1] = up;
+    }
+
     Picker& picker() override { return ownPicker; }
 
 private:
@@ -42,15 +48,23 @@ public:
     void drawFrame(int width, int height) override
     {
         applyFrame(env, width, height);
+        shiftFrame(pixelShift[0], pixelShift[1]);
         // Selected nodes are lit by whatever normal was given last; so that is not one of the frame before.
         glNormal3f(0, 0, 1);
         env.renderModel();
+    }
+
+    void shift(float right, float up) override
+    {
+        pixelShift[0] = right;
+        pixelShift[1] = up;
     }
 
     Picker& picker() override { return ownPicker; }
 
 private:
     CAEEnv& env;
+    float pixelShift[2] = {0, 0};
     ContractPicker ownPicker;
 };
 

@@ -24,6 +24,8 @@ public:
     // Into the bound framebuffer, from its lower left corner, framed to the parts that are shown. The context must be
     // current, here and in the destructor.
     virtual void drawFrame(int width, int height) = 0;
+    // From now on frames are drawn moved by fractions of a pixel, right and up.
+    virtual void shift(float right, float up) = 0;
     virtual Picker& picker() = 0; // for the last frame; lives as long as this
 };
 

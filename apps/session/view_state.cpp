@@ -68,6 +68,11 @@ private:
     std::string model;
 };
 
+[[noreturn]] void failWriting(const std::string& path, const std::string& why)
+{
+    throw ProgramError(path, "cannot be written (" + why + ")");
+}
+
 // A view whose numbers have gone astray, by operations with huge values, could not be restored.
 void checkWritten(const std::string& temporary, const ModelLabels& labels, const CAEEnv& env, const std::string& path)
 {
@@ -76,8 +81,7 @@ void checkWritten(const std::string& temporary, const ModelLabels& labels, const
     } catch (const ProgramError& error) {
         const std::string what = error.what();
         const std::size_t place = temporary.size() + 2; // behind "FILE: "
-        throw ProgramError(path, "cannot be written (this view could not be restored: " +
-                                     what.substr(std::min(place, what.size())) + ")");
+        failWriting(path, "this view could not be restored: " + what.substr(std::min(place, what.size())));
     }
 }
 
@@ -102,13 +106,14 @@ void saveViewState(CAEEnv& env, const ModelLabels& labels, const std::string& pa
     const std::size_t wanted = stateSize(labels.directory.size(), labels.model.size(), env.numParts);
     OutputFile(path).write([&](const std::string& temporary) {
         const ProperNames names(env, labels);
+        errno = 0;
         if (env.save(temporary.c_str()) != 0) {
-            throw ProgramError(path, std::string("cannot be written (") + std::strerror(errno) + ")");
+            failWriting(path, std::strerror(errno));
         }
         // The library does not look whether writing worked.
         struct stat status;
         if (stat(temporary.c_str(), &status) != 0 || static_cast<std::size_t>(status.st_size) != wanted) {
-            throw ProgramError(path, "cannot be written (not all of it was taken; is the disk full?)");
+            failWriting(path, "not all of it was taken; is the disk full?");
         }
         checkWritten(temporary, labels, env, path);
     });

@@ -1,5 +1,6 @@
 #include "gl_objects.h"
 
+#include <cmath>
 #include <new>
 #include <stdexcept>
 
@@ -185,14 +186,25 @@ KeepFramebuffer::KeepFramebuffer()
 {
     glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &draw);
     glGetIntegerv(GL_READ_FRAMEBUFFER_BINDING, &read);
-    glGetIntegerv(GL_VIEWPORT, viewport);
+    glGetFloatv(GL_VIEWPORT, viewport);
 }
 
 KeepFramebuffer::~KeepFramebuffer()
 {
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, static_cast<GLuint>(draw));
     glBindFramebuffer(GL_READ_FRAMEBUFFER, static_cast<GLuint>(read));
-    glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
+    setViewport(viewport);
+}
+
+void setViewport(const float viewport[4])
+{
+    const bool whole = viewport[0] == std::floor(viewport[0]) && viewport[1] == std::floor(viewport[1]);
+    if (whole) { // OpenGL 3.3 knows no others
+        glViewport(static_cast<GLint>(viewport[0]), static_cast<GLint>(viewport[1]), static_cast<GLsizei>(viewport[2]),
+                   static_cast<GLsizei>(viewport[3]));
+    } else {
+        glViewportIndexedfv(0, viewport);
+    }
 }
 
 } // namespace kvo

@@ -139,8 +139,11 @@ public:
 private:
     GLint draw = 0;
     GLint read = 0;
-    GLint viewport[4];
+    float viewport[4];
 };
+
+// Also with fractions of a pixel.
+void setViewport(const float viewport[4]);
 
 } // namespace kvo
 

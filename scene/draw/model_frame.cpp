@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <stdexcept>
 
 #include <GL/gl.h>
 
@@ -178,6 +179,22 @@ Framing applyFrame(CAEEnv& env, int width, int height)
     }
     spreadDepth(depthReach(visible, *env.getMTransformPtr(), framing.fitScale));
     return framing;
+}
+
+void shiftFrame(float right, float up)
+{
+    if (right == 0 && up == 0) {
+        return;
+    }
+    GLint version[2] = {0, 0};
+    glGetIntegerv(GL_MAJOR_VERSION, &version[0]);
+    glGetIntegerv(GL_MINOR_VERSION, &version[1]);
+    if (10 * version[0] + version[1] < 41) {
+        throw std::runtime_error("a shifted frame needs OpenGL 4.1");
+    }
+    float viewport[4];
+    glGetFloatv(GL_VIEWPORT, viewport);
+    glViewportIndexedf(0, viewport[0] + right, viewport[1] + up, viewport[2], viewport[3]);
 }
 
 } // namespace kvo

@@ -46,7 +46,9 @@ PixelSieve* SceneView::Impl::chooseSieve()
     glGetIntegerv(GL_POLYGON_MODE, mode);
     glGetIntegerv(GL_SAMPLES, &samples);
     const bool filled = mode[0] == GL_FILL && mode[1] == GL_FILL && drawnLook.style == SceneStyle::Shaded;
-    return filled && samples == 0 && !glIsEnabled(GL_POLYGON_SMOOTH) && drawsOnProcessor() ? &sieve : nullptr;
+    const bool shifted = drawnLook.pixelShift[0] != 0 || drawnLook.pixelShift[1] != 0; // off the pixels' middles
+    return filled && samples == 0 && !shifted && !glIsEnabled(GL_POLYGON_SMOOTH) && drawsOnProcessor() ? &sieve
+                                                                                                       : nullptr;
 }
 
 // Waiting for OpenGL costs a little, so it is done only where a budget asks for it.

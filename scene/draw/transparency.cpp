@@ -37,13 +37,17 @@ void TransparentLayers::draw(const int viewport[4], const std::function<void()>&
     }
     {
         const KeepFramebuffer keep;
+        float window[4];
+        glGetFloatv(GL_VIEWPORT, window);
         if (!target || target->width() != viewport[2] || target->height() != viewport[3]) {
             target.reset();
             target =
                 std::make_unique<GlFramebuffer>(viewport[2], viewport[3], std::vector<GLenum>{GL_RGBA16F, GL_RGBA16F});
         }
         target->bind();
-        glViewport(0, 0, viewport[2], viewport[3]);
+        const float inTarget[4] = {window[0] - static_cast<float>(viewport[0]),
+                                   window[1] - static_cast<float>(viewport[1]), window[2], window[3]};
+        setViewport(inTarget);
         glDisable(GL_SCISSOR_TEST);
         glDisable(GL_BLEND);
         const float none[4] = {0, 0, 0, 0}, all[4] = {1, 1, 1, 1};

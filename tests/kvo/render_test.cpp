@@ -1,6 +1,7 @@
 // kvo render.
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -153,6 +154,58 @@ TEST_F(Render, BoxesAddLines)
 TEST_F(Render, SamplesSoftenEdges)
 {
     EXPECT_GT(differing(draw({"--view", "front"}), draw({"--view", "front"}, "4")), 50u);
+}
+
+TEST_F(Render, MoreSamplesGiveTheSamePictureSmoother)
+{
+    // A turned rectangle of one colour: an edge has at most as many levels between as there are samples.
+    writeText(folder.file("turn"), "ROTATE_Z_CCW\nROTATE_Z_CCW\n");
+    for (const char* way : {"--no-legend", "--contract"}) {
+        std::map<int, std::set<int>> levels;
+        std::map<int, double> brightness;
+        for (const int samples : {1, 2, 4, 8, 16}) {
+            const Picture p =
+                draw({"--parts", "2", "--view", "top", "--shade", "flat", "--ops", folder.file("turn"), way},
+                     std::to_string(samples));
+            for (int y = 0; y < p.height / 3; ++y) { // above the axes
+                for (int x = 0; x < p.width; ++x) {
+                    levels[samples].insert(p.at(x, y).r);
+                    brightness[samples] += p.at(x, y).r;
+                }
+            }
+        }
+        EXPECT_EQ(levels[1].size(), 2u) << way;
+        EXPECT_GT(levels[4].size(), 3u) << way;
+        EXPECT_GT(levels[8].size(), levels[4].size() + 1) << way;
+        EXPECT_GT(levels[16].size(), levels[8].size() + 2) << way;
+        for (const auto& entry : brightness) {
+            EXPECT_NEAR(entry.second, brightness[1], brightness[1] / 100) << way << " " << entry.first;
+        }
+    }
+}
+
+// The frames of a picture are one frame: operations count once, the marks of a single frame stay, and what
+// reaches over the edge of the picture does so in each of them.
+TEST_F(Render, MoreSamplesRepeatTheLastFrameOnly)
+{
+    const auto changed = [&](const std::string& operations, std::vector<std::string> more, int tolerance = 70) {
+        writeText(folder.file("ops"), operations);
+        more.insert(more.end(), {"--ops", folder.file("ops")});
+        return kvo::compare(draw(more, "4"), draw(more, "16"), tolerance).differing;
+    };
+    const std::size_t axes = 60; // thin lines in strong colours
+    EXPECT_LT(changed("GLOBAL_ROTATION 40 40 80 60\nROTATE_X_CCW\nGLOBAL_TRANSLATION 9 5 120 90\n", {}), axes);
+    EXPECT_LT(changed("SCALE_INCR\n", {"--contract"}), axes);
+    EXPECT_LT(changed("START_RUBBER_BAND 10 10 100 80\n", {}), axes);
+    std::string zoom = "VIEW top\n";
+    for (int k = 0; k < 12; ++k) {
+        zoom += "GLOBAL_SCALE 1\n";
+    }
+    EXPECT_EQ(changed(zoom, {"--parts", "2", "--transparent", "2=0.7", "--view", "top"}, 200), 0u);
+    const Picture full = draw({"--parts", "2", "--ops", folder.file("ops")}, "16");
+    EXPECT_EQ(full.at(0, 45), full.at(20, 45));
+    EXPECT_EQ(full.at(119, 20), full.at(20, 45));
+    EXPECT_EQ(full.at(60, 0), full.at(20, 45));
 }
 
 TEST_F(Render, PartsAndHideChooseWhatIsDrawn)
