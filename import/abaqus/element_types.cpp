@@ -75,6 +75,7 @@ const InpElementType types[] = {
     {"CCL24", solid, Shape::Hexa, 24, 24, 1},
     // Shells, membranes, surfaces, rigid faces.
     {"S3", shell, Shape::Triangle, 3, 3, 1},
+    {"US3", shell, Shape::Triangle, 3, 3, 1},
     {"S4", shell, Shape::Quad, 4, 4, 1},
     {"S4R5", shell, Shape::Quad, 4, 4, 1},
     {"S6", shell, Shape::Triangle, 6, 6, 1},

@@ -239,9 +239,13 @@ void InpReader::badField(const CommaFields& fields, const char* what)
 
 void InpReader::beginInclude(const KeywordLine& line)
 {
-    const std::string name = line.value("INPUT");
+    const bool elsewise = !line.has("INPUT") && line.has("FILE");
+    const std::string name = line.value(elsewise ? "FILE" : "INPUT");
     if (name.empty()) {
         throw ImportError(line.place, "*INCLUDE without INPUT=");
+    }
+    if (elsewise) {
+        log.note(line.place.text() + ": FILE= of *INCLUDE is taken for INPUT=");
     }
     deck.include(name);
 }

@@ -271,6 +271,19 @@ TEST_F(InpElements, LineGasketsAreNoWedges)
     EXPECT_EQ(log.listCount(kvo::listElementsNotDrawn, "GK3D6LN"), 2u);
 }
 
+TEST_F(InpElements, FileIsTakenForInputOfAnInclude)
+{
+    write("nodes.txt", "*NODE\n1, 1\n2, 2\n3, 3\n");
+    const kvo::Mesh mesh = read("*INCLUDE, FILE=nodes.txt\n*ELEMENT, TYPE=US3\n5, 1, 2, 3\n");
+    EXPECT_EQ(nodesOf(mesh, 5), (Ids{1, 2, 3}));
+    EXPECT_EQ(typeCounts(mesh), (std::map<std::string, std::uint64_t>{{"US3", 1}}));
+    ASSERT_EQ(log.notes().size(), 1u);
+    EXPECT_TRUE(contains(log.notes()[0], "deck.inp:1: FILE= of *INCLUDE")) << log.notes()[0];
+    EXPECT_EQ(read("*INCLUDE, INPUT=nodes.txt, FILE=none.txt\n").nodeCount(), 3u);
+    EXPECT_TRUE(log.notes().empty());
+    EXPECT_EQ(readError("*INCLUDE\n"), "deck.inp:1: *INCLUDE without INPUT=");
+}
+
 TEST_F(InpElements, IncludedFilesMayBeNamedAsUnderWindows)
 {
     write("sub/mesh/nodes.txt", "*NODE\n1, 1\n2, 2\n3, 3\n");
