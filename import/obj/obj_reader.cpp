@@ -79,6 +79,7 @@ private:
     void closeGroups();
     void material(std::string_view rest);
     void figure(char kind, std::string_view rest);
+    void stray(std::string_view word);
     std::uint32_t currentPart();
     void addFigures();
     void addFigure(const Figure& figure, std::int64_t id, const std::vector<std::uint32_t>& corners);
@@ -96,6 +97,8 @@ private:
     std::vector<std::string> groups;
     std::size_t grouped = 0; // figures that are in groupSets, as far as they are in several groups
     std::string materialName;
+    std::string firstStray; // complaint about the first line that is no statement
+    Place strayPlace;
     std::uint32_t part = noPart; // of these; noPart: not looked up yet
     std::vector<Figure> figures;
     std::vector<std::int64_t> indices;      // from 1; what cannot be is left as it is
@@ -289,14 +292,28 @@ Mesh ObjReader::read()
         } else if (isStatement(word) || isName(word)) {
             log.count(listKeywordsNotRead, std::string(word), 1, place);
         } else {
-            throw ImportError(place, "not a statement of an OBJ file: \"" + std::string(word.substr(0, 40)) + "\"");
+            stray(word);
         }
+    }
+    if (mesh.files.front().nodeIds.empty() && !firstStray.empty()) {
+        throw ImportError(strayPlace, firstStray); // no OBJ file at all
     }
     addFigures();
     polygons.finish();
     addGroupSets();
     finishMesh(mesh, log);
     return std::move(mesh);
+}
+
+// Remarks of programs, or damage: what the lines around it say still holds.
+void ObjReader::stray(std::string_view word)
+{
+    const std::string message = "not a statement of an OBJ file: \"" + std::string(word.substr(0, 40)) + "\"";
+    if (firstStray.empty()) {
+        firstStray = message;
+        strayPlace = place;
+    }
+    log.warn("lines that are no statements", place, message);
 }
 
 bool hasThreeNumbers(std::string_view text)
