@@ -316,6 +316,13 @@ std::filesystem::path modelPath(const std::string& modelDir)
     return path.has_filename() ? path : path.parent_path(); // "models/bracket/"
 }
 
+// Drawn or not, dropped or not.
+bool hasElements(const Mesh& mesh)
+{
+    return std::any_of(mesh.files.begin(), mesh.files.end(),
+                       [](const MeshFile& file) { return !file.blocks.empty() || !file.undrawn.empty(); });
+}
+
 } // namespace
 
 void checkModelName(const std::string& modelDir)
@@ -341,7 +348,8 @@ void writeModelDirectory(const Mesh& mesh, const std::string& modelDir, ImportLo
         throw ImportError({sourceName(mesh), 0}, "the deck has no nodes");
     }
     if (mesh.elementCount() == 0) {
-        log.warn("nothing to draw", {sourceName(mesh), 0}, "no element of the deck can be drawn");
+        log.warn("nothing to draw", {sourceName(mesh), 0},
+                 hasElements(mesh) ? "no element of the deck can be drawn" : "the deck has nodes, but no elements");
     }
     try {
         writeModel(mesh, folder, name, chooseOrigin(mesh, options.shiftOrigin, log), log);

@@ -49,18 +49,17 @@ KeyKeyword parseKeyKeyword(std::string_view line, KeyWidths fileWidths, Place pl
 
 void KeyContext::refuseBad(const KeyFields& fields) const
 {
-    if (!fields.bad().empty()) {
-        throw ImportError(lines.place(), "*" + keyword.name + ": \"" + fields.bad() + "\" is no number");
+    if (!fields.complaint().empty()) {
+        throw ImportError(lines.place(), "*" + keyword.name + ": " + fields.complaint());
     }
 }
 
 bool KeyContext::accept(const KeyFields& fields) const
 {
-    if (fields.bad().empty()) {
+    if (fields.complaint().empty()) {
         return true;
     }
-    log.warn(warnBadField, lines.place(),
-             "*" + keyword.name + ": \"" + fields.bad() + "\" is no number; the line is not read");
+    log.warn(warnBadField, lines.place(), "*" + keyword.name + ": " + fields.complaint() + "; the line is not read");
     return false;
 }
 

@@ -54,8 +54,16 @@ std::string_view KeyFields::text(int width)
 
 void KeyFields::reject(std::string_view field)
 {
-    if (badText.empty()) {
-        badText.assign(field.substr(0, 40));
+    if (!complaintText.empty()) {
+        return;
+    }
+    complaintText = "\"" + std::string(field.substr(0, 40)) + "\"";
+    const std::size_t sign = field.substr(0, 2) == "-&" ? 1 : 0;
+    double value = 0.0;
+    if (field.substr(sign, 1) == "&" && !parameters.find(field.substr(sign + 1), value)) {
+        complaintText += ": parameter " + std::string(field.substr(sign + 1, 40)) + " is not defined";
+    } else {
+        complaintText += " is no number";
     }
 }
 

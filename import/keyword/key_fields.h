@@ -41,8 +41,9 @@ public:
     // Anything but blanks and commas in what is left of the line?
     bool anyLeft() const;
 
-    // The first field so far that should have been a number and is none; empty if there is none. Such a field reads 0.
-    const std::string& bad() const { return badText; }
+    // What is wrong with the first field so far that should have been a number and is none; empty if there is none.
+    // Such a field reads 0.
+    const std::string& complaint() const { return complaintText; }
 
 private:
     void reject(std::string_view field);
@@ -52,7 +53,7 @@ private:
     KeyWidths widths;
     const KeyParameters& parameters;
     bool commas;
-    std::string badText;
+    std::string complaintText;
 };
 
 // The quick way for the line of a node: its id and three coordinates. False for any other line.

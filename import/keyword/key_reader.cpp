@@ -2,6 +2,7 @@
 #include "key_reader.h"
 
 #include <cmath>
+#include <filesystem>
 #include <map>
 
 #include "key_cards.h"
@@ -457,9 +458,14 @@ bool isOwnKeyword(std::string_view line)
 
 bool looksLikeKeyword(const MappedFile& file)
 {
+    // A deck of nothing but nodes begins as other formats' do: then the ending tells.
+    const std::string ending = upperCase(std::filesystem::path(file.path()).extension().string());
+    const bool ownEnding = ending == ".K" || ending == ".KEY" || ending == ".DYN";
     constexpr std::size_t enough = 1 << 20;
     std::string_view rest(file.begin(), std::min(file.size(), enough));
     bool anyKeyword = false;
+    bool nodes = false;
+    bool parameters = false; // behind a keyword, as other formats have them
     while (!rest.empty()) {
         const std::size_t stop = std::min(rest.find('\n'), rest.size());
         const std::string_view line = rest.substr(0, stop);
@@ -472,11 +478,13 @@ bool looksLikeKeyword(const MappedFile& file)
                 return false;
             }
             anyKeyword = true;
+            nodes = nodes || equalsIgnoringCase(trimmed(line), "*NODE");
+            parameters = parameters || line.find(',') != std::string_view::npos;
         } else if (!anyKeyword && !trimmed(line).empty() && line.front() != '$') {
             return false;
         }
     }
-    return false;
+    return ownEnding && nodes && !parameters;
 }
 
 Mesh readKeyword(std::unique_ptr<MappedFile> file, ImportLog& log, Progress progress)

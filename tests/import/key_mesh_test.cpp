@@ -392,6 +392,28 @@ TEST_F(KeyMesh, DecksAreKnownByTheirFirstKeywords)
     }
 }
 
+TEST_F(KeyMesh, ADeckOfNodesOnlyIsKnownByItsEnding)
+{
+    const std::string node = "*NODE\n       1    -21.93931007     29.07068825    -21.93931007       0       0\n";
+    for (const char* name : {"nodes.k", "nodes.KEY", "nodes.dyn"}) {
+        const kvo::Mesh mesh = read("$ nodes\n" + node, name);
+        EXPECT_EQ(mesh.formatName, "Keyword") << name;
+        EXPECT_EQ(pointOf(mesh, 1), (Point{-21.93931007, 29.07068825, -21.93931007})) << name;
+        kvo::writeModelDirectory(mesh, path("model"), log);
+        EXPECT_TRUE(
+            contains(log.warnings().back().lines.at(0), std::string(name) + ": the deck has nodes, but no elements"))
+            << log.warnings().back().lines[0];
+    }
+    EXPECT_EQ(read("*NODE\n1,0,0,0\n", "nodes.k").formatName, "Keyword");
+    EXPECT_EQ(read("*NODE\n1,0,0,0\n", "nodes.inp").formatName, "Abaqus/CalculiX");
+    EXPECT_EQ(read("*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n*ELEMENT, TYPE=S3\n1,1,2,3\n", "nodes.k").formatName,
+              "Abaqus/CalculiX");
+    EXPECT_EQ(read("** made by\n*NODE\n1,0,0,0\n", "nodes.k").formatName, "Abaqus/CalculiX");
+    const kvo::Mesh mesh = readKey("*NODE\n1,0,0,0\n*ELEMENT_MASS\n1,1,2.5\n");
+    kvo::writeModelDirectory(mesh, path("model"), log);
+    EXPECT_TRUE(contains(log.warnings().back().lines.at(0), ": no element of the deck can be drawn"));
+}
+
 TEST_F(KeyMesh, DamageIsSaid)
 {
     const std::string deck = "*KEYWORD\n" + std::string(cube) +

@@ -159,7 +159,15 @@ TEST_F(KeyParts, ParametersStandForNumbers)
     EXPECT_EQ(pointOf(mesh, 11), (Point{2.5, -4, 1}));
     EXPECT_EQ(pointOf(mesh, 2), (Point{8, 0, -2.5}));
     EXPECT_TRUE(log.warnings().empty());
-    EXPECT_TRUE(contains(readError("*KEYWORD\n*NODE\n1,&none\n*END\n", "deck.k"), "deck.k:3: *NODE: \"&none\""));
+    EXPECT_EQ(readError("*KEYWORD\n*NODE\n1,&none\n*END\n", "deck.k"),
+              "deck.k:3: *NODE: \"&none\": parameter none is not defined");
+    EXPECT_EQ(readError("*KEYWORD\n*NODE\n1,0.,-&none\n*END\n", "deck.k"),
+              "deck.k:3: *NODE: \"-&none\": parameter none is not defined");
+    EXPECT_EQ(readError("*KEYWORD\n*ELEMENT_SHELL\n1,&none,1,2,3\n*END\n", "deck.k"),
+              "deck.k:3: *ELEMENT_SHELL: \"&none\": parameter none is not defined");
+    EXPECT_EQ(readError("*KEYWORD\n*PARAMETER\nRbig,1e30\n*NODE\n&big\n*END\n", "deck.k"),
+              "deck.k:5: *NODE: \"&big\" is no number")
+        << "defined, but no id";
 }
 
 TEST_F(KeyParts, ExpressionsGoOnInTheNextLine)
@@ -193,7 +201,8 @@ TEST_F(KeyParts, LocalParametersEndWithTheirFile)
     EXPECT_EQ(pointOf(mesh, 4), (Point{1, 0, 0}));
     EXPECT_EQ(pointOf(mesh, 2), (Point{5, 0, 0}));
     EXPECT_TRUE(log.warnings().empty());
-    EXPECT_TRUE(contains(readError("*KEYWORD\n" + deck + "5,&mine\n*END\n", "deck.k"), "\"&mine\" is no number"));
+    EXPECT_TRUE(contains(readError("*KEYWORD\n" + deck + "5,&mine\n*END\n", "deck.k"),
+                         "\"&mine\": parameter mine is not defined"));
 }
 
 TEST_F(KeyParts, ExpressionsFollowTheRulesOfArithmetic)
