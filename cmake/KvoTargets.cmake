@@ -19,11 +19,17 @@ function(kvo_configure_target target)
   endif()
 endfunction()
 
+# What the shared libraries consist of keeps its types where there is debugging information at all: package.abi reads them.
+function(kvo_keep_types target)
+  target_compile_options(${target} PRIVATE $<$<CONFIG:RelWithDebInfo>:-g>)
+endfunction()
+
 # A shared library NAME -> libNAME.so.1 (its SONAME too), exported as kvorender::ALIAS.
 function(kvo_add_shared_library target alias)
   add_library(${target} SHARED ${ARGN})
   add_library(kvorender::${alias} ALIAS ${target})
   kvo_configure_target(${target})
+  kvo_keep_types(${target})
   set_target_properties(${target} PROPERTIES VERSION 1 SOVERSION 1 EXPORT_NAME ${alias} INSTALL_RPATH "$ORIGIN"
                                              LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
