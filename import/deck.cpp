@@ -1,6 +1,7 @@
 // Which format a file has, and reading it.
 #include "deck.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <new>
 #include <sstream>
@@ -40,6 +41,30 @@ std::string knownFormats()
     listFormats(deckFormats(), list);
     listFormats(containerFormats(), list);
     return list;
+}
+
+// Text has no zero bytes, and binary formats have something else among their first ones.
+bool beginsWithZeros(const MappedFile& file)
+{
+    constexpr std::size_t looked = 4096;
+    return file.size() >= looked && std::all_of(file.begin(), file.begin() + looked, [](char c) { return c == 0; });
+}
+
+std::unique_ptr<MappedFile> openDeck(const std::string& path, const ReadRules& rules)
+{
+    std::unique_ptr<MappedFile> file;
+    try {
+        file = std::make_unique<MappedFile>(path, rules);
+    } catch (const std::bad_alloc&) { // of a pipe
+        throw ImportError({path, 0}, deckNeedsMoreMemory);
+    }
+    if (file->size() == 0) {
+        throw ImportError({path, 0}, "the file is empty");
+    }
+    if (beginsWithZeros(*file)) {
+        throw ImportError({path, 0}, "begins with zero bytes, as no deck does");
+    }
+    return file;
 }
 
 } // namespace
@@ -82,12 +107,10 @@ bool hasDeckSuffix(const std::string& path)
     return false;
 }
 
-Mesh readDeck(const std::string& path, ImportLog& log, Progress progress, const DeckFormat* format)
+Mesh readDeck(const std::string& path, ImportLog& log, Progress progress, const DeckFormat* format,
+              const ReadRules& rules)
 {
-    auto file = std::make_unique<MappedFile>(path);
-    if (file->size() == 0) {
-        throw ImportError({path, 0}, "the file is empty");
-    }
+    auto file = openDeck(path, rules);
     format = format ? format : detectDeckFormat(*file);
     if (!format) {
         throw ImportError({path, 0}, "no known deck format; known are " + knownFormats());

@@ -17,10 +17,9 @@
 #include "mesh.h"
 #include "place.h"
 #include "progress.h"
+#include "text/mapped_file.h"
 
 namespace kvo {
-
-class MappedFile;
 
 // One row per format that can be read.
 struct DeckFormat
@@ -49,9 +48,11 @@ bool hasDeckSuffix(const std::string& path);
 // What readDeck throws when memory does not suffice.
 extern const char* const deckNeedsMoreMemory;
 
-// Reads the deck, as the given format if it is not null. The mesh is finished (mesh.h). Throws ImportError for what
-// cannot be opened, is of no known format, or is damaged; all else goes to the log.
-Mesh readDeck(const std::string& path, ImportLog& log, Progress progress = {}, const DeckFormat* format = nullptr);
+// Reads the deck, as the given format if it is not null; the rules hold for included files, too. The mesh is finished
+// (mesh.h). Throws ImportError for what cannot be opened, is of no known format, or is damaged; all else goes to the
+// log.
+Mesh readDeck(const std::string& path, ImportLog& log, Progress progress = {}, const DeckFormat* format = nullptr,
+              const ReadRules& rules = {});
 
 } // namespace kvo
 

@@ -65,7 +65,8 @@ public:
     // The entry's count, 0 if there is none.
     std::uint64_t listCount(const std::string& list, const std::string& name) const;
 
-    // Everything as text lines: warnings ("warning: FILE:LINE: ..."), notes, lists.
+    // Everything as text lines: warnings ("warning: FILE:LINE: ..."), notes, lists. Of many notes or entries of a list
+    // the first ones and how many more there are, unless maxPerKind is unlimited.
     std::vector<std::string> lines() const;
     void print(std::ostream& out) const;
 

@@ -12,7 +12,7 @@ using Json = nlohmann::json;
 // Names of decks may be in any encoding; what is no UTF-8 is replaced.
 std::string textOf(const Json& json)
 {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    return printableJson(json.dump(-1, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 // The place of an entry comes as text, which is either "FILE" or "FILE:LINE": it goes on as the file.

@@ -59,14 +59,14 @@ void MeshFile::addElement(std::uint32_t type, std::uint32_t sourceFile, std::uin
 
 void MeshFile::addUndrawn(const std::string& type, std::int64_t id, const std::int64_t* nodes, std::size_t count)
 {
-    auto list = std::find_if(undrawn.begin(), undrawn.end(), [&](const UndrawnElements& u) { return u.type == type; });
-    if (list == undrawn.end()) {
-        list = undrawn.insert(undrawn.end(), UndrawnElements());
-        list->type = type;
+    const auto known = undrawnIndex.emplace(type, undrawn.size());
+    if (known.second) {
+        undrawn.emplace_back().type = type;
     }
-    list->ids.push_back(id);
-    list->starts.push_back(list->nodes.size());
-    list->nodes.insert(list->nodes.end(), nodes, nodes + count);
+    UndrawnElements& list = undrawn[known.first->second];
+    list.ids.push_back(id);
+    list.starts.push_back(list.nodes.size());
+    list.nodes.insert(list.nodes.end(), nodes, nodes + count);
 }
 
 void MeshFile::orient(std::int64_t element, const std::array<double, 3>& vector, int family)

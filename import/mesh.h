@@ -124,7 +124,8 @@ struct MeshFile
 
 private:
     std::map<std::pair<std::array<double, 3>, int>, std::size_t> orientationIndex;
-    std::vector<std::size_t> lastBlock; // of a type, plus 1; elements of two types may alternate
+    std::map<std::string, std::size_t> undrawnIndex; // by type
+    std::vector<std::size_t> lastBlock;              // of a type, plus 1; elements of two types may alternate
 };
 
 // What a part is made of, as far as the deck says. Values in the deck's units.

@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "text/printable.h"
+
 namespace kvo {
 
 struct Place
@@ -18,29 +20,26 @@ struct Place
     std::string text() const { return line == 0 ? file : file + ":" + std::to_string(line); }
 };
 
-// Messages quote what stands in a deck, which may be anything: control characters, which a terminal would obey, become
-// question marks.
-inline std::string printable(std::string text)
-{
-    for (char& c : text) {
-        const bool plain = static_cast<unsigned char>(c) >= 32 && c != 127;
-        c = plain || c == '\n' || c == '\t' ? c : '?';
-    }
-    return text;
-}
-
-// A deck that cannot be imported. what() is "FILE:LINE: message".
+// A deck that cannot be imported. what() is "FILE:LINE: message", one printable line whatever the deck holds.
 class ImportError : public std::runtime_error
 {
 public:
     ImportError(Place where, const std::string& message)
-        : std::runtime_error(printable(where.file.empty() ? message : where.text() + ": " + message)),
-          place(std::move(where)), message(printable(message))
+        : std::runtime_error((where.file.empty() ? "" : printable(where.text()) + ": ") + shown(message)),
+          place(std::move(where)), message(shown(message))
     {
     }
 
     Place place;
     std::string message; // without the place
+
+private:
+    // Messages quote decks, whose lines may have megabytes.
+    static std::string shown(const std::string& text)
+    {
+        constexpr std::size_t longest = 4000;
+        return printable(text.size() <= longest ? text : text.substr(0, longest) + "...");
+    }
 };
 
 } // namespace kvo

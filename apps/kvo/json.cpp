@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "text/printable.h"
 #include "words.h"
 
 namespace kvo {
@@ -19,7 +20,7 @@ Json number(float value)
 
 std::string formatJson(const Json& json)
 {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return printableJson(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 } // namespace kvo

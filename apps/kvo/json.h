@@ -13,7 +13,8 @@ using Json = nlohmann::ordered_json;
 // With as many digits as tell floats apart, not with those of the conversion to double; null for what is no number.
 Json number(float value);
 
-// Indented, with an end of line. Names of decks may be in any encoding; what is no UTF-8 is replaced.
+// Indented, with an end of line. Names of decks may be in any encoding; what is no UTF-8 is replaced, and what a
+// terminal would obey escaped.
 std::string formatJson(const Json& json);
 
 } // namespace kvo

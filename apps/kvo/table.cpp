@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "text/printable.h"
+
 namespace kvo {
 
 namespace {
@@ -35,13 +37,15 @@ std::string formatTable(const std::vector<Column>& columns, const std::vector<st
         titles.push_back(column.title);
         widths.push_back(characters(column.title));
     }
-    for (const std::vector<std::string>& row : rows) {
+    std::vector<std::vector<std::string>> cells = rows;
+    for (std::vector<std::string>& row : cells) {
         for (std::size_t k = 0; k < row.size(); ++k) {
+            row[k] = printable(row[k]);
             widths[k] = std::max(widths[k], characters(row[k]));
         }
     }
     std::string out = formatRow(columns, widths, titles);
-    for (const std::vector<std::string>& row : rows) {
+    for (const std::vector<std::string>& row : cells) {
         out += formatRow(columns, widths, row);
     }
     return out;

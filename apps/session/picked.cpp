@@ -8,6 +8,7 @@
 
 #include "caeenv.h"
 #include "mantypes.h"
+#include "text/printable.h"
 
 namespace kvo {
 
@@ -124,7 +125,7 @@ std::string formatDepth(float depth)
 
 std::string formatPicked(const Picked& picked, unsigned int type)
 {
-    std::string out = "part " + std::to_string(picked.part.id) + " " + picked.part.name;
+    std::string out = "part " + std::to_string(picked.part.id) + " " + printable(picked.part.name);
     if (type != PICK_TYPE_PART) {
         out += (type == PICK_TYPE_ELEMENT ? ", element " : ", node ") + std::to_string(picked.id);
     }

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "confined.h"
+
 namespace kvo {
 
 namespace fs = std::filesystem;
@@ -12,6 +14,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::uint64_t reportStep = 1 << 20;
+constexpr std::size_t longestLine = 16 << 20; // bytes; more is no text
+const char* const tooLongLine = "a line of more than 16 MiB: this is no deck of text";
 constexpr std::size_t maxIncludeDepth = 100;
 constexpr std::size_t maxIncludes = 20000; // files that include each other twice grow without end
 
@@ -45,6 +49,7 @@ DeckLines::DeckLines(const std::string& path, Progress progress)
 DeckLines::DeckLines(std::unique_ptr<MappedFile> file, Progress progressCall) : progress(std::move(progressCall))
 {
     paths.push_back(file->path());
+    fileIndexes.emplace(file->path(), 0);
     mapped.push_back(std::move(file));
     push(0);
 }
@@ -67,7 +72,10 @@ bool DeckLines::next(std::string_view& line)
     }
     Source& source = stack.back();
     const std::size_t left = static_cast<std::size_t>(source.end - source.p);
-    const void* found = std::memchr(source.p, '\n', left);
+    const void* found = std::memchr(source.p, '\n', std::min(left, longestLine));
+    if (!found && left > longestLine) {
+        throw ImportError({paths[source.pathIndex], source.line + 1u}, tooLongLine);
+    }
     const char* stop = found ? static_cast<const char*>(found) : source.end;
     std::size_t length = static_cast<std::size_t>(stop - source.p);
     bytesDone += length + (found != nullptr);
@@ -109,13 +117,21 @@ std::string DeckLines::find(const std::string& name) const
         folders.push_back(top / folder);
         folders.emplace_back(folder);
     }
+    const std::string& root = mapped.front()->rules().root;
+    bool outside = false;
     for (const std::string& wanted : {name, withSlashes(name)}) {
         for (const fs::path& folder : folders) {
             const fs::path candidate = folder / wanted;
-            if (isReadableFile(candidate)) {
+            if (!liesWithin(candidate.string(), root)) {
+                outside = true; // whether there is such a file is not even told
+            } else if (isReadableFile(candidate)) {
                 return candidate.string();
             }
         }
+    }
+    if (outside) {
+        throw ImportError(place(),
+                          "included file \"" + name + "\" is not in " + root + ", to which reading is confined");
     }
     throw ImportError(place(), "included file \"" + name + "\" not found");
 }
@@ -131,15 +147,12 @@ void DeckLines::include(const std::string& name)
     if (stack.size() >= maxIncludeDepth || ++includes > maxIncludes) {
         throw ImportError(place(), "too many included files, or nested too deeply");
     }
-    std::size_t file = 0;
-    while (file < paths.size() && paths[file] != path) {
-        ++file;
-    }
-    if (file == paths.size()) {
-        mapped.push_back(std::make_unique<MappedFile>(path));
+    const auto known = fileIndexes.emplace(path, paths.size());
+    if (known.second) {
+        mapped.push_back(std::make_unique<MappedFile>(path, mapped.front()->rules()));
         paths.push_back(path);
     }
-    push(file);
+    push(known.first->second);
 }
 
 std::uint64_t DeckLines::bytesLeft() const

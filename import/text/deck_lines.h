@@ -3,6 +3,7 @@
 #define KVO_IMPORT_DECK_LINES_H
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -31,7 +32,8 @@ public:
 
     // Goes on with the named file and comes back afterwards. It is looked for as given if absolute, else next to the
     // including file, next to the top file, and from the working folder; backslashes part folders, too. Throws
-    // ImportError for a file that is not there and for one that includes itself.
+    // ImportError for a file that is not there or must not be read (MappedFile::rules of the top file), and for one
+    // that includes itself.
     void include(const std::string& name);
 
     // One more folder to look for included files in, after all others. A relative one is taken from the top file's
@@ -63,6 +65,7 @@ private:
 
     std::vector<std::unique_ptr<MappedFile>> mapped; // every file, once
     std::vector<std::string> paths;                  // of mapped, same order
+    std::map<std::string, std::size_t> fileIndexes;  // of paths
     std::vector<Source> stack;                       // the open ones, innermost last
     std::vector<std::string> searchFolders;
     std::string_view lastText;

@@ -12,6 +12,8 @@ namespace kvo {
 
 namespace {
 
+constexpr std::ptrdiff_t longestWord = 1 << 20; // bytes; what goes on is no text
+constexpr std::size_t longestLine = 16 << 20;
 constexpr std::ptrdiff_t longestQuote = 40; // of a token in a message
 
 } // namespace
@@ -69,13 +71,16 @@ std::string_view TokenInput::word()
 {
     skipBlanks();
     const char* start = p;
-    p = std::find_if(p, end, endsToken);
+    p = std::find_if(p, p + std::min(longestWord, end - p), endsToken);
     return {start, static_cast<std::size_t>(p - start)};
 }
 
 std::string_view TokenInput::lineText()
 {
-    const void* found = p < end ? std::memchr(p, '\n', bytesLeft()) : nullptr;
+    const void* found = p < end ? std::memchr(p, '\n', std::min(bytesLeft(), longestLine)) : nullptr;
+    if (!found && bytesLeft() > longestLine) {
+        fail("a line of more than 16 MiB: this is no text");
+    }
     const char* last = found ? static_cast<const char*>(found) : end;
     const std::string_view text(p, static_cast<std::size_t>(last - p));
     p = found ? last + 1 : end;
