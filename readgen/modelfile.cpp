@@ -8,7 +8,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 
 #include "readstamps.h"
 
@@ -28,6 +30,49 @@ bool fileExists(const std::string& path)
 {
     struct stat info;
     return ::stat(path.c_str(), &info) == 0;
+}
+
+bool isLink(const std::string& path)
+{
+    struct stat info;
+    return ::lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
+}
+
+// --- Places ---
+
+namespace {
+
+bool hasParentStep(const std::string& name)
+{
+    return ("/" + name + "/").find("/../") != std::string::npos;
+}
+
+// With its links resolved; "" if it is not there.
+std::string realPath(const std::string& path)
+{
+    const std::unique_ptr<char, void (*)(void*)> real(::realpath(path.c_str(), nullptr), std::free);
+    return real ? real.get() : "";
+}
+
+// "a/b" lies in the folder "a", "a" in that of all models.
+bool linksOut(const std::string& dirName, const std::string& fileName)
+{
+    const std::size_t slash = fileName.find('/');
+    if (slash == std::string::npos) {
+        return false;
+    }
+    const std::string whole = realPath(dirName + "/" + fileName);
+    const std::string owner = realPath(dirName + "/" + fileName.substr(0, slash));
+    return !whole.empty() && whole != owner && whole.compare(0, owner.size() + 1, owner + "/") != 0;
+}
+
+} // namespace
+
+void checkInside(const std::string& dirName, const std::string& fileName)
+{
+    if (hasParentStep(fileName) || fileName.compare(0, 1, "/") == 0 || linksOut(dirName, fileName)) {
+        throw BadFile(dirName + "/" + fileName + ": lies outside of the model");
+    }
 }
 
 // --- Mapping ---

@@ -38,6 +38,11 @@ template <class Work> int countOrReport(const std::string& path, Work work)
 }
 
 bool fileExists(const std::string& path);
+bool isLink(const std::string& path);
+
+// Throws BadFile for a model file that lies outside of the model: a name with "..", an absolute one, a name "a/b" whose
+// folder is a link out of "a". The folder "a" itself may be a link to wherever its user keeps it.
+void checkInside(const std::string& dirName, const std::string& fileName);
 
 // A whole regular file, mapped read-only. The mapping lives as long as the object.
 class MappedFile

@@ -2,6 +2,8 @@
 #include "modelfolders.h"
 
 #include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -85,6 +87,24 @@ void syncPath(const std::string& path, int (*call)(int))
     }
 }
 
+// Signals to this thread wait for as long as this lives: who dies between two renamings leaves half a model.
+class SignalPause
+{
+public:
+    SignalPause()
+    {
+        sigset_t all;
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_BLOCK, &all, &before);
+    }
+    ~SignalPause() { ::pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    SignalPause(const SignalPause&) = delete;
+    SignalPause& operator=(const SignalPause&) = delete;
+
+private:
+    sigset_t before;
+};
+
 // Best effort: the renaming is then on the disk as well.
 void syncFolder(const std::string& path)
 {
@@ -113,11 +133,7 @@ StagingFolder::StagingFolder(const std::string& dir) : dirName(dir)
 {
     try {
         makeParents(dirName);
-        std::string name = dirName + "/.kvo-model-XXXXXX";
-        if (!::mkdtemp(&name[0])) {
-            failedCall(dirName, "cannot be written into");
-        }
-        staging = name;
+        makeStaging();
     } catch (...) {
         for (std::size_t k = madeFolders.size(); k-- > 0;) {
             ::rmdir(madeFolders[k].c_str());
@@ -126,10 +142,42 @@ StagingFolder::StagingFolder(const std::string& dir) : dirName(dir)
     }
 }
 
+void StagingFolder::makeStaging()
+{
+    do {
+        staging = dirName + "/.kvo-model-" + std::to_string(::getpid()) + "-XXXXXX";
+        if (!::mkdtemp(&staging[0])) {
+            failedCall(dirName, "cannot be written into");
+        }
+    } while (!lockStaging());
+}
+
+// False if somebody took the folder for a dead process's before it was locked, and removed it. File systems without
+// locks do without.
+bool StagingFolder::lockStaging()
+{
+    lock = ::open(staging.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (lock < 0) {
+        return errno != ENOENT;
+    }
+    while (::flock(lock, LOCK_EX) != 0 && errno == EINTR) {
+    }
+    struct stat info;
+    if (::fstat(lock, &info) == 0 && info.st_nlink > 0 && exists(staging)) {
+        return true;
+    }
+    ::close(lock);
+    lock = -1;
+    return false;
+}
+
 StagingFolder::~StagingFolder()
 {
     std::error_code ignored;
     fs::remove_all(staging, ignored);
+    if (lock >= 0) {
+        ::close(lock);
+    }
     if (!finished) {
         for (std::size_t k = madeFolders.size(); k-- > 0;) {
             ::rmdir(madeFolders[k].c_str());
@@ -214,6 +262,7 @@ void StagingFolder::moveBack()
 
 void StagingFolder::moveInto(const std::vector<std::string>& names)
 {
+    const SignalPause pause;
     try {
         for (const std::string& name : names) {
             const std::string target = dirName + "/" + name;

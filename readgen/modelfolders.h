@@ -10,7 +10,8 @@ namespace readgen {
 // Makes root/path with all folders on the way and returns it. Throws CannotWrite.
 std::string makeFolders(const std::string& root, const std::string& path);
 
-// A temporary folder beside the final ones, removed at the end with all that is left in it.
+// A temporary folder beside the final ones, removed at the end with all that is left in it. Its name has the number of
+// the process, and a lock on it says that the process lives: programs remove those that dead ones left behind.
 class StagingFolder
 {
 public:
@@ -35,11 +36,14 @@ private:
         std::string old;
     };
     void makeParents(const std::string& path);
+    void makeStaging();
+    bool lockStaging();
     void moveOne(const std::string& name);
     void moveBack();
 
     std::string dirName;
     std::string staging;
+    int lock = -1;                        // the open folder
     std::vector<std::string> madeFolders; // on the way to dirName and the targets
     std::vector<Move> moves;
     bool finished = false;

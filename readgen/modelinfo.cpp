@@ -58,6 +58,15 @@ void readFile(const std::string& folder, std::uint64_t stamp, ModelInfo& info)
     }
 }
 
+// The folder of another model, or one that is made to look so, must not lead anywhere else.
+void checkOwner(const std::string& dirName, const std::string& modelName, const std::string& fileName)
+{
+    const std::string owner = fileName.substr(0, fileName.find('/'));
+    if (owner != modelName && isLink(dirName + "/" + owner)) {
+        throw BadFile(dirName + "/" + owner + ": is a link out of the model " + modelName);
+    }
+}
+
 } // namespace
 
 bool readModelInfo(const std::string& dirName, const std::string& modelName, ModelInfo* info, std::string* error)
@@ -69,6 +78,8 @@ bool readModelInfo(const std::string& dirName, const std::string& modelName, Mod
         std::copy_n(start.extents, 6, found.extents);
         found.files = start.files;
         for (const std::string& file : start.files) {
+            checkInside(dirName, file);
+            checkOwner(dirName, modelName, file);
             readFile(dirName + "/" + file, start.stamp, found);
         }
         *info = std::move(found);

@@ -127,6 +127,7 @@ template <class Wanted> int readParts(ReadElements& reader, Wanted wanted, unsig
 {
     const std::string folder = folderOf(reader.dirName, reader.modelName);
     return countOrReport(folder, [&] {
+        checkInside(reader.dirName ? reader.dirName : "", reader.modelName ? reader.modelName : "");
         const PartTable table(folder);
         const std::vector<std::size_t> chosen = chooseParts(table, wanted);
         if (chosen.empty()) {

@@ -47,10 +47,11 @@ int ReadIDS::get(const char* idFileName)
     setStamp(this, 0);
     const std::string folder = folderOf(dirName, modelName);
     const std::string path = folder + "/" + idFileName;
-    if (hasNoNodeFiles(folder, path)) {
-        return 0;
-    }
     return countOrReport(path, [&] {
+        checkInside(dirName ? dirName : "", modelName ? modelName : "");
+        if (hasNoNodeFiles(folder, path)) {
+            return 0;
+        }
         const NodeIdFile file(path);
         idList = new unsigned int[file.count()];
         numIDs = file.count();

@@ -86,6 +86,7 @@ int ReadNodes::getValues()
     releaseArrays(*this);
     const std::string folder = folderOf(dirName, modelName);
     return countOrReport(folder + "/" + nodeCoordsFile, [&] {
+        checkInside(dirName ? dirName : "", modelName ? modelName : "");
         const NodeCoordFile file(folder);
         const std::size_t count = file.count();
         nodeValues = new float[3 * count];
