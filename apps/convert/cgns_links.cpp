@@ -4,8 +4,8 @@
 #include <cgns_io.h>
 #include <cgnslib.h>
 
-#include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <vector>
 
@@ -87,24 +87,20 @@ bool writeLinks(const std::string& path, const Content& content, const std::stri
 
 CgnsLinks::CgnsLinks(const std::string& target)
 {
-    std::error_code error;
     const Content content = contentOf(target);
-    std::string made = (fs::temp_directory_path(error) / "kvo-cgns-XXXXXX").string();
-    if (content.version <= libraryVersion || content.version >= firstUnknownVersion || error || !mkdtemp(made.data())) {
+    if (content.version <= libraryVersion || content.version >= firstUnknownVersion) {
         return;
     }
-    folder = made;
-    if (writeLinks(folder + "/links", content, fs::absolute(target))) {
-        name = folder + "/links";
+    try {
+        folder = std::make_unique<ScratchFolder>("kvo-cgns-");
+    } catch (const std::exception&) {
+        return; // the library says what it does not like about the file itself
+    }
+    if (writeLinks(folder->path() + "/links", content, fs::absolute(target))) {
+        name = folder->path() + "/links";
     }
 }
 
-CgnsLinks::~CgnsLinks()
-{
-    std::error_code ignored;
-    if (!folder.empty()) {
-        fs::remove_all(folder, ignored);
-    }
-}
+CgnsLinks::~CgnsLinks() = default;
 
 } // namespace kvo

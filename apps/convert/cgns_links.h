@@ -3,7 +3,10 @@
 #ifndef KVO_CONVERT_CGNS_LINKS_H
 #define KVO_CONVERT_CGNS_LINKS_H
 
+#include <memory>
 #include <string>
+
+#include "scratch_folder.h"
 
 namespace kvo {
 
@@ -20,7 +23,7 @@ public:
     const std::string& path() const { return name; }
 
 private:
-    std::string folder;
+    std::unique_ptr<ScratchFolder> folder;
     std::string name;
 };
 

@@ -13,7 +13,10 @@
 #include "isolated.h"
 #include "log_report.h"
 #include "model_builder.h"
+#include "scratch_folder.h"
+#include "signal_guard.h"
 #include "standard_streams.h"
+#include "text/printable.h"
 
 namespace {
 
@@ -77,8 +80,13 @@ int run(const Options& options)
     roles.reads(options.deck, "the file to read");
     roles.writesFolder(options.output, "--output");
     kvo::checkModelName(options.output);
+    kvo::removeDeadFolders(kvo::parentOf(options.output));
     const kvo::IsolatedResult result =
         kvo::runIsolated([&] { return convert(options); }, kvo::memoryForFile(sizeOf(options.deck)));
+    if (!result.finished) { // what it had begun
+        kvo::removeDeadFolders(kvo::parentOf(options.output));
+        kvo::removeDeadFolders(std::filesystem::temp_directory_path().string());
+    }
     const std::string report =
         result.finished ? result.text
                         : kvo::errorReport(options.deck + ": damaged: the library that reads it " + result.ending);
@@ -89,7 +97,7 @@ int run(const Options& options)
         std::cout << (options.report ? report : "");
         std::cout.flush();
         if (!options.report) {
-            std::fprintf(stderr, "kvo-convert: %s\n", error.what());
+            std::fprintf(stderr, "kvo-convert: %s\n", kvo::printableLines(error.what()).c_str());
         }
         return exitFailure;
     }
@@ -120,6 +128,7 @@ std::vector<std::string> formatKeys()
 int main(int argc, char** argv)
 {
     kvo::openStandardStreams();
+    kvo::installSignalGuard("kvo-convert");
     CLI::App program("Writes a model directory from a CGNS, Exodus II or MED file.", "kvo-convert");
     Options options;
     program.set_version_flag("--version", "kvo-convert " KVO_VERSION);
@@ -137,13 +146,13 @@ int main(int argc, char** argv)
     } catch (const CLI::Success& request) {
         return program.exit(request);
     } catch (const CLI::ParseError& error) {
-        std::fprintf(stderr, "kvo-convert: %s; see kvo-convert --help\n", error.what());
+        std::fprintf(stderr, "kvo-convert: %s; see kvo-convert --help\n", kvo::printableLines(error.what()).c_str());
         return exitUsage;
     } catch (const kvo::FileConflict& error) {
-        std::fprintf(stderr, "kvo-convert: %s\n", error.what());
+        std::fprintf(stderr, "kvo-convert: %s\n", kvo::printableLines(error.what()).c_str());
         return exitUsage;
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "kvo-convert: %s\n", error.what());
+        std::fprintf(stderr, "kvo-convert: %s\n", kvo::printableLines(error.what()).c_str());
         return exitFailure;
     }
 }

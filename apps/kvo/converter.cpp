@@ -15,6 +15,7 @@
 
 #include "log_report.h"
 #include "place.h"
+#include "signal_guard.h"
 #include "text/mapped_file.h"
 
 namespace fs = std::filesystem;
@@ -92,11 +93,13 @@ std::string outputOf(const std::vector<std::string>& command)
 {
     pid_t child = -1;
     const int from = start(command, child);
+    guardChild(child);
     const std::string text = readToEnd(from);
     close(from);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
     }
+    guardChild(0);
     const bool failed = !WIFEXITED(status) || WEXITSTATUS(status) != 0;
     if (failed && text.empty()) {
         throw ImportError({command[0], 0}, "ended without a report");
@@ -106,16 +109,16 @@ std::string outputOf(const std::vector<std::string>& command)
 
 } // namespace
 
-const ContainerFormat* containerOf(const std::string& deck, const std::string& formatKey)
+const ContainerFormat* containerOf(const std::string& deck, const std::string& formatKey, const ReadRules& rules)
 {
     std::error_code error;
     if (!formatKey.empty()) {
         return findContainerFormat(formatKey);
     }
-    if (!fs::is_regular_file(deck, error)) { // looking into a pipe would empty it
+    if (deck == "-" || !fs::is_regular_file(deck, error)) { // looking into a pipe would empty it
         return nullptr;
     }
-    const MappedFile file(deck);
+    const MappedFile file(deck, rules);
     const Container container = detectContainer(file);
     if (container.found && !container.format) {
         throw ImportError({deck, 0}, "is stored as " + container.storage + ", but is neither CGNS, Exodus II nor MED");

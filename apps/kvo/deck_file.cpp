@@ -1,10 +1,15 @@
 // Reading and showing deck.json.
 #include "deck_file.h"
 
-#include <fstream>
+#include <cerrno>
 
+#include <sys/stat.h>
+
+#include "deck_keys.h"
+#include "input_file.h"
 #include "program_error.h"
 #include "table.h"
+#include "text/printable.h"
 
 namespace kvo {
 
@@ -12,7 +17,7 @@ namespace {
 
 using Rows = std::vector<std::vector<std::string>>;
 
-const int knownVersion = 1;
+const std::size_t longestFile = std::size_t{512} << 20; // bytes
 
 std::string shortNumber(double value)
 {
@@ -105,44 +110,48 @@ std::string undrawnTable(const Json& deck)
     return titled("not drawn", {{"type"}, {"count", true}}, rows);
 }
 
-// Null without the file. Of its members those that are wanted.
-Json parseDeckFile(const ModelSource& source, const Json::parser_callback_t& wanted)
+std::string shownFile(const ModelSource& source)
 {
-    std::ifstream file(source.dirName() + "/" + source.modelName() + "/deck.json");
-    try {
-        Json deck = file ? Json::parse(file, wanted) : Json();
-        source.checkUnchanged();
-        if (deck.is_null()) {
-            return nullptr;
-        }
-        if (deck.at("version").get<int>() != knownVersion) {
-            throw ProgramError(source.shownName() + "/deck.json", "is of a version that is not known");
-        }
-        return deck;
-    } catch (const Json::exception& error) {
-        throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
+    return source.shownName() + "/deck.json";
+}
+
+// "" without the file.
+std::string readDeckText(const ModelSource& source)
+{
+    const std::string path = source.dirName() + "/" + source.modelName() + "/deck.json";
+    struct stat info = {};
+    const bool missing = stat(path.c_str(), &info) != 0 && errno == ENOENT;
+    std::string text = missing ? "" : readInputFile(path, "the data of a deck", longestFile);
+    source.checkUnchanged();
+    if (text.size() > longestFile) {
+        throw ProgramError(shownFile(source),
+                           "is longer than the " + std::to_string(longestFile >> 20) + " MiB that are read");
     }
+    if (text.empty() && !missing) {
+        throw ProgramError(shownFile(source), "is empty");
+    }
+    return text;
+}
+
+// Null without the file. Of its outermost keys those of only, all if there are none.
+Json readDeckJson(const ModelSource& source, const std::vector<std::string>& only)
+{
+    const std::string text = readDeckText(source);
+    return text.empty() ? Json() : parseDeckJson(text, shownFile(source), only);
 }
 
 // Lists of elements can be long: of the file only the version and this member.
 template <class Value> Value readMember(const ModelSource& source, const char* key)
 {
-    const auto wanted = [key](int depth, Json::parse_event_t event, Json& parsed) {
-        return depth != 1 || event != Json::parse_event_t::key || parsed == "version" || parsed == key;
-    };
-    const Json deck = parseDeckFile(source, wanted);
-    try {
-        return deck.is_null() ? Value{} : deck.at(key).get<Value>();
-    } catch (const Json::exception& error) {
-        throw ProgramError(source.shownName() + "/deck.json", std::string("is damaged: ") + error.what());
-    }
+    const Json deck = readDeckJson(source, {key});
+    return fromDeckJson(shownFile(source), [&] { return deck.is_null() ? Value{} : deck.at(key).get<Value>(); });
 }
 
 } // namespace
 
 Json readDeckFile(const ModelSource& source)
 {
-    return parseDeckFile(source, nullptr);
+    return readDeckJson(source, {});
 }
 
 std::array<double, 3> readOrigin(const ModelSource& source)
@@ -171,16 +180,14 @@ std::string formatDeckFile(const Json& deck)
     if (deck.is_null()) {
         return "\nno deck.json: the model directory does not come from a deck\n";
     }
-    try {
+    return fromDeckJson("deck.json", [&] {
         std::string facts;
         for (const auto& fact : deck.at("facts").items()) {
-            facts += fact.key() + ": " + fact.value().get<std::string>() + "\n";
+            facts += printable(fact.key() + ": " + fact.value().get<std::string>()) + "\n";
         }
-        return "\ndeck: " + textOf(deck, "format") + "\n" + facts + setsTable(deck) + partsTable(deck) +
+        return "\ndeck: " + printable(textOf(deck, "format")) + "\n" + facts + setsTable(deck) + partsTable(deck) +
                undrawnTable(deck);
-    } catch (const Json::exception& error) {
-        throw ProgramError("deck.json", std::string("is damaged: ") + error.what());
-    }
+    });
 }
 
 } // namespace kvo

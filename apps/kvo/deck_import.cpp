@@ -11,7 +11,13 @@ namespace kvo {
 void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress,
                 const DeckOptions& options)
 {
-    if (const ContainerFormat* container = containerOf(deck, options.format)) {
+    ReadRules rules;
+    rules.root = options.root;
+    if (const ContainerFormat* container = containerOf(deck, options.format, rules)) {
+        if (!rules.root.empty()) {
+            throw ImportError({deck, 0}, std::string("is a file of format ") + container->name +
+                                             ", in which links may name any other file: not read with --confine");
+        }
         convertContainer(deck, *container, modelDirectory, log, options);
         return;
     }
@@ -22,7 +28,7 @@ void importDeck(const std::string& deck, const std::string& modelDirectory, Impo
             throw ImportError({}, "unknown deck format \"" + options.format + "\"");
         }
     }
-    const Mesh mesh = readDeck(deck, log, std::move(progress), format);
+    const Mesh mesh = readDeck(deck, log, std::move(progress), format, rules);
     if (options.sourcesKnown) {
         options.sourcesKnown(mesh.sourceFiles);
     }

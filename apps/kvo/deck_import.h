@@ -15,6 +15,7 @@ struct DeckOptions
 {
     std::string format;       // key of a format (deck.h); empty: by content and suffix
     bool shiftOrigin = false; // ModelOptions::shiftOrigin
+    std::string root;         // ReadRules::root
     // Called with the deck and the files that it includes, when they are known and nothing is written yet; not for what
     // kvo-convert reads. What it throws ends the import.
     std::function<void(const std::vector<std::string>& sources)> sourcesKnown;

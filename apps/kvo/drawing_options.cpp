@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "colors.h"
+#include "confinement.h"
 #include "headless_context.h"
 #include "program_error.h"
 #include "session_file.h"
@@ -17,6 +18,7 @@ void addContextOptions(CLI::App& command, DrawingOptions& options, const std::st
     command.add_option("--device", options.device, "What draws: auto, software or a number, see below")
         ->capture_default_str();
     command.add_option("--log", options.log, "Keep the library's commentary in this file")->type_name("FILE");
+    addConfineOption(command, options.confine);
 }
 
 void addLookOptions(CLI::App& command, DrawingOptions& options)

@@ -20,11 +20,12 @@ struct DrawingOptions
     std::string background = "#22272e";
     std::string device = "auto";
     std::string log;
+    std::string confine; // confinement.h
     int samples = 4;
     bool shadeGiven = false;
 };
 
-// --size, --device, --log. sizeText: what the help says about the size without it.
+// --size, --device, --log, --confine. sizeText: what the help says about the size without it.
 void addContextOptions(CLI::App& command, DrawingOptions& options, const std::string& sizeText);
 // --shade, --background, --samples.
 void addLookOptions(CLI::App& command, DrawingOptions& options);

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "confinement.h"
 #include "container.h"
 #include "deck.h"
 #include "deck_file.h"
@@ -18,6 +19,8 @@
 #include "output_file.h"
 #include "program_error.h"
 #include "progress_bar.h"
+#include "scratch_folder.h"
+#include "text/printable.h"
 
 namespace kvo {
 
@@ -28,6 +31,7 @@ struct ImportOptions
     std::string deck;
     std::string output;
     std::string log;
+    std::string confine;
     DeckOptions reading;
 };
 
@@ -63,8 +67,8 @@ EXAMPLES
 void printSummary(std::ostream& out, const ImportOptions& options, const ModelInfo& info)
 {
     const ModelTotals totals = countModel(info);
-    out << options.output << ": " << counted(info.parts.size(), "part") << ", " << counted(totals.elements, "element")
-        << ", " << counted(totals.nodes, "node") << "\n";
+    out << printable(options.output) << ": " << counted(info.parts.size(), "part") << ", "
+        << counted(totals.elements, "element") << ", " << counted(totals.nodes, "node") << "\n";
     for (const auto& entry : totals.elementsByKind) {
         out << "  " << entry.first << ": " << counted(entry.second, "element") << "\n";
     }
@@ -97,10 +101,14 @@ void addSources(FileRoles& roles, const std::vector<std::string>& sources)
 
 void import(const ImportOptions& options)
 {
+    const Confinement confinement(options.confine);
+    confinement.check({options.deck, options.output, options.log});
     FileRoles roles = filesOf(options);
     DeckOptions reading = options.reading;
+    reading.root = confinement.root();
     reading.sourcesKnown = [&roles](const std::vector<std::string>& sources) { addSources(roles, sources); };
     const bool everything = !options.log.empty();
+    removeDeadFolders(parentOf(options.output));
     ImportLog log(everything ? std::numeric_limits<std::size_t>::max() : 5);
     {
         ProgressBar bar("reading");
@@ -111,7 +119,7 @@ void import(const ImportOptions& options)
             },
             reading);
     }
-    const ModelSource model(options.output);
+    const ModelSource model(options.output, confinement);
     addSources(roles, readSources(model)); // those that kvo-convert has read
     printSummary(std::cout, options, model.info());
     if (!everything) {
@@ -120,7 +128,7 @@ void import(const ImportOptions& options)
     }
     writeLog(options, model.info(), log);
     const std::string leftOut = summarizeLeftOut(log);
-    std::cout << (leftOut.empty() ? "" : leftOut + "; ") << "report in " << options.log << "\n";
+    std::cout << (leftOut.empty() ? "" : leftOut + "; ") << "report in " << printable(options.log) << "\n";
 }
 
 } // namespace
@@ -129,13 +137,16 @@ void addImportCommand(CLI::App& program)
 {
     auto options = std::make_shared<ImportOptions>();
     CLI::App* command = program.add_subcommand("import", "Write a model directory from a deck.");
-    command->add_option("deck", options->deck, "Deck to read, see below")->required()->type_name("DECK");
+    command->add_option("deck", options->deck, "Deck to read, see below; - is standard input")
+        ->required()
+        ->type_name("DECK");
     command->add_option("-o,--output", options->output, "Model directory to write")->required()->type_name("MODELDIR");
     command->add_option("--log", options->log, "Write the whole report to this file")->type_name("FILE");
     command->add_option("--format", options->reading.format, "The deck's format, where its content and ending mislead")
         ->check(CLI::IsMember(deckFormatKeys(), CLI::ignore_case));
     command->add_flag("--shift-origin", options->reading.shiftOrigin,
                       "Move the model near 0, for coordinates that single precision cannot keep");
+    addConfineOption(*command, options->confine);
     command->footer(manual);
     command->callback([options] { import(*options); });
 }

@@ -7,6 +7,7 @@
 
 #include "caeenv.h"
 #include "commands.h"
+#include "confinement.h"
 #include "deck_file.h"
 #include "json.h"
 #include "model_source.h"
@@ -14,6 +15,7 @@
 #include "output_redirect.h"
 #include "program_error.h"
 #include "table.h"
+#include "text/printable.h"
 #include "vocabulary.h"
 
 namespace kvo {
@@ -45,6 +47,7 @@ JSON (--json)
 struct InfoOptions
 {
     std::string model;
+    std::string confine;
     bool sets = false;
     bool json = false;
 };
@@ -147,7 +150,7 @@ void printTable(const ModelSource& source, const std::vector<PartLine>& lines)
     const ModelInfo& info = source.info();
     const ModelTotals totals = countModel(info);
     std::cout << "\n"
-              << source.title() << ": " << counted(info.parts.size(), "part") << ", "
+              << printable(source.title()) << ": " << counted(info.parts.size(), "part") << ", "
               << counted(totals.elements, "element") << ", " << counted(totals.nodes, "node") << "\n";
     for (const auto& entry : totals.elementsByKind) {
         std::cout << "  " << entry.first << ": " << counted(entry.second, "element") << "\n";
@@ -172,7 +175,7 @@ std::vector<PartLine> partLines(CAEEnv& env, const ModelSource& source)
 
 void info(const InfoOptions& options)
 {
-    const ModelSource source(options.model);
+    const ModelSource source(options.model, Confinement(options.confine));
     warnOfLeftOut(source);
     CAEEnv env(source.dirName().c_str(), source.modelName().c_str(), GL_FLAT);
     {
@@ -201,6 +204,7 @@ void addInfoCommand(CLI::App& program)
         ->type_name("MODELDIR|DECK");
     command->add_flag("--sets", options->sets, "Sets, sections and what is not drawn as well");
     command->add_flag("--json", options->json, "For programs, instead of a table");
+    addConfineOption(*command, options->confine);
     command->footer(manual);
     command->callback([options] { info(*options); });
 }

@@ -10,7 +10,9 @@
 #include "commands.h"
 #include "file_roles.h"
 #include "program_error.h"
+#include "signal_guard.h"
 #include "standard_streams.h"
+#include "text/printable.h"
 
 namespace {
 
@@ -36,7 +38,7 @@ EXIT STATUS
 int fail(const char* message, int status)
 {
     std::cout.flush();
-    std::fprintf(stderr, "kvo: %s\n", message);
+    std::fprintf(stderr, "kvo: %s\n", kvo::printableLines(message).c_str());
     return status;
 }
 
@@ -58,6 +60,7 @@ int parseAndRun(CLI::App& program, int argc, char** argv)
 int main(int argc, char** argv)
 {
     kvo::openStandardStreams();
+    kvo::installSignalGuard("kvo");
     CLI::App program("Finite-element models: imports decks, says what is in them, draws them without a display.",
                      "kvo");
     program.set_version_flag("--version", "kvo " KVO_VERSION);

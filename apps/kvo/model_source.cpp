@@ -11,9 +11,13 @@
 #include <unistd.h>
 
 #include "caeenv.h"
+#include "confinement.h"
 #include "deck_import.h"
 #include "output_redirect.h"
 #include "program_error.h"
+#include "scratch_folder.h"
+#include "text/mapped_file.h"
+#include "text/printable.h"
 
 namespace fs = std::filesystem;
 
@@ -23,27 +27,6 @@ namespace {
 
 // "dir/model/part_start" must fit the library's path buffer of 128 bytes.
 const std::size_t longestPath = 127;
-
-// A directory that is removed with everything in it.
-class TemporaryDirectory
-{
-public:
-    TemporaryDirectory()
-    {
-        std::string name = (fs::temp_directory_path() / "kvo-XXXXXX").string();
-        if (!mkdtemp(&name[0])) {
-            throw ProgramError(name, std::string("cannot be made (") + std::strerror(errno) + ")");
-        }
-        path = name;
-    }
-    ~TemporaryDirectory()
-    {
-        std::error_code ignored;
-        fs::remove_all(path, ignored);
-    }
-
-    std::string path;
-};
 
 // A short name for a directory: /proc/self/fd/N.
 class ShortName
@@ -122,7 +105,7 @@ struct ModelSource::Impl
     std::string trueDirectory;
     std::string trueName;
     ModelInfo info;
-    std::unique_ptr<TemporaryDirectory> temporary;
+    std::unique_ptr<ScratchFolder> temporary;
     std::unique_ptr<ShortName> alias;
     std::unique_ptr<HeldIndex> index;
 
@@ -153,12 +136,14 @@ struct ModelSource::Impl
         model = full.filename().string();
     }
 
-    void importTemporary(const fs::path& deck)
+    void importTemporary(const fs::path& deck, const std::string& root)
     {
-        temporary = std::make_unique<TemporaryDirectory>();
-        const fs::path target = fs::path(temporary->path) / "model";
+        temporary = std::make_unique<ScratchFolder>("kvo-");
+        const fs::path target = fs::path(temporary->path()) / "model";
         ImportLog log;
-        importDeck(deck.string(), target.string(), log, {});
+        DeckOptions reading;
+        reading.root = root;
+        importDeck(deck.string(), target.string(), log, {}, reading);
         leftOutLine = summarizeLeftOut(log);
         useDirectory(target);
     }
@@ -179,27 +164,32 @@ struct ModelSource::Impl
     }
 };
 
-ModelSource::ModelSource(const std::string& path) : impl(new Impl)
+ModelSource::ModelSource(const std::string& path, const Confinement& confinement) : impl(new Impl)
 {
     impl->shown = path;
+    confinement.check({path});
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
-    if (!fs::exists(status)) {
+    if (!fs::exists(status) && !isGivenOpen(path)) {
         throw ProgramError(path, error ? error.message() : "No such file or directory");
     }
     if (fs::is_directory(status)) {
+        confinement.checkModel(path);
         impl->useDirectory(path);
     } else {
-        impl->importTemporary(path);
+        impl->importTemporary(path, confinement.root());
     }
     impl->titleText = fs::is_directory(status) ? impl->model : fs::path(path).stem().string();
-    const fs::path full = fs::canonical(path);
+    const fs::path full = fs::weakly_canonical(path, error); // a pipe has no place
     impl->trueDirectory = full.parent_path().string();
     impl->trueName = full.filename().string();
     impl->shortenPath();
     std::string problem;
     if (!impl->readInfo(problem)) {
         throw ProgramError(withRealNames(problem));
+    }
+    for (std::size_t k = 0; !impl->temporary && k < impl->info.files.size(); ++k) {
+        confinement.checkModel(impl->dir + "/" + impl->info.files[k]);
     }
 }
 
@@ -266,8 +256,8 @@ void ModelSource::checkUnchanged() const
 void warnOfLeftOut(const ModelSource& source)
 {
     if (!source.leftOut().empty()) {
-        std::fprintf(stderr, "kvo: warning: %s: %s (kvo import lists them)\n", source.shownName().c_str(),
-                     source.leftOut().c_str());
+        std::fprintf(stderr, "kvo: warning: %s: %s (kvo import lists them)\n", printable(source.shownName()).c_str(),
+                     printable(source.leftOut()).c_str());
     }
 }
 

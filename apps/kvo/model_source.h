@@ -12,11 +12,14 @@ class CAEEnv;
 
 namespace kvo {
 
+class Confinement;
+
 class ModelSource
 {
 public:
-    // Throws ProgramError for what is neither, and what the deck readers find wrong in a deck.
-    explicit ModelSource(const std::string& path);
+    // Throws ProgramError for what is neither or lies outside of the confinement, and what the deck readers find wrong
+    // in a deck.
+    ModelSource(const std::string& path, const Confinement& confinement);
     ~ModelSource();
 
     // The pair that the library takes: it looks at dirName/modelName/part_start, in 127 characters at most. A directory

@@ -6,6 +6,7 @@
 
 #include "caeenv.h"
 #include "commands.h"
+#include "confinement.h"
 #include "deck_file.h"
 #include "drawing_options.h"
 #include "file_checks.h"
@@ -196,7 +197,10 @@ std::string asTable(const std::vector<Picked>& hits, const PickOptions& options,
 void pick(const PickOptions& options)
 {
     const Operation place = parsePlace(options);
+    const Confinement confinement(options.drawing.confine);
+    confinement.check({options.model, options.drawing.log, options.scene.state, options.scene.ops});
     const SceneSetup scene = parseScene(options.scene);
+    confinement.checkSession(scene.session);
     const SessionOptions settings =
         sessionOptions(options.drawing, scene.looks, scene.session.width ? scene.session.width : 1280,
                        scene.session.height ? scene.session.height : 960);
@@ -209,7 +213,7 @@ void pick(const PickOptions& options)
     roles.reads(options.model, "the model");
     addScene(roles, scene);
     addOutput(roles, options.drawing.log, "--log");
-    const ModelSource source(options.model);
+    const ModelSource source(options.model, confinement);
     addModel(roles, source);
     warnOfLeftOut(source);
     ModelSession session(source, settings);

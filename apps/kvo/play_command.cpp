@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "confinement.h"
 #include "deck_file.h"
 #include "drawing_options.h"
 #include "file_checks.h"
@@ -72,8 +73,12 @@ void play(const PlayOptions& options)
     if (!options.output.empty()) {
         checkPictureName(options.output, "--output");
     }
+    const Confinement confinement(options.drawing.confine);
+    confinement.check({options.session, options.output, options.drawing.log});
     const Session played = readSession(options.session);
+    confinement.checkSession(played);
     const std::string model = options.model.empty() ? played.modelPath() : options.model;
+    confinement.check({model});
     const LookSetup looks = parseLooks(options.looks);
     const SessionOptions settings =
         sessionOptions(options.drawing, looks, played.width ? played.width : 1280, played.height ? played.height : 960);
@@ -81,7 +86,7 @@ void play(const PlayOptions& options)
         throw UsageError(options.session + ": the session has no MODEL line, so the command line must name a model");
     }
     FileRoles roles = filesOf(options, played, model);
-    const ModelSource source(model);
+    const ModelSource source(model, confinement);
     addModel(roles, source);
     warnOfLeftOut(source);
     const std::string moved = formatOrigin(readOrigin(source));

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 
 #include "commands.h"
+#include "confinement.h"
 #include "contact_sheet.h"
 #include "drawing_options.h"
 #include "file_checks.h"
@@ -157,7 +158,11 @@ FileRoles filesOf(const RenderOptions& options, const SceneSetup& scene)
 void render(const RenderOptions& options)
 {
     checkPictureName(options.output, "--output");
+    const Confinement confinement(options.drawing.confine);
+    confinement.check({options.model, options.output, options.saveState, options.drawing.log, options.scene.state,
+                       options.scene.ops});
     const SceneSetup scene = sceneOf(options);
+    confinement.checkSession(scene.session);
     SessionOptions settings = pictureOptions(options, scene);
     std::unique_ptr<ContactSheet> sheet;
     if (options.sheet()) {
@@ -167,7 +172,7 @@ void render(const RenderOptions& options)
         settings.height = sheet->viewHeight();
     }
     FileRoles roles = filesOf(options, scene);
-    const ModelSource source(options.model);
+    const ModelSource source(options.model, confinement);
     addModel(roles, source);
     warnOfLeftOut(source);
     ModelSession session(source, settings);

@@ -2,13 +2,11 @@
 #include "session_file.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
+#include "input_file.h"
 #include "program_error.h"
 #include "transformations.h"
 #include "verbs.h"
@@ -19,6 +17,8 @@ namespace fs = std::filesystem;
 namespace kvo {
 
 namespace {
+
+const std::size_t longestSession = std::size_t{64} << 20; // bytes
 
 template <class Matches> const VerbRow* findVerb(Matches matches)
 {
@@ -115,18 +115,12 @@ Session parseSession(std::istream& text, const std::string& file)
 
 Session readSession(const std::string& path)
 {
-    std::ifstream in(path);
-    if (!in) {
-        throw ProgramError(path, std::string("cannot be opened (") + std::strerror(errno) + ")");
+    const std::string text = readInputFile(path, "a session file", longestSession);
+    if (text.size() > longestSession) {
+        throw ProgramError(path, "is longer than any session file (" + std::to_string(longestSession >> 20) + " MiB)");
     }
-    if (fs::is_directory(path)) {
-        throw ProgramError(path, "is a directory, not a session file");
-    }
-    Session out = parseSession(in, path);
-    if (in.bad()) {
-        throw ProgramError(path, "cannot be read");
-    }
-    return out;
+    std::istringstream lines(text);
+    return parseSession(lines, path);
 }
 
 std::string formatOperation(const Operation& operation)

@@ -5,15 +5,14 @@
 // three matrices of doubles; the pivot as three doubles; a quaternion of floats.
 #include "state_bytes.h"
 
-#include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 
 #include <GL/gl.h>
 
+#include "input_file.h"
 #include "mview.h"
 #include "partstr.h"
 #include "program_error.h"
@@ -59,20 +58,8 @@ std::size_t stateSize(std::size_t directoryLength, std::size_t modelLength, std:
 
 StateBytes::StateBytes(const std::string& path, std::size_t numParts) : file(path), parts(numParts)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        throw ProgramError(path, std::string("cannot be opened (") + std::strerror(errno) + ")");
-    }
-    if (fs::is_directory(path)) {
-        throw ProgramError(path, "is a directory, not a view state");
-    }
     const std::size_t most = stateSize(longestName, longestName, parts);
-    bytes.resize(most + 1);
-    in.read(&bytes[0], static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(in.gcount()));
-    if (in.bad()) {
-        throw ProgramError(path, "cannot be read");
-    }
+    bytes = readInputFile(path, "a view state", most);
     if (bytes.size() > most) {
         throw ProgramError(path, "is no view state of this model: it has more than " + counted(most, "byte"));
     }
