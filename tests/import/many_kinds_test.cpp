@@ -100,7 +100,6 @@ TEST_F(ManyKinds, ZerosBehindAFirstLineAreALineWithoutEnd)
                              {"a.cdb", "/PREP7\n"},
                              {"a.unv", "    -1\n  2411\n"},
                              {"a.obj", "v 0 0 0\n"},
-                             {"a.stl", "solid a\nfacet normal 0 0 1\n"},
                              {"a.ply", "ply\nformat ascii 1.0\n"},
                              {"a.msh", "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n"},
                              {"a.vtk", "# vtk DataFile Version 3.0\nt\nASCII\n"},

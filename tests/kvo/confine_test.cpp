@@ -1,8 +1,8 @@
 // --confine, and model directories that name places outside of themselves.
 #include <gtest/gtest.h>
 
+#include "mantypes.h"
 #include "modelwriter.h"
-#include "partstr.h"
 #include "run_kvo.h"
 #include "small_decks.h"
 

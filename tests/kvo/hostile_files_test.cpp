@@ -60,7 +60,7 @@ TEST_F(HostileFiles, DeepListsInDeckJsonAreAnError)
 {
     const std::string model = writeModel();
     const std::string json = readText(model + "/deck.json");
-    for (const std::string& key : {"\"sets\":", "\"unheard\":", "\"version\":"}) {
+    for (const std::string key : {"\"sets\":", "\"unheard\":", "\"version\":"}) {
         writeText(model + "/deck.json", "{" + key + repeated("[", 50000) + repeated("]", 50000) + "," + json.substr(1));
         for (const char* option : {"--json", "--sets"}) {
             const KvoRun run = runKvo({"info", model, option});

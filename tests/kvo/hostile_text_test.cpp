@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
+#include "mantypes.h"
 #include "modelwriter.h"
-#include "partstr.h"
 #include "run_kvo.h"
 
 namespace {
