@@ -57,7 +57,7 @@ std::string takeName(Cursor& cursor, const std::string& path)
 }
 
 // Older files end before it. Whatever else follows is none of ours.
-void takeStamp(Cursor& cursor, PartStart& start)
+void takeStamp(Cursor& cursor, const MappedFile& file, PartStart& start)
 {
     const std::uint64_t known = std::min(cursor.rest(), magicSize);
     if (known == 0) {
@@ -70,6 +70,12 @@ void takeStamp(Cursor& cursor, PartStart& start)
     char magic[magicSize];
     cursor.take(magic, magicSize);
     cursor.take(&start.stamp, sizeof start.stamp);
+    const std::uint64_t checked = cursor.offset;
+    std::uint64_t sum = 0;
+    cursor.take(&sum, sizeof sum);
+    if (sum != checksum(file.bytes, checked)) {
+        badFile(file.path, checked, "the contents do not match their checksum");
+    }
     start.whole = cursor.rest() == 0;
 }
 
@@ -97,7 +103,7 @@ PartStart readPartStart(const std::string& path, const std::string& modelName)
             start.files.push_back(takeName(cursor, path));
         }
     }
-    takeStamp(cursor, start);
+    takeStamp(cursor, file, start);
     return start;
 }
 
@@ -114,6 +120,7 @@ std::string partStartBytes(const PartStart& start)
     }
     bytes.append(stampMagic, magicSize);
     append(bytes, start.stamp);
+    append(bytes, checksum(bytes.data(), bytes.size()));
     return bytes;
 }
 

@@ -125,10 +125,25 @@ TEST(ModelInfo, OfACutIndexFailsAtEveryLength)
     const std::string path = folder.path + "/m/part_start";
     const std::string whole = readBytes(path);
     const std::size_t withoutTheStamp = 28u + 4 + 7 + 4 + 8; // whole as older files go
-    ASSERT_EQ(whole.size(), withoutTheStamp + 16);
+    ASSERT_EQ(whole.size(), withoutTheStamp + 24);
     for (std::size_t size = 0; size < whole.size(); size += size + 1 == withoutTheStamp ? 2 : 1) {
         writeBytes(path, whole.substr(0, size));
         EXPECT_EQ(errorOf(folder.path, "m").rfind(path + ": offset ", 0), 0u) << size;
+    }
+}
+
+TEST(ModelInfo, OfAnIndexWithAChangedByteNamesTheIndex)
+{
+    TempFolder folder;
+    writeTinyModel(folder.path);
+    const std::string path = folder.path + "/tiny/part_start";
+    const std::string whole = readBytes(path);
+    const std::size_t magicStart = 28, magicEnd = 36; // changed there, it is others' text behind an older file
+    for (std::size_t k = 0; k < whole.size(); k = k + 1 == magicStart ? magicEnd : k + 1) {
+        std::string bytes = whole;
+        bytes[k] = static_cast<char>(bytes[k] ^ 1);
+        writeBytes(path, bytes);
+        EXPECT_EQ(errorOf(folder.path, "tiny").rfind(path + ": offset ", 0), 0u) << k;
     }
 }
 

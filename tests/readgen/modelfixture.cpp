@@ -56,7 +56,7 @@ std::vector<std::string> listTree(const std::string& folder)
 
 std::string withoutStamp(const std::string& partStart)
 {
-    const std::size_t size = partStart.size() - 16;
+    const std::size_t size = partStart.size() - 24;
     EXPECT_EQ(partStart.substr(size, 8), "KVO_STMP");
     return partStart.substr(0, size);
 }

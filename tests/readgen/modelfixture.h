@@ -31,7 +31,7 @@ void writeBytes(const std::string& path, const std::string& bytes);
 // Everything below a folder, relative, sorted; folders end in "/".
 std::vector<std::string> listTree(const std::string& folder);
 
-// The stamp at the end of a part_start, and what stands before it.
+// The stamp near the end of a part_start, and what stands before it and its checksum.
 std::uint64_t stampIn(const std::string& partStart);
 std::string withoutStamp(const std::string& partStart);
 
