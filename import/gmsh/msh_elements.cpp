@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "msh_reader.h"
+#include "node_surplus.h"
 
 namespace kvo {
 
@@ -104,10 +105,15 @@ void MshElements::readVersion1()
             input.skipLine();
             continue;
         }
-        if (entries != type->nodes) {
+        if (entries < type->nodes) {
             input.fail("a " + std::string(type->name) + " does not have " + std::to_string(entries) + " nodes");
         }
         readNodes(type->nodes, false);
+        if (entries > type->nodes) {
+            input.skipLine();
+            warnOfMoreNodes(log, {mesh.sourceFiles.front(), head.line}, type->name, head.id,
+                            static_cast<std::size_t>(type->nodes), static_cast<std::size_t>(entries));
+        }
         add(*type, head);
     }
 }

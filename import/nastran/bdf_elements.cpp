@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "id_index.h"
+#include "node_surplus.h"
 #include "text/fields.h"
 
 namespace kvo {
@@ -116,6 +117,23 @@ std::int64_t elementId(const BdfCard& card, std::size_t field)
     return id;
 }
 
+// Nodes of a solid with all its mid-side nodes; 0: cards of other shapes have other fields behind the nodes.
+std::size_t mostNodes(const BdfElementRow& row)
+{
+    switch (row.family == Family::Solid ? row.shape : Shape::Line) {
+    case Shape::Tetra:
+        return 10;
+    case Shape::Pyramid:
+        return 13;
+    case Shape::Wedge:
+        return 15;
+    case Shape::Hexa:
+        return 20;
+    default:
+        return 0;
+    }
+}
+
 // One end may be the ground: no node, and the element shrinks to the other end. False if there is no end at all.
 bool groundEnds(std::int64_t* nodes)
 {
@@ -173,6 +191,7 @@ void BdfElements::addElement(const BdfElementRow& row, const BdfCard& card, std:
         orientation = orientationOf(card, row.orientation);
     }
     nodes[corners] = orientation.node;
+    checkSurplus(row, card, id);
     const std::uint32_t type = typeOf(row);
     const std::uint32_t part = partOf(row, card, first, id);
     ElementBlock& block = mesh.files.front().blockFor(type, card.file);
@@ -185,6 +204,19 @@ void BdfElements::addElement(const BdfElementRow& row, const BdfCard& card, std:
     }
     if (row.base) {
         noteBlanks(row, card, block, nodes[0], orientation);
+    }
+}
+
+void BdfElements::checkSurplus(const BdfElementRow& row, const BdfCard& card, std::int64_t id)
+{
+    const std::size_t most = mostNodes(row);
+    std::size_t given = most;
+    std::int64_t node = 0;
+    while (most > 0 && card.isInteger(static_cast<std::size_t>(row.firstNode) + given, node) && node > 0) {
+        ++given;
+    }
+    if (given > most) {
+        warnOfMoreNodes(log, card.place(), row.name, id, most, given);
     }
 }
 

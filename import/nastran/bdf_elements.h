@@ -113,6 +113,7 @@ private:
     void addElement(const BdfElementRow& row, const BdfCard& card, std::size_t first);
     void addUndrawnElement(const BdfUndrawnRow& row, const BdfCard& card, std::size_t first);
     std::uint32_t partOf(const BdfElementRow& row, const BdfCard& card, std::size_t first, std::int64_t id);
+    void checkSurplus(const BdfElementRow& row, const BdfCard& card, std::int64_t id);
     void noteBlanks(const BdfElementRow& row, const BdfCard& card, ElementBlock& block, std::int64_t endA,
                     const OrientationEntry& orientation);
     void noteValue(const BdfElementRow& row, double value, std::uint32_t part);

@@ -370,6 +370,18 @@ TEST_F(BdfMesh, WhatIsNoSecondElementIsWarnedOf)
               "deck.bdf:5: CROD: the id must be above 0, not -2");
 }
 
+TEST_F(BdfMesh, SolidsWithMoreNodesThanTheyCanHave)
+{
+    const std::string whole = "CTETRA,1,5,1,2,3,4,5,6\n,7,8,9,10";
+    const kvo::Mesh mesh = readBdf(grids(12) + whole + ",11,12\n");
+    EXPECT_EQ(nodesOf(mesh, 1), (Ids{1, 2, 3, 4}));
+    ASSERT_EQ(log.warningCount("elements with more nodes than their type has"), 1u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "deck.bdf:14: CTETRA element 1 has 10 nodes, 12 are given"))
+        << log.warnings()[0].lines[0];
+    readBdf(grids(12) + whole + "\n+,CORDM,3\n");
+    EXPECT_TRUE(log.warnings().empty()) << "a material system is no node";
+}
+
 TEST_F(BdfMesh, ScalarPointsAreNowhere)
 {
     const kvo::Mesh mesh = readBdf(grids(2) + "SPOINT,10,THRU,12\nSPOINT,20\nCELAS1,1,7,1,1,11,0\nCELAS3,2,7,20,2\n"

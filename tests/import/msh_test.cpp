@@ -195,8 +195,14 @@ TEST_F(Msh, Version1)
                                    "3 1 0 4 2 1 5\n4 15 0 1 1 7\n$ENDELM\n");
     EXPECT_EQ(nodesOf(mesh, 2), (Ids{1, 5, 7}));
     EXPECT_EQ(partNames(mesh), (std::vector<std::string>{"physical surface 9", "curve 4"}));
-    EXPECT_EQ(error("$NOD\n1\n1 0 0 0\n$ENDNOD\n$ELM\n1\n2 2 9 30 4 1 1 1 1\n$ENDELM\n"),
-              "deck.msh:7: a 3-node triangle does not have 4 nodes");
+    const kvo::Mesh more = readMsh("$NOD\n3\n1 0 0 0\n5 1 0 0\n7 0 1 0\n$ENDNOD\n$ELM\n2\n2 2 9 30 5 1 5 7 1 5\n"
+                                   "3 2 9 30 3 5 7 1\n$ENDELM\n");
+    EXPECT_EQ(nodesOf(more, 2), (Ids{1, 5, 7}));
+    EXPECT_EQ(nodesOf(more, 3), (Ids{5, 7, 1}));
+    EXPECT_TRUE(contains(log.warnings().at(0).lines.at(0), "deck.msh:9: 3-node triangle element 2 has 3 nodes, 5 are"))
+        << log.warnings()[0].lines[0];
+    EXPECT_EQ(error("$NOD\n1\n1 0 0 0\n$ENDNOD\n$ELM\n1\n2 2 9 30 2 1 1\n$ENDELM\n"),
+              "deck.msh:7: a 3-node triangle does not have 2 nodes");
 }
 
 TEST_F(Msh, Version40)
