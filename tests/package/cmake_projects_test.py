@@ -43,7 +43,7 @@ class Components(Projects):
 
     def test_without_components_all_are_there(self):
         found = self.configure("""find_package(kvorender REQUIRED)
-foreach(name read render scene)
+foreach(name read model render scene)
   if(NOT TARGET kvorender::${name})
     message(FATAL_ERROR "no ${name}")
   endif()
@@ -54,7 +54,7 @@ endforeach()
     def test_one_that_there_is_not_is_named_with_those_there_are(self):
         found = self.configure("find_package(kvorender REQUIRED COMPONENTS scene window)\n", self.package)
         self.assertNotEqual(found.returncode, 0)
-        self.assertIn("kvorender has no component 'window'; it has read, render and scene", " ".join(found.stdout.split()))
+        self.assertIn("kvorender has no component 'window'; it has read, model, render and scene", " ".join(found.stdout.split()))
 
     def test_an_optional_one_that_there_is_not_is_no_error(self):
         found = self.configure("""find_package(kvorender REQUIRED COMPONENTS scene OPTIONAL_COMPONENTS window)
@@ -64,12 +64,14 @@ endif()
 """, self.package)
         self.assertEqual(found.returncode, 0, found.stdout)
 
-    def test_reading_alone_looks_for_no_opengl(self):
-        self.write_main('#include "modelwriter.h"\nint main() { return ModelPart().stride > 100; }\n')
+    def test_without_drawing_no_opengl_is_looked_for(self):
+        self.write_main('#include "modelwriter.h"\n#include <kvo/camera.h>\n'
+                        "int main() { return ModelPart().stride > 100 || kvo::Camera().scale() < 0; }\n")
         found = self.configure("""set(CMAKE_DISABLE_FIND_PACKAGE_OpenGL ON)
-find_package(kvorender REQUIRED COMPONENTS read)
+find_package(kvorender REQUIRED COMPONENTS read model)
 add_executable(reader main.cpp)
-target_link_libraries(reader PRIVATE kvorender::read)
+target_compile_features(reader PRIVATE cxx_std_17)
+target_link_libraries(reader PRIVATE kvorender::read kvorender::model)
 """, self.package)
         self.assertEqual(found.returncode, 0, found.stdout)
         built = self.build("reader")
