@@ -116,11 +116,11 @@ struct SceneLook
     bool axes = true;             // the model's axes in the lower left corner of pictures that are not tiny
     bool frameOverlays = true;    // rubber band and marker of an operation; with SceneLight::Contract, or
                                   // without axes, also the environment's own triad at the model's origin
-    float pixelShift[2] = {0, 0}; // the model is drawn by so many pixels further right and up, less than one each: for
-                                  // pictures that are the mean of several frames (OpenGL 4.1)
     bool moving = false;          // the view is being turned: see frameBudget
     float frameBudget = 0;        // milliseconds; a moving view draws a coarser surface when exact frames take
                                   // longer. 0: always exact. At rest (moving is false) always exact.
+    float pixelShift[2] = {0, 0}; // the model is drawn by so many pixels further right and up, less than one each: for
+                                  // pictures that are the mean of several frames (OpenGL 4.1)
 };
 
 // What the last frame cost. New fields are added at the end.

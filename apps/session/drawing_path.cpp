@@ -29,8 +29,8 @@ public:
 
     void shift(float right, float up) override
     {
-        view.look.pixelShift[0] = right;
-        view.look.pixelShift[1] = up;
+        view.look().pixelShift[0] = right;
+        view.look().pixelShift[1] = up;
     }
 
     Picker& picker() override { return ownPicker; }

@@ -297,7 +297,7 @@ void SceneView::draw()
     clearViewport(env.viewPort);
     impl->drawnLook = impl->look;
     impl->setMatrices();
-    shiftFrame(look.pixelShift[0], look.pixelShift[1]);
+    shiftFrame(impl->drawnLook.pixelShift[0], impl->drawnLook.pixelShift[1]);
 
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);

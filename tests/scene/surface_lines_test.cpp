@@ -173,9 +173,9 @@ TEST_F(SurfaceLinesDraw, APartBetweenTwoOthersIsHiddenAlone)
     load();
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
-    view.look.lines.free = true;
+    view.look().lines.free = true;
     const float red[4] = {1, 0, 0, 1};
-    std::copy(red, red + 4, view.look.lines.freeColor);
+    std::copy(red, red + 4, view.look().lines.freeColor);
     const auto rims = [&] { // of the three sheets: is the left side drawn, is the right?
         const Picture p = picture(view);
         std::vector<bool> out;
