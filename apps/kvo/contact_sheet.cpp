@@ -42,7 +42,15 @@ ContactSheet::ContactSheet(int w, int h, Color b) : width(w), height(h), backgro
         throw ProgramError("a contact sheet of " + std::to_string(w) + "x" + std::to_string(h) +
                            " is too small for its views");
     }
+    try {
+        title = std::make_unique<TextPainter>(titleFont);
+        text = std::make_unique<TextPainter>(textFont);
+    } catch (const HostError& error) {
+        problem = error.what();
+    }
 }
+
+ContactSheet::~ContactSheet() = default;
 
 int ContactSheet::viewWidth() const
 {
@@ -58,8 +66,6 @@ Picture ContactSheet::compose(const std::function<Picture(std::size_t)>& view,
                               const std::vector<std::string>& description) const
 {
     Picture sheet(width, height, frameFor(background));
-    TextPainter title(titleFont);
-    TextPainter text(textFont);
     const Color ink = inkFor(background);
     const std::vector<NamedView>& views = standardViews();
     for (int cell = 0; cell < columns * rows; ++cell) {
@@ -67,17 +73,19 @@ Picture ContactSheet::compose(const std::function<Picture(std::size_t)>& view,
         const int y = gap + cell / columns * (viewHeight() + titleHeight + gap);
         const bool isView = static_cast<std::size_t>(cell) < views.size();
         const std::string heading = isView ? views[cell].title : description.empty() ? "" : description[0];
-        const int titleTop = y + (titleHeight - title.lineHeight()) / 2;
-        title.draw(sheet, x + gap / 2, titleTop, title.shorten(heading, viewWidth() - gap), ink);
+        if (problem.empty()) {
+            const int titleTop = y + (titleHeight - title->lineHeight()) / 2;
+            title->draw(sheet, x + gap / 2, titleTop, title->shorten(heading, viewWidth() - gap), ink);
+        }
         if (isView) {
             sheet.paste(view(cell), x, y + titleHeight);
             continue;
         }
         sheet.paste(Picture(viewWidth(), viewHeight(), background), x, y + titleHeight);
-        for (std::size_t line = 1; line < description.size(); ++line) {
-            const int top = y + titleHeight + gap + static_cast<int>(line - 1) * (text.lineHeight() + 3);
-            if (top + text.lineHeight() <= y + titleHeight + viewHeight()) {
-                text.draw(sheet, x + gap, top, text.shorten(description[line], viewWidth() - 2 * gap), ink);
+        for (std::size_t line = 1; problem.empty() && line < description.size(); ++line) {
+            const int top = y + titleHeight + gap + static_cast<int>(line - 1) * (text->lineHeight() + 3);
+            if (top + text->lineHeight() <= y + titleHeight + viewHeight()) {
+                text->draw(sheet, x + gap, top, text->shorten(description[line], viewWidth() - 2 * gap), ink);
             }
         }
     }

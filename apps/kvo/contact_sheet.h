@@ -3,6 +3,7 @@
 #define KVO_CONTACT_SHEET_H
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,12 +11,18 @@
 
 namespace kvo {
 
+class TextPainter;
+
 // Four columns and two rows: the views in the order of standardViews(), then what the model is.
 class ContactSheet
 {
 public:
     // Throws ProgramError when the picture is too small for eight cells with titles.
     ContactSheet(int width, int height, Color background);
+    ~ContactSheet();
+
+    // Why there is no font, and so no text; else empty.
+    const std::string& fontProblem() const { return problem; }
 
     // What one view's picture measures.
     int viewWidth() const;
@@ -28,6 +35,9 @@ private:
     int width;
     int height;
     Color background;
+    std::unique_ptr<TextPainter> title; // both null without the font
+    std::unique_ptr<TextPainter> text;
+    std::string problem;
 };
 
 } // namespace kvo

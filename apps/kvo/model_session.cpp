@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <optional>
 
 #include <GL/gl.h>
@@ -10,6 +11,7 @@
 
 #include "bitmap_font.h"
 #include "caeenv.h"
+#include "empty_picture.h"
 #include "file_checks.h"
 #include "frame_mean.h"
 #include "headless_context.h"
@@ -63,17 +65,31 @@ struct ModelSession::Impl
     OutputRedirect quiet;
     HeadlessContext context;
     Offscreen target;
-    BitmapFont font;
+    std::string fontProblem; // why there is no font; said once
+    std::optional<BitmapFont> font;
     CAEEnv env;
     ModelLabels labels;
     std::unique_ptr<DrawingPath> path;
     std::optional<MTransform> beforeFrame; // the last one, where it may have to be drawn again
+    const std::string modelName;           // as messages name it
+    std::string pictureName = "the picture";
+    bool hasLegend = false;
 
     Impl(const ModelSource& source, const SessionOptions& o)
-        : options(o), quiet(o.log), context(o.device), target(o.width, o.height, o.samples), font(labelHeight),
-          env(source.dirName().c_str(), source.modelName().c_str(), o.shadeModel)
+        : options(o), quiet(o.log), context(o.device), target(o.width, o.height, o.samples),
+          env(source.dirName().c_str(), source.modelName().c_str(), o.shadeModel), modelName(source.shownName())
     {
+        try {
+            font.emplace(labelHeight);
+        } catch (const HostError& error) {
+            fontProblem = error.what();
+        }
     }
+
+    unsigned int fontBase() const { return font ? font->base() : 0; }
+    bool hasText();
+    void warn(const std::string& text);
+    void checkPicture(const Picture& drawn);
 
     // How many frames a picture is the mean of. A driver without several samples draws single frames up to 4.
     int framesOfPicture() const
@@ -104,6 +120,40 @@ Picture ModelSession::Impl::meanOfFrames()
     return mean.mean();
 }
 
+bool ModelSession::Impl::hasText()
+{
+    const SceneLabels& labelled = options.look.labels;
+    const PartInfoStr* parts = env.getPartsList();
+    const bool boxed = std::any_of(parts, parts + env.getNumParts(), [](const PartInfoStr& part) {
+        return (part.partFlag & PART_BOX_SHOWN) && !(part.partFlag & PART_HIDDEN);
+    });
+    return boxed || (!options.contract && (hasLegend || labelled.parts || labelled.elements || labelled.nodes));
+}
+
+void ModelSession::Impl::warn(const std::string& text)
+{
+    dprintf(quiet.standardError(), "kvo: warning: %s\n", text.c_str());
+}
+
+// Most pictures show something but the background; only the others are looked into.
+void ModelSession::Impl::checkPicture(const Picture& drawn)
+{
+    if (!fontProblem.empty() && hasText()) {
+        warn(fontProblem + "; the text is left out");
+        fontProblem.clear();
+    }
+    const bool onlyModel = !options.contract && !hasLegend && options.look.axes;
+    if ((onlyModel && isMarked(drawn, options.background)) || path->showsModel()) {
+        if (isBeyondDrawing(env)) {
+            warn(modelName + ": " + pictureName +
+                 " may be wrong: the coordinates are too large or too small to be drawn");
+        }
+        return;
+    }
+    const SceneSection section = options.contract ? SceneSection() : options.look.section;
+    warn(modelName + ": " + pictureName + " shows nothing of the model" + whyEmpty(env, section));
+}
+
 ModelSession::ModelSession(const ModelSource& source, const SessionOptions& options) : impl(new Impl(source, options))
 {
     loadParts(impl->env, source);
@@ -111,14 +161,18 @@ ModelSession::ModelSession(const ModelSource& source, const SessionOptions& opti
         throw ProgramError(source.shownName(), "the model has no parts");
     }
     impl->labels = labelsOf(source, impl->env);
-    impl->options.look.fontBase = impl->font.base();
+    impl->options.look.fontBase = impl->fontBase();
     impl->options.look.fontHeight = labelHeight;
-    initialize(impl->env, impl->options, impl->font.base());
+    initialize(impl->env, impl->options, impl->fontBase());
     const Color& c = options.background;
     glClearColor(c.r / 255.0f, c.g / 255.0f, c.b / 255.0f, 1);
-    impl->path = options.contract ? makeContractPath(impl->env)
-                                  : makeScenePath(impl->env, impl->options.look,
-                                                  makeColoring(options.colorBy, impl->env, source.info()));
+    if (options.contract) {
+        impl->path = makeContractPath(impl->env);
+    } else {
+        const Coloring coloring = makeColoring(options.colorBy, impl->env, source.info());
+        impl->hasLegend = options.look.legend && (coloring.byValue() || coloring.byCategory());
+        impl->path = makeScenePath(impl->env, impl->options.look, coloring);
+    }
     setView(impl->env.getMViewPtr()->mViewType);
 }
 
@@ -179,7 +233,10 @@ void ModelSession::drawFrame()
 
 Picture ModelSession::picture()
 {
-    return impl->beforeFrame ? impl->meanOfFrames() : impl->target.read();
+    Picture out = impl->beforeFrame ? impl->meanOfFrames() : impl->target.read();
+    impl->checkPicture(out);
+    impl->target.bind();
+    return out;
 }
 
 void ModelSession::writePicture(const Picture& picture, const std::string& path)
@@ -194,6 +251,16 @@ void ModelSession::writePicture(const Picture& picture, const std::string& path)
 void ModelSession::finish()
 {
     impl->quiet.finish();
+}
+
+int ModelSession::defaultView()
+{
+    return impl->options.contract ? ISO_VIEW : viewThatShows(impl->env);
+}
+
+void ModelSession::namePictures(const std::string& name)
+{
+    impl->pictureName = name;
 }
 
 void ModelSession::print(const std::string& text)

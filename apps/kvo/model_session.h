@@ -40,6 +40,11 @@ public:
 
     Picker& picker(); // for the last frame
 
+    // For a picture without a view of its own: the drawing library's first one, or viewThatShows (empty_picture.h).
+    int defaultView();
+    // What warnings call the pictures from now on, instead of "the picture".
+    void namePictures(const std::string& name);
+
     void setView(int viewType) override;
     void resetView() override;
 
@@ -48,6 +53,7 @@ public:
     int width() const override;
     int height() const override;
     void drawFrame() override;
+    // Warns on the program's standard error when it shows nothing of the model, or when text is missing.
     Picture picture() override;
     void print(const std::string& text) override; // on the program's standard output
 

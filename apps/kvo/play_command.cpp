@@ -95,6 +95,7 @@ void play(const PlayOptions& options)
     }
     ModelSession session(source, settings);
     applyLooks(session.env(), looks);
+    session.setView(session.defaultView());
     session.drawFrame();
     playSession(session, session.picker(), played);
     if (!options.output.empty()) {

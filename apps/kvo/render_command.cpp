@@ -1,4 +1,5 @@
 // kvo render: a picture of a model.
+#include <iostream>
 #include <memory>
 
 #include <CLI/CLI.hpp>
@@ -80,6 +81,7 @@ Picture drawSheet(ModelSession& session, const ContactSheet& sheet, const ModelS
     reset.code = RESET_TRANSFORM;
     const auto draw = [&](std::size_t k) {
         session.setView(standardViews()[k].type);
+        session.namePictures(std::string("the ") + standardViews()[k].name + " view");
         session.drawFrame();
         playOperation(session, session.picker(), reset);
         playSession(session, session.picker(), scene.session);
@@ -168,6 +170,9 @@ void render(const RenderOptions& options)
     if (options.sheet()) {
         checkSheet(options, scene.session);
         sheet = std::make_unique<ContactSheet>(settings.width, settings.height, settings.background);
+        if (!sheet->fontProblem().empty()) {
+            std::cerr << "kvo: warning: " << sheet->fontProblem() << "; the text is left out\n";
+        }
         settings.width = sheet->viewWidth();
         settings.height = sheet->viewHeight();
     }

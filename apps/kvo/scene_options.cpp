@@ -137,6 +137,7 @@ SceneSetup parseScene(const SceneOptions& options)
     if (options.viewGiven || options.state.empty()) {
         const NamedView* view = findView(options.view);
         out.view = view ? view->type : ISO_VIEW;
+        out.viewGiven = options.viewGiven;
     }
     if (!options.ops.empty()) {
         out.session = readSession(options.ops);
@@ -163,7 +164,7 @@ void openScene(ModelSession& session, const SceneSetup& scene)
         env.setBoxDisplay(PART_SHOWN);
     }
     if (scene.view) {
-        session.setView(scene.view);
+        session.setView(scene.viewGiven ? scene.view : session.defaultView());
     }
     session.drawFrame();
 }

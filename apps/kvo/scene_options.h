@@ -46,8 +46,9 @@ struct SceneSetup
     std::vector<IdPiece> hide;
     std::vector<Operation> selections; // Select and Highlight
     std::string state;
-    int view = 0;  // _MViewType; 0: the state's
-    int shade = 0; // OpenGL's shade model and polygon mode; 0: the state's, else as loaded
+    int view = 0;           // _MViewType; 0: the state's
+    bool viewGiven = false; // else one in which the model is seen
+    int shade = 0;          // OpenGL's shade model and polygon mode; 0: the state's, else as loaded
     int mode = 0;
     bool boxes = false;
     LookSetup looks;

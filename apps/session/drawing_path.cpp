@@ -1,11 +1,17 @@
 // Frames through the scene and through the drawing library.
 #include "drawing_path.h"
 
-#include <GL/gl.h>
+#include <algorithm>
+#include <cmath>
+
+#include <GL/glu.h>
 
 #include "caeenv.h"
 #include "contract_picker.h"
+#include "mantypes.h"
 #include "model_frame.h"
+#include "mtrans.h"
+#include "partstr.h"
 #include "scene_picker.h"
 
 namespace kvo {
@@ -15,7 +21,8 @@ namespace {
 class ScenePath : public DrawingPath
 {
 public:
-    ScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring) : view(env), ownPicker(view)
+    ScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring)
+        : view(env), ownPicker(view), ghosts(look.ghosts)
     {
         view.look() = look;
         view.setColoring(coloring);
@@ -35,10 +42,42 @@ public:
 
     Picker& picker() override { return ownPicker; }
 
+    bool showsModel() override
+    {
+        int v[4];
+        glGetIntegerv(GL_VIEWPORT, v);
+        const PickRegion all = PickRegion::rectangle(v[0], v[1], v[0] + v[2], v[1] + v[3]);
+        return ghosts || VisiblePicker(view).nearest(PickType::Part, all);
+    }
+
 private:
     SceneView view;
     ScenePicker ownPicker;
+    const bool ghosts;
 };
+
+// Whether the part's nodes span part of the window, by the last frame's matrices. Seen from its edge a flat part spans
+// nothing, and its faces cover no pixel; lines need one direction only.
+bool isInWindow(const PartInfoStr& part, const MTransform& transform, const int viewport[4])
+{
+    const bool faces = part.partDrawType == SHELL || part.partDrawType == SOLID;
+    double low[2] = {HUGE_VAL, HUGE_VAL}, high[2] = {-HUGE_VAL, -HUGE_VAL};
+    for (std::size_t node = 0; node < part.partNodes.numNodes; ++node) {
+        const float* p = part.partNodes.nodeValues + 3 * node;
+        double at[3];
+        gluProject(p[0], p[1], p[2], transform.mvMatrix, transform.projMatrix, viewport, &at[0], &at[1], &at[2]);
+        for (int axis = 0; axis < 2 && std::isfinite(at[0]) && std::isfinite(at[1]); ++axis) {
+            low[axis] = std::min(low[axis], std::max<double>(at[axis], viewport[axis]));
+            high[axis] = std::max(high[axis], std::min<double>(at[axis], viewport[axis] + viewport[2 + axis]));
+        }
+        const double seen = 0.01; // pixels
+        const bool across = high[0] - low[0] > seen, up = high[1] - low[1] > seen;
+        if (faces ? across && up : (across && high[1] >= low[1]) || (up && high[0] >= low[0])) {
+            return true;
+        }
+    }
+    return false;
+}
 
 class ContractPath : public DrawingPath
 {
@@ -61,6 +100,14 @@ public:
     }
 
     Picker& picker() override { return ownPicker; }
+
+    bool showsModel() override
+    {
+        const PartInfoStr* parts = env.getPartsList();
+        return std::any_of(parts, parts + env.getNumParts(), [this](const PartInfoStr& part) {
+            return (part.partFlag & PART_HIDDEN) == 0 && isInWindow(part, *env.getMTransformPtr(), env.viewPort);
+        });
+    }
 
 private:
     CAEEnv& env;

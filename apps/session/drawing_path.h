@@ -27,6 +27,8 @@ public:
     // From now on frames are drawn moved by fractions of a pixel, right and up.
     virtual void shift(float right, float up) = 0;
     virtual Picker& picker() = 0; // for the last frame; lives as long as this
+    // Is anything of the model, hidden parts' ghosts included, in the last frame?
+    virtual bool showsModel() = 0;
 };
 
 // On a loaded environment, which must outlive the path. Throws std::runtime_error for a context without OpenGL 3.3.
