@@ -18,8 +18,8 @@
 // unchanged, and with it every unprojection.
 //
 // The library computes modelExtents anew when parts are shown or hidden, sets the lights from them and resets viewport
-// and projection. Nothing is lost: applyFrame() before every frame measures the visible parts itself. Lights are left alone,
-// so they stay where the library placed them for the true extents.
+// and projection. Nothing is lost: applyFrame() before every frame measures the visible parts itself. Lights are left
+// alone, so they stay where the library placed them for the true extents.
 #ifndef KVO_SCENE_MODEL_FRAME_H
 #define KVO_SCENE_MODEL_FRAME_H
 
