@@ -78,6 +78,7 @@ private:
     void checkSurplus(const CdbType& type, const Place& place);
 
     void componentBlock(const CdbCommand& command);
+    void componentMembers(const CdbCommand& command, MeshSet& set);
     void title(const CdbCommand& command);
     void units(const CdbCommand& command);
     void nothing(const CdbCommand&) {}
@@ -364,38 +365,53 @@ void CdbReader::checkSurplus(const CdbType& type, const Place& place)
 
 // --- components ---
 
-// Ids; a negative one ends a range that begins with the id before it.
+// The mesh is whole without its components: damage costs the rest of one.
 void CdbReader::componentBlock(const CdbCommand& command)
 {
-    const CdbFormat format = deck.blockFormat(command);
     MeshSet set;
     set.name = command.text(0);
     const bool nodes = startsWithIgnoringCase(command.text(1), "NODE");
     const bool elements = startsWithIgnoringCase(command.text(1), "ELEM");
     set.of = nodes ? MeshSet::Of::Nodes : MeshSet::Of::Elements;
+    try {
+        componentMembers(command, set);
+    } catch (const ImportError& error) {
+        log.warn("damaged components", error.place,
+                 error.message + "; component " + set.name + " has what came before");
+    }
+    if (nodes || elements) {
+        mesh.sets.push_back(std::move(set));
+    } else {
+        log.count(listKeywordsNotRead, "CMBLOCK of " + upperCase(command.text(1).substr(0, 8)), 1, command.place);
+    }
+}
+
+// Ids; a negative one ends a range that begins with the id before it.
+void CdbReader::componentMembers(const CdbCommand& command, MeshSet& set)
+{
+    const CdbFormat format = deck.blockFormat(command);
     std::int64_t previous = 0;
     for (std::int64_t left = command.integer(2); left > 0;) {
         std::int64_t values[CdbDeck::maxColumns] = {};
         const std::size_t here =
             static_cast<std::size_t>(std::min<std::int64_t>(left, static_cast<std::int64_t>(format.integers)));
-        deck.integers(deck.blockLine(command), format, values, here);
+        const std::string_view line = deck.blockLine(command);
+        if (isName(trimmed(line).substr(0, 1))) {
+            deck.lines.putBack();
+            deck.refuse("CMBLOCK says " + command.text(2) + " members, but a command comes before the last one");
+        }
+        deck.integers(line, format, values, here);
         for (std::size_t k = 0; k < here; ++k) {
             if (values[k] >= 0) {
                 set.ids.add(values[k]);
             } else if (previous >= 0 && -values[k] > previous) {
                 set.ids.addRange(previous + 1, -values[k]);
             } else {
-                deck.refuse("component " + set.name + ": no range from " + std::to_string(previous) + " to " +
-                            std::to_string(-values[k]));
+                deck.refuse("no range from " + std::to_string(previous) + " to " + std::to_string(-values[k]));
             }
             previous = std::abs(values[k]);
         }
         left -= static_cast<std::int64_t>(here);
-    }
-    if (nodes || elements) {
-        mesh.sets.push_back(std::move(set));
-    } else {
-        log.count(listKeywordsNotRead, "CMBLOCK of " + upperCase(command.text(1).substr(0, 8)), 1, command.place);
     }
 }
 

@@ -61,6 +61,7 @@ private:
     void cord2c(const BdfCard& card) { coords.addByPoints(card, 'C'); }
     void cord2s(const BdfCard& card) { coords.addByPoints(card, 'S'); }
     void set3(const BdfCard& card);
+    void readSet3(const BdfCard& card);
 
     Mesh mesh;
     BdfLines lines;
@@ -121,8 +122,18 @@ void BdfReader::listNotRead()
     }
 }
 
-// SID, what the ids are of, ids with THRU.
+// The mesh is whole without a set.
 void BdfReader::set3(const BdfCard& card)
+{
+    try {
+        readSet3(card);
+    } catch (const ImportError& error) {
+        log.warn("sets that are left out", error.place, error.message + "; the set is left out");
+    }
+}
+
+// SID, what the ids are of, ids with THRU.
+void BdfReader::readSet3(const BdfCard& card)
 {
     const std::string of = card.text(1);
     MeshSet set;

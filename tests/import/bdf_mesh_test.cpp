@@ -515,6 +515,16 @@ TEST_F(BdfMesh, Sets)
     EXPECT_EQ(log.listCount(kvo::listKeywordsNotRead, "SET3, POINT"), 1u);
 }
 
+TEST_F(BdfMesh, ADamagedSetCostsNoMesh)
+{
+    const kvo::Mesh mesh = readBdf(grids(3) + "SET3,1,GRID,3,THRU,1\nSET3,2,GRID,1,x\nSET3,3,GRID,1,2\n");
+    EXPECT_EQ(mesh.nodeCount(), 3u);
+    ASSERT_EQ(mesh.sets.size(), 1u);
+    EXPECT_EQ(mesh.sets[0].id, 3);
+    ASSERT_EQ(log.warningCount("sets that are left out"), 2u);
+    EXPECT_TRUE(contains(log.warnings()[0].lines[0], "deck.bdf:5: SET3: THRU expects a higher id"));
+}
+
 TEST_F(BdfMesh, SetsThatTakeIdsBackAreListed)
 {
     const kvo::Mesh mesh = readBdf(grids(9) + "CTRIA3,1,7,1,2,3\nSET3,5,GRID,1,THRU,6,EXCEPT,3\nSET3,6,ELEM,ALL\n"
