@@ -74,6 +74,16 @@ std::uint64_t sizeOf(const std::string& path)
     return missing ? 0 : size;
 }
 
+int statusOfOutput()
+{
+    std::cout.flush();
+    if (std::cout) {
+        return 0;
+    }
+    std::fprintf(stderr, "kvo-convert: standard output cannot be written\n");
+    return exitFailure;
+}
+
 int run(const Options& options)
 {
     kvo::FileRoles roles;
@@ -106,12 +116,7 @@ int run(const Options& options)
     } else {
         log.print(std::cout);
     }
-    std::cout.flush();
-    if (!std::cout) {
-        std::fprintf(stderr, "kvo-convert: standard output cannot be written\n");
-        return exitFailure;
-    }
-    return 0;
+    return statusOfOutput();
 }
 
 std::vector<std::string> formatKeys()
@@ -143,8 +148,9 @@ int main(int argc, char** argv)
     try {
         program.parse(argc, argv);
         return run(options);
-    } catch (const CLI::Success& request) {
-        return program.exit(request);
+    } catch (const CLI::Success& request) { // --help, --version
+        program.exit(request);
+        return statusOfOutput();
     } catch (const CLI::ParseError& error) {
         std::fprintf(stderr, "kvo-convert: %s; see kvo-convert --help\n", kvo::printableLines(error.what()).c_str());
         return exitUsage;

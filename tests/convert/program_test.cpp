@@ -264,6 +264,27 @@ TEST(Isolated, MemoryIsLimited)
     EXPECT_EQ(kvo::runIsolated(job, wanted * 2).text, "xxxx");
 }
 
+// What it writes: never over what it reads, never a name that cannot be loaded, and no lost words.
+TEST_F(Program, OutputsAreLookedAtFirst)
+{
+    write("a.cgns", "text");
+    const ProgramRun over =
+        runProgram(KVO_CONVERT_PROGRAM, {path("a.cgns"), "-o", path("a.cgns")}, nowhere, path("scratch"));
+    EXPECT_EQ(over.status, 2);
+    EXPECT_NE(over.err.find("is also the file to read"), std::string::npos) << over.err;
+    const std::string longName = path(std::string(101, 'n'));
+    const ProgramRun tooLong =
+        runProgram(KVO_CONVERT_PROGRAM, {path("a.cgns"), "-o", longName}, nowhere, path("scratch"));
+    EXPECT_EQ(tooLong.status, 1);
+    EXPECT_NE(tooLong.err.find("could not be loaded"), std::string::npos) << tooLong.err;
+    for (const char* way : {">&-", "> /dev/full"}) {
+        const std::string text = std::string("exec ") + KVO_CONVERT_PROGRAM + " --help " + way;
+        const ProgramRun closed = runProgram("/bin/sh", {"-c", text}, nowhere, path("scratch"));
+        EXPECT_EQ(closed.status, 1) << way;
+        EXPECT_NE(closed.err.find("standard output cannot be written"), std::string::npos) << closed.err;
+    }
+}
+
 TEST(Isolated, MemoryGoesByTheFileAndTheMachine)
 {
     const std::uint64_t there = kvo::memoryForFile(std::uint64_t{1} << 60);
