@@ -207,6 +207,11 @@ void SceneView::Impl::drawTransparent(ScenePasses& passes, const SurfaceUniforms
         drawCaps(passes, PartShow::Opaque, UniformColor | FlatLight, values);
         glDisable(GL_CLIP_DISTANCE0);
     };
+    const auto drawWideLines = [&](PartShow show) {
+        glLineWidth(drawnLook.lineWidth);
+        passes.lines(show);
+        glLineWidth(1);
+    };
     const auto drawLayers = [&] {
         use(faceFeatures() | Layers, values);
         state.bindVertexColors();
@@ -214,12 +219,12 @@ void SceneView::Impl::drawTransparent(ScenePasses& passes, const SurfaceUniforms
         SceneState::unbindVertexColors();
         drawCaps(passes, PartShow::Transparent, pieceFeatures() | Layers, values);
         use(pieceFeatures() | Layers, values);
-        passes.lines(PartShow::Transparent);
+        drawWideLines(PartShow::Transparent);
         SurfaceUniforms ghost = values;
         std::copy(drawnLook.ghostColor, drawnLook.ghostColor + 4, ghost.color);
         use(UniformColor | FlatLight | Layers, ghost);
         passes.faces(PartShow::Ghost, false);
-        passes.lines(PartShow::Ghost);
+        drawWideLines(PartShow::Ghost);
         glDisable(GL_CLIP_DISTANCE0);
         fences.keep();
     };

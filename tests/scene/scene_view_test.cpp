@@ -276,6 +276,75 @@ TEST_F(SceneDraws, SelectedNodes)
     EXPECT_TRUE(bluish(at(p, 1, 1, 0)));
 }
 
+TEST_F(SceneDraws, SelectedNodesOfHiddenPartsAreNotThere)
+{
+    PartInfoStr above = sheetPart(2); // so that the frame stays when it is hidden
+    movePart(above, 0, 0, 1);
+    model.add(sheetPart(2)).add(above);
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    unsigned int part = 2, node = 5;
+    model->selectNode(&part, &node);
+    SceneView view(*model);
+    EXPECT_TRUE(bluish(at(picture(view), 1, 1, 1)));
+    model.part(1).partFlag ^= PART_HIDDEN | PART_SHOWN;
+    EXPECT_FALSE(bluish(at(picture(view), 1, 1, 1)));
+}
+
+// The selection of the whole model's nodes, which no part holds.
+TEST_F(SceneDraws, NodesSelectedInTheModelsOwnList)
+{
+    model.add(sheetPart(2));
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    float nodes[] = {0.5f, 1.5f, 0, 1.5f, 0.5f, 0};
+    char flags[] = {'0', SELECTED_CHAR};
+    model->nodeValues = nodes;
+    model->selectedNodes = flags;
+    model->numNodes = 2;
+    const Picture off = picture(view);
+    model->compFlag |= NODE_LIST_SELECTED;
+    const Picture on = picture(view);
+    model->compFlag &= ~NODE_LIST_SELECTED;
+    model->nodeValues = nullptr; // they belong to this test
+    model->selectedNodes = nullptr;
+    model->numNodes = 0;
+    EXPECT_FALSE(bluish(at(off, 1.5, 0.5, 0)));
+    EXPECT_TRUE(bluish(at(on, 1.5, 0.5, 0)));
+    EXPECT_FALSE(bluish(at(on, 0.5, 1.5, 0)));
+}
+
+TEST_F(SceneDraws, TransparentAndGhostlyBeamsAreLines)
+{
+    PartInfoStr beam = beamPart(), other = beamPart();
+    paintPart(beam, 1, 0, 0, 0.5f);
+    movePart(other, 0, 0.3f, 0);
+    model.add(beam).add(other);
+    load();
+    model->getMViewPtr()->mViewType = TOP_VIEW;
+    SceneView view(*model);
+    view.look().lineWidth = 5;
+    const auto reds = [&](double y) { // across the beam
+        const Picture p = picture(view);
+        const Pixel middle = pixelOf(*model, 0.5, y, 0);
+        std::vector<int> out;
+        for (int k = -3; k <= 3; ++k) {
+            out.push_back(p.at(middle.x, middle.y + k).r);
+        }
+        return out;
+    };
+    const auto wide = [&](double y, int red) {
+        const std::vector<int> seen = reds(y);
+        return std::count_if(seen.begin(), seen.end(), [red](int value) { return std::abs(value - red) < 8; });
+    };
+    EXPECT_EQ(wide(0, 124), 5) << "half of its colour, within the blend's precision";
+    model.part(1).partFlag ^= PART_HIDDEN | PART_SHOWN;
+    EXPECT_EQ(wide(0.3, 0), 7);
+    view.look().ghosts = true;
+    EXPECT_EQ(wide(0.3, static_cast<int>(0.12 * 0.7 * 255)), 5);
+}
+
 TEST_F(SceneDraws, TransparencyDoesNotDependOnTheOrderOfParts)
 {
     // Two panes before an opaque sheet, in both orders of the list.
@@ -416,9 +485,9 @@ TEST_F(SceneDraws, CoarseFramesAreNotTakenForExactOnes)
     load();
     model->getMViewPtr()->mViewType = TOP_VIEW;
     SceneView view(*model);
-    view.look.style = SceneStyle::ShadedEdges; // every face is sent, so that exact frames are slow
-    view.look.moving = true;
-    view.look.frameBudget = 0.1f;
+    view.look().style = SceneStyle::ShadedEdges; // every face is sent, so that exact frames are slow
+    view.look().moving = true;
+    view.look().frameBudget = 0.1f;
     picture(view); // measured
     std::vector<std::size_t> faces;
     for (int k = 0; k < 6; ++k) {
