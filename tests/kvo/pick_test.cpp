@@ -1,4 +1,5 @@
 // kvo pick.
+#include <algorithm>
 #include <map>
 #include <set>
 #include <sstream>
@@ -204,6 +205,16 @@ TEST_P(PickThrough, ARectangleFindsEverythingInIt)
         parts.push_back(hit.at("part"));
     }
     EXPECT_EQ(parts, (std::vector<int>{1, 2, 3, 4, 6}));
+}
+
+TEST_P(PickEachWay, HitsOfARectangleComeInTheOrderOfTheModel)
+{
+    std::vector<std::pair<int, int>> order;
+    for (const Json& hit : hits("element", {"--rect", "0,0,240,180"})) {
+        order.emplace_back(hit.at("part_number").get<int>(), hit.at("number").get<int>());
+    }
+    EXPECT_GT(order.size(), 6u);
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
 }
 
 TEST_P(PickEachWay, CornersOfARectangleMayComeInAnyOrder)

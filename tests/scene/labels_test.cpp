@@ -198,6 +198,29 @@ TEST_F(Labels, DepthMatricesAndStateStayTheFrames)
     EXPECT_EQ(plain, depths());
 }
 
+// Where there is not room for all, elements come before nodes.
+TEST_F(Labels, NodesTakeNoRoomFromElements)
+{
+    model.add(sheetPart(16));
+    load();
+    SceneView view(*model);
+    prepare(view);
+    view.look().labels.elements = true;
+    const Picture elements = picture(view);
+    view.look().labels.nodes = true;
+    const Picture both = picture(view);
+    std::size_t ink = 0, lost = 0;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const bool written = elements.at(x, y) == Color{255, 255, 255, 255};
+            ink += written;
+            lost += written && elements.at(x, y) != both.at(x, y);
+        }
+    }
+    EXPECT_GT(ink, 500u);
+    EXPECT_EQ(lost, 0u);
+}
+
 TEST_F(Labels, Golden)
 {
     model.add(blockPart(3)).add([] {

@@ -378,6 +378,49 @@ TEST_F(SectionDraws, TransparentPartsAreCutAndCapped)
     EXPECT_GT(at(p, 1.5, 0.6, 2).r, 40);
 }
 
+TEST_F(SectionDraws, CapsShowTheirElementsEdges)
+{
+    model.add(blockPart(2));
+    load();
+    look();
+    SceneView view(*model);
+    cut(view, SceneCut::Slice, 0, 0, -1, 0.5); // seen from above, half through the lower layer
+    const float red[4] = {1, 0, 0, 1};
+    std::copy(red, red + 4, view.look().edgeColor);
+    const auto redAt = [&](double x, double y) { // in the cross-section, or in a pixel beside
+        const Picture p = picture(view);
+        const Pixel pixel = pixelOf(*model, x, y, 0.5);
+        int out = 0;
+        for (int k = 0; k < 9; ++k) {
+            out += p.at(pixel.x + k % 3 - 1, pixel.y + k / 3 - 1) == Color{255, 0, 0, 255};
+        }
+        return out > 0;
+    };
+    EXPECT_FALSE(redAt(1, 0.3));
+    view.look().style = kvo::SceneStyle::ShadedEdges;
+    EXPECT_TRUE(redAt(1, 0.3)) << "all along, not only at its ends";
+    EXPECT_TRUE(redAt(1.7, 1));
+    EXPECT_FALSE(redAt(0.4, 0.6));
+}
+
+TEST_F(SectionDraws, CapsCoverTransparentPartsBehindThem)
+{
+    PartInfoStr pane = sheetPart(2);
+    movePart(pane, 0, 0, 0.25f);
+    paintPart(pane, 0, 1, 0, 0.5f);
+    model.add(blockPart(2)).add(pane);
+    load();
+    look();
+    SceneView view(*model);
+    cut(view, SceneCut::Slice, 0, 0, -1, 0.5);
+    const Color covered = at(picture(view), 0.6, 0.6, 0.5);
+    model.part(1).partFlag ^= PART_HIDDEN | PART_SHOWN;
+    EXPECT_EQ(at(picture(view), 0.6, 0.6, 0.5), covered);
+    model.part(1).partFlag ^= PART_HIDDEN | PART_SHOWN;
+    view.look().section.caps = false;
+    EXPECT_FALSE(at(picture(view), 0.6, 0.6, 0.25) == covered) << "the pane is there";
+}
+
 TEST_F(SectionDraws, CapsFollowPlaneAndGeometry)
 {
     model.add(blockPart(2));
