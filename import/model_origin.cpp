@@ -135,4 +135,15 @@ Origin chooseOrigin(const Mesh& mesh, bool shift, ImportLog& log)
     return origin;
 }
 
+Origin chooseFarOrigin(const Mesh& mesh)
+{
+    const Box box = boxOf(mesh);
+    double size = 0.0, distance = 0.0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        size = std::max(size, box.high[axis] - box.low[axis]);
+        distance = std::max(distance, std::fabs(box.low[axis] / 2 + box.high[axis] / 2));
+    }
+    return distance > 16 * size ? roundMiddle(box) : Origin{0, 0, 0};
+}
+
 } // namespace kvo

@@ -15,6 +15,10 @@ using Origin = std::array<double, 3>;
 // was taken off, and when the shortest edges are lost in single precision nevertheless.
 Origin chooseOrigin(const Mesh& mesh, bool shift, ImportLog& log);
 
+// For a model that need not keep the deck's zero: 0, or, where a mesh is so far from it that single precision would
+// lose sight of its edges (16 times its size), the same round vector.
+Origin chooseFarOrigin(const Mesh& mesh);
+
 } // namespace kvo
 
 #endif

@@ -1,10 +1,11 @@
 // Writing of deck.json.
 #include "side_file.h"
 
-#include <map>
 #include <utility>
 
 #include <nlohmann/json.hpp>
+
+#include "model_pieces.h"
 
 namespace kvo {
 
@@ -67,32 +68,6 @@ Json sectionJson(const MeshPart& part)
     return section;
 }
 
-using TypeElements = std::map<std::uint32_t, IdSet>; // by index into Mesh::types
-
-// The parts of one file: by part and family, those that the file has.
-using PartTypes = std::map<std::pair<std::uint32_t, Family>, TypeElements>;
-
-PartTypes typesOfParts(const Mesh& mesh, const MeshFile& file)
-{
-    PartTypes parts;
-    for (const ElementBlock& block : file.blocks) {
-        const Family family = mesh.types[block.type].family;
-        std::uint32_t part = noPart;
-        IdSet* set = nullptr;
-        for (std::size_t e = 0; e < block.size(); ++e) {
-            if (block.part[e] == noPart) {
-                continue;
-            }
-            if (block.part[e] != part) {
-                part = block.part[e];
-                set = &parts[{part, family}][block.type];
-            }
-            set->add(block.ids[e]);
-        }
-    }
-    return parts;
-}
-
 // Which elements have which type is said where there is a choice.
 Json typesJson(const Mesh& mesh, const TypeElements& types)
 {
@@ -109,9 +84,9 @@ Json typesJson(const Mesh& mesh, const TypeElements& types)
 
 Json partsJson(const Mesh& mesh, const SideData& model)
 {
-    std::vector<PartTypes> types;
+    std::vector<PieceTypes> types;
     for (const MeshFile& file : mesh.files) {
-        types.push_back(typesOfParts(mesh, file));
+        types.push_back(typesOfPieces(mesh, file));
     }
     Json list = Json::array();
     for (const SidePart& part : model.parts) {

@@ -69,7 +69,7 @@ void addStructuredCells(ZoneTarget& target)
 {
     const Lattice& lattice = target.zone.lattice;
     const Shape shape = cellShape(lattice);
-    const ElementKind kinds[] = {
+    const ContainerElement kinds[] = {
         {true, Family::Beam, Shape::Line}, {true, Family::Shell, Shape::Quad}, {true, Family::Solid, Shape::Hexa}};
     const char* const names[] = {"BAR_2", "QUAD_4", "HEXA_8"};
     const std::size_t row = static_cast<std::size_t>(lattice.dimensions - 1);
@@ -87,7 +87,7 @@ void addStructuredCells(ZoneTarget& target)
 void addElement(ZoneTarget& target, const std::string& type, std::uint32_t part, std::int64_t id,
                 const std::int64_t* nodes, std::size_t count)
 {
-    const ElementKind kind = elementKind(type, count);
+    const ContainerElement kind = containerElement(type, count);
     if (kind.drawn) {
         addElementByPositions(target.mesh, target.file(), target.rows.type(type, kind.family, kind.shape), part, id,
                               nodes);

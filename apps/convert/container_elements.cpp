@@ -43,7 +43,7 @@ std::string sourceOf(const Mesh& mesh)
 
 } // namespace
 
-ElementKind elementKind(const std::string& typeName, std::size_t nodes)
+ContainerElement containerElement(const std::string& typeName, std::size_t nodes)
 {
     for (const KindRow& row : kinds) {
         if (startsWithIgnoringCase(typeName, row.beginning) && nodes >= row.leastNodes) {

@@ -15,7 +15,7 @@ namespace kvo {
 // Title of the summary list of what a container has and no reader here looks at.
 extern const char* const listDataNotRead;
 
-struct ElementKind
+struct ContainerElement
 {
     bool drawn = false; // else the rest means nothing
     Family family = Family::Shell;
@@ -24,7 +24,7 @@ struct ElementKind
 
 // By the beginning of the type's name in any case ("hex", "HEXA_8", "Tetra10", "SHELL") and the number of its nodes, of
 // which the corners come first. Not drawn: names that say nothing, and types with too few nodes.
-ElementKind elementKind(const std::string& typeName, std::size_t nodes);
+ContainerElement containerElement(const std::string& typeName, std::size_t nodes);
 
 // Adds an element to a file whose nodes are all in it. positions are those of the corners in the order of the nodes,
 // from 1. Throws ImportError for a position beyond the nodes.

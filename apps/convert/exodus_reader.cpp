@@ -124,13 +124,13 @@ bool agree(const std::vector<double>& table, std::size_t columns, std::size_t co
 }
 
 // Where the direction of a beam's cross-section begins among so many attributes: behind area and moments of inertia.
-int directionColumn(const ElementKind& kind, std::size_t attributes, std::size_t dimensions)
+int directionColumn(const ContainerElement& kind, std::size_t attributes, std::size_t dimensions)
 {
     return kind.drawn && kind.family == Family::Beam && dimensions == 3 && attributes >= 7 ? 4 : noDirection;
 }
 
 // The first attribute is a shell's thickness or a bar's area; the block has it where all its elements agree.
-void readAttributes(Exodus& exodus, const Block& block, const ElementKind& kind, const Ids& ids)
+void readAttributes(Exodus& exodus, const Block& block, const ContainerElement& kind, const Ids& ids)
 {
     const NetcdfFile& file = exodus.file;
     const std::size_t columns = file.length("num_att_in_blk" + block.number);
@@ -184,7 +184,7 @@ void addWithoutNodes(Exodus& exodus, const Block& block, const Ids& ids)
     exodus.log.count(listElementsNotDrawn, block.type, block.elements, {exodus.file.path(), 0});
 }
 
-void addElements(Exodus& exodus, const Block& block, const ElementKind& kind, const Ids& ids)
+void addElements(Exodus& exodus, const Block& block, const ContainerElement& kind, const Ids& ids)
 {
     MeshFile& to = exodus.mesh.files.front();
     const std::string connect = "connect" + block.number;
@@ -248,7 +248,7 @@ void readBlock(Exodus& exodus, const Block& block)
         addPolygons(exodus, block, ids);
         return;
     }
-    const ElementKind kind = elementKind(block.type, block.nodesEach);
+    const ContainerElement kind = containerElement(block.type, block.nodesEach);
     addElements(exodus, block, kind, ids);
     readAttributes(exodus, block, kind, ids);
 }

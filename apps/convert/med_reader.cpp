@@ -65,7 +65,7 @@ Ids nodeIds(MedTarget& target, const Ids& numbers, std::size_t count)
 
 int familyOf(const MedElements& elements)
 {
-    const ElementKind kind = elementKind(elements.type, elements.nodesEach);
+    const ContainerElement kind = containerElement(elements.type, elements.nodesEach);
     const bool polygon = elements.nodesEach == 0;
     return polygon ? static_cast<int>(Family::Shell) : kind.drawn ? static_cast<int>(kind.family) : familyCount;
 }
@@ -217,7 +217,7 @@ void addPolygons(MedTarget& target, const MedElements& elements, PolygonElements
 }
 
 // MED counts a solid's bottom clockwise as seen from its top.
-void addDrawn(MedTarget& target, const MedElements& elements, const ElementKind& kind, bool medOrder)
+void addDrawn(MedTarget& target, const MedElements& elements, const ContainerElement& kind, bool medOrder)
 {
     const std::uint32_t type = target.rows.type(elements.type, kind.family, kind.shape);
     const std::size_t corners = static_cast<std::size_t>(cornerCount(kind.shape));
@@ -238,7 +238,7 @@ void addElements(MedTarget& target, const MedElements& elements, bool medOrder, 
     for (std::size_t e = 0; e < elements.count; ++e) {
         members[familyAt(elements.families, e)].push_back(elements.numbers[e]);
     }
-    const ElementKind kind = elementKind(elements.type, elements.nodesEach);
+    const ContainerElement kind = containerElement(elements.type, elements.nodesEach);
     if (elements.nodesEach == 0) {
         addPolygons(target, elements, polygons);
         return;

@@ -49,7 +49,7 @@ TEST(SolidSense, MirroredSolidsHaveTheOppositeVolume)
     }
 }
 
-TEST(ElementKind, GoesByNameAndNumberOfNodes)
+TEST(ContainerElement, GoesByNameAndNumberOfNodes)
 {
     const struct
     {
@@ -67,12 +67,12 @@ TEST(ElementKind, GoesByNameAndNumberOfNodes)
         {"BAR", 3, kvo::Shape::Line},           {"Truss", 2, kvo::Shape::Line},
     };
     for (const auto& row : rows) {
-        const kvo::ElementKind kind = kvo::elementKind(row.name, row.nodes);
+        const kvo::ContainerElement kind = kvo::containerElement(row.name, row.nodes);
         EXPECT_TRUE(kind.drawn && kind.shape == row.shape) << row.name << " " << row.nodes;
     }
-    EXPECT_FALSE(kvo::elementKind("SPHERE", 1).drawn);
-    EXPECT_FALSE(kvo::elementKind("HEX", 4).drawn);
-    EXPECT_FALSE(kvo::elementKind("SUPER", 40).drawn);
+    EXPECT_FALSE(kvo::containerElement("SPHERE", 1).drawn);
+    EXPECT_FALSE(kvo::containerElement("HEX", 4).drawn);
+    EXPECT_FALSE(kvo::containerElement("SUPER", 40).drawn);
 }
 
 // A quarter of a twisted wall in one cell: were each face halved along one diagonal, its volume would be -0.01.

@@ -85,6 +85,14 @@ void releasePart(PartInfoStr& part)
 
 } // namespace
 
+void releaseParts(unsigned int count, PartInfoStr* parts)
+{
+    for (unsigned int p = 0; p < count; ++p) {
+        releasePart(parts[p]);
+    }
+    delete[] parts;
+}
+
 std::map<unsigned int, LoadedElement> ImportTest::roundTrip(const kvo::Mesh& mesh, const std::string& name)
 {
     kvo::writeModelDirectory(mesh, path(name), log);
@@ -109,10 +117,7 @@ std::map<unsigned int, LoadedElement> ImportTest::load(const std::string& name)
                 EXPECT_TRUE(elements.emplace(element.first, loaded).second) << "element " << element.first << " twice";
             }
         }
-        for (unsigned int p = 0; p < numParts; ++p) {
-            releasePart(parts[p]);
-        }
-        delete[] parts;
+        releaseParts(numParts, parts);
     }
     return elements;
 }

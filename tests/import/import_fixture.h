@@ -13,6 +13,7 @@
 #include "deck.h"
 #include "mesh_finish.h"
 #include "model_builder.h"
+#include "partstr.h"
 
 // Ids of an element's nodes; the third node of a beam last, kvo::noNode if it has none.
 using Ids = std::vector<std::int64_t>;
@@ -52,6 +53,9 @@ protected:
     std::filesystem::path folder;
     kvo::ImportLog log;
 };
+
+// Part records that a reader has made, and all that they hold.
+void releaseParts(unsigned int count, PartInfoStr* parts);
 
 // --- looking into a mesh; file is an index into Mesh::files ---
 

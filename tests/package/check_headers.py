@@ -15,7 +15,7 @@ EXPECTED = {
     "generic": "gentime kvoexport",
     "readgen": "modelinfo modelwriter readelements readids readnodes",
     "import/generic": "mantypes",
-    "kvo": "box camera id_range rotation view_names",
+    "kvo": "box camera id_range id_table model model_directory rotation span view_names",
     "scene": "coloring measure model_frame pick quality scene_load scene_view select_more standard_view through_picker visible_picker",
 }
 
