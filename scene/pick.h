@@ -60,11 +60,13 @@ struct PickView
 {
     double modelview[16];
     double projection[16];
-    int viewport[4]; // x, y, width, height in pixels
+    int viewport[4];              // x, y, width, height in pixels
+    double origin[3] = {0, 0, 0}; // what the matrices take is model coordinates minus this; a float each
 };
 
-// The view of the last frame. After a pick of the contract library (PickRect) the transformation holds that pick's
-// projection until the next frame; take the view before it.
+// The view of the last frame of a host's environment; of a SceneView with a camera SceneView::pickView() gives it.
+// After a pick of the contract library (PickRect) the transformation holds that pick's projection until the next frame;
+// take the view before it.
 KVO_EXPORT PickView viewOf(const MTransform& transform);
 
 // One entity that was hit, at its point nearest to the viewer among those inside the region.

@@ -7,8 +7,9 @@
 //   view.draw();
 //
 // What is drawn is read from the environment's records at every frame: visibility, colours, selected and highlighted
-// parts, selected elements and nodes, the segment part, boxes. View, rotation, zoom and overlays are the environment's
-// own MView and MTransform, the projection is model_frame.h's: nothing is distorted, whatever the window's shape. The
+// parts, selected elements and nodes, the segment part, boxes. The view is that of a kvo::Camera (setCamera). Without
+// one, view, rotation, zoom and overlays are the environment's own MView and MTransform, the projection is
+// model_frame.h's. Nothing is distorted, whatever the window's shape. The
 // shade model, polygon mode and depth test are those of the context, as the environment's setters leave them.
 //
 // Needs OpenGL 3.3 in the compatibility profile. All calls belong on the thread that owns the context, and the context
@@ -19,10 +20,14 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <vector>
+
+#include <kvo/camera.h>
 
 #include "coloring.h"
 #include "kvoexport.h"
+#include "pick.h"
 
 class CAEEnv;
 
@@ -157,9 +162,22 @@ public:
     void setColoring(Coloring coloring);
     const Coloring& coloring() const;
 
-    // One frame into the bound framebuffer and the current viewport: clears, draws, and captures the matrices in the
-    // environment's MTransform as CAEEnv::renderModel does.
+    // From the next frame on the picture shows what this camera sees. MView and MTransform are then neither read nor
+    // written, and their overlays are not drawn. Nothing moves by itself: showing and hiding parts leaves the camera.
+    // With SceneLight::Contract the lights are the context's, beside the viewer as ever, and the model is not mirrored.
+    void setCamera(const Camera& camera);
+    // The camera that was set; nothing before.
+    const std::optional<Camera>& camera() const;
+
+    // The box of the parts that are not hidden (of all where all are, of +-1 where there is none), for Camera::fit.
+    Box visibleBox() const;
+
+    // One frame into the bound framebuffer and the current viewport: clears, draws, and, without a camera, captures the
+    // matrices in the environment's MTransform as CAEEnv::renderModel does.
     void draw();
+
+    // The last frame, for ThroughPicker.
+    PickView pickView() const;
 
     const SceneFrameStats& lastFrame() const;
     std::size_t bufferBytes() const; // in OpenGL's buffers

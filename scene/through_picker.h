@@ -41,8 +41,8 @@ public:
     // arrays are noticed without; flags are read anew by every pick.
     void geometryChanged();
 
-    // What is in the region, in parts that are not hidden; by depth, the nearest first, equal depths by part and
-    // number. Runs on all cores; any thread may call, one at a time.
+    // What is in the region of a view (viewOf, SceneView::pickView), in parts that are not hidden; by depth, the
+    // nearest first, equal depths by part and number. Runs on all cores; any thread may call, one at a time.
     std::vector<SceneHit> pick(PickType type, const PickRegion& region, const PickView& view);
 
     // The first of what pick gives, without making the others; nothing when nothing is hit.

@@ -63,7 +63,7 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
             glEnable(GL_DEPTH_TEST);
         }
         double modelview[16], projection[16];
-        if (isFar()) {
+        if (isFar() || ownCamera) {
             camera.matricesFrom(geometry.origin(), modelview, projection);
             loadMatrices(modelview, projection);
         } else {
@@ -108,9 +108,10 @@ void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
     drawCaps(passes, PartShow::Opaque, ElementNumbers | FlatLight, uniforms());
     use(ElementNumbers | FlatLight, uniforms());
     glLineWidth(drawnLook.lineWidth);
-    glDepthRange(0, nearerDepth);
-    passes.lines(PartShow::Opaque);
-    glDepthRange(0, 1);
+    {
+        const DrawnNearer nearer(camera, 1);
+        passes.lines(PartShow::Opaque);
+    }
     glDisable(GL_CLIP_DISTANCE0);
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include <GL/glu.h>
+
 #include "scene_view.h"
 
 namespace kvo {
@@ -23,8 +25,9 @@ double determinant(const double m[16]) // of the upper left 3 x 3
            m[8] * (m[1] * m[6] - m[5] * m[2]);
 }
 
-// Positions are directions in eye coordinates: the lights have no place.
-void setContractLights(SurfaceUniforms& uniforms)
+// Positions are directions in eye coordinates: the lights have no place. They are meant for a viewer who looks along
+// +z.
+void setContractLights(float viewer, SurfaceUniforms& uniforms)
 {
     const GLenum names[2] = {GL_LIGHT0, GL_LIGHT1};
     float global[4], ambient[4], diffuse[4], position[4];
@@ -37,7 +40,7 @@ void setContractLights(SurfaceUniforms& uniforms)
         glGetLightfv(names[k], GL_POSITION, position);
         uniforms.ambient += on ? ambient[0] : 0;
         uniforms.diffuse[k] = on ? diffuse[0] : 0;
-        const double direction[3] = {position[0], position[1], position[2]};
+        const double direction[3] = {position[0], position[1], position[2] * -double(viewer)};
         setUnit(direction, uniforms.lights[k]);
     }
     uniforms.bothSides = false;
@@ -85,6 +88,8 @@ void SceneCamera::capture()
     glGetIntegerv(GL_VIEWPORT, viewport);
     glGetDoublev(GL_MODELVIEW_MATRIX, modelview);
     glGetDoublev(GL_PROJECTION_MATRIX, projection);
+    std::fill(origin, origin + 3, 0.0);
+    perspective = inside = false;
     // Window depth grows with eye z when the projection's third row says so: the viewer then looks along +z.
     viewer = projection[10] > 0 ? -1.0f : 1.0f;
     // Eye coordinates are right-handed with the viewer looking along -z; that projection has a negative determinant.
@@ -92,37 +97,70 @@ void SceneCamera::capture()
     mirrored = determinant(modelview) * determinant(projection) > 0;
 }
 
-void SceneCamera::project(const double model[3], double window[3]) const
+void SceneCamera::see(const Camera& camera, const Box& box, const double newOrigin[3])
 {
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    std::copy(newOrigin, newOrigin + 3, origin);
+    const CameraMatrices matrices =
+        camera.matrices({viewport[2], viewport[3]}, box, {newOrigin[0], newOrigin[1], newOrigin[2]});
+    std::copy(matrices.modelview.begin(), matrices.modelview.end(), modelview);
+    std::copy(matrices.projection.begin(), matrices.projection.end(), projection);
+    perspective = camera.perspective() > 0;
+    inside = perspective;
+    for (unsigned int axis = 0; axis < 3; ++axis) {
+        const double eye = camera.eye()[axis];
+        inside = inside && eye >= box.low[axis] && eye <= box.high[axis];
+    }
+    viewer = 1;
+    unitScale = 1;
+    mirrored = false;
+}
+
+bool SceneCamera::project(const double model[3], double window[3]) const
+{
+    const double from[3] = {model[0] - origin[0], model[1] - origin[1], model[2] - origin[2]};
     double eye[4], clip[4];
     for (int row = 0; row < 4; ++row) {
-        eye[row] = modelview[row] * model[0] + modelview[4 + row] * model[1] + modelview[8 + row] * model[2] +
+        eye[row] = modelview[row] * from[0] + modelview[4 + row] * from[1] + modelview[8 + row] * from[2] +
                    modelview[12 + row];
     }
     for (int row = 0; row < 4; ++row) {
         clip[row] = projection[row] * eye[0] + projection[4 + row] * eye[1] + projection[8 + row] * eye[2] +
                     projection[12 + row] * eye[3];
     }
+    if (!(clip[3] > 0)) {
+        return false;
+    }
     window[0] = viewport[0] + (clip[0] / clip[3] + 1) / 2 * viewport[2];
     window[1] = viewport[1] + (clip[1] / clip[3] + 1) / 2 * viewport[3];
     window[2] = (clip[2] / clip[3] + 1) / 2;
+    return true;
 }
 
-void SceneCamera::relativeTo(const double origin[3], double out[16]) const
+void SceneCamera::unproject(const double window[3], double model[3]) const
 {
+    gluUnProject(window[0], window[1], window[2], modelview, projection, viewport, &model[0], &model[1], &model[2]);
+    for (int axis = 0; axis < 3; ++axis) {
+        model[axis] += origin[axis];
+    }
+}
+
+void SceneCamera::relativeTo(const double otherOrigin[3], double out[16]) const
+{
+    const double shift[3] = {otherOrigin[0] - origin[0], otherOrigin[1] - origin[1], otherOrigin[2] - origin[2]};
     std::copy(modelview, modelview + 16, out);
     for (int row = 0; row < 4; ++row) {
         for (int axis = 0; axis < 3; ++axis) {
-            out[12 + row] += modelview[4 * axis + row] * origin[axis];
+            out[12 + row] += modelview[4 * axis + row] * shift[axis];
         }
     }
 }
 
-void SceneCamera::matricesFrom(const double origin[3], double modelviewOut[16], double projectionOut[16]) const
+void SceneCamera::matricesFrom(const double otherOrigin[3], double modelviewOut[16], double projectionOut[16]) const
 {
-    relativeTo(origin, modelviewOut);
+    relativeTo(otherOrigin, modelviewOut);
     std::copy(projection, projection + 16, projectionOut);
-    for (int axis = 0; axis < 2; ++axis) { // a parallel projection's axes are independent
+    for (int axis = 0; axis < 2 && !perspective; ++axis) { // a parallel projection's axes are independent
         modelviewOut[12 + axis] += projection[12 + axis] / projection[5 * axis];
         projectionOut[12 + axis] = 0;
     }
@@ -154,16 +192,63 @@ void setSoftLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms&
 void setLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms)
 {
     if (light == SceneLight::Contract) {
-        setContractLights(uniforms);
+        setContractLights(camera.viewer, uniforms);
     } else {
         setSoftLights(light, camera, uniforms);
     }
-    uniforms.viewer[0] = uniforms.viewer[1] = 0;
+    uniforms.viewer[0] = uniforms.viewer[1] = uniforms.viewer[3] = 0;
     uniforms.viewer[2] = camera.viewer;
     if (camera.unitScale != 0) {
         toModel(camera.modelview, uniforms.lights[0]);
         toModel(camera.modelview, uniforms.lights[1]);
         toModel(camera.modelview, uniforms.viewer);
+    }
+    if (camera.perspective) { // the eye itself: the modelview is a rotation and a shift
+        for (int axis = 0; axis < 3; ++axis) {
+            const double* column = camera.modelview + 4 * axis;
+            const double* shift = camera.modelview + 12;
+            uniforms.viewer[axis] =
+                static_cast<float>(-(column[0] * shift[0] + column[1] * shift[1] + column[2] * shift[2]));
+        }
+        uniforms.viewer[3] = 1;
+    }
+}
+
+namespace {
+
+constexpr double nearerStep = 0.0005;
+
+void loadProjection(const double matrix[16])
+{
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(matrix);
+    glMatrixMode(GL_MODELVIEW);
+}
+
+} // namespace
+
+DrawnNearer::DrawnNearer(const SceneCamera& camera, int steps) : perspective(camera.perspective)
+{
+    if (!perspective) {
+        glDepthRange(0, std::pow(1 - nearerStep, steps));
+        return;
+    }
+    // What is left to the far plane grows: depth - step (1 - depth), of clip coordinates.
+    glGetDoublev(GL_PROJECTION_MATRIX, projection);
+    double nearer[16];
+    std::copy(projection, projection + 16, nearer);
+    for (int column = 0; column < 4; ++column) {
+        nearer[4 * column + 2] -= steps * nearerStep * (projection[4 * column + 3] - projection[4 * column + 2]);
+    }
+    loadProjection(nearer);
+}
+
+DrawnNearer::~DrawnNearer()
+{
+    if (perspective) {
+        loadProjection(projection);
+    } else {
+        glDepthRange(0, 1);
     }
 }
 

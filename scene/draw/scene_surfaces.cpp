@@ -88,7 +88,7 @@ unsigned int SceneView::Impl::elementFeatures() const
 
 bool SceneView::Impl::seesBacks() const
 {
-    return slices() || drawnLook.light == SceneLight::Contract;
+    return slices() || camera.inside || drawnLook.light == SceneLight::Contract;
 }
 
 // --- The passes ---
@@ -192,9 +192,10 @@ void SceneView::Impl::drawLines(ScenePasses& passes, SurfaceUniforms values)
     values.diffuse[0] = values.diffuse[1] = 0;
     use(pieceFeatures(), values);
     glLineWidth(drawnLook.lineWidth);
-    glDepthRange(0, nearerDepth);
-    passes.lines(PartShow::Opaque);
-    glDepthRange(0, 1);
+    {
+        const DrawnNearer nearer(camera, 1);
+        passes.lines(PartShow::Opaque);
+    }
     glLineWidth(1);
 }
 

@@ -2,6 +2,7 @@
 #include "scene_view.h"
 
 #include <algorithm>
+#include <cmath>
 #include <stdexcept>
 
 #include "axes_triad.h"
@@ -111,14 +112,58 @@ void SceneView::Impl::lookFromTheFront()
     glMatrixMode(GL_MODELVIEW);
 }
 
-// Projection, view and transformation, as the environment makes them; for far models once more in double precision.
+// Box of what a frame may draw: parts as their records and their faces say, with room for symbols about lines.
+Box SceneView::Impl::drawnBox() const
+{
+    Box box = kvo::visibleBox(env);
+    const auto add = [&box](int axis, double low, double high) {
+        if (std::isfinite(low) && std::isfinite(high)) {
+            box.low[axis] = std::min(box.low[axis], low);
+            box.high[axis] = std::max(box.high[axis], high);
+        }
+    };
+    const bool nodesOfAll = (env.compFlag & NODE_LIST_SELECTED) != 0;
+    const std::vector<const PartInfoStr*> parts = sceneParts(env);
+    const std::vector<PartShow> shows = partsToShow(env, geometry, drawnLook.ghosts);
+    for (std::size_t k = 0; k < parts.size(); ++k) {
+        const bool drawn = nodesOfAll || (k < shows.size() && shows[k] != PartShow::No);
+        for (int axis = 0; drawn && axis < 3; ++axis) {
+            add(axis, parts[k]->partExtents[2 * axis], parts[k]->partExtents[2 * axis + 1]);
+        }
+    }
+    for (const FaceKind kind : {Triangles, Quads}) {
+        for (const SurfaceBlock& block : geometry.blocks(kind)) {
+            for (int axis = 0; shows[block.part] != PartShow::No && axis < 3; ++axis) {
+                const double origin = geometry.origin()[axis];
+                add(axis, block.low[axis] + origin, block.high[axis] + origin);
+            }
+        }
+    }
+    const double room = 0.05 * std::max({box.size(0), box.size(1), box.size(2)});
+    for (int axis = 0; axis < 3; ++axis) {
+        box.low[axis] -= room;
+        box.high[axis] += room;
+    }
+    return box;
+}
+
 void SceneView::Impl::setMatrices()
+{
+    if (ownCamera) {
+        camera.see(*ownCamera, drawnBox(), geometry.origin());
+    } else {
+        setContractMatrices();
+    }
+}
+
+// Projection, view and transformation, as the environment makes them; for far models once more in double precision.
+void SceneView::Impl::setContractMatrices()
 {
     const Framing framing = applyFrame(env, env.viewPort[2], env.viewPort[3]);
     if (drawnLook.light != SceneLight::Contract) {
         lookFromTheFront();
     }
-    const Box visible = visibleBox(env);
+    const Box visible = kvo::visibleBox(env);
     MTransform& transform = *env.mTrans;
     if (isFar() && (transform.onlyOnce & 2)) { // the pivot of the first frame, which extents can only round
         for (int axis = 0; axis < 3; ++axis) {
@@ -142,7 +187,7 @@ void SceneView::Impl::pushMatrices()
     glPushMatrix();
     glMatrixMode(GL_MODELVIEW);
     glPushMatrix();
-    if (!isFar()) { // the matrices stay to the last bit
+    if (!isFar() && !ownCamera) { // the matrices stay to the last bit
         return;
     }
     double modelview[16], projection[16];
@@ -235,6 +280,14 @@ void SceneView::Impl::endTransform()
     }
 }
 
+// Overlays, and what the environment keeps of the frame.
+void SceneView::Impl::endContractFrame()
+{
+    const bool newPivot = (env.mTrans->onlyOnce & 2) != 0;
+    endTransform();
+    keepMatrices(newPivot);
+}
+
 // --- The public class ---
 
 static_assert(sizeof(SceneView) == sizeof(void*),
@@ -274,6 +327,34 @@ void SceneView::setColoring(Coloring coloring)
 const Coloring& SceneView::coloring() const
 {
     return impl->coloring;
+}
+
+void SceneView::setCamera(const Camera& camera)
+{
+    impl->ownCamera = camera;
+}
+
+const std::optional<Camera>& SceneView::camera() const
+{
+    return impl->ownCamera;
+}
+
+Box SceneView::visibleBox() const
+{
+    return kvo::visibleBox(impl->env);
+}
+
+PickView SceneView::pickView() const
+{
+    if (!impl->ownCamera) {
+        return viewOf(*impl->env.mTrans);
+    }
+    PickView out;
+    std::copy_n(impl->camera.modelview, 16, out.modelview);
+    std::copy_n(impl->camera.projection, 16, out.projection);
+    std::copy_n(impl->camera.viewport, 4, out.viewport);
+    std::copy_n(impl->camera.origin, 3, out.origin);
+    return out;
 }
 
 const SceneFrameStats& SceneView::lastFrame() const
@@ -317,10 +398,10 @@ void SceneView::draw()
     glPopClientAttrib();
     glPopAttrib();
 
-    const bool newPivot = (env.mTrans->onlyOnce & 2) != 0;
-    impl->endTransform();
-    impl->keepMatrices(newPivot);
-    if (impl->drawnLook.axes && impl->drawnLook.light != SceneLight::Contract) {
+    if (!impl->ownCamera) {
+        impl->endContractFrame();
+    }
+    if (impl->drawnLook.axes && (impl->ownCamera || impl->drawnLook.light != SceneLight::Contract)) {
         drawAxes(impl->camera);
     }
     impl->drawTexts();

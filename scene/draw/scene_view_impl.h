@@ -3,6 +3,7 @@
 #define KVO_SCENE_SCENE_VIEW_IMPL_H
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "coloring.h"
@@ -22,9 +23,6 @@
 #include "transparency.h"
 
 namespace kvo {
-
-// Upper end of the depth range of nodes and lines that lie on faces: they are drawn a little nearer.
-constexpr double nearerDepth = 0.9995;
 
 // What the geometry was built for; it is built anew when this changes.
 struct GeometryKey
@@ -54,6 +52,8 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     void findGoneElements(const GeometryKey& wanted);
     bool isFar() const; // the geometry is relative to an origin of its own
     void setMatrices();
+    void setContractMatrices();
+    Box drawnBox() const; // of what a frame may draw
     void lookFromTheFront();
     void pushMatrices();
     void popMatrices();
@@ -61,6 +61,7 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     void keepMatrices(bool newPivot);
     bool showsOverlays() const;
     void endTransform();
+    void endContractFrame();
 
     // scene_surfaces.cpp: passes over the model with drawnLook.
     bool slices() const; // everything ends at the section plane
@@ -109,9 +110,10 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     SurfacePrograms programs;
     TransparentLayers layers;
     PixelSieve sieve;
-    SceneLook look;      // of the next frame, as the host has it
-    SceneCamera camera;  // of the last frame
-    SceneLook drawnLook; // likewise
+    SceneLook look;                  // of the next frame, as the host has it
+    std::optional<Camera> ownCamera; // else MView and MTransform
+    SceneCamera camera;              // of the last frame
+    SceneLook drawnLook;             // likewise
     SceneFrameStats stats;
     CoarseSurface coarse;
     double frameStart = 0;   // milliseconds

@@ -66,12 +66,11 @@ void SceneView::Impl::drawSelectedNodes()
     glDisable(GL_LIGHTING);
     glPointSize(drawnLook.nodeSize);
     glColor4fv(env.colorBlue);
-    glDepthRange(0, nearerDepth * nearerDepth); // before lines
+    const DrawnNearer nearer(camera, 2); // before lines
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, points.found().data());
     glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(points.found().size() / 3));
     glDisableClientState(GL_VERTEX_ARRAY);
-    glDepthRange(0, 1);
     ++stats.drawCalls;
 }
 

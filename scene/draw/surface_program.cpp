@@ -20,7 +20,7 @@ uniform float ambient;
 uniform vec3 lights[2];
 uniform vec2 diffuse;
 uniform bool bothSides;
-uniform vec3 viewer;
+uniform vec4 viewer;
 uniform vec4 plane;
 uniform vec4 uniformColor;
 COLOR_KIND out vec4 color;
@@ -61,7 +61,7 @@ float ownLight()
 #else
     vec3 n = normalize(gl_NormalMatrix * gl_Normal);
 #endif
-    float side = bothSides && dot(n, viewer) < 0.0 ? -1.0 : 1.0;
+    float side = bothSides && dot(n, viewer.xyz - viewer.w * gl_Vertex.xyz) < 0.0 ? -1.0 : 1.0;
     return ambient + diffuse.x * max(side * dot(n, lights[0]), 0.0) + diffuse.y * max(side * dot(n, lights[1]), 0.0);
 #endif
 }
@@ -175,7 +175,7 @@ void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms
     glUniform3fv(program->uniform("lights"), 2, uniforms.lights[0]);
     glUniform2fv(program->uniform("diffuse"), 1, uniforms.diffuse);
     glUniform1i(program->uniform("bothSides"), uniforms.bothSides);
-    glUniform3fv(program->uniform("viewer"), 1, uniforms.viewer);
+    glUniform4fv(program->uniform("viewer"), 1, uniforms.viewer);
     glUniform4fv(program->uniform("plane"), 1, uniforms.plane);
     glUniform4fv(program->uniform("uniformColor"), 1, uniforms.color);
 }

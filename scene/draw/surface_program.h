@@ -39,7 +39,7 @@ struct SurfaceUniforms
     float ambient = 1;
     // Unit vectors towards the lights and the viewer: in model coordinates with UnitNormals, else in eye coordinates.
     float lights[2][3] = {{0, 0, 1}, {0, 0, 1}};
-    float viewer[3] = {0, 0, 1};
+    float viewer[4] = {0, 0, 1, 0}; // in perspective, with UnitNormals: the eye, and 1
     float diffuse[2] = {0, 0};
     bool bothSides = true;         // normals are turned to the viewer
     float plane[4] = {0, 0, 0, 0}; // cutting plane: kept where dot(plane, vertex) >= 0

@@ -161,7 +161,9 @@ void LabelFinder::addNodes(std::vector<IdLabel>& out) const
             const float* p = positionOf(part, nodes[k]);
             const double model[3] = {p[0], p[1], p[2]};
             double at[3];
-            camera.project(model, at);
+            if (!camera.project(model, at)) {
+                continue;
+            }
             const int x = static_cast<int>(std::floor(at[0])) - camera.viewport[0];
             const int y = static_cast<int>(std::floor(at[1])) - camera.viewport[1];
             const std::uint32_t number = element.number;

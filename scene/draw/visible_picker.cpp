@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <unordered_map>
 
-#include <GL/glu.h>
-
 #include "caeenv.h"
 #include "element_ids.h"
 #include "element_shape.h"
@@ -154,10 +152,9 @@ void VisiblePicker::Impl::nodesIn(const PickRegion& region, const NumberPicture&
         const unsigned int count = cornersOf(*parts[part], element, shapeOf(*parts[part], element), corners);
         for (unsigned int k = 0; k < count; ++k) {
             const float* p = positionOf(*parts[part], corners[k]);
+            const double corner[3] = {p[0], p[1], p[2]};
             double at[3];
-            gluProject(p[0], p[1], p[2], view.camera.modelview, view.camera.projection, view.camera.viewport, &at[0],
-                       &at[1], &at[2]);
-            if (!contains(region, at[0], at[1])) {
+            if (!view.camera.project(corner, at) || !contains(region, at[0], at[1])) {
                 continue;
             }
             if (shownAt(picture, at, number)) {
@@ -196,8 +193,7 @@ std::vector<SceneHit> VisiblePicker::Impl::describe(PickType type, const FoundMa
             } else if (parts[part]->partNodes.idList) {
                 hit.entityId = parts[part]->partNodes.idList[entity];
             }
-            gluUnProject(at.x, at.y, at.depth, view.camera.modelview, view.camera.projection, view.camera.viewport,
-                         &hit.position[0], &hit.position[1], &hit.position[2]);
+            view.camera.unproject(hit.window, hit.position);
             if (type == PickType::Node) {
                 std::copy_n(positionOf(*parts[part], entity), 3, hit.position);
             }

@@ -129,11 +129,23 @@ PickVolume::PickVolume(const PickRegion& region, const PickView& view)
     pickMatrix(region, view.viewport, pick);
     multiply(pick, projection, enlarged);
     multiply(enlarged, modelview, matrix);
+    std::transform(view.origin, view.origin + 3, origin, [](double v) { return static_cast<float>(v); });
     affine = matrix[3] == 0 && matrix[7] == 0 && matrix[11] == 0 && matrix[15] == 1;
 }
 
-Overlap PickVolume::overlap(const FloatBox& box) const
+FloatBox PickVolume::fromOrigin(const FloatBox& box) const
 {
+    FloatBox out;
+    for (int axis = 0; axis < 3; ++axis) {
+        out.low[axis] = box.low[axis] - origin[axis];
+        out.high[axis] = box.high[axis] - origin[axis];
+    }
+    return out;
+}
+
+Overlap PickVolume::overlap(const FloatBox& modelBox) const
+{
+    const FloatBox box = fromOrigin(modelBox);
     // Four roundings a sum and one comparison, with room to spare.
     constexpr double rounding = 16.0 / (1 << 24);
     double middle[4], error[4];

@@ -57,18 +57,20 @@ struct PickVolume
     ClipPoint transform(const float* point) const
     {
         const float* m = matrix;
-        return {point[0] * m[0] + point[1] * m[4] + point[2] * m[8] + m[12],
-                point[0] * m[1] + point[1] * m[5] + point[2] * m[9] + m[13],
-                point[0] * m[2] + point[1] * m[6] + point[2] * m[10] + m[14],
-                point[0] * m[3] + point[1] * m[7] + point[2] * m[11] + m[15]};
+        const float p[3] = {point[0] - origin[0], point[1] - origin[1], point[2] - origin[2]};
+        return {p[0] * m[0] + p[1] * m[4] + p[2] * m[8] + m[12], p[0] * m[1] + p[1] * m[5] + p[2] * m[9] + m[13],
+                p[0] * m[2] + p[1] * m[6] + p[2] * m[10] + m[14], p[0] * m[3] + p[1] * m[7] + p[2] * m[11] + m[15]};
     }
+    // The box in the coordinates that the matrix takes.
+    FloatBox fromOrigin(const FloatBox& box) const;
 
     // Where a box lies. Outside and Inside are certain for every point of the box as transform() places it; the
     // rounding of single precision is allowed for.
     Overlap overlap(const FloatBox& box) const;
 
-    float matrix[16]; // model to clip coordinates
-    bool affine;      // w is 1 for every point
+    float matrix[16]; // model coordinates minus origin to clip coordinates
+    float origin[3];
+    bool affine; // w is 1 for every point
 };
 
 inline std::uint8_t outcodeOf(const ClipPoint& p)

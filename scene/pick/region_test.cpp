@@ -94,12 +94,13 @@ RegionTest::RegionTest(const PickRegion& wanted, const PickView& view)
     invert(space.matrix, inverse);
 }
 
-Overlap RegionTest::overlap(const FloatBox& box) const
+Overlap RegionTest::overlap(const FloatBox& modelBox) const
 {
-    const Overlap found = space.overlap(box);
+    const Overlap found = space.overlap(modelBox);
     if (!outline || found == Overlap::Outside || !space.affine) {
         return found == Overlap::Inside && outline ? Overlap::Partly : found;
     }
+    const FloatBox box = space.fromOrigin(modelBox);
     double low[2], high[2];
     for (int row = 0; row < 2; ++row) {
         double middle = space.matrix[12 + row], reach = 0;
@@ -228,7 +229,7 @@ ClipPosition RegionTest::exactly(const float* point) const
     for (int row = 0; row < 4; ++row) {
         sums[row] = space.matrix[12 + row];
         for (int axis = 0; axis < 3; ++axis) {
-            sums[row] += static_cast<double>(space.matrix[4 * axis + row]) * point[axis];
+            sums[row] += static_cast<double>(space.matrix[4 * axis + row]) * (double(point[axis]) - space.origin[axis]);
         }
     }
     return {sums[0], sums[1], sums[2], sums[3]};
@@ -292,7 +293,7 @@ void RegionTest::toModel(const NearestPoint& point, double* position) const
             inverse[row] * point.x + inverse[4 + row] * point.y + inverse[8 + row] * point.z + inverse[12 + row];
     }
     for (int axis = 0; axis < 3; ++axis) {
-        position[axis] = sums[axis] / sums[3];
+        position[axis] = sums[axis] / sums[3] + space.origin[axis];
     }
 }
 
