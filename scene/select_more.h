@@ -17,9 +17,9 @@
 #include <vector>
 
 #include "caeenv.h"
-#include <kvo/id_range.h>
 #include "kvoexport.h"
 #include "quality.h"
+#include <kvo/id_range.h>
 
 namespace kvo {
 
