@@ -26,6 +26,7 @@ struct HalfWindow
     float h;
 
     explicit HalfWindow(const int* viewPort)
+        // NOLINTNEXTLINE(bugprone-integer-division): whole pixels are meant
         : w(static_cast<float>(viewPort[2] / 2)), h(static_cast<float>(viewPort[3] / 2))
     {
     }

@@ -327,8 +327,9 @@ void MView::getMatrices()
 
     matrices.readMatrices();
     double center[3] = {0, 0, 0}, model[3];
-    gluUnProject(matrices.viewPort[2] / 2, matrices.viewPort[3] / 2, 0.5, matrices.modelview, matrices.projection,
-                 matrices.viewPort, &center[0], &center[1], &center[2]);
+    const int middle[2] = {matrices.viewPort[2] / 2, matrices.viewPort[3] / 2};
+    gluUnProject(middle[0], middle[1], 0.5, matrices.modelview, matrices.projection, matrices.viewPort, &center[0],
+                 &center[1], &center[2]);
     diagnostics::printList(label::viewCenterOfWindow, center, 3);
     for (int axis = 0; axis < 3; ++axis) {
         const float sum = e[2 * axis] + e[2 * axis + 1];

@@ -29,7 +29,8 @@ double pixelsOf(const SurfaceBlock& block, const WindowMap& map)
 
 bool isDense(const SurfaceBlock& block, unsigned int corners, const WindowMap& map)
 {
-    return pixelsOf(block, map) < densePixels * (block.indexCount / corners);
+    const auto faces = block.indexCount / corners;
+    return pixelsOf(block, map) < densePixels * faces;
 }
 
 // Is there a middle of a pixel, k + 1/2, between them? Beyond largest, where the sum rounds to other than whole
