@@ -21,7 +21,7 @@ void Camera::setOrientation(const Rotation& rotation)
 // OpenGL takes the scale in single precision, whose range this is, with room for the model's own.
 void Camera::setScale(double modelUnits)
 {
-    if (modelUnits >= 1e-30 && modelUnits <= 1e30) {
+    if (modelUnits >= 1e-37 && modelUnits <= 1e38) {
         units = modelUnits;
     }
 }

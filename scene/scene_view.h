@@ -170,6 +170,7 @@ public:
     const std::optional<Camera>& camera() const;
 
     // The box of the parts that are not hidden (of all where all are, of +-1 where there is none), for Camera::fit.
+    // Throws std::logic_error before a model is loaded.
     Box visibleBox() const;
 
     // One frame into the bound framebuffer and the current viewport: clears, draws, and, without a camera, captures the

@@ -6,7 +6,6 @@
 
 #include "caeenv.h"
 #include "model_frame.h"
-#include "mview.h"
 
 namespace kvo {
 
@@ -50,12 +49,6 @@ bool isBeyondDrawing(CAEEnv& env)
     }
     const double size = largestSize(box);
     return reach > largest || (size > 0 && size < smallest);
-}
-
-int viewThatShows(CAEEnv& env)
-{
-    const Box box = visibleBox(env);
-    return box.size(0) < flatShare * largestSize(box) && box.size(0) < box.size(1) ? FRONT_VIEW : ISO_VIEW;
 }
 
 bool isMarked(const Picture& picture, Color background)

@@ -1,4 +1,4 @@
-// Pictures that show nothing of the model, and views in which it is seen.
+// Pictures that show nothing of the model.
 #ifndef KVO_EMPTY_PICTURE_H
 #define KVO_EMPTY_PICTURE_H
 
@@ -10,9 +10,6 @@
 class CAEEnv;
 
 namespace kvo {
-
-// ISO_VIEW; FRONT_VIEW when what is shown of the model is flat in x, which the iso view sees from its edge.
-int viewThatShows(CAEEnv& env);
 
 // Does anything but the background show, apart from the corner of the axes?
 bool isMarked(const Picture& picture, Color background);

@@ -22,7 +22,7 @@
 #include "output_redirect.h"
 #include "program_error.h"
 #include "scene_load.h"
-#include "standard_view.h"
+#include "vocabulary.h"
 
 namespace kvo {
 
@@ -68,6 +68,7 @@ struct ModelSession::Impl
     std::string fontProblem; // why there is no font; said once
     std::optional<BitmapFont> font;
     CAEEnv env;
+    SessionCamera camera;
     ModelLabels labels;
     std::unique_ptr<DrawingPath> path;
     std::optional<MTransform> beforeFrame; // the last one, where it may have to be drawn again
@@ -77,7 +78,8 @@ struct ModelSession::Impl
 
     Impl(const ModelSource& source, const SessionOptions& o)
         : options(o), quiet(o.log), context(o.device), target(o.width, o.height, o.samples),
-          env(source.dirName().c_str(), source.modelName().c_str(), o.shadeModel), modelName(source.shownName())
+          env(source.dirName().c_str(), source.modelName().c_str(), o.shadeModel), camera(env, {o.width, o.height}),
+          modelName(source.shownName())
     {
         try {
             font.emplace(labelHeight);
@@ -171,9 +173,9 @@ ModelSession::ModelSession(const ModelSource& source, const SessionOptions& opti
     } else {
         const Coloring coloring = makeColoring(options.colorBy, impl->env, source.info());
         impl->hasLegend = options.look.legend && (coloring.byValue() || coloring.byCategory());
-        impl->path = makeScenePath(impl->env, impl->options.look, coloring);
+        impl->path = makeScenePath(impl->env, impl->camera, impl->options.look, coloring);
+        impl->camera.reset();
     }
-    setView(impl->env.getMViewPtr()->mViewType);
 }
 
 ModelSession::~ModelSession() = default;
@@ -203,24 +205,30 @@ Picker& ModelSession::picker()
     return impl->path->picker();
 }
 
-void ModelSession::setView(int viewType)
+SessionCamera* ModelSession::camera()
 {
-    if (impl->options.contract) {
-        impl->env.getMViewPtr()->mViewType = viewType;
-    } else {
-        setStandardView(impl->env, viewType);
+    return impl->options.contract ? nullptr : &impl->camera;
+}
+
+void ModelSession::setView(const std::string& view)
+{
+    if (!impl->options.contract) {
+        return impl->camera.turnTo(view);
     }
+    const NamedView* standard = findView(view);
+    if (!standard) {
+        throw ProgramError("\"" + view + "\" is a view of the scene's camera, which --contract does without");
+    }
+    impl->env.getMViewPtr()->mViewType = standard->type;
 }
 
 void ModelSession::resetView()
 {
-    MTransform& transform = *impl->env.getMTransformPtr();
     if (impl->options.contract) {
-        transform.updateValues(RESET_TRANSFORM, nullptr);
-        return;
+        impl->env.getMTransformPtr()->updateValues(RESET_TRANSFORM, nullptr);
+    } else {
+        impl->camera.reset();
     }
-    transform.resetAll();
-    setStandardView(impl->env, impl->env.getMViewPtr()->mViewType);
 }
 
 void ModelSession::drawFrame()
@@ -251,11 +259,6 @@ void ModelSession::writePicture(const Picture& picture, const std::string& path)
 void ModelSession::finish()
 {
     impl->quiet.finish();
-}
-
-int ModelSession::defaultView()
-{
-    return impl->options.contract ? ISO_VIEW : viewThatShows(impl->env);
 }
 
 void ModelSession::namePictures(const std::string& name)

@@ -11,6 +11,7 @@
 #include "color_by.h"
 #include "drawing_path.h"
 #include "picture.h"
+#include "session_camera.h"
 #include "session_player.h"
 
 namespace kvo {
@@ -40,12 +41,11 @@ public:
 
     Picker& picker(); // for the last frame
 
-    // For a picture without a view of its own: the drawing library's first one, or viewThatShows (empty_picture.h).
-    int defaultView();
     // What warnings call the pictures from now on, instead of "the picture".
     void namePictures(const std::string& name);
 
-    void setView(int viewType) override;
+    SessionCamera* camera() override;
+    void setView(const std::string& view) override;
     void resetView() override;
 
     CAEEnv& env() override;

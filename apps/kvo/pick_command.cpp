@@ -67,8 +67,8 @@ JSON (--json)
 WITH --contract
   Picks go through the drawing library's selection pass: always through what covers, without polygons, and
   of no more than about 100,000 hits. Parts of beams are not found as parts.
-)") + describeLooks() +
-           describeDevices() +
+)") + describeViews() +
+           describeLooks() + describeDevices() +
            R"(
 EXAMPLES
   kvo pick bracket --at 700,600 --type element
@@ -243,7 +243,7 @@ void addPickCommand(CLI::App& program)
         ->check(CLI::IsMember(namesOf(pickTypes())));
     command->add_flag("--through", options->through, "What is covered, too");
     command->add_flag("--json", options->json, "For programs, instead of a table");
-    addViewOption(*command, options->scene, standardViewNames(), "Standard view");
+    addViewOptions(*command, options->scene, "Where it is seen from", false);
     addPartOptions(*command, options->scene);
     addStateAndOpsOptions(*command, options->scene);
     addContextOptions(*command, options->drawing, "1280x960");

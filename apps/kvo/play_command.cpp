@@ -25,7 +25,7 @@ struct PlayOptions
     std::string model;
     std::string output;
     DrawingOptions drawing;
-    LookOptions looks;
+    SceneOptions scene; // view and looks
 };
 
 std::string manual()
@@ -47,8 +47,8 @@ SESSIONS
 
   A line that cannot be carried out ends the session with FILE:LINE and exit status 1; what earlier lines
   wrote stays.
-)" + describeLooks() +
-           describeDevices() +
+)" + describeViews() +
+           describeLooks() + describeDevices() +
            R"(
 EXAMPLES
   kvo play tour.session                      the model that the session names
@@ -79,7 +79,8 @@ void play(const PlayOptions& options)
     confinement.checkSession(played);
     const std::string model = options.model.empty() ? played.modelPath() : options.model;
     confinement.check({model});
-    const LookSetup looks = parseLooks(options.looks);
+    const SceneSetup scene = parseScene(options.scene);
+    const LookSetup& looks = scene.looks;
     const SessionOptions settings =
         sessionOptions(options.drawing, looks, played.width ? played.width : 1280, played.height ? played.height : 960);
     if (model.empty()) {
@@ -94,9 +95,7 @@ void play(const PlayOptions& options)
         std::cerr << "kvo: note: " << moved;
     }
     ModelSession session(source, settings);
-    applyLooks(session.env(), looks);
-    session.setView(session.defaultView());
-    session.drawFrame();
+    openScene(session, scene);
     playSession(session, session.picker(), played);
     if (!options.output.empty()) {
         session.writePicture(session.picture(), options.output);
@@ -115,8 +114,9 @@ void addPlayCommand(CLI::App& program)
         ->type_name("MODELDIR|DECK");
     command->add_option("-o,--output", options->output, "Picture of the last frame")->type_name("OUT.png");
     addContextOptions(*command, options->drawing, "the session's, else 1280x960");
+    addViewOptions(*command, options->scene, "Where it is seen from in the beginning", false);
     addLookOptions(*command, options->drawing);
-    addLooks(*command, options->looks);
+    addLooks(*command, options->scene.looks);
     command->footer(manual);
     command->callback([options] { play(*options); });
 }

@@ -15,7 +15,6 @@
 #include "mtrans.h"
 #include "program_error.h"
 #include "scene_options.h"
-#include "view_state.h"
 #include "vocabulary.h"
 
 namespace kvo {
@@ -43,7 +42,8 @@ PICTURE
   The model is drawn undistorted and fills the picture up to a small margin, whatever its shape. OUT.png
   is written whole or not at all; - is standard output. No output takes the place of what is no file, of
   what the command reads or of another output.
-)") + describeLooks() +
+)") + describeViews() +
+           describeLooks() +
            R"(
 PARTS
   Lists are ids and ranges: 1,5-9. An id that the model does not have is an error, a range takes what is
@@ -80,7 +80,7 @@ Picture drawSheet(ModelSession& session, const ContactSheet& sheet, const ModelS
     Operation reset; // every view starts afresh
     reset.code = RESET_TRANSFORM;
     const auto draw = [&](std::size_t k) {
-        session.setView(standardViews()[k].type);
+        session.setView(standardViews()[k].name);
         session.namePictures(std::string("the ") + standardViews()[k].name + " view");
         session.drawFrame();
         playOperation(session, session.picker(), reset);
@@ -97,7 +97,9 @@ void checkSheet(const RenderOptions& options, const Session& session)
         throw UsageError("--view all goes neither with --state nor with --save-state");
     }
     for (const Operation& operation : session.operations) {
-        if (operation.verb != Verb::Transform) {
+        const bool moves =
+            operation.verb == Verb::Transform || (operation.verb >= Verb::Orbit && operation.verb <= Verb::Perspective);
+        if (!moves) {
             throw ProgramError(session.file, operation.line,
                                formatOperation(operation) + " cannot be used with --view all");
         }
@@ -118,7 +120,7 @@ Picture drawPicture(ModelSession& session, const RenderOptions& options, const S
 {
     playSession(session, session.picker(), scene.session);
     if (!options.saveState.empty()) {
-        saveViewState(session.env(), session.labels(), options.saveState);
+        saveState(session, options.saveState);
     }
     return session.picture();
 }
@@ -197,9 +199,8 @@ void addRenderCommand(CLI::App& program)
         ->required()
         ->type_name("MODELDIR|DECK");
     command->add_option("-o,--output", options->output, "Picture to write")->required()->type_name("OUT.png");
-    std::vector<std::string> views = standardViewNames();
-    views.push_back("all");
-    addViewOption(*command, options->scene, views, "Standard view, or all: a contact sheet of the seven");
+    addViewOptions(*command, options->scene,
+                   "Where it is seen from, or all: a contact sheet of the seven standard views", true);
     addContextOptions(*command, options->drawing, "1280x960; contact sheet 1600x960");
     addLookOptions(*command, options->drawing);
     command->add_option("--mode", options->mode, "Draw faces, their edges or their corners")

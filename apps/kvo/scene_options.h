@@ -19,6 +19,11 @@ class ModelSession;
 struct SceneOptions
 {
     std::string view = "iso";
+    std::string up = "z";
+    std::string fit = "visible";
+    double perspective = 0;
+    double zoom = 1;
+    double roll = 0;
     std::string parts;
     std::string hide;
     std::string selectParts;
@@ -28,16 +33,18 @@ struct SceneOptions
     std::string state;
     std::string ops;
     bool viewGiven = false;
+    std::vector<std::string> cameraGiven; // names of the camera's options on the command line, but for --view
     LookOptions looks;
 };
 
-void addViewOption(CLI::App& command, SceneOptions& options, const std::vector<std::string>& views,
-                   const std::string& help);
+// --view and the other options of the camera. help: of --view. withAll: --view all is a contact sheet.
+void addViewOptions(CLI::App& command, SceneOptions& options, const std::string& help, bool withAll);
 void addPartOptions(CLI::App& command, SceneOptions& options);
 void addSelectionOptions(CLI::App& command, SceneOptions& options);
 void addStateAndOpsOptions(CLI::App& command, SceneOptions& options);
 
-std::vector<std::string> standardViewNames();
+// The section about views of a manual.
+std::string describeViews();
 
 // The options, read; nothing of the model is needed for it.
 struct SceneSetup
@@ -46,9 +53,10 @@ struct SceneSetup
     std::vector<IdPiece> hide;
     std::vector<Operation> selections; // Select and Highlight
     std::string state;
-    int view = 0;           // _MViewType; 0: the state's
-    bool viewGiven = false; // else one in which the model is seen
-    int shade = 0;          // OpenGL's shade model and polygon mode; 0: the state's, else as loaded
+    std::string view; // "": the state's
+    ViewWish wish;    // of the scene's camera
+    std::vector<std::string> cameraGiven;
+    int shade = 0; // OpenGL's shade model and polygon mode; 0: the state's, else as loaded
     int mode = 0;
     bool boxes = false;
     LookSetup looks;

@@ -13,16 +13,49 @@
 #include "mtrans.h"
 #include "partstr.h"
 #include "scene_picker.h"
+#include "session_camera.h"
 
 namespace kvo {
 
 namespace {
 
+// A line over the frame, dark on light and light on dark.
+void drawOverlay(const std::vector<Pixel>& line, int width, int height)
+{
+    if (line.size() < 2) {
+        return;
+    }
+    GLfloat background[4];
+    glGetFloatv(GL_COLOR_CLEAR_VALUE, background);
+    const GLfloat ink = background[0] + background[1] + background[2] < 1.5f ? 1 : 0;
+    glPushAttrib(GL_ENABLE_BIT | GL_CURRENT_BIT | GL_TRANSFORM_BIT | GL_LINE_BIT);
+    glDisable(GL_DEPTH_TEST);
+    glDisable(GL_LIGHTING);
+    glMatrixMode(GL_MODELVIEW);
+    glPushMatrix();
+    glLoadIdentity();
+    glMatrixMode(GL_PROJECTION);
+    glPushMatrix();
+    glLoadIdentity();
+    glOrtho(0, width, 0, height, -1, 1);
+    glColor3f(ink, ink, ink);
+    glLineWidth(1);
+    glBegin(GL_LINE_STRIP);
+    for (const Pixel& pixel : line) {
+        glVertex2d(pixel.x, pixel.y);
+    }
+    glEnd();
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+    glPopAttrib();
+}
+
 class ScenePath : public DrawingPath
 {
 public:
-    ScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring)
-        : view(env), ownPicker(view), ghosts(look.ghosts)
+    ScenePath(CAEEnv& env, const SessionCamera& sessionCamera, const SceneLook& look, const Coloring& coloring)
+        : camera(sessionCamera), view(env), ownPicker(view), ghosts(look.ghosts)
     {
         view.look() = look;
         view.setColoring(coloring);
@@ -31,7 +64,9 @@ public:
     void drawFrame(int width, int height) override
     {
         glViewport(0, 0, width, height);
+        view.setCamera(camera.camera());
         view.draw();
+        drawOverlay(camera.overlay(), width, height);
     }
 
     void shift(float right, float up) override
@@ -51,6 +86,7 @@ public:
     }
 
 private:
+    const SessionCamera& camera;
     SceneView view;
     ScenePicker ownPicker;
     const bool ghosts;
@@ -117,9 +153,10 @@ private:
 
 } // namespace
 
-std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring)
+std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SessionCamera& camera, const SceneLook& look,
+                                           const Coloring& coloring)
 {
-    return std::make_unique<ScenePath>(env, look, coloring);
+    return std::make_unique<ScenePath>(env, camera, look, coloring);
 }
 
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env)

@@ -3,7 +3,8 @@
 //   ScenePath      the scene: light on every face, beams, edges, looks; picks what the picture shows, or through it
 //   ContractPath   the drawing library's own frames and its picks in OpenGL's selection mode
 //
-// Both take the same environment, views, selections and operations, and frame the model alike.
+// Both take the same environment, selections and operations. The scene is seen by a camera (session_camera.h), the
+// library's frames by its own views, framed to the parts that are shown.
 #ifndef KVO_DRAWING_PATH_H
 #define KVO_DRAWING_PATH_H
 
@@ -16,13 +17,14 @@ class CAEEnv;
 
 namespace kvo {
 
+class SessionCamera;
+
 class DrawingPath
 {
 public:
     virtual ~DrawingPath() = default;
 
-    // Into the bound framebuffer, from its lower left corner, framed to the parts that are shown. The context must be
-    // current, here and in the destructor.
+    // Into the bound framebuffer, from its lower left corner. The context must be current, here and in the destructor.
     virtual void drawFrame(int width, int height) = 0;
     // From now on frames are drawn moved by fractions of a pixel, right and up.
     virtual void shift(float right, float up) = 0;
@@ -32,7 +34,9 @@ public:
 };
 
 // On a loaded environment, which must outlive the path. Throws std::runtime_error for a context without OpenGL 3.3.
-std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SceneLook& look, const Coloring& coloring);
+// camera: read at every frame; it must outlive the path, too.
+std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SessionCamera& camera, const SceneLook& look,
+                                           const Coloring& coloring);
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env);
 
 } // namespace kvo

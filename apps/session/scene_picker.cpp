@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "caeenv.h"
+#include "scene_view.h"
 
 namespace kvo {
 
@@ -64,7 +65,7 @@ bool inModelOrder(const PickHit& a, const PickHit& b)
 
 } // namespace
 
-ScenePicker::ScenePicker(SceneView& view) : visible(view) {}
+ScenePicker::ScenePicker(SceneView& sceneView) : view(sceneView), visible(sceneView) {}
 
 std::vector<PickHit> ScenePicker::pick(CAEEnv& env, const PickRequest& request, int pictureHeight)
 {
@@ -72,8 +73,8 @@ std::vector<PickHit> ScenePicker::pick(CAEEnv& env, const PickRequest& request, 
     if (request.through && !through) {
         through = std::make_unique<ThroughPicker>(env);
     }
-    const std::vector<SceneHit> hits = request.through ? ask(*through, request, region, viewOf(*env.getMTransformPtr()))
-                                                       : ask(visible, request, region);
+    const std::vector<SceneHit> hits =
+        request.through ? ask(*through, request, region, view.pickView()) : ask(visible, request, region);
     std::vector<PickHit> out;
     for (const SceneHit& hit : hits) {
         out.push_back(hitOf(hit, typeOf(request.type), pictureHeight));

@@ -16,11 +16,12 @@ class ScenePicker : public Picker
 {
 public:
     // On the model of the view, which must outlive the picker; the context must be current in the destructor, too.
-    explicit ScenePicker(SceneView& view);
+    explicit ScenePicker(SceneView& sceneView);
 
     std::vector<PickHit> pick(CAEEnv& env, const PickRequest& request, int pictureHeight) override;
 
 private:
+    SceneView& view;
     VisiblePicker visible;
     std::unique_ptr<ThroughPicker> through; // made for the first pick that needs it
 };

@@ -85,7 +85,8 @@ bool parseHead(const Line& line, Session& session)
 bool operator==(const Operation& a, const Operation& b)
 {
     return a.verb == b.verb && a.code == b.code && std::equal(a.values, a.values + 4, b.values) && a.shape == b.shape &&
-           a.through == b.through && a.outline == b.outline && a.ids == b.ids && a.file == b.file;
+           a.through == b.through && a.outline == b.outline && a.ids == b.ids && a.file == b.file && a.view == b.view &&
+           a.fit.what == b.fit.what && a.fit.parts == b.fit.parts;
 }
 
 std::string Session::modelPath() const

@@ -22,15 +22,22 @@
 #include <vector>
 
 #include "id_list.h"
+#include "session_camera.h"
 
 namespace kvo {
 
 enum class Verb
 {
     Transform, // a _TransType
-    View,      // a standard view
-    Pick,      // prints and selects what is at a place
-    Select,    // adds to the selection, by ids
+    View,      // a view by its name
+    Orbit,     // these six move the scene's camera
+    Pan,
+    Zoom,
+    BoxZoom,
+    Fit,
+    Perspective,
+    Pick,   // prints and selects what is at a place
+    Select, // adds to the selection, by ids
     Clear,
     Highlight,
     Show,
@@ -55,10 +62,15 @@ struct Operation
 {
     std::size_t line = 0; // in its file, from 1; 0 for an operation that comes from elsewhere
     Verb verb = Verb::Transform;
-    // Transform: _TransType. View: _MViewType. Pick, Select: PICK_TYPE_... Clear: PICK_TYPE_..., PART_HIGHLIGHTED, or 0
+    // Transform: _TransType. View: _MViewType, 0 for a view that the drawing library does not have. Orbit: 1 for a
+    // turntable. Zoom: 1 about a place. Pick, Select: PICK_TYPE_... Clear: PICK_TYPE_..., PART_HIGHLIGHTED, or 0
     // for everything. Shade: GL_FLAT, GL_SMOOTH. Mode: GL_POINT, GL_LINE, GL_FILL.
     int code = 0;
-    float values[4] = {0, 0, 0, 0};     // Transform: its values. Pick: X Y SIZE, or X0 Y0 X1 Y1
+    // Transform: its values. Pick: X Y SIZE, or X0 Y0 X1 Y1. Orbit, Pan, BoxZoom: X0 Y0 X1 Y1. Zoom: FACTOR X Y.
+    // Perspective: degrees.
+    float values[4] = {0, 0, 0, 0};
+    std::string view;                   // View
+    FitTo fit;                          // Fit
     PickShape shape = PickShape::Place; // Pick
     bool through = false;               // Pick: what is covered, too
     std::vector<float> outline;         // Pick of a polygon: X Y, corner after corner

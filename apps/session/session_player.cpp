@@ -7,6 +7,8 @@
 #include "picker.h"
 #include "program_error.h"
 #include "selection.h"
+#include "session_camera.h"
+#include "state_camera.h"
 #include "transformations.h"
 #include "view_state.h"
 
@@ -14,8 +16,35 @@ namespace kvo {
 
 namespace {
 
-void transform(SessionTarget& target, const Operation& operation)
+// The surface that the picture shows at a pixel.
+std::optional<Point3> surfaceAt(SessionTarget& target, Picker& picker, Pixel pixel)
 {
+    const double fromTop = target.height() - pixel.y;
+    if (!(pixel.x >= 0 && pixel.x < target.width() && fromTop >= 0 && fromTop < target.height())) {
+        return std::nullopt;
+    }
+    PickRequest request;
+    request.type = PICK_TYPE_PART;
+    request.nearestOnly = true;
+    request.region =
+        regionAt(static_cast<float>(pixel.x), static_cast<float>(fromTop), 1, target.width(), target.height());
+    const std::vector<PickHit> hits = picker.pick(target.env(), request, target.height());
+    return hits.empty() ? std::nullopt : std::optional<Point3>({hits[0].point[0], hits[0].point[1], hits[0].point[2]});
+}
+
+void moveCamera(SessionTarget& target, Picker& picker, const Operation& operation)
+{
+    if (!target.camera()) {
+        throw ProgramError(formatOperation(operation) + " moves the scene's camera, which --contract does without");
+    }
+    target.camera()->move(operation, [&](Pixel pixel) { return surfaceAt(target, picker, pixel); });
+}
+
+void transform(SessionTarget& target, Picker& picker, const Operation& operation)
+{
+    if (target.camera()) {
+        return moveCamera(target, picker, operation);
+    }
     if (operation.code == RESET_TRANSFORM) {
         return target.resetView();
     }
@@ -46,9 +75,16 @@ void carryOut(SessionTarget& target, Picker& picker, const Operation& operation)
     CAEEnv& env = target.env();
     switch (operation.verb) {
     case Verb::Transform:
-        return transform(target, operation);
+        return transform(target, picker, operation);
     case Verb::View:
-        return target.setView(operation.code);
+        return target.setView(operation.view);
+    case Verb::Orbit:
+    case Verb::Pan:
+    case Verb::Zoom:
+    case Verb::BoxZoom:
+    case Verb::Fit:
+    case Verb::Perspective:
+        return moveCamera(target, picker, operation);
     case Verb::Pick:
         return pickAndSelect(target, picker, operation);
     case Verb::Select:
@@ -65,15 +101,31 @@ void carryOut(SessionTarget& target, Picker& picker, const Operation& operation)
     case Verb::Mode:
         return env.setPolygonMode(operation.code);
     case Verb::Save:
-        return saveViewState(env, target.labels(), operation.file);
+        return saveState(target, operation.file);
     case Verb::Restore:
-        return restoreViewState(env, target.labels(), operation.file);
+        return restoreState(target, operation.file);
     case Verb::Picture:
         return writePng(target.picture(), operation.file);
     }
 }
 
 } // namespace
+
+void saveState(SessionTarget& target, const std::string& file)
+{
+    if (const SessionCamera* camera = target.camera()) {
+        cameraIntoState(target.env(), camera->camera(), camera->size(), file);
+    }
+    saveViewState(target.env(), target.labels(), file);
+}
+
+void restoreState(SessionTarget& target, const std::string& file)
+{
+    restoreViewState(target.env(), target.labels(), file);
+    if (SessionCamera* camera = target.camera()) {
+        camera->take(cameraOfState(target.env(), camera->size(), file));
+    }
+}
 
 PictureRegion regionOf(const Operation& pick, int pictureWidth, int pictureHeight)
 {

@@ -24,12 +24,17 @@ public:
     virtual const ModelLabels& labels() const = 0;
     virtual int width() const = 0; // of the picture, in pixels
     virtual int height() const = 0;
-    virtual void setView(int viewType) = 0;          // _MViewType, from the next frame on
-    virtual void resetView() = 0;                    // no rotation, pan or zoom of the user's
-    virtual void drawFrame() = 0;                    // frames the visible parts and draws
-    virtual Picture picture() = 0;                   // of the last frame
-    virtual void print(const std::string& text) = 0; // what picks found, in whole lines
+    virtual SessionCamera* camera() = 0;               // null: the drawing library's own views, without a camera
+    virtual void setView(const std::string& view) = 0; // from the next frame on; throws ProgramError for an unknown one
+    virtual void resetView() = 0;                      // no rotation, pan or zoom of the user's
+    virtual void drawFrame() = 0;                      // frames the visible parts and draws
+    virtual Picture picture() = 0;                     // of the last frame
+    virtual void print(const std::string& text) = 0;   // what picks found, in whole lines
 };
+
+// View states with the target's camera in them (state_camera.h), or the drawing library's view where it has none.
+void saveState(SessionTarget& target, const std::string& file);
+void restoreState(SessionTarget& target, const std::string& file);
 
 // The region that a pick names. Throws ProgramError when it has no area or is not in the picture.
 PictureRegion regionOf(const Operation& pick, int pictureWidth, int pictureHeight);

@@ -6,6 +6,8 @@
 
 #include <GL/gl.h>
 
+#include <kvo/view_names.h>
+
 #include "caeenv.h"
 #include "picture_file.h"
 #include "program_error.h"
@@ -72,21 +74,107 @@ std::vector<IdPiece> idsOf(const Line& line, const std::string& word, IdScope sc
 void parseView(const Line& line, Operation& out)
 {
     needWords(line, 1, "one name");
-    const NamedView* view = findView(line.words[1]);
-    if (!view) {
-        line.fail("\"" + line.words[1] + "\" is no standard view");
+    if (!viewOrientation(line.words[1])) {
+        line.fail("\"" + line.words[1] + "\" is no view (iso, top, ..., +x, ..., or AZ,EL in degrees)");
     }
-    out.code = view->type;
+    const NamedView* standard = findView(line.words[1]);
+    out.code = standard ? standard->type : 0;
+    out.view = line.words[1];
 }
 
 std::string formatView(const Operation& operation)
 {
-    for (const NamedView& view : standardViews()) {
-        if (view.type == operation.code) {
-            return std::string(" ") + view.name;
-        }
+    return " " + operation.view;
+}
+
+// --- Movements of the camera ---
+
+void parseNumbers(const Line& line, std::size_t count, Operation& out)
+{
+    for (std::size_t k = 0; k < count; ++k) {
+        out.values[k] = parseValue(line, line.words[k + 1]);
     }
-    return "";
+}
+
+std::string formatNumbers(const Operation& operation, std::size_t count)
+{
+    std::string out;
+    for (std::size_t k = 0; k < count; ++k) {
+        out += " " + formatValue(operation.values[k]);
+    }
+    return out;
+}
+
+void parseDrag(const Line& line, Operation& out)
+{
+    needWords(line, 4, "X0 Y0 X1 Y1");
+    parseNumbers(line, 4, out);
+}
+
+std::string formatDrag(const Operation& operation)
+{
+    return formatNumbers(operation, 4);
+}
+
+void parseOrbit(const Line& line, Operation& out)
+{
+    const bool turntable = line.words.size() == 6 && line.words[5] == "turntable";
+    if (!turntable) {
+        return parseDrag(line, out);
+    }
+    parseNumbers(line, 4, out);
+    out.code = 1;
+}
+
+std::string formatOrbit(const Operation& operation)
+{
+    return formatDrag(operation) + (operation.code ? " turntable" : "");
+}
+
+void parseZoom(const Line& line, Operation& out)
+{
+    out.code = line.words.size() == 4 ? 1 : 0;
+    if (!out.code) {
+        needWords(line, 1, "FACTOR or FACTOR X Y");
+    }
+    parseNumbers(line, out.code ? 3 : 1, out);
+    if (!(out.values[0] > 0)) {
+        line.fail("ZOOM takes a factor above 0");
+    }
+}
+
+std::string formatZoom(const Operation& operation)
+{
+    return formatNumbers(operation, operation.code ? 3 : 1);
+}
+
+void parseFit(const Line& line, Operation& out)
+{
+    needWords(line, 1, "visible, all, selection or a list of part ids");
+    try {
+        out.fit = parseFitTo(line.words[1], line.words[0]);
+    } catch (const UsageError& error) {
+        line.fail(error.what());
+    }
+}
+
+std::string formatFit(const Operation& operation)
+{
+    return " " + formatFitTo(operation.fit);
+}
+
+void parsePerspective(const Line& line, Operation& out)
+{
+    needWords(line, 1, "an opening angle in degrees; 0: parallel");
+    parseNumbers(line, 1, out);
+    if (out.values[0] != 0 && !(out.values[0] >= 1 && out.values[0] <= 150)) {
+        line.fail("PERSPECTIVE takes 0 or 1 to 150 degrees");
+    }
+}
+
+std::string formatPerspective(const Operation& operation)
+{
+    return formatNumbers(operation, 1);
 }
 
 struct ShapeRow
@@ -258,7 +346,13 @@ std::string formatFile(const Operation& operation)
 const std::vector<VerbRow>& verbRows()
 {
     static const std::vector<VerbRow> rows = {
-        {"VIEW", Verb::View, "iso|top|bottom|left|right|front|back", parseView, formatView},
+        {"VIEW", Verb::View, "iso|top|bottom|left|right|front|back|+x|-x|...|AZ,EL", parseView, formatView},
+        {"ORBIT", Verb::Orbit, "X0 Y0 X1 Y1 [turntable]", parseOrbit, formatOrbit},
+        {"PAN", Verb::Pan, "X0 Y0 X1 Y1", parseDrag, formatDrag},
+        {"ZOOM", Verb::Zoom, "FACTOR [X Y]", parseZoom, formatZoom},
+        {"BOX_ZOOM", Verb::BoxZoom, "X0 Y0 X1 Y1", parseDrag, formatDrag},
+        {"FIT", Verb::Fit, "visible|all|selection|IDS", parseFit, formatFit},
+        {"PERSPECTIVE", Verb::Perspective, "DEGREES", parsePerspective, formatPerspective},
         {"PICK", Verb::Pick, "part|element|node [through] at X Y [SIZE] | rect X0 Y0 X1 Y1 | polygon X Y ...",
          parsePick, formatPick},
         {"SELECT", Verb::Select, "parts|elements|nodes IDS", parseSelect, formatSelect},

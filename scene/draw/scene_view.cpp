@@ -341,12 +341,14 @@ const std::optional<Camera>& SceneView::camera() const
 
 Box SceneView::visibleBox() const
 {
+    requireLoaded(impl->env);
     return kvo::visibleBox(impl->env);
 }
 
 PickView SceneView::pickView() const
 {
     if (!impl->ownCamera) {
+        requireLoaded(impl->env);
         return viewOf(*impl->env.mTrans);
     }
     PickView out;

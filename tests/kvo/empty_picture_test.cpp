@@ -1,4 +1,4 @@
-// Pictures that show nothing of the model say so; models that are flat in x are seen; pictures without a font.
+// Pictures that show nothing of the model say so; flat models are seen; pictures without a font.
 #include <algorithm>
 
 #include <gtest/gtest.h>
@@ -76,24 +76,10 @@ TEST_F(EmptyPicture, WithoutAViewAFlatModelIsSeenWhateverItsAxis)
     }
 }
 
-TEST_F(EmptyPicture, FlatInXIsTheFrontView)
-{
-    writeSquare('x');
-    render({"--samples", "1"});
-    const Picture byItself = drawn;
-    EXPECT_EQ(render({"--samples", "1", "--view", "front"}), "");
-    EXPECT_EQ(kvo::compare(byItself, drawn).differing, 0u);
-    writeText(folder.file("s"), "NO_TRANSFORM\n");
-    const KvoRun played = runKvo({"play", folder.file("s"), model(), "-o", picture(), "--device", "software",
-                                  "--samples", "1", "--size", "300x240"});
-    EXPECT_EQ(played.err, "");
-    EXPECT_EQ(kvo::compare(byItself, kvo::readPng(picture())).differing, 0u) << "of kvo play, too";
-}
-
 TEST_F(EmptyPicture, AViewOfTheEdgeIsDrawnAndSaid)
 {
     writeSquare('x');
-    EXPECT_EQ(render({"--view", "iso"}), empty("the picture", ": it is flat in x and may be seen from its edge"));
+    EXPECT_EQ(render({"--view", "front"}), empty("the picture", ": it is flat in x and may be seen from its edge"));
     EXPECT_EQ(marks(), 0);
     EXPECT_EQ(render({"--contract"}), empty("the picture", ": it is flat in x and may be seen from its edge"));
     EXPECT_EQ(render({"--contract", "--view", "front"}), "");
@@ -103,7 +89,7 @@ TEST_F(EmptyPicture, AContactSheetSaysWhichViews)
 {
     writeSquare('x');
     std::string text;
-    for (const char* view : {"iso", "top", "bottom", "left", "right"}) {
+    for (const char* view : {"top", "bottom", "front", "back"}) {
         text += empty(std::string("the ") + view + " view", ": it is flat in x and may be seen from its edge");
     }
     EXPECT_EQ(render({"--view", "all", "--size", "800x600"}), text);
@@ -138,7 +124,7 @@ TEST_F(EmptyPicture, CoordinatesAtTheEndsOfSinglePrecision)
 TEST_F(EmptyPicture, AColouringsLegendIsNothingOfTheModel)
 {
     writeSquare('x');
-    EXPECT_EQ(render({"--view", "iso", "--color-by", "kind"}),
+    EXPECT_EQ(render({"--view", "front", "--color-by", "kind"}),
               empty("the picture", ": it is flat in x and may be seen from its edge"));
     EXPECT_EQ(render({"--color-by", "kind"}), "");
 }

@@ -39,7 +39,7 @@ const std::vector<GoldenScene>& goldenScenes()
         {"light_of_model", {"--light", "model", "--hide", "1"}, inside},
         {"light_of_contract", {"--light", "contract", "--hide", "1"}, inside},
         {"sharp_vault", {"--feature-angle", "5", "--view", "top"}, ""},
-        {"ghosts", {"--ghosts", "--hide", "1", "--view", "left"}, ""},
+        {"ghosts", {"--ghosts", "--hide", "1", "--view", "front"}, ""},
         {"transparent", {"--transparent", "1", "--transparent", "3=0.7"}, "VIEW top\nGLOBAL_ROTATION 120 90 140 130\n"},
         {"section", {"--section", "y=..-0.5", "--style", "edges"}, inside},
         {"section_of_elements", {"--section", "0,0,0.9,0,0,-1", "--section-mode", "elements"}, inside},
@@ -77,9 +77,10 @@ std::string goldenSessionName(bool contract)
     return contract ? "contract_bracket_inspection" : "bracket_inspection";
 }
 
-std::string goldenSessionText()
+std::string goldenSessionText(bool contract)
 {
-    return readText(KVO_EXAMPLES_DIR "/ops/bracket-inspection.session");
+    return readText(contract ? KVO_GOLDEN_DIR "/../contract-inspection.session"
+                             : KVO_EXAMPLES_DIR "/ops/bracket-inspection.session");
 }
 
 std::string playGoldenSession(const std::string& session, const std::string& picture, bool contract)

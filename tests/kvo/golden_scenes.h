@@ -23,6 +23,7 @@ std::string goldenSessionName(bool contract);
 
 // Plays the text of a session as if it lay in the examples' folder; returns what it printed. Throws as above.
 std::string playGoldenSession(const std::string& session, const std::string& picture, bool contract);
-std::string goldenSessionText(); // of the example
+// Of the example; the drawing library's views, and so the places in its pictures, are others than the scene's.
+std::string goldenSessionText(bool contract);
 
 #endif

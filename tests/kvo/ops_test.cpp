@@ -53,7 +53,7 @@ std::size_t differing(const kvo::Picture& a, const kvo::Picture& b)
 
 TEST_F(Ops, UnknownNamesAreErrorsWithTheirLine)
 {
-    expectError("# first\n\nSCALE_INCR\nZOOM 2\n", 4, "ZOOM");
+    expectError("# first\n\nSCALE_INCR\nENLARGE 2\n", 4, "ENLARGE");
     expectError("rotate_x_cw\n", 1, "rotate_x_cw");
     expectError("VIEW side\n", 1, "side");
 }

@@ -143,8 +143,8 @@ TEST_F(Play, OperationsDoWhatTheOptionsOfRenderDo)
         const char* session;
         std::vector<std::string> options;
     } pairs[] = {
-        {"HIDE 1,4-5\n", {"--hide", "1,4-5"}},
-        {"HIDE all\nSHOW 3\n", {"--parts", "3"}},
+        {"HIDE 1,4-5\nFIT visible\n", {"--hide", "1,4-5"}},
+        {"HIDE all\nSHOW 3\nFIT visible\n", {"--parts", "3"}},
         {"SHADE flat\n", {"--shade", "flat"}},
         {"MODE line\n", {"--mode", "line"}},
         {"SELECT parts 1\n", {"--select-parts", "1"}},
@@ -181,7 +181,7 @@ TEST_F(Play, ErrorsOfTheFormatComeBeforeAnythingIsDone)
     expectError(
         "PICTURE b.png\nPICK part\n", 2,
         "PICK takes part, element or node, [through], then at X Y [SIZE], rect X0 Y0 X1 Y1 or polygon X Y X Y X Y ...");
-    expectError("VIEW side\n", 1, "\"side\" is no standard view");
+    expectError("VIEW side\n", 1, "\"side\" is no view (iso, top, ..., +x, ..., or AZ,EL in degrees)");
     EXPECT_FALSE(std::filesystem::exists("b.png"));
 }
 

@@ -14,7 +14,7 @@ int main()
         }
         for (const bool contract : {false, true}) {
             const std::string session = std::string(KVO_GOLDEN_DIR) + "/" + goldenSessionName(contract);
-            writeText(session + ".txt", playGoldenSession(goldenSessionText(), session + ".png", contract));
+            writeText(session + ".txt", playGoldenSession(goldenSessionText(contract), session + ".png", contract));
             std::printf("%s\n", goldenSessionName(contract).c_str());
         }
     } catch (const std::exception& error) {
