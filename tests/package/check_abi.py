@@ -38,10 +38,17 @@ def has_types(library):
     return ".debug_info" in sections
 
 
+def inline_functions(library):
+    """Left out too: which of them the compiler leaves in a library depends on how far it optimises."""
+    lines = subprocess.run(["nm", "-D", "--defined-only", library], check=True, capture_output=True, text=True).stdout
+    names = [line.split()[2] for line in lines.splitlines() if line.split()[1] == "W"]
+    return "".join(f"[suppress_function]\n  symbol_name = {name}\n  drop_artifact = yes\n" for name in names)
+
+
 def describe(library, headers, scratch, out):
     left_out = os.path.join(scratch, "left_out.abignore")
     with open(left_out, "w", encoding="ascii") as stream:
-        stream.write(LEFT_OUT)
+        stream.write(LEFT_OUT + inline_functions(library))
     subprocess.run(["abidw", "--suppressions", left_out, "--no-corpus-path", "--no-show-locs", "--no-comp-dir-path",
                     "--no-elf-needed", "--drop-private-types", "--drop-undefined-syms", "--headers-dir", headers,
                     "--out-file", out, library], check=True)

@@ -47,9 +47,8 @@ def class_of(symbol):
     return symbol[2:].split("(")[0].rpartition("::")[0]
 
 
-def differences(there, wanted):
-    """What is missing and what is too much; inline members of the classes in the list are neither."""
-    classes = {class_of(symbol) for symbol in wanted if class_of(symbol)}
+def differences(there, wanted, classes):
+    """What is missing and what is too much; inline members of these classes are neither."""
     for symbol in sorted(wanted - there):
         if not symbol.startswith("W "):
             yield f"missing: {symbol}"
@@ -89,11 +88,12 @@ def main(arguments):
             print(f"library {os.path.basename(library)}", *sorted(exported(library), key=lambda s: s[2:]), sep="\n")
         return 0
     expected = listed(arguments[0])
+    classes = {class_of(symbol) for symbols in expected.values() for symbol in symbols} - {""}
     failed = False
     for library in arguments[1:]:
         name = os.path.basename(library)
         there, wanted = exported(library), expected.get(name, set())
-        problems = [*differences(there, wanted), *dynamic_problems(library, name)]
+        problems = [*differences(there, wanted, classes), *dynamic_problems(library, name)]
         for problem in problems:
             print(f"{name}: {problem}", file=sys.stderr)
         failed = failed or bool(problems)
