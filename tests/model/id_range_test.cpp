@@ -4,10 +4,10 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
-#include <kvo/id_range.h>
 #include "id_set.h"
 #include "modelbuilder.h"
 #include "select_more.h"
+#include <kvo/id_range.h>
 
 namespace {
 
