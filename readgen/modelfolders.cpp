@@ -16,6 +16,7 @@
 
 #include "modeldata.h"
 #include "modelformat.h"
+#include "signal_pause.h"
 
 namespace fs = std::filesystem;
 
@@ -87,24 +88,6 @@ void syncPath(const std::string& path, int (*call)(int))
     }
 }
 
-// Signals to this thread wait for as long as this lives: who dies between two renamings leaves half a model.
-class SignalPause
-{
-public:
-    SignalPause()
-    {
-        sigset_t all;
-        ::sigfillset(&all);
-        ::pthread_sigmask(SIG_BLOCK, &all, &before);
-    }
-    ~SignalPause() { ::pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-    SignalPause(const SignalPause&) = delete;
-    SignalPause& operator=(const SignalPause&) = delete;
-
-private:
-    sigset_t before;
-};
-
 // Best effort: the renaming is then on the disk as well.
 void syncFolder(const std::string& path)
 {
@@ -144,6 +127,7 @@ StagingFolder::StagingFolder(const std::string& dir) : dirName(dir)
 
 void StagingFolder::makeStaging()
 {
+    const kvo::SignalPause pause;
     do {
         staging = dirName + "/.kvo-model-" + std::to_string(::getpid()) + "-XXXXXX";
         if (!::mkdtemp(&staging[0])) {
@@ -262,7 +246,7 @@ void StagingFolder::moveBack()
 
 void StagingFolder::moveInto(const std::vector<std::string>& names)
 {
-    const SignalPause pause;
+    const kvo::SignalPause pause;
     try {
         for (const std::string& name : names) {
             const std::string target = dirName + "/" + name;

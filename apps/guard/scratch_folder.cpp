@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include "folder_removal.h"
+#include "signal_pause.h"
 
 namespace fs = std::filesystem;
 
@@ -80,6 +81,7 @@ ScratchFolder::ScratchFolder(const std::string& prefix)
 {
     const fs::path parent = fs::temp_directory_path();
     removeDeadFolders(parent.string());
+    const SignalPause pause;
     do {
         name = (parent / (prefix + std::to_string(getpid()) + "-XXXXXX")).string();
         if (!mkdtemp(&name[0])) {
