@@ -19,12 +19,13 @@ function(kvo_configure_target target)
   endif()
 endfunction()
 
-# Where KVO_PRECOMPILED_HEADERS says so, a target of many sources has the standard library's headers read once for all.
+# Where KVO_PRECOMPILED_HEADERS says so, a target of many sources has the standard library's headers, and others that are
+# named, read once for all.
 set(KVO_COMMON_HEADERS <algorithm> <array> <cmath> <cstdint> <cstdio> <cstring> <filesystem> <fstream> <functional> <map>
                        <memory> <optional> <set> <sstream> <stdexcept> <string> <unordered_map> <utility> <vector>)
 function(kvo_precompile_headers target)
   if(KVO_PRECOMPILED_HEADERS)
-    target_precompile_headers(${target} PRIVATE ${KVO_COMMON_HEADERS})
+    target_precompile_headers(${target} PRIVATE ${KVO_COMMON_HEADERS} ${ARGN})
   endif()
 endfunction()
 

@@ -1,8 +1,8 @@
 // What colours the elements of a scene: their parts' own colours, a category for each part (property, material, kind,
 // any key of the host), or a number for each element (quality, or whatever the host computes), with the legend's texts.
 //
-//   view.setColoring(kvo::colorByQuality(env, kvo::Quality::Warpage));
-//   view.setColoring(kvo::colorByMaterial(env, modelInfo)); // readModelInfo() of the model directory
+//   view.setColoring(kvo::colorByQuality(shown, kvo::Quality::Warpage));
+//   view.setColoring(kvo::colorByMaterial(model));
 //   view.setColoring(kvo::Coloring());                      // the parts' own colours
 //
 // Selected and highlighted parts and elements keep the colours of selection and highlight.
@@ -11,12 +11,13 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kvoexport.h"
 #include "quality.h"
+#include "shown_model.h"
 
-class CAEEnv;
 struct ModelInfo;
 
 namespace kvo {
@@ -74,20 +75,28 @@ struct Coloring
 };
 
 // One category per draw type that occurs: shell, solid, beam, discrete.
-KVO_EXPORT Coloring colorByKind(const CAEEnv& env);
+KVO_EXPORT Coloring colorByKind(const ShownModel& model);
 
 // One category per different key, in ascending order; names[k] is the name of keys' k-th smallest different entry,
 // where missing the number itself.
 KVO_EXPORT Coloring colorByKey(const std::string& title, const std::vector<std::uint32_t>& keyOfPart,
                                const std::vector<std::string>& names = {});
 
-// By what the model directory says of the parts with these ids. Named "ID name"; parts without one, and parts that the
-// directory does not know, are in the category "none".
+// What a part is of: a number, 0 for none, and the name that goes with it, which may be empty.
+using NumberAndName = std::pair<std::uint32_t, std::string>;
+
+// One category per different number, in ascending order, named "NUMBER name"; parts with 0 are in "none".
+KVO_EXPORT Coloring colorByNumber(const std::string& title, const std::vector<NumberAndName>& ofParts);
+KVO_EXPORT Coloring colorByProperty(const Model& model);
+KVO_EXPORT Coloring colorByMaterial(const Model& model);
+
+// By what the model directory says of an environment's parts with these ids. Parts that the directory does not
+// know are in the category "none".
 KVO_EXPORT Coloring colorByProperty(const CAEEnv& env, const ModelInfo& info);
 KVO_EXPORT Coloring colorByMaterial(const CAEEnv& env, const ModelInfo& info);
 
 // The ramp begins at the best possible value and ends at the worst that occurs, but no further than a ratio of 10.
-KVO_EXPORT Coloring colorByQuality(const CAEEnv& env, Quality quality);
+KVO_EXPORT Coloring colorByQuality(const ShownModel& model, Quality quality);
 
 // The ramp spans the finite values.
 KVO_EXPORT Coloring colorByValues(const std::string& title, const std::string& unit,

@@ -9,7 +9,7 @@
 #include <cstdint>
 
 #include "kvoexport.h"
-#include "partstr.h"
+#include "part_mesh.h"
 
 namespace kvo {
 
@@ -20,7 +20,7 @@ struct Vector3
 };
 
 // The node's place; false (place unchanged) where the part has no such node.
-KVO_EXPORT bool nodePlace(const PartInfoStr& part, std::uint32_t node, Vector3& place);
+KVO_EXPORT bool nodePlace(const PartMesh& part, std::uint32_t node, Vector3& place);
 
 struct Distance
 {
@@ -60,17 +60,17 @@ struct ElementMeasure
     Vector3 centroid;
 };
 
-KVO_EXPORT ElementMeasure measureElement(const PartInfoStr& part, std::uint32_t element);
+KVO_EXPORT ElementMeasure measureElement(const PartMesh& part, std::uint32_t element);
 
 // Sums over the elements of a part whose mark is not 0, one mark per element; null takes all. The centroid is weighted
 // by volume when they have any in sum, else by area, else by length; the mean of the centroids when all weights are 0.
 // Runs on all cores, with the same result on any number of them.
-KVO_EXPORT ElementMeasure measureElements(const PartInfoStr& part, const std::uint8_t* marks);
+KVO_EXPORT ElementMeasure measureElements(const PartMesh& part, const std::uint8_t* marks);
 
 // Area of one face of an element, counted from 0 as the record's flat normals are (a shell's face is 0). A
 // quadrilateral has two ways of being cut into triangles; the smaller sum counts, which is exact for every flat one,
 // also where it is re-entrant. 0 for a face that does not exist.
-KVO_EXPORT double faceArea(const PartInfoStr& part, std::uint32_t element, unsigned int face);
+KVO_EXPORT double faceArea(const PartMesh& part, std::uint32_t element, unsigned int face);
 
 } // namespace kvo
 

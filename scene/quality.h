@@ -10,7 +10,7 @@
 #include <cstdint>
 
 #include "kvoexport.h"
-#include "partstr.h"
+#include "part_mesh.h"
 
 namespace kvo {
 
@@ -61,10 +61,10 @@ KVO_EXPORT const QualityInfo& qualityInfo(Quality quality);
 
 // One number per element of the part into out (numElements / nodesPerElement entries, partstr.h). A part without nodes
 // or indices is left alone and writes nothing. Runs on all cores.
-KVO_EXPORT void elementQuality(const PartInfoStr& part, Quality quality, float* out);
+KVO_EXPORT void elementQuality(const PartMesh& part, Quality quality, float* out);
 
 // The same for one element; noQuality for a position outside the part.
-KVO_EXPORT float elementQuality(const PartInfoStr& part, Quality quality, std::uint32_t element);
+KVO_EXPORT float elementQuality(const PartMesh& part, Quality quality, std::uint32_t element);
 
 } // namespace kvo
 

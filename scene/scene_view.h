@@ -28,6 +28,7 @@
 #include "coloring.h"
 #include "kvoexport.h"
 #include "pick.h"
+#include "shown_model.h"
 
 class CAEEnv;
 
@@ -126,6 +127,7 @@ struct SceneLook
                                   // longer. 0: always exact. At rest (moving is false) always exact.
     float pixelShift[2] = {0, 0}; // the model is drawn by so many pixels further right and up, less than one each: for
                                   // pictures that are the mean of several frames (OpenGL 4.1)
+    bool smooth = true;           // normals run over the faces of a ModelView; of an environment its shade model tells
 };
 
 // What the last frame cost. New fields are added at the end.
@@ -140,7 +142,8 @@ struct SceneFrameStats
 class KVO_EXPORT SceneView
 {
 public:
-    // Keeps the reference; the environment must outlive the view.
+    // Keeps the reference; what is shown must outlive the view.
+    explicit SceneView(const ModelView& view);
     explicit SceneView(CAEEnv& env);
     ~SceneView();
     SceneView(const SceneView&) = delete;

@@ -16,9 +16,9 @@
 #include <memory>
 #include <vector>
 
-#include "caeenv.h"
 #include "kvoexport.h"
 #include "quality.h"
+#include "shown_model.h"
 #include <kvo/id_range.h>
 
 namespace kvo {
@@ -56,22 +56,33 @@ struct KVO_EXPORT MarkSet
 struct KVO_EXPORT ElementSet : MarkSet
 {
     ElementSet() = default;
-    explicit ElementSet(CAEEnv& env); // empty, for the elements of this model
+    explicit ElementSet(const ShownModel& model); // empty, for the elements of this model
 };
 
 struct KVO_EXPORT NodeSet : MarkSet
 {
     NodeSet() = default;
-    explicit NodeSet(CAEEnv& env); // empty, for the parts' own copies of the nodes
+    explicit NodeSet(const ShownModel& model); // empty, for the parts' own copies of the nodes
 };
 
-// --- The environment's selection ---
+// --- What is selected ---
 
 // What is selected now, hidden parts included.
-KVO_EXPORT ElementSet selectedElements(CAEEnv& env);
-KVO_EXPORT NodeSet selectedNodes(CAEEnv& env); // of the parts; not the model-wide list of selectNodeList
+KVO_EXPORT ElementSet selectedElements(const ShownModel& model);
+// Of the parts; not an environment's model-wide list of selectNodeList.
+KVO_EXPORT NodeSet selectedNodes(const ShownModel& model);
 
-// Makes the set the selection, or adds it, through selectElement and selectNode for each entry: the environment's list
+// The marks of one part, for PartLook; null where none is set.
+KVO_EXPORT Marks marksOf(const MarkSet& set, unsigned int part);
+// Make the set what is selected or hidden in a view, or add it. False, with nothing changed, for a set that does not
+// fit the model.
+KVO_EXPORT bool selectOnly(ModelView& view, const ElementSet& set);
+KVO_EXPORT bool selectOnly(ModelView& view, const NodeSet& set);
+KVO_EXPORT bool selectAlso(ModelView& view, const ElementSet& set);
+KVO_EXPORT bool selectAlso(ModelView& view, const NodeSet& set);
+KVO_EXPORT bool hideOnly(ModelView& view, const ElementSet& set);
+
+// The same in an environment, through selectElement and selectNode for each entry: the environment's list
 // operations would show and hide parts and set projection and lights again (they need a context); these change marks
 // and the parts' selection flags only, print nothing and need no OpenGL. What is selected in hidden parts shows when
 // they do. False, with nothing changed, for a set that does not fit the model.
@@ -89,10 +100,10 @@ struct ModelBox
 };
 
 // Which parts take part. The others are neither reached nor passed through, and what a given set holds of them stays in
-// the result as it is. Part flags are read at each call.
+// the result as it is. What is hidden is read at each call.
 enum class Scope
 {
-    ShownParts, // without PART_HIDDEN
+    ShownParts, // that are not hidden
     AllParts
 };
 
@@ -124,13 +135,13 @@ struct EdgePath
 
 struct ModelJoints;
 
-// Selects on one environment, which must outlive it. What connects elements is worked out when first needed and kept
+// Selects on one model, which must outlive it. What connects elements is worked out when first needed and kept
 // until the parts in scope change: 100 to 250 bytes per element. Sets that do not fit the model count as empty. One
 // selector is used by one thread at a time; it works on all cores itself.
 class KVO_EXPORT Selector
 {
 public:
-    explicit Selector(CAEEnv& env);
+    explicit Selector(ShownModel shownModel);
     ~Selector();
     Selector(const Selector&) = delete;
     Selector& operator=(const Selector&) = delete;
@@ -147,7 +158,7 @@ public:
     ElementSet elementsById(const std::vector<IdRange>& ids) const; // in every part that has them
     NodeSet nodesById(const std::vector<IdRange>& ids) const;
     ElementSet elementsOfParts(const std::vector<IdRange>& partIds) const;
-    ElementSet elementsOfType(unsigned int partDrawType) const; // SHELL, SOLID, BEAM, DISCRETE
+    ElementSet elementsOfKind(ElementKind kind) const;
     // low <= quality <= high; elements without quality never.
     ElementSet elementsByQuality(Quality quality, float low, float high) const;
     // Nothing for a box with a NaN. Elements that cannot be drawn are in no box.
@@ -191,7 +202,7 @@ public:
 private:
     const ModelJoints& joints();
 
-    CAEEnv& env;
+    ShownModel model;
     std::unique_ptr<ModelJoints> known;
 };
 

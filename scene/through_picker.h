@@ -21,18 +21,17 @@
 #include <vector>
 
 #include "pick.h"
-
-class CAEEnv;
+#include "shown_model.h"
 
 namespace kvo {
 
 class KVO_EXPORT ThroughPicker
 {
 public:
-    // env must outlive the picker. Nothing is built before the first pick that needs it: per part an order of its
-    // elements or nodes along a space-filling curve with boxes around blocks of them (about 6 bytes an element; 20 to
-    // 60 ms for 1,000,000), and a table of element ids where the numbers do not tell them.
-    explicit ThroughPicker(CAEEnv& env);
+    // What is picked on must outlive the picker. Nothing is built before the first pick that needs it: per part an
+    // order of its elements or nodes along a space-filling curve with boxes around blocks of them (about 6 bytes an
+    // element; 20 to 60 ms for 1,000,000), and a table of element ids where the numbers do not tell them.
+    explicit ThroughPicker(ShownModel model);
     ~ThroughPicker();
     ThroughPicker(const ThroughPicker&) = delete;
     ThroughPicker& operator=(const ThroughPicker&) = delete;

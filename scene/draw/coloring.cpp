@@ -4,10 +4,7 @@
 #include <cmath>
 #include <map>
 
-#include "caeenv.h"
-#include "element_shape.h"
-#include "mantypes.h"
-#include "modelinfo.h"
+#include "shown_parts.h"
 
 namespace kvo {
 
@@ -33,40 +30,6 @@ template <std::size_t count> Rgb between(const Rgb (&points)[count], float t)
     const float f = at - static_cast<float>(k);
     const Rgb &a = points[k], &b = points[k + 1];
     return {a.r + f * (b.r - a.r), a.g + f * (b.g - a.g), a.b + f * (b.b - a.b)};
-}
-
-// Per part index: what the directory says of the part with its id, or null.
-std::vector<const ModelPart*> partsOf(const CAEEnv& env, const ModelInfo& info)
-{
-    std::vector<const ModelPart*> out(env.numParts, nullptr);
-    for (const ModelPartInfo& row : info.parts) {
-        const auto found = env.pidMap.find(row.part.id);
-        if (found != env.pidMap.end() && found->second < env.numParts) {
-            out[found->second] = &row.part;
-        }
-    }
-    return out;
-}
-
-Coloring colorByRecord(const std::string& title, const std::vector<const ModelPart*>& parts,
-                       unsigned int ModelPart::* id, std::string ModelPart::* name)
-{
-    std::vector<std::uint32_t> keys;
-    std::map<std::uint32_t, std::string> nameOf;
-    for (const ModelPart* part : parts) {
-        const std::uint32_t key = part ? part->*id : 0;
-        keys.push_back(key);
-        std::string& text = nameOf[key];
-        text = key ? std::to_string(key) : "none";
-        if (key && !(part->*name).empty()) {
-            text += " " + part->*name;
-        }
-    }
-    std::vector<std::string> names;
-    for (const auto& entry : nameOf) {
-        names.push_back(entry.second);
-    }
-    return colorByKey(title, keys, names);
 }
 
 bool hasValue(float value)
@@ -127,44 +90,64 @@ Coloring colorByKey(const std::string& title, const std::vector<std::uint32_t>& 
     return out;
 }
 
-Coloring colorByKind(const CAEEnv& env)
+Coloring colorByKind(const ShownModel& model)
 {
-    static const struct
-    {
-        unsigned int drawType;
-        const char* name;
-    } kinds[] = {{SHELL, "shell"}, {SOLID, "solid"}, {BEAM, "beam"}, {DISCRETE, "discrete"}};
+    const ShownModel::Impl& shown = model.read();
     std::vector<std::uint32_t> keys;
-    bool occurs[5] = {};
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        std::uint32_t kind = 0;
-        while (kind < 4 && kinds[kind].drawType != env.partsInfoList[k].partDrawType) {
-            ++kind;
-        }
-        keys.push_back(kind);
-        occurs[kind] = true;
+    bool occurs[elementKindCount] = {};
+    for (std::size_t k = 0; k < shown.partCount; ++k) {
+        keys.push_back(static_cast<std::uint32_t>(shown.meshes[k].kind));
+        occurs[keys.back()] = true;
     }
     std::vector<std::string> names;
-    for (int kind = 0; kind < 5; ++kind) {
+    for (int kind = 0; kind < elementKindCount; ++kind) {
         if (occurs[kind]) {
-            names.push_back(kind < 4 ? kinds[kind].name : "other");
+            names.push_back(elementKindName(static_cast<ElementKind>(kind)));
         }
     }
     return colorByKey("kind", keys, names);
 }
 
-Coloring colorByProperty(const CAEEnv& env, const ModelInfo& info)
+Coloring colorByNumber(const std::string& title, const std::vector<NumberAndName>& ofParts)
 {
-    return colorByRecord("property", partsOf(env, info), &ModelPart::propertyId, &ModelPart::propertyName);
+    std::vector<std::uint32_t> keys;
+    std::map<std::uint32_t, std::string> nameOf;
+    for (const auto& [number, name] : ofParts) {
+        keys.push_back(number);
+        std::string& text = nameOf[number];
+        text = number ? std::to_string(number) : "none";
+        if (number && !name.empty()) {
+            text += " " + name;
+        }
+    }
+    std::vector<std::string> names;
+    for (const auto& entry : nameOf) {
+        names.push_back(entry.second);
+    }
+    return colorByKey(title, keys, names);
 }
 
-Coloring colorByMaterial(const CAEEnv& env, const ModelInfo& info)
+Coloring colorByProperty(const Model& model)
 {
-    return colorByRecord("material", partsOf(env, info), &ModelPart::materialId, &ModelPart::materialName);
+    std::vector<NumberAndName> ofParts;
+    for (const Part& part : model.parts()) {
+        ofParts.emplace_back(part.propertyId, part.propertyName);
+    }
+    return colorByNumber("property", ofParts);
 }
 
-Coloring colorByQuality(const CAEEnv& env, Quality quality)
+Coloring colorByMaterial(const Model& model)
 {
+    std::vector<NumberAndName> ofParts;
+    for (const Part& part : model.parts()) {
+        ofParts.emplace_back(part.materialId, part.materialName);
+    }
+    return colorByNumber("material", ofParts);
+}
+
+Coloring colorByQuality(const ShownModel& model, Quality quality)
+{
+    const ShownModel::Impl& shown = model.read();
     const QualityInfo& info = qualityInfo(quality);
     Coloring out;
     out.title = info.name;
@@ -172,9 +155,9 @@ Coloring colorByQuality(const CAEEnv& env, Quality quality)
     const bool rising = info.worst > info.best;
     const float end = info.worst == worstRatio ? 10 : info.worst;
     float worst = info.best;
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        out.values.emplace_back(elementCountOf(part), noQuality);
+    for (std::size_t k = 0; k < shown.partCount; ++k) {
+        const PartMesh& part = shown.meshes[k];
+        out.values.emplace_back(part.elementCount, noQuality);
         elementQuality(part, quality, out.values.back().data());
         for (float value : out.values.back()) {
             if (hasValue(value)) {

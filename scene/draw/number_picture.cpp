@@ -3,7 +3,6 @@
 
 #include <memory>
 
-#include "caeenv.h"
 #include "scene_view_impl.h"
 
 namespace kvo {
@@ -87,7 +86,7 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
 // Opaque and transparent parts alike: what is nearest is hit.
 void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
 {
-    std::vector<PartShow> parts = partsToShow(env, geometry, false);
+    std::vector<PartShow> parts = partsToShow(model.asRead().parts, geometry, false);
     for (PartShow& show : parts) {
         show = show == PartShow::Transparent ? PartShow::Opaque : show;
     }

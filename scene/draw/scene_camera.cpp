@@ -9,8 +9,6 @@
 
 namespace kvo {
 
-namespace {
-
 void setUnit(const double v[3], float out[3])
 {
     const double length = std::sqrt(v[0] * v[0] + v[1] * v[1] + v[2] * v[2]);
@@ -19,31 +17,12 @@ void setUnit(const double v[3], float out[3])
     }
 }
 
+namespace {
+
 double determinant(const double m[16]) // of the upper left 3 x 3
 {
     return m[0] * (m[5] * m[10] - m[9] * m[6]) - m[4] * (m[1] * m[10] - m[9] * m[2]) +
            m[8] * (m[1] * m[6] - m[5] * m[2]);
-}
-
-// Positions are directions in eye coordinates: the lights have no place. They are meant for a viewer who looks along
-// +z.
-void setContractLights(float viewer, SurfaceUniforms& uniforms)
-{
-    const GLenum names[2] = {GL_LIGHT0, GL_LIGHT1};
-    float global[4], ambient[4], diffuse[4], position[4];
-    glGetFloatv(GL_LIGHT_MODEL_AMBIENT, global);
-    uniforms.ambient = global[0];
-    for (int k = 0; k < 2; ++k) {
-        const bool on = glIsEnabled(names[k]);
-        glGetLightfv(names[k], GL_AMBIENT, ambient);
-        glGetLightfv(names[k], GL_DIFFUSE, diffuse);
-        glGetLightfv(names[k], GL_POSITION, position);
-        uniforms.ambient += on ? ambient[0] : 0;
-        uniforms.diffuse[k] = on ? diffuse[0] : 0;
-        const double direction[3] = {position[0], position[1], position[2] * -double(viewer)};
-        setUnit(direction, uniforms.lights[k]);
-    }
-    uniforms.bothSides = false;
 }
 
 // The common length of the columns, if they have one and stand on each other; else 0.
@@ -166,14 +145,12 @@ void SceneCamera::matricesFrom(const double otherOrigin[3], double modelviewOut[
     }
 }
 
-namespace {
-
-void setSoftLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms)
+void setLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms)
 {
     uniforms.ambient = softAmbient;
     uniforms.bothSides = true;
     for (int k = 0; k < 2; ++k) {
-        const LightRow& row = light == SceneLight::Eye ? eyeLights[k] : modelLights[k];
+        const LightRow& row = light == SceneLight::Model ? modelLights[k] : eyeLights[k];
         double direction[3] = {row.direction[0], row.direction[1], row.direction[2] * camera.viewer};
         if (light == SceneLight::Model) {
             for (int axis = 0; axis < 3; ++axis) {
@@ -187,15 +164,8 @@ void setSoftLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms&
     }
 }
 
-} // namespace
-
-void setLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms)
+void lightTheModel(const SceneCamera& camera, SurfaceUniforms& uniforms)
 {
-    if (light == SceneLight::Contract) {
-        setContractLights(camera.viewer, uniforms);
-    } else {
-        setSoftLights(light, camera, uniforms);
-    }
     uniforms.viewer[0] = uniforms.viewer[1] = uniforms.viewer[3] = 0;
     uniforms.viewer[2] = camera.viewer;
     if (camera.unitScale != 0) {

@@ -6,8 +6,6 @@
 
 #include "surface_program.h"
 
-class CAEEnv;
-
 namespace kvo {
 
 enum class SceneLight;
@@ -54,9 +52,13 @@ private:
     double projection[16]; // as it was
 };
 
-// Sets lights, viewer, ambient and bothSides: in model coordinates when camera.unitScale is not 0, for programs with
-// UnitNormals.
+// Sets lights, ambient and bothSides for SceneLight::Eye and Model, in eye coordinates.
 void setLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms);
+// Sets the viewer; then takes lights and viewer from eye to model coordinates when camera.unitScale is not 0, for
+// programs with UnitNormals.
+void lightTheModel(const SceneCamera& camera, SurfaceUniforms& uniforms);
+
+void setUnit(const double v[3], float out[3]);
 
 } // namespace kvo
 

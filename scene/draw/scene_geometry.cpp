@@ -6,8 +6,6 @@
 #include <malloc.h>
 #endif
 
-#include "caeenv.h"
-#include "mantypes.h"
 #include "spring_symbol.h"
 #include "surface_program.h"
 
@@ -41,35 +39,23 @@ void bindSurfaceVertices(const GlBuffer& buffer)
     glBindBuffer(GL_ARRAY_BUFFER, 0);
 }
 
-std::vector<const PartInfoStr*> sceneParts(const CAEEnv& env)
-{
-    std::vector<const PartInfoStr*> out;
-    for (unsigned int part = 0; part < env.numParts; ++part) {
-        out.push_back(&env.partsInfoList[part]);
-    }
-    if ((env.compFlag & SEGMENT_PART_SET) && env.segmentPart) {
-        out.push_back(env.segmentPart);
-    }
-    return out;
-}
-
-void SceneGeometry::numberElements(const std::vector<const PartInfoStr*>& parts)
+void SceneGeometry::numberElements(const std::vector<PartMesh>& parts)
 {
     firstElements.assign(1, 0);
-    for (const PartInfoStr* part : parts) {
-        firstElements.push_back(firstElements.back() + elementCountOf(*part));
+    for (const PartMesh& part : parts) {
+        firstElements.push_back(firstElements.back() + part.elementCount);
     }
 }
 
 // Single precision loses a model that is small against its distance from the origin, when it is multiplied by a matrix
 // that moves it to the middle. Its middle is then taken off here and added to the matrix in double precision.
-void SceneGeometry::chooseOrigin(const std::vector<const PartInfoStr*>& parts)
+void SceneGeometry::chooseOrigin(const std::vector<PartMesh>& parts)
 {
     std::fill(shift, shift + 3, 0.0);
     double low[3], high[3], size = 0, distance = 0;
     bool any = false;
-    for (const PartInfoStr* part : parts) {
-        const float* e = part->partExtents;
+    for (const PartMesh& part : parts) {
+        const float* e = part.extents.data();
         if (!std::all_of(e, e + 6, [](float v) { return std::isfinite(v); })) {
             continue;
         }
@@ -91,14 +77,14 @@ void SceneGeometry::chooseOrigin(const std::vector<const PartInfoStr*>& parts)
 }
 
 // Beams are lines; discrete elements get a symbol.
-void SceneGeometry::addLines(const PartInfoStr& part, std::uint32_t number, const ElementMask& absent,
+void SceneGeometry::addLines(const PartMesh& part, std::uint32_t number, const ElementMask& absent,
                              std::vector<SurfaceVertex>& out)
 {
-    if (part.partDrawType != BEAM && part.partDrawType != DISCRETE) {
+    if (part.kind != ElementKind::Beam && part.kind != ElementKind::Discrete) {
         return;
     }
     const std::uint32_t first = static_cast<std::uint32_t>(out.size());
-    const std::uint32_t elements = elementCountOf(part);
+    const std::uint32_t elements = part.elementCount;
     std::vector<float> points;
     for (std::uint32_t element = 0; element < elements; ++element) {
         if (shapeOf(part, element) != ElementShape::Line || (element < absent.size() && absent[element])) {
@@ -106,7 +92,8 @@ void SceneGeometry::addLines(const PartInfoStr& part, std::uint32_t number, cons
         }
         const unsigned int* slots = slotsOf(part, element);
         points.clear();
-        addLineSymbol(part.partDrawType == DISCRETE, positionOf(part, slots[0]), positionOf(part, slots[1]), points);
+        addLineSymbol(part.kind == ElementKind::Discrete, positionOf(part, slots[0]), positionOf(part, slots[1]),
+                      points);
         for (std::size_t k = 0; k < points.size(); k += 3) {
             SurfaceVertex vertex = {{}, {0, 0, 32767}, 0, firstElements[number] + element, number};
             for (int axis = 0; axis < 3; ++axis) {
@@ -121,9 +108,9 @@ void SceneGeometry::addLines(const PartInfoStr& part, std::uint32_t number, cons
     }
 }
 
-void SceneGeometry::build(CAEEnv& env, const NormalChoice& choice, const std::vector<ElementMask>& absent)
+void SceneGeometry::build(const std::vector<PartMesh>& parts, const NormalChoice& choice,
+                          const std::vector<ElementMask>& absent)
 {
-    const std::vector<const PartInfoStr*> parts = sceneParts(env);
     numberElements(parts);
     chooseOrigin(parts);
     closedParts.assign(parts.size(), 0);
@@ -134,7 +121,7 @@ void SceneGeometry::build(CAEEnv& env, const NormalChoice& choice, const std::ve
     std::vector<SurfaceVertex> lineData;
     const ElementMask none;
     for (std::uint32_t number = 0; number < parts.size(); ++number) {
-        const PartInfoStr& part = *parts[number];
+        const PartMesh& part = parts[number];
         const ElementMask& mask = number < absent.size() ? absent[number] : none;
         const PartSurface surface = findSurface(part, mask);
         closedParts[number] = surface.closed;

@@ -7,23 +7,20 @@
 
 #include "face_normals.h"
 #include "gl_objects.h"
-#include "partstr.h"
+#include "part_mesh.h"
 #include "surface_mesh.h"
-
-class CAEEnv;
 
 namespace kvo {
 
 // Fixed attributes and the element and part numbers come from a buffer of SurfaceVertex. SceneGeometry::unbind ends it.
 void bindSurfaceVertices(const GlBuffer& buffer);
 
-// The parts of the scene are the environment's, and behind them its segment part if there is one.
 class SceneGeometry
 {
 public:
     // Reads all parts and fills the buffers. absent: per part, elements that are not there; may be shorter than the
-    // list of parts. The environment's records may be changed or freed afterwards.
-    void build(CAEEnv& env, const NormalChoice& choice, const std::vector<ElementMask>& absent);
+    // list of parts. The parts may be changed or freed afterwards.
+    void build(const std::vector<PartMesh>& parts, const NormalChoice& choice, const std::vector<ElementMask>& absent);
 
     std::size_t partCount() const { return firstElements.size() - 1; }
     // Elements of all parts are numbered through; [partCount()] is their number.
@@ -52,9 +49,9 @@ public:
     void bindIndices(FaceKind kind) const { indices[kind].bind(GL_ELEMENT_ARRAY_BUFFER); }
 
 private:
-    void numberElements(const std::vector<const PartInfoStr*>& parts);
-    void chooseOrigin(const std::vector<const PartInfoStr*>& parts);
-    void addLines(const PartInfoStr& part, std::uint32_t number, const ElementMask& absent,
+    void numberElements(const std::vector<PartMesh>& parts);
+    void chooseOrigin(const std::vector<PartMesh>& parts);
+    void addLines(const PartMesh& part, std::uint32_t number, const ElementMask& absent,
                   std::vector<SurfaceVertex>& out);
 
     double shift[3] = {0, 0, 0};
@@ -67,9 +64,6 @@ private:
     GlBuffer indices[faceKinds];
     GlBuffer lineVertices;
 };
-
-// The parts that a scene draws: the environment's list, then its segment part when that is set.
-std::vector<const PartInfoStr*> sceneParts(const CAEEnv& env);
 
 } // namespace kvo
 

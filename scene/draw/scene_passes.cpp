@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "caeenv.h"
-
 namespace kvo {
 
 namespace {
@@ -17,16 +15,14 @@ ViewVolume volumeOf(const SceneGeometry& geometry, const SceneCamera& camera)
 
 } // namespace
 
-std::vector<PartShow> partsToShow(const CAEEnv& env, const SceneGeometry& geometry, bool ghosts)
+std::vector<PartShow> partsToShow(const std::vector<ShownPart>& shown, const SceneGeometry& geometry, bool ghosts)
 {
-    const std::vector<const PartInfoStr*> parts = sceneParts(env);
     std::vector<PartShow> out(geometry.partCount(), PartShow::No);
-    for (std::size_t k = 0; k < out.size() && k < parts.size(); ++k) {
-        const PartInfoStr& part = *parts[k];
-        if (part.partFlag & PART_HIDDEN) {
+    for (std::size_t k = 0; k < out.size() && k < shown.size(); ++k) {
+        if (shown[k].hidden) {
             out[k] = ghosts ? PartShow::Ghost : PartShow::No;
         } else {
-            out[k] = part.partColor[3] < 1 && parts[k] != env.segmentPart ? PartShow::Transparent : PartShow::Opaque;
+            out[k] = shown[k].color[3] < 1 ? PartShow::Transparent : PartShow::Opaque;
         }
     }
     return out;

@@ -10,9 +10,8 @@
 #include "scene_camera.h"
 #include "scene_geometry.h"
 #include "scene_view.h"
+#include "shown_parts.h"
 #include "surface_program.h"
-
-class CAEEnv;
 
 namespace kvo {
 
@@ -25,7 +24,7 @@ enum class PartShow : char
     Ghost
 };
 
-std::vector<PartShow> partsToShow(const CAEEnv& env, const SceneGeometry& geometry, bool ghosts);
+std::vector<PartShow> partsToShow(const std::vector<ShownPart>& shown, const SceneGeometry& geometry, bool ghosts);
 
 // Draws pieces of one geometry with the matrices that are current (model coordinates relative to the geometry's
 // origin).

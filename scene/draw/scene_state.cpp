@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "caeenv.h"
 #include "surface_program.h"
 
 namespace kvo {
@@ -13,12 +12,12 @@ namespace {
 constexpr std::size_t floatsPerPart = 8;
 
 // The colour that marks a part, or null.
-const float* markOf(const CAEEnv& env, const PartInfoStr& part)
+const float* markOf(const ShownModel::Impl& model, const ShownPart& part)
 {
-    if ((part.partFlag & PART_SELECTED) || &part == env.segmentPart) {
-        return env.colorBlue;
+    if (part.selected) {
+        return model.selectionColor.data();
     }
-    return part.partFlag & PART_HIGHLIGHTED ? env.colorGreen : nullptr;
+    return part.highlighted ? model.highlightColor.data() : nullptr;
 }
 
 const Category* categoryOf(const Coloring& coloring, std::size_t part)
@@ -28,34 +27,29 @@ const Category* categoryOf(const Coloring& coloring, std::size_t part)
     return known ? &coloring.categories[static_cast<std::size_t>(category)] : nullptr;
 }
 
-bool hasSelectedElements(const PartInfoStr& part)
-{
-    return (part.partFlag & PART_ELEMENTS_SELECTED) && part.partElements.selectedList;
-}
-
 } // namespace
 
 void SceneState::forget()
 {
     partTexels.clear();
     vertexTexels.clear();
-    characters.clear();
+    asSeen.clear();
 }
 
-void SceneState::updateParts(const CAEEnv& env, const std::vector<const PartInfoStr*>& parts, const Coloring& coloring)
+void SceneState::updateParts(const ShownModel::Impl& model, const Coloring& coloring)
 {
     std::vector<float> texels;
-    texels.reserve(floatsPerPart * parts.size());
-    for (const PartInfoStr* part : parts) {
-        const float* const mark = markOf(env, *part);
-        const float* color = mark ? mark : part->partColor;
+    texels.reserve(floatsPerPart * model.parts.size());
+    for (const ShownPart& part : model.parts) {
+        const float* const mark = markOf(model, part);
+        const float* color = mark ? mark : part.color.data();
         texels.insert(texels.end(), color, color + 4);
         const Category* category = categoryOf(coloring, texels.size() / floatsPerPart);
         if (category && !mark) {
             std::copy_n(&category->color.r, 3, texels.end() - 4);
         }
         const float marked = mark ? 1.0f : 0.0f;
-        const float byElement = hasSelectedElements(*part) ? 1.0f : 0.0f;
+        const float byElement = part.selectedElements.bytes ? 1.0f : 0.0f;
         texels.insert(texels.end(), {marked, byElement, 0.0f, 0.0f});
     }
     if (texels == partTexels) {
@@ -114,40 +108,35 @@ void SceneState::unbindVertexColors()
 }
 
 // True when the part's bits changed.
-bool SceneState::updateElements(const PartInfoStr& part, std::uint32_t first, std::uint32_t count)
+bool SceneState::updateElements(const MarkBytes& now, std::uint32_t first, std::uint32_t count)
 {
-    const char* now = part.partElements.selectedList;
-    if (std::memcmp(now, &characters[first], count) == 0) {
+    const std::size_t known = std::min<std::size_t>(count, now.count);
+    if (std::memcmp(now.bytes, &asSeen[first], known) == 0) {
         return false;
     }
-    std::memcpy(&characters[first], now, count);
-    std::uint8_t state = 0;
-    for (std::uint32_t k = 0; k < count; ++k) {
-        state = now[k] == SELECTED_CHAR ? 1 : now[k] == NOT_SELECTED_CHAR ? 0 : state;
-        bits[first + k] = state;
-    }
+    std::memcpy(&asSeen[first], now.bytes, known);
+    now.states(count, &bits[first]);
     return true;
 }
 
-void SceneState::update(const CAEEnv& env, const SceneGeometry& geometry, const Coloring& coloring)
+void SceneState::update(const ShownModel::Impl& model, const SceneGeometry& geometry, const Coloring& coloring)
 {
-    const std::vector<const PartInfoStr*> parts = sceneParts(env);
-    updateParts(env, parts, coloring);
-    elementsSelected =
-        std::any_of(parts.begin(), parts.end(), [](const PartInfoStr* p) { return hasSelectedElements(*p); });
+    updateParts(model, coloring);
+    const auto isSelected = [](const ShownPart& part) { return part.selectedElements.bytes != nullptr; };
+    elementsSelected = std::any_of(model.parts.begin(), model.parts.end(), isSelected);
     if (!elementsSelected) {
         updateVertexColors(geometry);
         return;
     }
-    const bool all = characters.size() != geometry.elementCount();
+    const bool all = asSeen.size() != geometry.elementCount();
     if (all) {
-        characters.assign(geometry.elementCount(), 0);
+        asSeen.assign(geometry.elementCount(), 0);
         bits.assign(geometry.elementCount(), 0);
     }
     const std::vector<std::uint32_t>& starts = geometry.elementStarts();
-    for (std::size_t k = 0; k < parts.size() && k + 1 < starts.size(); ++k) {
-        const std::uint32_t first = starts[k], count = std::min(starts[k + 1] - first, elementCountOf(*parts[k]));
-        if (hasSelectedElements(*parts[k]) && updateElements(*parts[k], first, count) && !all) {
+    for (std::size_t k = 0; k < model.parts.size() && k + 1 < starts.size(); ++k) {
+        const std::uint32_t first = starts[k], count = std::min(starts[k + 1] - first, model.meshes[k].elementCount);
+        if (isSelected(model.parts[k]) && updateElements(model.parts[k].selectedElements, first, count) && !all) {
             stateTexture.change(first, &bits[first], count);
         }
     }

@@ -1,4 +1,4 @@
-// Colours and selections as shaders read them, kept up to date with the environment's records.
+// Colours and selections as shaders read them, kept up to date with what is shown.
 #ifndef KVO_SCENE_SCENE_STATE_H
 #define KVO_SCENE_SCENE_STATE_H
 
@@ -8,18 +8,16 @@
 #include "coloring.h"
 #include "gl_objects.h"
 #include "scene_geometry.h"
-
-class CAEEnv;
+#include "shown_parts.h"
 
 namespace kvo {
 
 class SceneState
 {
 public:
-    // Reads flags, colours and selection characters, and uploads what changed since the last call: about 0.1 ms per
-    // million elements when nothing did. Selection characters other than '0' and '1' repeat the state of the element
-    // before, as the drawing library's do.
-    void update(const CAEEnv& env, const SceneGeometry& geometry, const Coloring& coloring);
+    // Reads flags, colours and marks, and uploads what changed since the last call: about 0.1 ms per million elements
+    // when nothing did.
+    void update(const ShownModel::Impl& model, const SceneGeometry& geometry, const Coloring& coloring);
     // Everything is uploaded at the next update.
     void forget();
 
@@ -30,13 +28,13 @@ public:
     static void unbindVertexColors();
 
 private:
-    void updateParts(const CAEEnv& env, const std::vector<const PartInfoStr*>& parts, const Coloring& coloring);
+    void updateParts(const ShownModel::Impl& model, const Coloring& coloring);
     void updateVertexColors(const SceneGeometry& geometry);
-    bool updateElements(const PartInfoStr& part, std::uint32_t first, std::uint32_t count);
+    bool updateElements(const MarkBytes& now, std::uint32_t first, std::uint32_t count);
 
-    std::vector<float> partTexels;  // 8 a part, see surface_program.cpp
-    std::vector<char> characters;   // selection characters as last seen, by element number
-    std::vector<std::uint8_t> bits; // what was uploaded: 1 selected
+    std::vector<float> partTexels;    // 8 a part, see surface_program.cpp
+    std::vector<std::uint8_t> asSeen; // marks as last seen, by element number
+    std::vector<std::uint8_t> bits;   // what was uploaded: 1 selected
     bool elementsSelected = false;
     std::vector<float> vertexTexels; // partTexels as the colour attribute has them
     GlBuffer vertexColors;           // 4 x 16 bits a vertex

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "caeenv.h"
+#include "contract_frame.h"
 #include "scene_view_impl.h"
 #include "section.h"
 
@@ -38,8 +38,13 @@ bool SceneView::Impl::slices() const
 SurfaceUniforms SceneView::Impl::uniforms() const
 {
     SurfaceUniforms out;
-    std::copy(env.colorBlue, env.colorBlue + 4, out.selected);
-    setLights(drawnLook.light, camera, out);
+    std::copy_n(model.asRead().selectionColor.data(), 4, out.selected);
+    if (contract && drawnLook.light == SceneLight::Contract) {
+        contract->setLights(camera, out);
+    } else {
+        setLights(drawnLook.light, camera, out);
+    }
+    lightTheModel(camera, out);
     if (slices()) { // relative to the geometry's origin; of unit length, for single precision's sake
         const double* plane = drawnLook.section.plane;
         const double* o = geometry.origin();
@@ -98,10 +103,10 @@ void SceneView::Impl::drawSurfaces(ScenePasses& passes)
     const SurfaceUniforms values = uniforms();
     const SceneLines& lines = drawnLook.lines;
     if (slices() && drawnLook.section.caps) {
-        caps.update(env, geometry, gone, drawnLook.section.plane);
+        caps.update(model.asRead().meshes, geometry, gone, drawnLook.section.plane);
     }
     if (lines.feature || lines.free || lines.branching) {
-        surfaceLines.update(env, geometry, gone, drawnLook.featureAngle);
+        surfaceLines.update(model.asRead().meshes, geometry, gone, drawnLook.featureAngle);
     }
     drawFaces(passes, values);
     if (drawnLook.style != SceneStyle::Shaded) {

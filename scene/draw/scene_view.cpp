@@ -6,16 +6,13 @@
 #include <stdexcept>
 
 #include "axes_triad.h"
-#include "boundbox.h"
-#include "caeenv.h"
-#include "far_matrices.h"
+#include "contract_frame.h"
 #include "legend.h"
-#include "loaded.h"
 #include "model_frame.h"
-#include "mtrans.h"
-#include "mview.h"
 #include "scene_view_impl.h"
 #include "section.h"
+
+#include <kvo/view_names.h>
 
 namespace kvo {
 
@@ -45,30 +42,36 @@ void clearViewport(const int viewport[4])
 
 } // namespace
 
-SceneView::Impl::Impl(CAEEnv& environment) : env(environment)
+SceneView::Impl::Impl(ShownModel shownModel) : model(std::move(shownModel))
 {
     checkContext();
 }
 
+void SceneView::Impl::requireLoaded() const
+{
+    if (contract) {
+        contract->requireLoaded();
+    }
+}
+
 void SceneView::Impl::readGeometry()
 {
-    GLint shade = GL_SMOOTH;
-    glGetIntegerv(GL_SHADE_MODEL, &shade);
-    env.shadeModel = shade; // as a frame of the environment's own refreshes it
+    ShownModel::Impl& shown = model.read();
     GeometryKey now;
-    now.smooth = shade == GL_SMOOTH;
+    now.smooth = contract ? contract->readSmooth() : look.smooth;
     now.source = look.light == SceneLight::Contract ? NormalSource::Record : NormalSource::Geometry;
     now.featureAngle = look.featureAngle;
-    now.list = env.partsInfoList;
-    now.parts = env.numParts;
-    now.segment = (env.compFlag & SEGMENT_PART_SET) ? env.segmentPart : nullptr;
+    now.model = shown.identity();
+    for (const ShownPart& part : shown.parts) {
+        now.hidden.push_back(part.hiddenElements.bytes);
+    }
     if (look.section.cut == SceneCut::Elements && planeCuts(look.section.plane)) {
         now.withoutRemoved = true;
         std::copy(look.section.plane, look.section.plane + 4, now.plane);
     }
     if (geometryDirty || !(now == key)) {
         findGoneElements(now);
-        geometry.build(env, {now.source, now.smooth, now.featureAngle}, gone);
+        geometry.build(shown.meshes, {now.source, now.smooth, now.featureAngle}, gone);
         state.forget();
         coarse.forget();
         exactFrameMs = 0;
@@ -78,20 +81,40 @@ void SceneView::Impl::readGeometry()
         key = now;
         geometryDirty = false;
     }
-    state.update(env, geometry, coloring);
+    state.update(shown, geometry, coloring);
     elementColors.update(coloring, geometry);
 }
 
 void SceneView::Impl::findGoneElements(const GeometryKey& wanted)
 {
+    const ShownModel::Impl& shown = model.asRead();
     gone = absent;
-    if (!wanted.withoutRemoved) {
-        return;
+    gone.resize(std::max(gone.size(), shown.meshes.size()));
+    for (std::size_t k = 0; k < shown.meshes.size(); ++k) {
+        const PartMesh& part = shown.meshes[k];
+        const MarkBytes& hidden = shown.parts[k].hiddenElements;
+        gone[k].resize(hidden.bytes ? part.elementCount : gone[k].size(), 0);
+        for (std::size_t e = 0; hidden.bytes && e < std::min<std::size_t>(hidden.count, part.elementCount); ++e) {
+            gone[k][e] = gone[k][e] != 0 || hidden.bytes[e] != 0;
+        }
+        if (wanted.withoutRemoved) {
+            gone[k] = withoutRemoved(part, wanted.plane, gone[k]);
+        }
     }
-    const std::vector<const PartInfoStr*> parts = sceneParts(env);
-    gone.resize(parts.size());
-    for (std::size_t k = 0; k < parts.size(); ++k) {
-        gone[k] = withoutRemoved(*parts[k], wanted.plane, gone[k]);
+}
+
+// Without a camera of its own a model is seen as a whole from the standard isometric side.
+void SceneView::Impl::startFrame()
+{
+    int viewport[4];
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    clearViewport(viewport);
+    if (contract) {
+        contract->setViewport(viewport);
+    } else if (!ownCamera) {
+        ownCamera = Camera();
+        ownCamera->setOrientation(*viewOrientation("iso"));
+        ownCamera = ownCamera->fit(model.asRead().visibleBox(), {viewport[2], viewport[3]});
     }
 }
 
@@ -103,32 +126,23 @@ bool SceneView::Impl::isFar() const
     return o[0] != 0 || o[1] != 0 || o[2] != 0;
 }
 
-// The environment's depth range is the wrong way round: what its views turn away from the viewer is drawn in front, so
-// that the picture is the model's mirror image. Turned round, "top" is seen from above, and left is left.
-void SceneView::Impl::lookFromTheFront()
-{
-    glMatrixMode(GL_PROJECTION);
-    glScaled(1, 1, -1);
-    glMatrixMode(GL_MODELVIEW);
-}
-
 // Box of what a frame may draw: parts as their records and their faces say, with room for symbols about lines.
 Box SceneView::Impl::drawnBox() const
 {
-    Box box = kvo::visibleBox(env);
+    const ShownModel::Impl& shown = model.asRead();
+    Box box = shown.visibleBox();
     const auto add = [&box](int axis, double low, double high) {
         if (std::isfinite(low) && std::isfinite(high)) {
             box.low[axis] = std::min(box.low[axis], low);
             box.high[axis] = std::max(box.high[axis], high);
         }
     };
-    const bool nodesOfAll = (env.compFlag & NODE_LIST_SELECTED) != 0;
-    const std::vector<const PartInfoStr*> parts = sceneParts(env);
-    const std::vector<PartShow> shows = partsToShow(env, geometry, drawnLook.ghosts);
-    for (std::size_t k = 0; k < parts.size(); ++k) {
-        const bool drawn = nodesOfAll || (k < shows.size() && shows[k] != PartShow::No);
-        for (int axis = 0; drawn && axis < 3; ++axis) {
-            add(axis, parts[k]->partExtents[2 * axis], parts[k]->partExtents[2 * axis + 1]);
+    const std::vector<PartShow> shows = partsToShow(shown.parts, geometry, drawnLook.ghosts);
+    for (std::size_t k = 0; k < shown.meshes.size(); ++k) {
+        const bool drawn = shown.listedNodesShown || (k < shows.size() && shows[k] != PartShow::No);
+        const std::array<float, 6>& extents = shown.meshes[k].extents;
+        for (unsigned int axis = 0; drawn && axis < 3; ++axis) {
+            add(static_cast<int>(axis), extents[2 * axis], extents[2 * axis + 1]);
         }
     }
     for (const FaceKind kind : {Triangles, Quads}) {
@@ -152,32 +166,7 @@ void SceneView::Impl::setMatrices()
     if (ownCamera) {
         camera.see(*ownCamera, drawnBox(), geometry.origin());
     } else {
-        setContractMatrices();
-    }
-}
-
-// Projection, view and transformation, as the environment makes them; for far models once more in double precision.
-void SceneView::Impl::setContractMatrices()
-{
-    const Framing framing = applyFrame(env, env.viewPort[2], env.viewPort[3]);
-    if (drawnLook.light != SceneLight::Contract) {
-        lookFromTheFront();
-    }
-    const Box visible = kvo::visibleBox(env);
-    MTransform& transform = *env.mTrans;
-    if (isFar() && (transform.onlyOnce & 2)) { // the pivot of the first frame, which extents can only round
-        for (int axis = 0; axis < 3; ++axis) {
-            transform.centerOfWindow[axis] = visible.center(axis);
-        }
-    }
-    env.mView->update();
-    double view[16];
-    glGetDoublev(GL_MODELVIEW_MATRIX, view);
-    transform.processStart();
-    camera.capture();
-    const int type = env.mView->mViewType;
-    if (isFar() && type >= ISO_VIEW && type <= BACK_VIEW) {
-        setFarMatrices(visible, framing, view, transform, camera);
+        contract->setMatrices(drawnLook, isFar(), camera);
     }
 }
 
@@ -206,38 +195,54 @@ void SceneView::Impl::popMatrices()
     glPopMatrix();
 }
 
-// What the transformation captured at the end of a frame, for picks and zooming, with the digits that it lost.
-// newPivot: it has just made the middle of the window its pivot.
-void SceneView::Impl::keepMatrices(bool newPivot)
+// --- Over the model ---
+
+namespace {
+
+constexpr int boxEdges[12][2] = {{0, 1}, {1, 3}, {3, 2}, {2, 0}, {4, 5}, {5, 7},
+                                 {7, 6}, {6, 4}, {0, 4}, {1, 5}, {2, 6}, {3, 7}};
+
+void addBox(const std::array<float, 6>& extents, const double origin[3], std::vector<SurfaceVertex>& lines)
 {
-    if (!isFar()) {
-        return;
-    }
-    std::copy(camera.modelview, camera.modelview + 16, env.mTrans->mvMatrix);
-    std::copy(camera.projection, camera.projection + 16, env.mTrans->projMatrix);
-    if (newPivot) {
-        env.mTrans->computeWindowCenter();
+    for (const int(&edge)[2] : boxEdges) {
+        for (const int corner : edge) {
+            SurfaceVertex vertex = {{}, {0, 0, 32767}, 0, 0, 0};
+            for (unsigned int axis = 0; axis < 3; ++axis) {
+                const unsigned int high = static_cast<unsigned int>(corner) >> axis & 1;
+                vertex.position[axis] = static_cast<float>(extents[2 * axis + high] - origin[axis]);
+            }
+            lines.push_back(vertex);
+        }
     }
 }
 
-// --- Over the model ---
+} // namespace
 
 void SceneView::Impl::drawBoxes()
 {
-    glUseProgram(0);
-    glEnableClientState(GL_VERTEX_ARRAY);
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        if (!(part.partFlag & PART_BOX_SHOWN) || (part.partFlag & PART_HIDDEN) || !env.boxList) {
-            continue;
-        }
-        BoundBox near = *env.boxList[k];
-        for (int v = 0; v < 24; ++v) {
-            near.boxVertices[v] = static_cast<float>(near.boxVertices[v] - geometry.origin()[v % 3]);
-        }
-        near.render();
+    if (contract) {
+        contract->drawBoxes(geometry.origin());
+        return;
     }
-    glDisableClientState(GL_VERTEX_ARRAY);
+    std::vector<SurfaceVertex> lines;
+    const ShownModel::Impl& shown = model.asRead();
+    for (std::size_t k = 0; k < shown.partCount; ++k) {
+        if (shown.parts[k].boxShown && !shown.parts[k].hidden) {
+            addBox(shown.meshes[k].extents, geometry.origin(), lines);
+        }
+    }
+    if (lines.empty()) {
+        return;
+    }
+    boxLines.fill(GL_ARRAY_BUFFER, lines, GL_STREAM_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    SurfaceUniforms values = uniforms();
+    std::copy_n(drawnLook.edgeColor, 4, values.color);
+    useUncut(UniformColor | FlatLight, values);
+    bindSurfaceVertices(boxLines);
+    glDrawArrays(GL_LINES, 0, static_cast<GLsizei>(lines.size()));
+    SceneGeometry::unbind();
+    ++stats.drawCalls;
 }
 
 void SceneView::Impl::drawTexts()
@@ -256,44 +261,17 @@ void SceneView::Impl::drawTexts()
     }
 }
 
-// The environment draws its triad with every overlay. It stands at the origin with its y arm turned round, so it is
-// seen only where a frame is to look like the environment's own, or where an operation has an overlay of its own to
-// show.
-bool SceneView::Impl::showsOverlays() const
-{
-    const int operation = env.mTrans->mTransType;
-    const bool operating = operation != NO_TRANSFORM && operation != GLOBAL_ROTATION && operation != GLOBAL_TRANSLATION;
-    return drawnLook.frameOverlays && (operating || !drawnLook.axes || drawnLook.light == SceneLight::Contract);
-}
-
-void SceneView::Impl::endTransform()
-{
-    const bool shown = showsOverlays();
-    if (!shown) { // they are drawn nowhere
-        glPushAttrib(GL_SCISSOR_BIT);
-        glScissor(0, 0, 0, 0);
-        glEnable(GL_SCISSOR_TEST);
-    }
-    env.mTrans->processEnd();
-    if (!shown) {
-        glPopAttrib();
-    }
-}
-
-// Overlays, and what the environment keeps of the frame.
-void SceneView::Impl::endContractFrame()
-{
-    const bool newPivot = (env.mTrans->onlyOnce & 2) != 0;
-    endTransform();
-    keepMatrices(newPivot);
-}
-
 // --- The public class ---
 
 static_assert(sizeof(SceneView) == sizeof(void*),
               "hosts are compiled with this size: what a view holds goes into Impl");
 
-SceneView::SceneView(CAEEnv& env) : impl(std::make_unique<Impl>(env)) {}
+SceneView::SceneView(const ModelView& view) : impl(std::make_unique<Impl>(view)) {}
+
+SceneView::SceneView(CAEEnv& env) : impl(std::make_unique<Impl>(env))
+{
+    impl->contract = std::make_unique<ContractFrame>(env);
+}
 
 SceneView::~SceneView() = default;
 
@@ -341,15 +319,15 @@ const std::optional<Camera>& SceneView::camera() const
 
 Box SceneView::visibleBox() const
 {
-    requireLoaded(impl->env);
-    return kvo::visibleBox(impl->env);
+    impl->requireLoaded();
+    return impl->model.read().visibleBox();
 }
 
 PickView SceneView::pickView() const
 {
-    if (!impl->ownCamera) {
-        requireLoaded(impl->env);
-        return viewOf(*impl->env.mTrans);
+    if (impl->contract && !impl->ownCamera) {
+        impl->requireLoaded();
+        return impl->contract->pickView();
     }
     PickView out;
     std::copy_n(impl->camera.modelview, 16, out.modelview);
@@ -372,12 +350,10 @@ std::size_t SceneView::bufferBytes() const
 
 void SceneView::draw()
 {
-    CAEEnv& env = impl->env;
-    requireLoaded(env);
+    impl->requireLoaded();
     impl->stats = SceneFrameStats();
     impl->readGeometry();
-    glGetIntegerv(GL_VIEWPORT, env.viewPort);
-    clearViewport(env.viewPort);
+    impl->startFrame();
     impl->drawnLook = impl->look;
     impl->setMatrices();
     shiftFrame(impl->drawnLook.pixelShift[0], impl->drawnLook.pixelShift[1]);
@@ -385,7 +361,7 @@ void SceneView::draw()
     glPushAttrib(GL_ALL_ATTRIB_BITS);
     glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
     impl->pushMatrices();
-    const std::vector<PartShow> parts = partsToShow(env, impl->geometry, impl->drawnLook.ghosts);
+    const std::vector<PartShow> parts = partsToShow(impl->model.asRead().parts, impl->geometry, impl->drawnLook.ghosts);
     ScenePasses passes(impl->geometry, impl->camera, parts, impl->stats);
     passes.useCoarse(impl->chooseSurface());
     passes.useSieve(impl->chooseSieve());
@@ -401,7 +377,7 @@ void SceneView::draw()
     glPopAttrib();
 
     if (!impl->ownCamera) {
-        impl->endContractFrame();
+        impl->contract->end(impl->drawnLook, impl->isFar(), impl->camera);
     }
     if (impl->drawnLook.axes && (impl->ownCamera || impl->drawnLook.light != SceneLight::Contract)) {
         drawAxes(impl->camera);

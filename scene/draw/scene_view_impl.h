@@ -3,6 +3,8 @@
 #define KVO_SCENE_SCENE_VIEW_IMPL_H
 
 #include <algorithm>
+#include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -18,11 +20,14 @@
 #include "scene_state.h"
 #include "scene_view.h"
 #include "section_caps.h"
+#include "shown_parts.h"
 #include "surface_lines.h"
 #include "surface_program.h"
 #include "transparency.h"
 
 namespace kvo {
+
+class ContractFrame;
 
 // What the geometry was built for; it is built anew when this changes.
 struct GeometryKey
@@ -30,38 +35,32 @@ struct GeometryKey
     bool smooth = false;
     NormalSource source = NormalSource::Geometry;
     float featureAngle = 0;
-    const PartInfoStr* list = nullptr;
-    unsigned int parts = 0;
-    const PartInfoStr* segment = nullptr;
-    bool withoutRemoved = false; // whole elements are cut away, by this plane
+    std::array<const void*, 3> model = {};
+    std::vector<const void*> hidden; // a part's marks of hidden elements
+    bool withoutRemoved = false;     // whole elements are cut away, by this plane
     double plane[4] = {0, 0, 0, 0};
 
     bool operator==(const GeometryKey& o) const
     {
-        return smooth == o.smooth && source == o.source && featureAngle == o.featureAngle && list == o.list &&
-               parts == o.parts && segment == o.segment && withoutRemoved == o.withoutRemoved &&
-               std::equal(plane, plane + 4, o.plane);
+        return smooth == o.smooth && source == o.source && featureAngle == o.featureAngle && model == o.model &&
+               hidden == o.hidden && withoutRemoved == o.withoutRemoved && std::equal(plane, plane + 4, o.plane);
     }
 };
 
 struct [[gnu::visibility("hidden")]] SceneView::Impl
 {
-    explicit Impl(CAEEnv& environment); // throws std::runtime_error when the context cannot do it
+    explicit Impl(ShownModel shownModel); // throws std::runtime_error when the context cannot do it
 
+    void requireLoaded() const;
     void readGeometry();
+    void startFrame();
     void findGoneElements(const GeometryKey& wanted);
     bool isFar() const; // the geometry is relative to an origin of its own
     void setMatrices();
-    void setContractMatrices();
     Box drawnBox() const; // of what a frame may draw
-    void lookFromTheFront();
     void pushMatrices();
     void popMatrices();
     void drawBoxes();
-    void keepMatrices(bool newPivot);
-    bool showsOverlays() const;
-    void endTransform();
-    void endContractFrame();
 
     // scene_surfaces.cpp: passes over the model with drawnLook.
     bool slices() const; // everything ends at the section plane
@@ -94,13 +93,15 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     NumberPicture drawNumbers(const PixelBox& box);
     void drawNumberedPieces(const PixelBox& box);
 
-    CAEEnv& env;
+    ShownModel model;
+    std::unique_ptr<ContractFrame> contract; // null for a ModelView
     DrawingFences fences;
     bool geometryDirty = true;
     GeometryKey key;
     std::vector<ElementMask> absent; // as the host said
     std::vector<ElementMask> gone;   // and those that the section takes away
     SceneGeometry geometry;
+    GlBuffer boxLines;
     SectionCaps caps;
     SurfaceLines surfaceLines;
     Coloring coloring;
@@ -111,7 +112,7 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     TransparentLayers layers;
     PixelSieve sieve;
     SceneLook look;                  // of the next frame, as the host has it
-    std::optional<Camera> ownCamera; // else MView and MTransform
+    std::optional<Camera> ownCamera; // else the environment's MView and MTransform
     SceneCamera camera;              // of the last frame
     SceneLook drawnLook;             // likewise
     SceneFrameStats stats;

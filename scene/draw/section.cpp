@@ -26,7 +26,7 @@ struct Point
 class ElementCutter
 {
 public:
-    ElementCutter(const PartInfoStr& drawnPart, const double cuttingPlane[4], const double meshOrigin[3])
+    ElementCutter(const PartMesh& drawnPart, const double cuttingPlane[4], const double meshOrigin[3])
         : part(drawnPart), plane(cuttingPlane), origin(meshOrigin)
     {
     }
@@ -39,7 +39,7 @@ private:
     void addTriangle(const Point& a, const Point& b, const Point& c);
     SurfaceVertex vertexAt(const Point& point) const;
 
-    const PartInfoStr& part;
+    const PartMesh part;
     const double* const plane;
     const double* const origin;
     CapMesh* mesh = nullptr;
@@ -203,9 +203,9 @@ bool planeCuts(const double plane[4])
     return finite && (plane[0] != 0 || plane[1] != 0 || plane[2] != 0);
 }
 
-std::vector<PlaneSide> sidesOf(const PartInfoStr& part, const double plane[4])
+std::vector<PlaneSide> sidesOf(const PartMesh& part, const double plane[4])
 {
-    std::vector<PlaneSide> out(part.partNodes.nodeValues ? part.partNodes.numNodes : 0);
+    std::vector<PlaneSide> out(part.positions ? part.nodeCount : 0);
     parallelFor(out.size(), grain, [&](std::size_t begin, std::size_t end) {
         for (std::size_t node = begin; node < end; ++node) {
             const float* p = positionOf(part, static_cast<std::uint32_t>(node));
@@ -218,10 +218,10 @@ std::vector<PlaneSide> sidesOf(const PartInfoStr& part, const double plane[4])
     return out;
 }
 
-ElementMask withoutRemoved(const PartInfoStr& part, const double plane[4], const ElementMask& absent)
+ElementMask withoutRemoved(const PartMesh& part, const double plane[4], const ElementMask& absent)
 {
     const std::vector<PlaneSide> sides = sidesOf(part, plane);
-    ElementMask out(elementCountOf(part), 0);
+    ElementMask out(part.elementCount, 0);
     parallelFor(out.size(), grain, [&](std::size_t begin, std::size_t end) {
         for (std::size_t e = begin; e < end; ++e) {
             const std::uint32_t element = static_cast<std::uint32_t>(e);
@@ -236,10 +236,10 @@ ElementMask withoutRemoved(const PartInfoStr& part, const double plane[4], const
     return out;
 }
 
-std::vector<char> nodesInUse(const PartInfoStr& part, const ElementMask& absent)
+std::vector<char> nodesInUse(const PartMesh& part, const ElementMask& absent)
 {
-    std::vector<char> out(part.partNodes.numNodes, 0);
-    const std::uint32_t elements = elementCountOf(part);
+    std::vector<char> out(part.nodeCount, 0);
+    const std::uint32_t elements = part.elementCount;
     for (std::uint32_t element = 0; element < elements; ++element) {
         if (element < absent.size() && absent[element]) {
             continue;
@@ -253,11 +253,11 @@ std::vector<char> nodesInUse(const PartInfoStr& part, const ElementMask& absent)
     return out;
 }
 
-void addCaps(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t firstElement, const ElementMask& absent,
+void addCaps(const PartMesh& part, std::uint32_t partIndex, std::uint32_t firstElement, const ElementMask& absent,
              const double plane[4], const double origin[3], CapMesh& mesh)
 {
-    const std::size_t elements = elementCountOf(part);
-    if (part.partDrawType != SOLID || elements == 0) {
+    const std::size_t elements = part.elementCount;
+    if (part.kind != ElementKind::Solid || elements == 0) {
         return;
     }
     const std::vector<PlaneSide> sides = sidesOf(part, plane);
@@ -268,8 +268,7 @@ void addCaps(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t fir
         for (std::size_t piece = begin; piece < end; ++piece) {
             for (std::size_t e = piece * elements / pieces; e < (piece + 1) * elements / pieces; ++e) {
                 const std::uint32_t element = static_cast<std::uint32_t>(e);
-                if ((e < absent.size() && absent[e]) ||
-                    !straddles(sides, slotsOf(part, element), part.partElements.nodesPerElement)) {
+                if ((e < absent.size() && absent[e]) || !straddles(sides, slotsOf(part, element), part.slotCount)) {
                     continue;
                 }
                 const ElementShape shape = shapeOf(part, element);

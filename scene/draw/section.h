@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "partstr.h"
+#include "part_mesh.h"
 #include "surface_faces.h"
 #include "surface_mesh.h"
 
@@ -23,13 +23,13 @@ enum class PlaneSide : char
     Removed,
     Nowhere // coordinates that are not finite
 };
-std::vector<PlaneSide> sidesOf(const PartInfoStr& part, const double plane[4]);
+std::vector<PlaneSide> sidesOf(const PartMesh& part, const double plane[4]);
 
 // Elements that lie wholly on the removed side, besides those of absent. Runs on all cores.
-ElementMask withoutRemoved(const PartInfoStr& part, const double plane[4], const ElementMask& absent);
+ElementMask withoutRemoved(const PartMesh& part, const double plane[4], const ElementMask& absent);
 
 // Per node: not 0 where an element that is there uses it.
-std::vector<char> nodesInUse(const PartInfoStr& part, const ElementMask& absent);
+std::vector<char> nodesInUse(const PartMesh& part, const ElementMask& absent);
 
 // Cross-sections as triangles, with their outlines as lines; by part.
 struct CapMesh
@@ -42,7 +42,7 @@ struct CapMesh
 
 // Adds the cross-sections of a part's solids, relative to origin, with normals towards the removed side. firstElement:
 // number of the part's element 0 over all parts. Runs on all cores.
-void addCaps(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t firstElement, const ElementMask& absent,
+void addCaps(const PartMesh& part, std::uint32_t partIndex, std::uint32_t firstElement, const ElementMask& absent,
              const double plane[4], const double origin[3], CapMesh& mesh);
 
 } // namespace kvo

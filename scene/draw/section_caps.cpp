@@ -3,23 +3,21 @@
 #include <algorithm>
 #include <utility>
 
-#include "caeenv.h"
 #include "section.h"
 
 namespace kvo {
 
-void SectionCaps::update(const CAEEnv& env, const SceneGeometry& geometry, const std::vector<ElementMask>& absent,
-                         const double plane[4])
+void SectionCaps::update(const std::vector<PartMesh>& parts, const SceneGeometry& geometry,
+                         const std::vector<ElementMask>& absent, const double plane[4])
 {
     if (known && std::equal(plane, plane + 4, madeFor)) {
         return;
     }
     CapMesh mesh;
-    const std::vector<const PartInfoStr*> parts = sceneParts(env);
     const ElementMask none;
     for (std::uint32_t number = 0; number < parts.size() && number < geometry.partCount(); ++number) {
-        addCaps(*parts[number], number, geometry.elementStarts()[number],
-                number < absent.size() ? absent[number] : none, plane, geometry.origin(), mesh);
+        addCaps(parts[number], number, geometry.elementStarts()[number], number < absent.size() ? absent[number] : none,
+                plane, geometry.origin(), mesh);
     }
     triangleBuffer.fill(GL_ARRAY_BUFFER, mesh.triangles);
     outlineBuffer.fill(GL_ARRAY_BUFFER, mesh.outlines);

@@ -7,8 +7,6 @@
 #include "gl_objects.h"
 #include "scene_geometry.h"
 
-class CAEEnv;
-
 namespace kvo {
 
 class SectionCaps
@@ -16,8 +14,8 @@ class SectionCaps
 public:
     // Makes them anew when the plane is another one than the last time, or after forget(). absent: as in
     // SceneGeometry::build, with which geometry was built.
-    void update(const CAEEnv& env, const SceneGeometry& geometry, const std::vector<ElementMask>& absent,
-                const double plane[4]);
+    void update(const std::vector<PartMesh>& parts, const SceneGeometry& geometry,
+                const std::vector<ElementMask>& absent, const double plane[4]);
     void forget() { known = false; }
 
     const GlBuffer& triangles() const { return triangleBuffer; }

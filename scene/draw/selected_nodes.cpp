@@ -1,7 +1,7 @@
 // Selected nodes as points in the selection colour.
+#include <algorithm>
 #include <vector>
 
-#include "caeenv.h"
 #include "scene_view_impl.h"
 #include "section.h"
 
@@ -17,11 +17,15 @@ public:
     NodePoints(const double slicingPlane[4], const double sceneOrigin[3]) : plane(slicingPlane), origin(sceneOrigin) {}
 
     // there: per node, 0 where it is not; may be empty.
-    void gather(const char* flags, const float* values, unsigned int count, const std::vector<char>& there)
+    void gather(const MarkBytes& selected, const float* values, std::size_t count, const std::vector<char>& there)
     {
-        for (unsigned int k = 0; flags && values && k < count; ++k) {
-            const float* at = values + 3 * std::size_t(k);
-            if (flags[k] == SELECTED_CHAR && (there.empty() || there[k]) && kept(at)) {
+        if (!selected.bytes || !values) {
+            return;
+        }
+        for (std::size_t k = 0; k < std::min(count, selected.count); ++k) {
+            const float* at = values + 3 * k;
+            const bool marked = selected.characters ? selected.bytes[k] == '1' : selected.bytes[k] != 0;
+            if (marked && (there.empty() || there[k]) && kept(at)) {
                 for (int axis = 0; axis < 3; ++axis) {
                     points.push_back(static_cast<float>(at[axis] - origin[axis]));
                 }
@@ -47,25 +51,24 @@ private:
 void SceneView::Impl::drawSelectedNodes()
 {
     NodePoints points(slices() ? drawnLook.section.plane : nullptr, geometry.origin());
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        if ((part.partFlag & PART_NODES_SELECTED) && !(part.partFlag & PART_HIDDEN)) {
-            const std::vector<char> there = key.withoutRemoved && part.partNodes.selectedNodes
-                                                ? nodesInUse(part, k < gone.size() ? gone[k] : ElementMask())
-                                                : std::vector<char>();
-            points.gather(part.partNodes.selectedNodes, part.partNodes.nodeValues, part.partNodes.numNodes, there);
+    const ShownModel::Impl& shown = model.asRead();
+    for (std::size_t k = 0; k < shown.partCount; ++k) {
+        const PartMesh& part = shown.meshes[k];
+        const MarkBytes& selected = shown.parts[k].selectedNodes;
+        if (selected.bytes && !shown.parts[k].hidden) {
+            const std::vector<char> there =
+                key.withoutRemoved ? nodesInUse(part, k < gone.size() ? gone[k] : ElementMask()) : std::vector<char>();
+            points.gather(selected, part.positions, part.nodeCount, there);
         }
     }
-    if (env.compFlag & NODE_LIST_SELECTED) {
-        points.gather(env.selectedNodes, env.nodeValues, env.numNodes, {});
-    }
+    points.gather(shown.listedNodes.selected, shown.listedNodes.positions, shown.listedNodes.count, {});
     if (points.found().empty()) {
         return;
     }
     glUseProgram(0);
     glDisable(GL_LIGHTING);
     glPointSize(drawnLook.nodeSize);
-    glColor4fv(env.colorBlue);
+    glColor4fv(shown.selectionColor.data());
     const DrawnNearer nearer(camera, 2); // before lines
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, points.found().data());

@@ -1,6 +1,5 @@
 #include "surface_lines.h"
 
-#include "caeenv.h"
 #include "feature_edges.h"
 
 namespace kvo {
@@ -9,7 +8,7 @@ namespace {
 
 struct LineWriter
 {
-    const PartInfoStr& part;
+    const PartMesh part;
     std::uint32_t partNumber;
     std::uint32_t firstElement;
     const double* origin;
@@ -35,8 +34,8 @@ struct LineWriter
 
 } // namespace
 
-void SurfaceLines::update(const CAEEnv& env, const SceneGeometry& geometry, const std::vector<ElementMask>& absent,
-                          float featureAngle)
+void SurfaceLines::update(const std::vector<PartMesh>& parts, const SceneGeometry& geometry,
+                          const std::vector<ElementMask>& absent, float featureAngle)
 {
     if (known && angle == featureAngle) {
         return;
@@ -45,10 +44,9 @@ void SurfaceLines::update(const CAEEnv& env, const SceneGeometry& geometry, cons
         ranges.clear();
     }
     std::vector<SurfaceVertex> lines;
-    const std::vector<const PartInfoStr*> parts = sceneParts(env);
     const ElementMask none;
     for (std::uint32_t number = 0; number < parts.size() && number < geometry.partCount(); ++number) {
-        const PartInfoStr& part = *parts[number];
+        const PartMesh& part = parts[number];
         const PartSurface surface = findSurface(part, number < absent.size() ? absent[number] : none);
         const SurfaceEdges edges = findEdges(part, surface, featureAngle);
         const LineWriter writer = {part, number, geometry.elementStarts()[number], geometry.origin()};

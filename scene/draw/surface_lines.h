@@ -7,8 +7,6 @@
 #include "gl_objects.h"
 #include "scene_geometry.h"
 
-class CAEEnv;
-
 namespace kvo {
 
 enum SurfaceLineKind
@@ -24,8 +22,8 @@ class SurfaceLines
 public:
     // Finds the lines of all parts, unless they are known since the last forget() for the same angle. absent: as in
     // SceneGeometry::build, with which geometry was built.
-    void update(const CAEEnv& env, const SceneGeometry& geometry, const std::vector<ElementMask>& absent,
-                float featureAngle);
+    void update(const std::vector<PartMesh>& parts, const SceneGeometry& geometry,
+                const std::vector<ElementMask>& absent, float featureAngle);
     void forget() { known = false; }
 
     const GlBuffer& buffer() const { return vertices; }

@@ -6,8 +6,6 @@
 #include <unordered_set>
 #include <vector>
 
-#include "caeenv.h"
-#include "element_ids.h"
 #include "element_shape.h"
 #include "id_labels.h"
 #include "number_picture.h"
@@ -65,10 +63,10 @@ template <class Shows> bool shownNear(const NumberPicture& picture, int x, int y
 class LabelFinder
 {
 public:
-    LabelFinder(const CAEEnv& environment, const SceneGeometry& sceneGeometry, const SceneCamera& sceneCamera,
+    LabelFinder(ShownModel::Impl& shownModel, const SceneGeometry& sceneGeometry, const SceneCamera& sceneCamera,
                 const NumberPicture& numberPicture)
-        : env(environment), geometry(sceneGeometry), camera(sceneCamera), picture(numberPicture),
-          parts(sceneParts(environment)), shown(shownElements(numberPicture))
+        : model(shownModel), geometry(sceneGeometry), camera(sceneCamera), picture(numberPicture),
+          shown(shownElements(numberPicture))
     {
     }
     void addParts(std::vector<IdLabel>& out) const;
@@ -82,11 +80,10 @@ private:
         return number - geometry.elementStarts()[part];
     }
 
-    const CAEEnv& env;
+    ShownModel::Impl& model;
     const SceneGeometry& geometry;
     const SceneCamera& camera;
     const NumberPicture& picture;
-    const std::vector<const PartInfoStr*> parts;
     const std::vector<ShownElement> shown; // by number
 };
 
@@ -97,14 +94,14 @@ void LabelFinder::addParts(std::vector<IdLabel>& out) const
     {
         double x = 0, y = 0, pixels = 0;
     };
-    std::vector<Middle> middles(parts.size());
+    std::vector<Middle> middles(model.meshes.size());
     for (const ShownElement& element : shown) {
         Middle& middle = middles[partOf(element)];
         middle.x += element.pixels * element.x;
         middle.y += element.pixels * element.y;
         middle.pixels += element.pixels;
     }
-    std::vector<const ShownElement*> nearest(parts.size(), nullptr);
+    std::vector<const ShownElement*> nearest(model.meshes.size(), nullptr);
     const auto away = [](const ShownElement& element, const Middle& middle) {
         return std::hypot(element.x - middle.x / middle.pixels, element.y - middle.y / middle.pixels);
     };
@@ -114,11 +111,15 @@ void LabelFinder::addParts(std::vector<IdLabel>& out) const
             nearest[part] = &element;
         }
     }
-    for (const auto& entry : env.pidMap) {
-        if (entry.second < nearest.size() && nearest[entry.second]) {
-            const ShownElement& at = *nearest[entry.second];
-            out.push_back({static_cast<int>(at.x), static_cast<int>(at.y), std::to_string(entry.first), 0});
+    std::vector<std::pair<std::uint32_t, const ShownElement*>> byId;
+    for (std::size_t part = 0; part < model.partCount; ++part) {
+        if (nearest[part] && model.partId(part) != 0) {
+            byId.emplace_back(model.partId(part), nearest[part]);
         }
+    }
+    std::sort(byId.begin(), byId.end());
+    for (const auto& [id, at] : byId) {
+        out.push_back({static_cast<int>(at->x), static_cast<int>(at->y), std::to_string(id), 0});
     }
 }
 
@@ -127,15 +128,13 @@ void LabelFinder::addElements(std::vector<IdLabel>& out) const
 {
     for (std::size_t first = 0, end; first < shown.size(); first = end) {
         const std::uint32_t part = partOf(shown[first]);
-        std::vector<std::uint32_t> elements;
-        for (end = first; end < shown.size() && partOf(shown[end]) == part; ++end) {
-            elements.push_back(indexIn(part, shown[end].number));
+        end = first;
+        while (end < shown.size() && partOf(shown[end]) == part) {
+            ++end;
         }
-        ElementIds ids;
-        ids.learn(parts[part]->partElements.eidMap, elementCountOf(*parts[part]), elements);
         for (std::size_t k = first; k < end; ++k) {
             const int x = static_cast<int>(shown[k].x), y = static_cast<int>(shown[k].y);
-            const std::uint32_t id = ids.idOf(elements[k - first]), number = shown[k].number;
+            const std::uint32_t number = shown[k].number, id = model.elementId(part, indexIn(part, number));
             if (id != 0 && shownNear(picture, x, y, [number](std::uint32_t other) { return other == number; })) {
                 out.push_back({x, y, std::to_string(id), 1});
             }
@@ -149,19 +148,19 @@ void LabelFinder::addNodes(std::vector<IdLabel>& out) const
     std::unordered_set<std::uint64_t> done;
     for (const ShownElement& element : shown) {
         const std::uint32_t partIndex = partOf(element);
-        const PartInfoStr& part = *parts[partIndex];
+        const PartMesh& part = model.meshes[partIndex];
         const std::uint32_t index = indexIn(partIndex, element.number);
         std::uint32_t nodes[8];
         const unsigned int count = cornersOf(part, index, shapeOf(part, index), nodes);
-        for (unsigned int k = 0; part.partNodes.idList && k < count; ++k) {
+        for (unsigned int k = 0; model.nodeIds(partIndex) && k < count; ++k) {
             const std::uint64_t key = std::uint64_t(partIndex) << 32 | nodes[k];
             if (done.count(key)) {
                 continue;
             }
             const float* p = positionOf(part, nodes[k]);
-            const double model[3] = {p[0], p[1], p[2]};
+            const double corner[3] = {p[0], p[1], p[2]};
             double at[3];
-            if (!camera.project(model, at)) {
+            if (!camera.project(corner, at)) {
                 continue;
             }
             const int x = static_cast<int>(std::floor(at[0])) - camera.viewport[0];
@@ -169,7 +168,7 @@ void LabelFinder::addNodes(std::vector<IdLabel>& out) const
             const std::uint32_t number = element.number;
             if (shownNear(picture, x, y, [number](std::uint32_t other) { return other == number; })) {
                 done.insert(key);
-                out.push_back({x, y, std::to_string(part.partNodes.idList[nodes[k]]), 2});
+                out.push_back({x, y, std::to_string(model.nodeId(partIndex, nodes[k])), 2});
             }
         }
     }
@@ -186,7 +185,7 @@ std::vector<IdLabel> SceneView::Impl::visibleIds()
     }
     const NumberPicture picture =
         drawNumbers({camera.viewport[0], camera.viewport[1], camera.viewport[2], camera.viewport[3]});
-    const LabelFinder finder(env, geometry, camera, picture);
+    const LabelFinder finder(model.asRead(), geometry, camera, picture);
     if (wanted.parts) {
         finder.addParts(out);
     }

@@ -5,10 +5,7 @@
 #include <cstdlib>
 #include <unordered_map>
 
-#include "caeenv.h"
-#include "element_ids.h"
 #include "element_shape.h"
-#include "loaded.h"
 #include "number_picture.h"
 #include "scene_view_impl.h"
 
@@ -139,7 +136,7 @@ void VisiblePicker::Impl::elementsIn(const PickRegion& region, const NumberPictu
 void VisiblePicker::Impl::nodesIn(const PickRegion& region, const NumberPicture& picture, FoundMap& found) const
 {
     const std::vector<std::uint32_t>& starts = view.geometry.elementStarts();
-    const std::vector<const PartInfoStr*> parts = sceneParts(view.env);
+    const std::vector<PartMesh>& parts = view.model.asRead().meshes;
     std::vector<std::uint32_t> seen(picture.numbers);
     std::sort(seen.begin(), seen.end());
     seen.erase(std::unique(seen.begin(), seen.end()), seen.end());
@@ -149,9 +146,9 @@ void VisiblePicker::Impl::nodesIn(const PickRegion& region, const NumberPicture&
         }
         const std::uint32_t part = view.geometry.partOf(number - 1), element = number - 1 - starts[part];
         std::uint32_t corners[8];
-        const unsigned int count = cornersOf(*parts[part], element, shapeOf(*parts[part], element), corners);
+        const unsigned int count = cornersOf(parts[part], element, shapeOf(parts[part], element), corners);
         for (unsigned int k = 0; k < count; ++k) {
-            const float* p = positionOf(*parts[part], corners[k]);
+            const float* p = positionOf(parts[part], corners[k]);
             const double corner[3] = {p[0], p[1], p[2]};
             double at[3];
             if (!view.camera.project(corner, at) || !contains(region, at[0], at[1])) {
@@ -166,39 +163,24 @@ void VisiblePicker::Impl::nodesIn(const PickRegion& region, const NumberPicture&
 
 std::vector<SceneHit> VisiblePicker::Impl::describe(PickType type, const FoundMap& found)
 {
-    const std::vector<const PartInfoStr*> parts = sceneParts(view.env);
-    std::vector<std::uint32_t> partIds(parts.size(), 0);
-    for (const auto& entry : view.env.pidMap) {
-        if (entry.second < partIds.size()) {
-            partIds[entry.second] = entry.first;
-        }
-    }
-    std::vector<std::vector<std::uint32_t>> elements(parts.size());
-    for (const auto& entry : found) {
-        elements[entry.first >> 32].push_back(static_cast<std::uint32_t>(entry.first));
-    }
+    ShownModel::Impl& model = view.model.asRead();
     std::vector<SceneHit> hits;
-    for (std::uint32_t part = 0; part < parts.size(); ++part) {
-        ElementIds ids;
-        if (type == PickType::Element && !elements[part].empty()) {
-            ids.learn(parts[part]->partElements.eidMap, elementCountOf(*parts[part]), elements[part]);
+    hits.reserve(found.size());
+    for (const auto& [key, at] : found) {
+        const std::uint32_t part = static_cast<std::uint32_t>(key >> 32), entity = static_cast<std::uint32_t>(key);
+        SceneHit hit = {part + 1, entity + 1, model.partId(part), 0, at.depth, {at.x, at.y, at.depth}, {0, 0, 0}};
+        if (type == PickType::Part) {
+            hit.entity = 0;
+        } else if (type == PickType::Element) {
+            hit.entityId = model.elementId(part, entity);
+        } else {
+            hit.entityId = model.nodeId(part, entity);
         }
-        for (std::uint32_t entity : elements[part]) {
-            const Found& at = found.at(std::uint64_t(part) << 32 | entity);
-            SceneHit hit = {part + 1, entity + 1, partIds[part], 0, at.depth, {at.x, at.y, at.depth}, {0, 0, 0}};
-            if (type == PickType::Part) {
-                hit.entity = 0;
-            } else if (type == PickType::Element) {
-                hit.entityId = ids.idOf(entity);
-            } else if (parts[part]->partNodes.idList) {
-                hit.entityId = parts[part]->partNodes.idList[entity];
-            }
-            view.camera.unproject(hit.window, hit.position);
-            if (type == PickType::Node) {
-                std::copy_n(positionOf(*parts[part], entity), 3, hit.position);
-            }
-            hits.push_back(hit);
+        view.camera.unproject(hit.window, hit.position);
+        if (type == PickType::Node) {
+            std::copy_n(positionOf(model.meshes[part], entity), 3, hit.position);
         }
+        hits.push_back(hit);
     }
     std::sort(hits.begin(), hits.end(), [](const SceneHit& a, const SceneHit& b) {
         return a.depth != b.depth ? a.depth < b.depth : a.part != b.part ? a.part < b.part : a.entity < b.entity;
@@ -212,7 +194,7 @@ VisiblePicker::~VisiblePicker() = default;
 
 std::vector<SceneHit> VisiblePicker::pick(PickType type, const PickRegion& region)
 {
-    requireLoaded(impl->view.env);
+    impl->view.requireLoaded();
     const int* viewport = impl->view.camera.viewport;
     PixelBox box = pixelsOf(region, viewport);
     if (box.width == 0 || box.height == 0) {

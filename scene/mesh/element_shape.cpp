@@ -1,7 +1,5 @@
 #include "element_shape.h"
 
-#include "mantypes.h"
-
 namespace kvo {
 
 namespace {
@@ -18,19 +16,19 @@ constexpr FaceRow tetraFaces[] = {{{0, 1, 2, 2}}, {{0, 1, 3, 3}}, {{0, 3, 2, 2}}
 // What is left of a hexahedron with slots 5 = 6 and 7 = 8 (counted from 1), in the order of a wedge's flat normals.
 constexpr FaceRow wedgeFaces[] = {{{0, 1, 2, 3}}, {{1, 2, 6, 4}}, {{3, 0, 4, 6}}, {{0, 1, 4, 4}}, {{2, 3, 6, 6}}};
 
-bool allNodes(const PartInfoStr& part, const unsigned int* slots, unsigned int count)
+bool allNodes(const PartMesh& part, const unsigned int* slots, unsigned int count)
 {
     for (unsigned int k = 0; k < count; ++k) {
-        if (slots[k] >= part.partNodes.numNodes) {
+        if (slots[k] >= part.nodeCount) {
             return false;
         }
     }
     return true;
 }
 
-ElementShape solidShape(const PartInfoStr& part, std::uint32_t element)
+ElementShape solidShape(const PartMesh& part, std::uint32_t element)
 {
-    const unsigned int stride = part.partElements.nodesPerElement;
+    const unsigned int stride = part.slotCount;
     const unsigned int* s = slotsOf(part, element);
     if (stride == 10) {
         return allNodes(part, s, 4) ? ElementShape::Tetra : ElementShape::None;
@@ -98,29 +96,20 @@ unsigned int addSolidFaces(const unsigned int* slots, ElementShape shape, Elemen
 
 } // namespace
 
-std::uint32_t elementCountOf(const PartInfoStr& part)
-{
-    const PartElementsStr& elements = part.partElements;
-    if (elements.elmIndices == nullptr || elements.nodesPerElement == 0 || part.partNodes.nodeValues == nullptr) {
-        return 0;
-    }
-    return elements.numElements / elements.nodesPerElement;
-}
-
-ElementShape shapeOf(const PartInfoStr& part, std::uint32_t element)
+ElementShape shapeOf(const PartMesh& part, std::uint32_t element)
 {
     const unsigned int* slots = slotsOf(part, element);
-    const unsigned int stride = part.partElements.nodesPerElement;
-    switch (part.partDrawType) {
-    case SHELL:
+    const unsigned int stride = part.slotCount;
+    switch (part.kind) {
+    case ElementKind::Shell:
         if (stride != 4 || !allNodes(part, slots, 4)) {
             return ElementShape::None;
         }
         return slots[2] == slots[3] ? ElementShape::Triangle : ElementShape::Quad;
-    case SOLID:
+    case ElementKind::Solid:
         return solidShape(part, element);
-    case BEAM:
-    case DISCRETE:
+    case ElementKind::Beam:
+    case ElementKind::Discrete:
         return stride == 3 && allNodes(part, slots, 2) ? ElementShape::Line : ElementShape::None;
     default:
         return ElementShape::None;
@@ -143,7 +132,7 @@ void setFace(const unsigned int* slots, const FaceRow& row, unsigned int corners
 
 } // namespace
 
-unsigned int facesOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, ElementFace faces[maxFaces])
+unsigned int facesOf(const PartMesh& part, std::uint32_t element, ElementShape shape, ElementFace faces[maxFaces])
 {
     if (shape == ElementShape::None || shape == ElementShape::Line) {
         return 0;
@@ -166,7 +155,7 @@ unsigned int facesOf(const PartInfoStr& part, std::uint32_t element, ElementShap
     return count;
 }
 
-ElementFace faceAt(const PartInfoStr& part, std::uint32_t element, ElementShape shape, unsigned int index)
+ElementFace faceAt(const PartMesh& part, std::uint32_t element, ElementShape shape, unsigned int index)
 {
     ElementFace faces[maxFaces];
     if (shape == ElementShape::Hexa) {
@@ -177,7 +166,7 @@ ElementFace faceAt(const PartInfoStr& part, std::uint32_t element, ElementShape 
     return faces[index];
 }
 
-unsigned int cornersOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, std::uint32_t nodes[8])
+unsigned int cornersOf(const PartMesh& part, std::uint32_t element, ElementShape shape, std::uint32_t nodes[8])
 {
     static constexpr unsigned int slotsThatCount[] = {0, 2, 3, 4, 4, 8, 8, 8, 8};
     const unsigned int* slots = slotsOf(part, element);

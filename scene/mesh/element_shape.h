@@ -9,7 +9,7 @@
 
 #include <cstdint>
 
-#include "partstr.h"
+#include "part_mesh.h"
 
 namespace kvo {
 
@@ -37,33 +37,30 @@ struct ElementFace
     std::uint8_t number;    // position among the element's faces as the record's flat normals count them
 };
 
-// Elements of a part: numElements / nodesPerElement (partstr.h), 0 for a part without indices or nodes.
-std::uint32_t elementCountOf(const PartInfoStr& part);
-
-// The entries of elmIndices of one element: part.partElements.nodesPerElement numbers.
-inline const unsigned int* slotsOf(const PartInfoStr& part, std::uint32_t element)
+// The slots of one element: part.slotCount numbers.
+inline const unsigned int* slotsOf(const PartMesh& part, std::uint32_t element)
 {
-    return part.partElements.elmIndices + static_cast<std::size_t>(element) * part.partElements.nodesPerElement;
+    return part.slots + static_cast<std::size_t>(element) * part.slotCount;
 }
 
-inline const float* positionOf(const PartInfoStr& part, std::uint32_t node)
+inline const float* positionOf(const PartMesh& part, std::uint32_t node)
 {
-    return part.partNodes.nodeValues + 3 * static_cast<std::size_t>(node);
+    return part.positions + 3 * static_cast<std::size_t>(node);
 }
 
 // None also where a slot that counts is not a node of the part, so that whatever has a shape is safe to read.
-ElementShape shapeOf(const PartInfoStr& part, std::uint32_t element);
+ElementShape shapeOf(const PartMesh& part, std::uint32_t element);
 
 // The element's faces (a shell is its only face), 0 for lines and None. The winding is not consistent from face to face
 // (the record's order is kept); turn a face outward where that matters. shape must be shapeOf(part, element).
-unsigned int facesOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, ElementFace faces[maxFaces]);
+unsigned int facesOf(const PartMesh& part, std::uint32_t element, ElementShape shape, ElementFace faces[maxFaces]);
 
 // faces[index] of what facesOf fills; index must be below the number of faces.
-ElementFace faceAt(const PartInfoStr& part, std::uint32_t element, ElementShape shape, unsigned int index);
+ElementFace faceAt(const PartMesh& part, std::uint32_t element, ElementShape shape, unsigned int index);
 
 // The distinct corner nodes of an element, in slot order: 2 to 8; the two end nodes of a line. Returns their number, 0
 // for None.
-unsigned int cornersOf(const PartInfoStr& part, std::uint32_t element, ElementShape shape, std::uint32_t nodes[8]);
+unsigned int cornersOf(const PartMesh& part, std::uint32_t element, ElementShape shape, std::uint32_t nodes[8]);
 
 } // namespace kvo
 

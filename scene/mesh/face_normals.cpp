@@ -62,7 +62,7 @@ PackedNormal packNormal(const float vector[3])
             static_cast<std::int16_t>(std::lrint(vector[2] * scale))};
 }
 
-void faceVector(const PartInfoStr& part, const SurfaceFace& face, float out[3])
+void faceVector(const PartMesh& part, const SurfaceFace& face, float out[3])
 {
     const float* a = positionOf(part, face.nodes[0]);
     const float* b = positionOf(part, face.nodes[1]);
@@ -76,11 +76,10 @@ void faceVector(const PartInfoStr& part, const SurfaceFace& face, float out[3])
     out[2] = u[0] * v[1] - u[1] * v[0];
 }
 
-FaceNormals::FaceNormals(const PartInfoStr& drawnPart, const PartSurface& drawnSurface, const NormalChoice& how)
+FaceNormals::FaceNormals(const PartMesh& drawnPart, const PartSurface& drawnSurface, const NormalChoice& how)
     : part(drawnPart), surface(drawnSurface), choice(how)
 {
-    const bool recorded =
-        choice.smooth ? part.partNodes.nodeNormals != nullptr : part.partElements.elmNormals != nullptr;
+    const bool recorded = choice.smooth ? part.nodeNormals != nullptr : part.elementNormals != nullptr;
     if (choice.source == NormalSource::Record && recorded) {
         fromRecord();
     } else if (choice.smooth) {
@@ -96,16 +95,16 @@ void FaceNormals::fromRecord()
     const RawVector<SurfaceFace>& faces = surface.faces;
     if (!choice.smooth) {
         flat.resize(faces.size());
-        const std::size_t stride = part.partDrawType == SOLID ? 18 : 3;
+        const std::size_t stride = part.kind == ElementKind::Solid ? 18 : 3;
         for (std::size_t f = 0; f < faces.size(); ++f) {
-            flat[f] = packNormal(part.partElements.elmNormals + stride * faces[f].element + 3 * faces[f].number);
+            flat[f] = packNormal(part.elementNormals + stride * faces[f].element + 3 * faces[f].number);
         }
         return;
     }
     corners.resize(4 * faces.size());
     for (std::size_t f = 0; f < faces.size(); ++f) {
         for (unsigned int k = 0; k < cornerCount(faces[f]); ++k) {
-            corners[4 * f + k] = packNormal(part.partNodes.nodeNormals + 3 * std::size_t(faces[f].nodes[k]));
+            corners[4 * f + k] = packNormal(part.nodeNormals + 3 * std::size_t(faces[f].nodes[k]));
         }
     }
 }
@@ -127,7 +126,7 @@ void FaceNormals::fromFaces()
 void FaceNormals::smoothen()
 {
     const RawVector<SurfaceFace>& faces = surface.faces;
-    const bool eitherWay = part.partDrawType == SHELL;
+    const bool eitherWay = part.kind == ElementKind::Shell;
     RawVector<float> vectors(3 * faces.size()), lengths(faces.size());
     parallelFor(faces.size(), grain, [&](std::size_t begin, std::size_t end) {
         for (std::size_t f = begin; f < end; ++f) {
@@ -135,7 +134,7 @@ void FaceNormals::smoothen()
             lengths[f] = std::sqrt(dot(&vectors[3 * f], &vectors[3 * f]));
         }
     });
-    const std::size_t nodes = part.partNodes.numNodes;
+    const std::size_t nodes = part.nodeCount;
     const CornersOfNodes around(nodes, faces);
     corners.resize(4 * faces.size());
     const float limit = std::cos(choice.featureAngle * 3.14159265f / 180);

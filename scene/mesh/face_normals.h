@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "partstr.h"
+#include "part_mesh.h"
 #include "surface_faces.h"
 
 namespace kvo {
@@ -40,7 +40,7 @@ class FaceNormals
 {
 public:
     // Computes them for all faces, in parallel. part and faces must outlive this.
-    FaceNormals(const PartInfoStr& part, const PartSurface& surface, const NormalChoice& choice);
+    FaceNormals(const PartMesh& part, const PartSurface& surface, const NormalChoice& choice);
 
     PackedNormal at(std::size_t face, unsigned int corner) const
     {
@@ -53,7 +53,7 @@ private:
     void fromFaces();
     void smoothen();
 
-    const PartInfoStr& part;
+    const PartMesh part;
     const PartSurface& surface;
     const NormalChoice choice;
     RawVector<PackedNormal> flat;    // per face
@@ -61,7 +61,7 @@ private:
 };
 
 // Twice the area of a face along its right-handed normal; of a quadrilateral, the cross product of its diagonals.
-void faceVector(const PartInfoStr& part, const SurfaceFace& face, float out[3]);
+void faceVector(const PartMesh& part, const SurfaceFace& face, float out[3]);
 
 } // namespace kvo
 

@@ -37,7 +37,7 @@ struct Side
 class EdgeFinder
 {
 public:
-    EdgeFinder(const PartInfoStr& drawnPart, const PartSurface& drawnSurface, float featureAngle)
+    EdgeFinder(const PartMesh& drawnPart, const PartSurface& drawnSurface, float featureAngle)
         : part(drawnPart), faces(drawnSurface.faces), buckets(faces.size() / facesPerBucket + 1),
           sharpCosine(std::cos(double(featureAngle) * 3.14159265358979323846 / 180) - 1e-6)
     {
@@ -52,7 +52,7 @@ private:
     void sortIntoKinds(std::size_t bucket, SurfaceEdges& out) const;
     bool isSharp(const Side& a, const Side& b) const;
 
-    const PartInfoStr& part;
+    const PartMesh part;
     const RawVector<SurfaceFace>& faces;
     const std::size_t buckets;
     const double sharpCosine;
@@ -70,7 +70,7 @@ Side EdgeFinder::sideAt(std::uint32_t ref) const
 // visit(bucket, ref)
 template <class Visit> void EdgeFinder::visitSides(std::size_t begin, std::size_t end, Visit&& visit) const
 {
-    const std::size_t nodes = part.partNodes.numNodes;
+    const std::size_t nodes = part.nodeCount;
     for (std::size_t face = begin; face < end; ++face) {
         for (unsigned int k = 0; k < cornersOf(faces[face]); ++k) {
             const std::uint32_t ref = static_cast<std::uint32_t>(4 * face + k);
@@ -155,7 +155,7 @@ SurfaceEdges EdgeFinder::find() const
 
 } // namespace
 
-SurfaceEdges findEdges(const PartInfoStr& part, const PartSurface& surface, float featureAngle)
+SurfaceEdges findEdges(const PartMesh& part, const PartSurface& surface, float featureAngle)
 {
     return surface.faces.empty() ? SurfaceEdges() : EdgeFinder(part, surface, featureAngle).find();
 }

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "partstr.h"
+#include "part_mesh.h"
 #include "surface_faces.h"
 
 namespace kvo {
@@ -25,7 +25,7 @@ struct SurfaceEdges
 
 // Each edge once, in an order that is the same every time. featureAngle: degrees, between the normals of the two faces
 // as if both had the same winding. Faces without area turn nowhere. Runs on all cores; O(faces).
-SurfaceEdges findEdges(const PartInfoStr& part, const PartSurface& surface, float featureAngle);
+SurfaceEdges findEdges(const PartMesh& part, const PartSurface& surface, float featureAngle);
 
 } // namespace kvo
 

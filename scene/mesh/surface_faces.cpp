@@ -62,7 +62,7 @@ std::uint32_t smallestNode(const ElementFace& face)
 class SolidSurface
 {
 public:
-    SolidSurface(const PartInfoStr& solidPart, const ElementMask& absent);
+    SolidSurface(const PartMesh& solidPart, const ElementMask& absent);
 
     // Bit k of an element: its face k (as facesOf counts) has no other element.
     std::uint8_t freeFaces(std::size_t element) const { return freeBits[element].load(std::memory_order_relaxed); }
@@ -77,7 +77,7 @@ private:
     void fillBuckets();
     void matchBucket(std::size_t bucket);
 
-    const PartInfoStr& part;
+    const PartMesh part;
     std::size_t elements;
     std::size_t nodes;
     std::size_t buckets;
@@ -87,8 +87,8 @@ private:
     std::vector<std::size_t> bucketStarts; // buckets + 1
 };
 
-SolidSurface::SolidSurface(const PartInfoStr& solidPart, const ElementMask& absent)
-    : part(solidPart), elements(elementCountOf(solidPart)), nodes(solidPart.partNodes.numNodes),
+SolidSurface::SolidSurface(const PartMesh& solidPart, const ElementMask& absent)
+    : part(solidPart), elements(solidPart.elementCount), nodes(solidPart.nodeCount),
       buckets(elements / elementsPerBucket + 1), shapes(elements), freeBits(new std::atomic<std::uint8_t>[elements]())
 {
     findShapes(absent);
@@ -176,7 +176,7 @@ void SolidSurface::matchBucket(std::size_t bucket)
 
 // --- Outward ---
 
-void addPosition(const PartInfoStr& part, std::uint32_t node, double sum[3])
+void addPosition(const PartMesh& part, std::uint32_t node, double sum[3])
 {
     const float* position = positionOf(part, node);
     for (int axis = 0; axis < 3; ++axis) {
@@ -186,7 +186,7 @@ void addPosition(const PartInfoStr& part, std::uint32_t node, double sum[3])
 
 // Positive where the face's right-handed normal leads away from the element's centre: six times the volume between
 // them.
-double outwardness(const PartInfoStr& part, const ElementFace& face, const double center[3])
+double outwardness(const PartMesh& part, const ElementFace& face, const double center[3])
 {
     double middle[3] = {0, 0, 0}, areaVector[3] = {0, 0, 0};
     for (unsigned int k = 0; k < face.corners; ++k) {
@@ -222,7 +222,7 @@ struct PieceOfSurface
     bool closed = true;
 };
 
-void appendFaces(const PartInfoStr& part, std::uint32_t element, ElementShape shape, unsigned int freeFaces,
+void appendFaces(const PartMesh& part, std::uint32_t element, ElementShape shape, unsigned int freeFaces,
                  PieceOfSurface& out)
 {
     ElementFace faces[maxFaces];
@@ -251,7 +251,7 @@ void appendFaces(const PartInfoStr& part, std::uint32_t element, ElementShape sh
     }
 }
 
-PartSurface surfaceOfSolids(const PartInfoStr& part, const ElementMask& absent)
+PartSurface surfaceOfSolids(const PartMesh& part, const ElementMask& absent)
 {
     const SolidSurface solids(part, absent);
     const std::size_t elements = solids.elementShapes().size();
@@ -278,7 +278,7 @@ PartSurface surfaceOfSolids(const PartInfoStr& part, const ElementMask& absent)
 
 // visit(face) for every shell that is drawn.
 template <class Visit>
-void visitShells(const PartInfoStr& part, const ElementMask& absent, std::size_t begin, std::size_t end, Visit&& visit)
+void visitShells(const PartMesh& part, const ElementMask& absent, std::size_t begin, std::size_t end, Visit&& visit)
 {
     ElementFace faces[maxFaces];
     for (std::size_t e = begin; e < end; ++e) {
@@ -291,9 +291,9 @@ void visitShells(const PartInfoStr& part, const ElementMask& absent, std::size_t
 }
 
 // Pieces are counted first, then write where they belong.
-PartSurface surfaceOfShells(const PartInfoStr& part, const ElementMask& absent)
+PartSurface surfaceOfShells(const PartMesh& part, const ElementMask& absent)
 {
-    const std::size_t elements = elementCountOf(part);
+    const std::size_t elements = part.elementCount;
     const std::size_t pieces = pieceCount(elements, grain);
     std::vector<std::size_t> starts(pieces + 1, 0);
     const auto eachPiece = [&](const auto& work) {
@@ -320,12 +320,12 @@ PartSurface surfaceOfShells(const PartInfoStr& part, const ElementMask& absent)
 
 } // namespace
 
-PartSurface findSurface(const PartInfoStr& part, const ElementMask& absent)
+PartSurface findSurface(const PartMesh& part, const ElementMask& absent)
 {
-    if (part.partDrawType == SHELL) {
+    if (part.kind == ElementKind::Shell) {
         return surfaceOfShells(part, absent);
     }
-    if (part.partDrawType == SOLID && elementCountOf(part) > 0) {
+    if (part.kind == ElementKind::Solid && part.elementCount > 0) {
         return surfaceOfSolids(part, absent);
     }
     return {};

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "element_shape.h"
-#include "partstr.h"
+#include "part_mesh.h"
 #include "raw_vector.h"
 
 namespace kvo {
@@ -32,7 +32,7 @@ struct PartSurface
 
 // Shells keep their winding; faces of solids are turned outward. The diagonal from the second to the fourth corner,
 // along which a quadrilateral is drawn as two triangles, is the record's. Runs on all cores; O(elements).
-PartSurface findSurface(const PartInfoStr& part, const ElementMask& absent = {});
+PartSurface findSurface(const PartMesh& part, const ElementMask& absent = {});
 
 } // namespace kvo
 

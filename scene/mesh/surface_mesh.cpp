@@ -32,12 +32,12 @@ struct Keyed
 class MortonGrid
 {
 public:
-    explicit MortonGrid(const PartInfoStr& drawnPart) : part(drawnPart)
+    explicit MortonGrid(const PartMesh& drawnPart) : part(drawnPart)
     {
         float size = 0;
         for (int axis = 0; axis < 3; ++axis) {
-            low[axis] = part.partExtents[2 * axis];
-            size = std::max(size, part.partExtents[2 * axis + 1] - low[axis]);
+            low[axis] = part.extents[2 * axis];
+            size = std::max(size, part.extents[2 * axis + 1] - low[axis]);
         }
         cells = size > 0 ? 1023.99f / size : 0;
     }
@@ -55,7 +55,7 @@ public:
     }
 
 private:
-    const PartInfoStr& part;
+    const PartMesh part;
     float low[3];
     float cells;
 };
@@ -79,7 +79,7 @@ void radixSort(RawVector<Keyed>& items)
     }
 }
 
-RawVector<std::uint32_t> orderInSpace(const PartInfoStr& part, const PartSurface& surface, bool quads)
+RawVector<std::uint32_t> orderInSpace(const PartMesh& part, const PartSurface& surface, bool quads)
 {
     const MortonGrid grid(part);
     RawVector<Keyed> keyed;
@@ -115,7 +115,7 @@ struct Chunk
 class ChunkBuilder
 {
 public:
-    ChunkBuilder(const PartInfoStr& drawnPart, std::uint32_t partNumber, std::uint32_t firstElementNumber,
+    ChunkBuilder(const PartMesh& drawnPart, std::uint32_t partNumber, std::uint32_t firstElementNumber,
                  const PartSurface& drawnSurface, const FaceNormals& faceNormals, const double* meshOrigin)
         : part(drawnPart), partIndex(partNumber), firstElement(firstElementNumber), surface(drawnSurface),
           normals(faceNormals), origin(meshOrigin)
@@ -132,7 +132,7 @@ private:
     std::uint32_t sharedVertex(std::uint32_t node, PackedNormal normal);
     void addBlocks(std::size_t faces, unsigned int faceCorners);
 
-    const PartInfoStr& part;
+    const PartMesh part;
     const std::uint32_t partIndex;
     const std::uint32_t firstElement;
     const PartSurface& surface;
@@ -288,8 +288,8 @@ void append(std::vector<Chunk>& chunks, FaceKind kind, SurfaceMesh& mesh)
 
 } // namespace
 
-void addSurface(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t firstElement,
-                const PartSurface& surface, const FaceNormals& normals, SurfaceMesh& mesh)
+void addSurface(const PartMesh& part, std::uint32_t partIndex, std::uint32_t firstElement, const PartSurface& surface,
+                const FaceNormals& normals, SurfaceMesh& mesh)
 {
     for (const FaceKind kind : {Quads, Triangles}) {
         const unsigned int corners = kind == Quads ? 4 : 3;

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "face_normals.h"
-#include "partstr.h"
+#include "part_mesh.h"
 #include "surface_faces.h"
 
 namespace kvo {
@@ -61,8 +61,8 @@ struct SurfaceMesh
 constexpr std::size_t facesPerBlock = 256;
 
 // Adds the faces of a part. firstElement: number of the part's element 0 over all parts.
-void addSurface(const PartInfoStr& part, std::uint32_t partIndex, std::uint32_t firstElement,
-                const PartSurface& surface, const FaceNormals& normals, SurfaceMesh& mesh);
+void addSurface(const PartMesh& part, std::uint32_t partIndex, std::uint32_t firstElement, const PartSurface& surface,
+                const FaceNormals& normals, SurfaceMesh& mesh);
 
 } // namespace kvo
 

@@ -77,16 +77,16 @@ std::uint32_t CurveGrid::cellOf(const float* point) const
 }
 
 // The node by which an entity takes its place in the order, or noCorner.
-std::uint32_t firstNodeOf(const PartInfoStr& part, PickType type, std::uint32_t entity)
+std::uint32_t firstNodeOf(const PartMesh& part, PickType type, std::uint32_t entity)
 {
     if (type == PickType::Node) {
         return entity;
     }
     const std::uint32_t node = slotsOf(part, entity)[0];
-    return node < part.partNodes.numNodes ? node : noCorner;
+    return node < part.nodeCount ? node : noCorner;
 }
 
-void addEntity(const PartInfoStr& part, PickType type, std::uint32_t entity, FloatBox& box)
+void addEntity(const PartMesh& part, PickType type, std::uint32_t entity, FloatBox& box)
 {
     if (type == PickType::Node) {
         box.add(positionOf(part, entity));
@@ -109,7 +109,7 @@ void addEntity(const PartInfoStr& part, PickType type, std::uint32_t entity, Flo
 // Records lie far apart in the order of the curve; their slots are fetched some elements before they are read.
 constexpr std::size_t slotsAhead = 12;
 
-void prefetch(const PartInfoStr& part, PickType type, std::uint32_t entity)
+void prefetch(const PartMesh& part, PickType type, std::uint32_t entity)
 {
     if (type != PickType::Node) {
         __builtin_prefetch(slotsOf(part, entity));
@@ -118,12 +118,12 @@ void prefetch(const PartInfoStr& part, PickType type, std::uint32_t entity)
 
 } // namespace
 
-FloatBox boxOfNodes(const PartInfoStr& part)
+FloatBox boxOfNodes(const PartMesh& part)
 {
     FloatBox whole;
     whole.clear();
     std::mutex mutex;
-    parallelFor(part.partNodes.numNodes, 2 * grain, [&](std::size_t begin, std::size_t end) {
+    parallelFor(part.nodeCount, 2 * grain, [&](std::size_t begin, std::size_t end) {
         FloatBox piece;
         piece.clear();
         for (std::size_t node = begin; node < end; ++node) {
@@ -135,7 +135,7 @@ FloatBox boxOfNodes(const PartInfoStr& part)
     return whole;
 }
 
-BlockIndex::BlockIndex(const PartInfoStr& part, PickType type, const FloatBox& bounds)
+BlockIndex::BlockIndex(const PartMesh& part, PickType type, const FloatBox& bounds)
 {
     const CurveGrid grid(bounds);
     std::vector<KeyedNumber> items(entityCountOf(part, type));
@@ -152,7 +152,7 @@ BlockIndex::BlockIndex(const PartInfoStr& part, PickType type, const FloatBox& b
     buildBoxes(part, type);
 }
 
-void BlockIndex::buildBoxes(const PartInfoStr& part, PickType type)
+void BlockIndex::buildBoxes(const PartMesh& part, PickType type)
 {
     levels.emplace_back((order.size() + blockSize - 1) / blockSize);
     std::vector<FloatBox>& blocks = levels.back();

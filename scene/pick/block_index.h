@@ -8,20 +8,20 @@
 #include <functional>
 #include <vector>
 
-#include "partstr.h"
+#include "part_mesh.h"
 #include "pick_volume.h"
 
 namespace kvo {
 
 // Of all nodes of a part. On all cores.
-FloatBox boxOfNodes(const PartInfoStr& part);
+FloatBox boxOfNodes(const PartMesh& part);
 
 class BlockIndex
 {
 public:
     // Of the elements (or nodes) of a part whose nodes lie in `bounds`; on all cores. Elements of no form are in it and
     // in no box.
-    BlockIndex(const PartInfoStr& part, PickType type, const FloatBox& bounds);
+    BlockIndex(const PartMesh& part, PickType type, const FloatBox& bounds);
 
     typedef std::function<Overlap(const FloatBox&)> Test;
     // 0-based numbers of all entities in blocks that the test does not call Outside, in no order; false, with a part of
@@ -31,7 +31,7 @@ public:
     std::size_t bytes() const;
 
 private:
-    void buildBoxes(const PartInfoStr& part, PickType type);
+    void buildBoxes(const PartMesh& part, PickType type);
     bool descend(const Test& test, std::size_t level, std::size_t box, std::size_t most,
                  std::vector<std::uint32_t>& found) const;
 

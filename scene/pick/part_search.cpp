@@ -91,7 +91,7 @@ void lookAtEach(std::size_t count, std::size_t pieceSize, HitCollector& collecto
 }
 
 // Looks at one entity of the type by itself.
-void lookAt(const PartInfoStr& part, PickType type, const RegionTest& test, std::uint32_t entity, DepthMinimum& found)
+void lookAt(const PartMesh& part, PickType type, const RegionTest& test, std::uint32_t entity, DepthMinimum& found)
 {
     if (type == PickType::Node) {
         test.addNode(part, entity, found);
@@ -110,10 +110,10 @@ void lookAt(const PartInfoStr& part, PickType type, const RegionTest& test, std:
 // Outcodes and window depths of all nodes of a part.
 struct NodeTable
 {
-    NodeTable(const PartInfoStr& part, const PickVolume& volume)
-        : codes(new std::uint8_t[part.partNodes.numNodes]), depths(new float[part.partNodes.numNodes])
+    NodeTable(const PartMesh& part, const PickVolume& volume)
+        : codes(new std::uint8_t[part.nodeCount]), depths(new float[part.nodeCount])
     {
-        parallelFor(part.partNodes.numNodes, grain, [&](std::size_t begin, std::size_t end) {
+        parallelFor(part.nodeCount, grain, [&](std::size_t begin, std::size_t end) {
             for (std::size_t node = begin; node < end; ++node) {
                 const ClipPoint point = volume.transform(positionOf(part, static_cast<std::uint32_t>(node)));
                 codes[node] = outcodeOf(point);
@@ -127,7 +127,7 @@ struct NodeTable
 };
 
 // Looks at one element where its corners' outcodes are known: most lie quite inside or quite outside.
-void lookAtCorners(const PartInfoStr& part, const NodeTable& nodes, PickType type, const RegionTest& test,
+void lookAtCorners(const PartMesh& part, const NodeTable& nodes, PickType type, const RegionTest& test,
                    std::uint32_t element, DepthMinimum& found)
 {
     const PickForm* form = pickFormOf(part, element);
@@ -153,7 +153,7 @@ void lookAtCorners(const PartInfoStr& part, const NodeTable& nodes, PickType typ
     }
 }
 
-void searchAll(const PartInfoStr& part, PickType type, const RegionTest& test, HitCollector& collector)
+void searchAll(const PartMesh& part, PickType type, const RegionTest& test, HitCollector& collector)
 {
     const auto itself = [](std::size_t k) { return static_cast<std::uint32_t>(k); };
     const std::size_t count = entityCountOf(part, type);
@@ -168,7 +168,7 @@ void searchAll(const PartInfoStr& part, PickType type, const RegionTest& test, H
     });
 }
 
-void searchCandidates(const PartInfoStr& part, PickType type, const RegionTest& test,
+void searchCandidates(const PartMesh& part, PickType type, const RegionTest& test,
                       const std::vector<std::uint32_t>& found, HitCollector& collector)
 {
     std::vector<KeyedNumber> candidates(found.size());
@@ -181,14 +181,14 @@ void searchCandidates(const PartInfoStr& part, PickType type, const RegionTest& 
 
 } // namespace
 
-void PartCache::follow(const PartInfoStr& part)
+void PartCache::follow(const PartMesh& part)
 {
-    const void* const nowArrays[] = {part.partNodes.nodeValues, part.partElements.elmIndices, part.partElements.eidMap};
-    const std::uint32_t nowSizes[] = {part.partNodes.numNodes, part.partElements.numElements,
-                                      part.partElements.nodesPerElement, part.partDrawType};
-    if (!std::equal(arrays, arrays + 3, nowArrays) || !std::equal(sizes, sizes + 4, nowSizes)) {
+    const void* const nowArrays[] = {part.positions, part.slots};
+    const std::uint32_t nowSizes[] = {part.nodeCount, part.elementCount, part.slotCount,
+                                      static_cast<std::uint32_t>(part.kind)};
+    if (!std::equal(arrays, arrays + 2, nowArrays) || !std::equal(sizes, sizes + 4, nowSizes)) {
         clear();
-        std::copy_n(nowArrays, 3, arrays);
+        std::copy_n(nowArrays, 2, arrays);
         std::copy_n(nowSizes, 4, sizes);
     }
 }
@@ -198,7 +198,7 @@ void PartCache::clear()
     *this = PartCache();
 }
 
-const FloatBox& PartCache::boxOf(const PartInfoStr& part)
+const FloatBox& PartCache::boxOf(const PartMesh& part)
 {
     if (!boxKnown) {
         box = boxOfNodes(part);
@@ -207,7 +207,7 @@ const FloatBox& PartCache::boxOf(const PartInfoStr& part)
     return box;
 }
 
-const BlockIndex& PartCache::indexOf(const PartInfoStr& part, PickType type)
+const BlockIndex& PartCache::indexOf(const PartMesh& part, PickType type)
 {
     std::unique_ptr<BlockIndex>& index = type == PickType::Node ? nodes : elements;
     if (!index) {
@@ -218,11 +218,11 @@ const BlockIndex& PartCache::indexOf(const PartInfoStr& part, PickType type)
 
 std::size_t PartCache::bytes() const
 {
-    return sizeof(*this) + ids.bytes() + (elements ? elements->bytes() : 0) + (nodes ? nodes->bytes() : 0);
+    return sizeof(*this) + (elements ? elements->bytes() : 0) + (nodes ? nodes->bytes() : 0);
 }
 
-void searchPart(const PartInfoStr& part, std::uint32_t partNumber, PartCache& cache, PickType type,
-                const RegionTest& test, std::vector<RawHit>& hits)
+void searchPart(const PartMesh& part, std::uint32_t partNumber, PartCache& cache, PickType type, const RegionTest& test,
+                std::vector<RawHit>& hits)
 {
     const FloatBox& box = cache.boxOf(part);
     const Overlap whole = box.empty() ? Overlap::Outside : test.overlap(box);

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "block_index.h"
-#include "element_ids.h"
 #include "region_test.h"
 
 namespace kvo {
@@ -24,17 +23,15 @@ struct RawHit
 struct PartCache
 {
     // Drops everything when the part's record holds other arrays than last time.
-    void follow(const PartInfoStr& part);
+    void follow(const PartMesh& part);
     void clear();
 
-    const FloatBox& boxOf(const PartInfoStr& part);
-    const BlockIndex& indexOf(const PartInfoStr& part, PickType type);
+    const FloatBox& boxOf(const PartMesh& part);
+    const BlockIndex& indexOf(const PartMesh& part, PickType type);
     std::size_t bytes() const;
 
-    ElementIds ids;
-
 private:
-    const void* arrays[3] = {nullptr, nullptr, nullptr};
+    const void* arrays[2] = {nullptr, nullptr};
     std::uint32_t sizes[4] = {0, 0, 0, 0};
     bool boxKnown = false;
     FloatBox box = {};
@@ -48,8 +45,8 @@ constexpr std::uint32_t largePart = 65536;
 constexpr std::uint32_t fewEntities = 2048;
 
 // Appends the hits of a part by their numbers; of a part pick at most one. partNumber: 0-based.
-void searchPart(const PartInfoStr& part, std::uint32_t partNumber, PartCache& cache, PickType type,
-                const RegionTest& test, std::vector<RawHit>& hits);
+void searchPart(const PartMesh& part, std::uint32_t partNumber, PartCache& cache, PickType type, const RegionTest& test,
+                std::vector<RawHit>& hits);
 
 } // namespace kvo
 

@@ -36,16 +36,16 @@ const PickForm* solidForm(const unsigned int* slots, unsigned int stride)
     return slots[4] == slots[5] ? &wedgeForm : &hexaForm;
 }
 
-const PickForm* formBySlots(const PartInfoStr& part, const unsigned int* slots)
+const PickForm* formBySlots(const PartMesh& part, const unsigned int* slots)
 {
-    const unsigned int stride = part.partElements.nodesPerElement;
-    switch (part.partDrawType) {
-    case SHELL:
+    const unsigned int stride = part.slotCount;
+    switch (part.kind) {
+    case ElementKind::Shell:
         return stride == 4 ? &quadForm : nullptr;
-    case SOLID:
+    case ElementKind::Solid:
         return solidForm(slots, stride);
-    case BEAM:
-    case DISCRETE:
+    case ElementKind::Beam:
+    case ElementKind::Discrete:
         return stride == 3 ? &lineForm : nullptr;
     default:
         return nullptr;
@@ -54,7 +54,7 @@ const PickForm* formBySlots(const PartInfoStr& part, const unsigned int* slots)
 
 } // namespace
 
-const PickForm* pickFormOf(const PartInfoStr& part, std::uint32_t element)
+const PickForm* pickFormOf(const PartMesh& part, std::uint32_t element)
 {
     const unsigned int* slots = slotsOf(part, element);
     const PickForm* form = formBySlots(part, slots);
@@ -66,29 +66,29 @@ const PickForm* pickFormOf(const PartInfoStr& part, std::uint32_t element)
         const unsigned int node = slots[form->cornerSlots[k]];
         largest = node > largest ? node : largest;
     }
-    return largest < part.partNodes.numNodes ? form : nullptr;
+    return largest < part.nodeCount ? form : nullptr;
 }
 
-std::uint32_t thirdNodeOf(const PartInfoStr& part, std::uint32_t element)
+std::uint32_t thirdNodeOf(const PartMesh& part, std::uint32_t element)
 {
-    if (part.partDrawType != BEAM) {
+    if (part.kind != ElementKind::Beam) {
         return noCorner;
     }
     const unsigned int node = slotsOf(part, element)[2];
-    return node < part.partNodes.numNodes ? node : noCorner;
+    return node < part.nodeCount ? node : noCorner;
 }
 
-bool isPickable(const PartInfoStr& part, PickType type)
+bool isPickable(const PartMesh& part, PickType type)
 {
-    return entityCountOf(part, type) > 0 && !(type == PickType::Part && part.partDrawType == BEAM);
+    return entityCountOf(part, type) > 0 && !(type == PickType::Part && part.kind == ElementKind::Beam);
 }
 
-std::uint32_t entityCountOf(const PartInfoStr& part, PickType type)
+std::uint32_t entityCountOf(const PartMesh& part, PickType type)
 {
     if (type != PickType::Node) {
-        return elementCountOf(part);
+        return part.elementCount;
     }
-    return part.partNodes.nodeValues == nullptr ? 0 : part.partNodes.numNodes;
+    return part.positions == nullptr ? 0 : part.nodeCount;
 }
 
 } // namespace kvo

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "element_shape.h"
-#include "partstr.h"
+#include "part_mesh.h"
 #include "pick.h"
 
 namespace kvo {
@@ -30,16 +30,16 @@ struct PickForm
 
 // The form of an element of the part, null where it has none: another draw type, or slots that are no nodes of the
 // part. A part pick sees no beams.
-const PickForm* pickFormOf(const PartInfoStr& part, std::uint32_t element);
+const PickForm* pickFormOf(const PartMesh& part, std::uint32_t element);
 
 // The node that a beam is picked by besides its line, or noCorner.
-std::uint32_t thirdNodeOf(const PartInfoStr& part, std::uint32_t element);
+std::uint32_t thirdNodeOf(const PartMesh& part, std::uint32_t element);
 
 // Whether picks of the type can hit the part at all.
-bool isPickable(const PartInfoStr& part, PickType type);
+bool isPickable(const PartMesh& part, PickType type);
 
 // Elements or nodes, whichever the type looks at.
-std::uint32_t entityCountOf(const PartInfoStr& part, PickType type);
+std::uint32_t entityCountOf(const PartMesh& part, PickType type);
 
 } // namespace kvo
 

@@ -116,7 +116,7 @@ Overlap RegionTest::overlap(const FloatBox& modelBox) const
     return inArea == Overlap::Outside || found == Overlap::Inside ? inArea : Overlap::Partly;
 }
 
-void RegionTest::addNode(const PartInfoStr& part, std::uint32_t node, DepthMinimum& found) const
+void RegionTest::addNode(const PartMesh& part, std::uint32_t node, DepthMinimum& found) const
 {
     const ClipPoint point = space.transform(positionOf(part, node));
     if (outcodeOf(point) != outsideNowhere) {
@@ -128,7 +128,7 @@ void RegionTest::addNode(const PartInfoStr& part, std::uint32_t node, DepthMinim
     }
 }
 
-void RegionTest::addThirdNode(const PartInfoStr& part, std::uint32_t element, DepthMinimum& found) const
+void RegionTest::addThirdNode(const PartMesh& part, std::uint32_t element, DepthMinimum& found) const
 {
     const std::uint32_t node = thirdNodeOf(part, element);
     if (node != noCorner) {
@@ -136,7 +136,7 @@ void RegionTest::addThirdNode(const PartInfoStr& part, std::uint32_t element, De
     }
 }
 
-void RegionTest::place(const PartInfoStr& part, const unsigned int* slots, const PickForm& form, Corners& corners) const
+void RegionTest::place(const PartMesh& part, const unsigned int* slots, const PickForm& form, Corners& corners) const
 {
     for (unsigned int k = 0; k < form.corners; ++k) {
         const unsigned int slot = form.cornerSlots[k];
@@ -147,7 +147,7 @@ void RegionTest::place(const PartInfoStr& part, const unsigned int* slots, const
     }
 }
 
-void RegionTest::addElement(const PartInfoStr& part, std::uint32_t element, const PickForm& form,
+void RegionTest::addElement(const PartMesh& part, std::uint32_t element, const PickForm& form,
                             DepthMinimum& found) const
 {
     Corners corners;
@@ -235,7 +235,7 @@ ClipPosition RegionTest::exactly(const float* point) const
     return {sums[0], sums[1], sums[2], sums[3]};
 }
 
-NearestPoint RegionTest::nearestOf(const PartInfoStr& part, const unsigned int* slots, const PickForm& form,
+NearestPoint RegionTest::nearestOf(const PartMesh& part, const unsigned int* slots, const PickForm& form,
                                    const AreaNearby& nearby, double slack) const
 {
     NearestPoint nearest;
@@ -297,7 +297,7 @@ void RegionTest::toModel(const NearestPoint& point, double* position) const
     }
 }
 
-void RegionTest::locate(const PartInfoStr& part, std::uint32_t node, double* window, double* position) const
+void RegionTest::locate(const PartMesh& part, std::uint32_t node, double* window, double* position) const
 {
     const float* point = positionOf(part, node);
     const ClipPosition clip = exactly(point);
@@ -307,7 +307,7 @@ void RegionTest::locate(const PartInfoStr& part, std::uint32_t node, double* win
     std::copy_n(point, 3, position);
 }
 
-void RegionTest::locate(const PartInfoStr& part, std::uint32_t element, const PickForm& form, bool withThirdNode,
+void RegionTest::locate(const PartMesh& part, std::uint32_t element, const PickForm& form, bool withThirdNode,
                         double* window, double* position) const
 {
     const unsigned int* slots = slotsOf(part, element);

@@ -26,24 +26,24 @@ public:
     Overlap overlap(const FloatBox& box) const;
 
     // A node, or what an element consists of. form must be pickFormOf(part, element).
-    void addNode(const PartInfoStr& part, std::uint32_t node, DepthMinimum& found) const;
-    void addElement(const PartInfoStr& part, std::uint32_t element, const PickForm& form, DepthMinimum& found) const;
+    void addNode(const PartMesh& part, std::uint32_t node, DepthMinimum& found) const;
+    void addElement(const PartMesh& part, std::uint32_t element, const PickForm& form, DepthMinimum& found) const;
     // The third node of a beam, if there is one.
-    void addThirdNode(const PartInfoStr& part, std::uint32_t element, DepthMinimum& found) const;
+    void addThirdNode(const PartMesh& part, std::uint32_t element, DepthMinimum& found) const;
 
     // The nearest point of a hit entity in window and model coordinates.
-    void locate(const PartInfoStr& part, std::uint32_t node, double* window, double* position) const;
-    void locate(const PartInfoStr& part, std::uint32_t element, const PickForm& form, bool withThirdNode,
-                double* window, double* position) const;
+    void locate(const PartMesh& part, std::uint32_t node, double* window, double* position) const;
+    void locate(const PartMesh& part, std::uint32_t element, const PickForm& form, bool withThirdNode, double* window,
+                double* position) const;
 
 private:
     struct Corners;
-    void place(const PartInfoStr& part, const unsigned int* slots, const PickForm& form, Corners& corners) const;
+    void place(const PartMesh& part, const unsigned int* slots, const PickForm& form, Corners& corners) const;
     bool surround(const Corners& corners, const PickForm& form, PlanePoint& low, PlanePoint& high) const;
     Overlap overlapOf(const Corners& corners, const PickForm& form) const;
     void addFaces(const Corners& corners, const PickForm& form, DepthMinimum& found) const;
     ClipPosition exactly(const float* point) const;
-    NearestPoint nearestOf(const PartInfoStr& part, const unsigned int* slots, const PickForm& form,
+    NearestPoint nearestOf(const PartMesh& part, const unsigned int* slots, const PickForm& form,
                            const AreaNearby& nearby, double slack) const;
     void addTriangle(const ClipPosition* corners, const AreaNearby& nearby, double slack, NearestPoint& nearest) const;
     AreaNearby nearbyOf(const Corners& corners, const PickForm& form) const;

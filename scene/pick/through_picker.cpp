@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "caeenv.h"
-#include "mtrans.h"
 #include "parallel.h"
 #include "part_search.h"
 #include "radix_sort.h"
+#include "shown_parts.h"
 
 namespace kvo {
 
@@ -55,31 +54,25 @@ std::vector<std::uint32_t> placesByDepth(const std::vector<RawHit>& hits)
 
 struct [[gnu::visibility("hidden")]] ThroughPicker::Impl
 {
-    explicit Impl(CAEEnv& environment) : env(environment) {}
+    explicit Impl(ShownModel shownModel) : model(std::move(shownModel)) {}
 
     void follow();
     std::vector<std::uint32_t> visibleParts(PickType type) const;
     std::vector<RawHit> search(PickType type, const RegionTest& test);
-    void learnIds(PickType type, const std::vector<RawHit>& hits);
+    void makeIds(PickType type, const std::vector<RawHit>& hits);
     SceneHit describe(PickType type, const RegionTest& test, const RawHit& raw) const;
+    const PartMesh& mesh(std::uint32_t part) const { return model.asRead().meshes[part]; }
 
-    CAEEnv& env;
+    ShownModel model;
     std::vector<PartCache> caches;
-    std::vector<std::uint32_t> partIds;
 };
 
 void ThroughPicker::Impl::follow()
 {
-    const std::uint32_t count = env.partsInfoList == nullptr ? 0 : env.numParts;
-    caches.resize(count);
-    partIds.assign(count, 0);
-    for (std::uint32_t k = 0; k < count; ++k) {
-        caches[k].follow(env.partsInfoList[k]);
-    }
-    for (const auto& [id, index] : env.pidMap) {
-        if (index < count) {
-            partIds[index] = id;
-        }
+    const ShownModel::Impl& shown = model.read();
+    caches.resize(shown.partCount);
+    for (std::uint32_t k = 0; k < caches.size(); ++k) {
+        caches[k].follow(mesh(k));
     }
 }
 
@@ -87,8 +80,7 @@ std::vector<std::uint32_t> ThroughPicker::Impl::visibleParts(PickType type) cons
 {
     std::vector<std::uint32_t> visible;
     for (std::uint32_t k = 0; k < caches.size(); ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        if ((part.partFlag & PART_HIDDEN) == 0 && isPickable(part, type)) {
+        if (!model.asRead().parts[k].hidden && isPickable(mesh(k), type)) {
             visible.push_back(k);
         }
     }
@@ -103,13 +95,13 @@ std::vector<RawHit> ThroughPicker::Impl::search(PickType type, const RegionTest&
     std::vector<std::vector<RawHit>> found(visible.size());
     const auto searchOne = [&](std::size_t k) {
         const std::uint32_t number = visible[k];
-        searchPart(env.partsInfoList[number], number, caches[number], type, test, found[k]);
+        searchPart(mesh(number), number, caches[number], type, test, found[k]);
     };
     std::vector<std::size_t> small;
     std::size_t entities = 0;
     for (std::size_t k = 0; k < visible.size() && !test.empty(); ++k) {
-        const PartInfoStr& part = env.partsInfoList[visible[k]];
-        const std::uint32_t count = std::max(entityCountOf(part, type), part.partNodes.numNodes);
+        const PartMesh& part = mesh(visible[k]);
+        const std::uint32_t count = std::max(entityCountOf(part, type), part.nodeCount);
         if (count >= largePart) {
             searchOne(k);
         } else {
@@ -133,34 +125,34 @@ std::vector<RawHit> ThroughPicker::Impl::search(PickType type, const RegionTest&
     return all;
 }
 
-void ThroughPicker::Impl::learnIds(PickType type, const std::vector<RawHit>& hits)
+// Tables of ids that are made at the first call must not be made by several threads.
+void ThroughPicker::Impl::makeIds(PickType type, const std::vector<RawHit>& hits)
 {
-    if (type != PickType::Element) {
-        return;
-    }
-    std::vector<std::vector<std::uint32_t>> elements(caches.size());
+    std::vector<char> wanted(caches.size(), 0);
     for (const RawHit& hit : hits) {
-        elements[hit.part].push_back(hit.entity);
+        wanted[hit.part] = 1;
     }
-    for (std::size_t k = 0; k < elements.size(); ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        if (!elements[k].empty()) {
-            caches[k].ids.learn(part.partElements.eidMap, elementCountOf(part), elements[k]);
+    for (std::size_t k = 0; k < wanted.size(); ++k) {
+        if (wanted[k] && type == PickType::Element) {
+            model.asRead().elementIds(k);
+        } else if (wanted[k] && type == PickType::Node) {
+            model.asRead().nodeIds(k);
         }
     }
 }
 
 SceneHit ThroughPicker::Impl::describe(PickType type, const RegionTest& test, const RawHit& raw) const
 {
-    const PartInfoStr& part = env.partsInfoList[raw.part];
-    SceneHit hit = {raw.part + 1, raw.entity + 1, partIds[raw.part], 0, raw.depth, {0, 0, 0}, {0, 0, 0}};
+    ShownModel::Impl& shown = model.asRead();
+    const PartMesh& part = mesh(raw.part);
+    SceneHit hit = {raw.part + 1, raw.entity + 1, shown.partId(raw.part), 0, raw.depth, {0, 0, 0}, {0, 0, 0}};
     if (type == PickType::Node) {
-        hit.entityId = part.partNodes.idList == nullptr ? 0 : part.partNodes.idList[raw.entity];
+        hit.entityId = shown.nodeId(raw.part, raw.entity);
         test.locate(part, raw.entity, hit.window, hit.position);
         return hit;
     }
     if (type == PickType::Element) {
-        hit.entityId = caches[raw.part].ids.idOf(raw.entity);
+        hit.entityId = shown.elementId(raw.part, raw.entity);
     } else {
         hit.entity = 0;
     }
@@ -169,12 +161,13 @@ SceneHit ThroughPicker::Impl::describe(PickType type, const RegionTest& test, co
     return hit;
 }
 
-ThroughPicker::ThroughPicker(CAEEnv& env) : impl(new Impl(env)) {}
+ThroughPicker::ThroughPicker(ShownModel model) : impl(new Impl(std::move(model))) {}
 ThroughPicker::~ThroughPicker() = default;
 
 void ThroughPicker::geometryChanged()
 {
     impl->caches.clear();
+    impl->model.asRead().forgetIds();
 }
 
 std::vector<SceneHit> ThroughPicker::pick(PickType type, const PickRegion& region, const PickView& view)
@@ -182,7 +175,7 @@ std::vector<SceneHit> ThroughPicker::pick(PickType type, const PickRegion& regio
     const RegionTest test(region, view);
     const std::vector<RawHit> raw = impl->search(type, test);
     const std::vector<std::uint32_t> places = placesByDepth(raw);
-    impl->learnIds(type, raw);
+    impl->makeIds(type, raw);
     std::vector<SceneHit> hits(raw.size());
     // In the order of the elements, whose memory lies together.
     parallelFor(raw.size(), describeGrain, [&](std::size_t begin, std::size_t end) {
@@ -201,7 +194,7 @@ std::optional<SceneHit> ThroughPicker::nearest(PickType type, const PickRegion& 
     if (first == raw.end()) {
         return std::nullopt;
     }
-    impl->learnIds(type, {*first});
+    impl->makeIds(type, {*first});
     return impl->describe(type, test, *first);
 }
 
@@ -209,7 +202,7 @@ void ThroughPicker::prepare(PickType type)
 {
     impl->follow();
     for (std::uint32_t number : impl->visibleParts(type)) {
-        const PartInfoStr& part = impl->env.partsInfoList[number];
+        const PartMesh& part = impl->mesh(number);
         if (entityCountOf(part, type) > fewEntities) {
             impl->caches[number].indexOf(part, type);
         } else {

@@ -93,7 +93,7 @@ bool triangleTouchesBox(const ModelBox& box, const Vector3& a, const Vector3& b,
     return true;
 }
 
-bool elementTouchesBox(const PartInfoStr& part, std::uint32_t element, ElementShape shape, const ModelBox& box)
+bool elementTouchesBox(const PartMesh& part, std::uint32_t element, ElementShape shape, const ModelBox& box)
 {
     std::uint32_t nodes[8];
     Vector3 p[8], middle;

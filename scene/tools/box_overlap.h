@@ -16,7 +16,7 @@ bool insideBox(const ModelBox& box, const Vector3& p);
 bool triangleTouchesBox(const ModelBox& box, const Vector3& a, const Vector3& b, const Vector3& c);
 
 // shape must be shapeOf(part, element), not None. Lines, faces of shells, and solids with what is inside them.
-bool elementTouchesBox(const PartInfoStr& part, std::uint32_t element, ElementShape shape, const ModelBox& box);
+bool elementTouchesBox(const PartMesh& part, std::uint32_t element, ElementShape shape, const ModelBox& box);
 
 } // namespace kvo
 

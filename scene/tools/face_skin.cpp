@@ -29,7 +29,7 @@ bool isSolid(ElementShape shape)
 }
 
 template <class Put>
-void putFaces(const PartInfoStr& part, std::uint32_t element, std::size_t number, const std::uint32_t* jointOf,
+void putFaces(const PartMesh& part, std::uint32_t element, std::size_t number, const std::uint32_t* jointOf,
               const Put& put)
 {
     const ElementShape shape = shapeOf(part, element);
@@ -67,7 +67,7 @@ void markOuter(const Buckets<SolidFace>& buckets, std::vector<std::uint8_t>& out
     });
 }
 
-std::vector<std::uint8_t> outerFaces(const PartInfoStr* parts, const ModelJoints& j)
+std::vector<std::uint8_t> outerFaces(const PartMesh* parts, const ModelJoints& j)
 {
     std::vector<std::uint8_t> outer(j.firstElement.back() * maxFaces, 0);
     const auto emitAll = [&](const auto& put) {
@@ -80,7 +80,7 @@ std::vector<std::uint8_t> outerFaces(const PartInfoStr* parts, const ModelJoints
 }
 
 // The faces of one element that belong to the skin, at most maxFaces. outer: of this element, null: solids have none.
-unsigned int skinFacesOf(const PartInfoStr& part, std::uint32_t element, const std::uint8_t* outer, ElementFace* found)
+unsigned int skinFacesOf(const PartMesh& part, std::uint32_t element, const std::uint8_t* outer, ElementFace* found)
 {
     const ElementShape shape = shapeOf(part, element);
     if (isShell(shape)) {
@@ -100,8 +100,7 @@ unsigned int skinFacesOf(const PartInfoStr& part, std::uint32_t element, const s
     return kept;
 }
 
-void collectFaces(const PartInfoStr* parts, const ModelJoints& j, const std::vector<std::uint8_t>& outer,
-                  FaceSkin& skin)
+void collectFaces(const PartMesh* parts, const ModelJoints& j, const std::vector<std::uint8_t>& outer, FaceSkin& skin)
 {
     const auto facesAt = [&](unsigned int part, std::uint32_t element, std::size_t number, ElementFace* faces) {
         return skinFacesOf(parts[part], element, outer.empty() ? nullptr : outer.data() + number * maxFaces, faces);
@@ -156,7 +155,7 @@ std::uint32_t FaceSkin::jointAt(const ModelJoints& joints, std::uint32_t face, u
     return joints.jointOf[joints.firstNode[f.part] + f.nodes[corner < f.corners ? corner : corner - f.corners]];
 }
 
-FaceSkin findSkin(const PartInfoStr* parts, const ModelJoints& joints, bool solidsToo)
+FaceSkin findSkin(const PartMesh* parts, const ModelJoints& joints, bool solidsToo)
 {
     FaceSkin skin;
     collectFaces(parts, joints, solidsToo ? outerFaces(parts, joints) : std::vector<std::uint8_t>(), skin);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "buckets.h"
-#include "partstr.h"
+#include "part_mesh.h"
 
 namespace kvo {
 
@@ -51,7 +51,7 @@ struct FaceSkin
 };
 
 // All faces of shells; with solidsToo those of solids that one solid has. A shell on a solid's face leaves both.
-FaceSkin findSkin(const PartInfoStr* parts, const ModelJoints& joints, bool solidsToo);
+FaceSkin findSkin(const PartMesh* parts, const ModelJoints& joints, bool solidsToo);
 
 } // namespace kvo
 

@@ -1,42 +1,21 @@
 // Sets of elements and nodes, and the way between them and the environment's selection.
 #include <algorithm>
-#include <cstring>
 
-#include "element_shape.h"
 #include "select_more.h"
+#include "shown_parts.h"
 
 namespace kvo {
 
 namespace {
 
-template <class Size> void layOut(MarkSet& set, CAEEnv& env, Size sizeOfPart)
+template <class Size> void layOut(MarkSet& set, const ShownModel& model, Size sizeOfPart)
 {
     set.first.assign(1, 0);
-    for (unsigned int part = 0; part < env.numParts; ++part) {
-        set.first.push_back(set.first.back() + sizeOfPart(env.partsInfoList[part]));
+    const ShownModel::Impl& shown = model.read();
+    for (std::size_t part = 0; part < shown.partCount; ++part) {
+        set.first.push_back(set.first.back() + sizeOfPart(shown.meshes[part]));
     }
     set.marks.assign(set.first.back(), 0);
-}
-
-void readFlags(const char* flags, std::uint8_t* marks, std::size_t count)
-{
-    for (std::size_t k = 0; k < count; ++k) {
-        marks[k] = flags[k] == SELECTED_CHAR;
-    }
-}
-
-// One call of the environment per mark, with numbers from 1.
-void selectEach(CAEEnv& env, const MarkSet& set, void (CAEEnv::*select)(unsigned int*, unsigned int*))
-{
-    for (unsigned int part = 0; part < set.numParts(); ++part) {
-        const std::uint8_t* marks = set.of(part);
-        for (std::size_t k = 0; k < set.size(part); ++k) {
-            if (marks[k] != 0) {
-                unsigned int partNumber = part + 1, number = static_cast<unsigned int>(k + 1);
-                (env.*select)(&partNumber, &number);
-            }
-        }
-    }
 }
 
 std::size_t countMarks(const std::uint8_t* begin, const std::uint8_t* end)
@@ -137,79 +116,84 @@ bool MarkSet::subtract(const MarkSet& other)
     return true;
 }
 
-ElementSet::ElementSet(CAEEnv& env)
+ElementSet::ElementSet(const ShownModel& model)
 {
-    layOut(*this, env, elementCountOf);
+    layOut(*this, model, [](const PartMesh& part) { return part.elementCount; });
 }
 
-NodeSet::NodeSet(CAEEnv& env)
+NodeSet::NodeSet(const ShownModel& model)
 {
-    layOut(*this, env, [](const PartInfoStr& part) { return part.partNodes.numNodes; });
+    layOut(*this, model, [](const PartMesh& part) { return part.nodeCount; });
 }
 
-// --- The environment's selection ---
+// --- Between sets and what is selected ---
 
-// A mark without the part's flag is not drawn, and a flag restored from a file comes without marks.
-ElementSet selectedElements(CAEEnv& env)
+ElementSet selectedElements(const ShownModel& model)
 {
-    ElementSet set(env);
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        if ((part.partFlag & PART_ELEMENTS_SELECTED) != 0 && part.partElements.selectedList != nullptr) {
-            readFlags(part.partElements.selectedList, set.of(k), set.size(k));
-        }
+    ElementSet set(model);
+    for (unsigned int k = 0; k < set.numParts(); ++k) {
+        model.asRead().parts[k].selectedElements.states(set.size(k), set.of(k));
     }
     return set;
 }
 
-NodeSet selectedNodes(CAEEnv& env)
+NodeSet selectedNodes(const ShownModel& model)
 {
-    NodeSet set(env);
-    for (unsigned int k = 0; k < env.numParts; ++k) {
-        const PartInfoStr& part = env.partsInfoList[k];
-        if ((part.partFlag & PART_NODES_SELECTED) != 0 && part.partNodes.selectedNodes != nullptr) {
-            readFlags(part.partNodes.selectedNodes, set.of(k), set.size(k));
-        }
+    NodeSet set(model);
+    for (unsigned int k = 0; k < set.numParts(); ++k) {
+        model.asRead().parts[k].selectedNodes.states(set.size(k), set.of(k));
     }
     return set;
 }
 
-bool selectAlso(CAEEnv& env, const ElementSet& set)
+Marks marksOf(const MarkSet& set, unsigned int part)
 {
-    if (!set.fits(ElementSet(env))) {
+    if (set.count(part) == 0) {
+        return nullptr;
+    }
+    return std::make_shared<const std::vector<std::uint8_t>>(set.of(part), set.of(part) + set.size(part));
+}
+
+namespace {
+
+bool setMarks(ModelView& view, const MarkSet& set, const MarkSet& empty, Marks PartLook::* member)
+{
+    if (!set.fits(empty) || view.parts.size() < set.numParts()) {
         return false;
     }
-    selectEach(env, set, &CAEEnv::selectElement);
+    for (unsigned int part = 0; part < set.numParts(); ++part) {
+        view.parts[part].*member = marksOf(set, part);
+    }
     return true;
 }
 
-bool selectOnly(CAEEnv& env, const ElementSet& set)
+} // namespace
+
+bool selectOnly(ModelView& view, const ElementSet& set)
 {
-    if (!set.fits(ElementSet(env))) {
-        return false;
-    }
-    env.clearSelectedElements();
-    selectEach(env, set, &CAEEnv::selectElement);
-    return true;
+    return setMarks(view, set, ElementSet(view), &PartLook::selectedElements);
 }
 
-bool selectAlso(CAEEnv& env, const NodeSet& set)
+bool selectOnly(ModelView& view, const NodeSet& set)
 {
-    if (!set.fits(NodeSet(env))) {
-        return false;
-    }
-    selectEach(env, set, &CAEEnv::selectNode);
-    return true;
+    return setMarks(view, set, NodeSet(view), &PartLook::selectedNodes);
 }
 
-bool selectOnly(CAEEnv& env, const NodeSet& set)
+bool selectAlso(ModelView& view, const ElementSet& set)
 {
-    if (!set.fits(NodeSet(env))) {
-        return false;
-    }
-    env.clearSelectedNodes();
-    selectEach(env, set, &CAEEnv::selectNode);
-    return true;
+    ElementSet all = selectedElements(view);
+    return all.unite(set) && selectOnly(view, all);
+}
+
+bool selectAlso(ModelView& view, const NodeSet& set)
+{
+    NodeSet all = selectedNodes(view);
+    return all.unite(set) && selectOnly(view, all);
+}
+
+bool hideOnly(ModelView& view, const ElementSet& set)
+{
+    return setMarks(view, set, ElementSet(view), &PartLook::hiddenElements);
 }
 
 } // namespace kvo

@@ -79,8 +79,7 @@ void addTetraVolume(const Vector3* p, Moment& volume)
 }
 
 // Corners as the record's slots name them, relative to the first: differences of large coordinates stay exact.
-void addVolume(const PartInfoStr& part, std::uint32_t element, ElementShape shape, const Vector3& origin,
-               Moment& volume)
+void addVolume(const PartMesh& part, std::uint32_t element, ElementShape shape, const Vector3& origin, Moment& volume)
 {
     const unsigned int* slots = slotsOf(part, element);
     Vector3 p[8];
@@ -94,7 +93,7 @@ void addVolume(const PartInfoStr& part, std::uint32_t element, ElementShape shap
     }
 }
 
-Vector3 meanOfCorners(const PartInfoStr& part, const std::uint32_t* nodes, unsigned int count, const Vector3& origin)
+Vector3 meanOfCorners(const PartMesh& part, const std::uint32_t* nodes, unsigned int count, const Vector3& origin)
 {
     Vector3 sum;
     for (unsigned int k = 0; k < count; ++k) {
@@ -104,8 +103,8 @@ Vector3 meanOfCorners(const PartInfoStr& part, const std::uint32_t* nodes, unsig
 }
 
 // Rims and areas of all faces. An edge of a solid belongs to two of its faces.
-void addFaces(const PartInfoStr& part, std::uint32_t element, ElementShape shape, const Vector3& origin,
-              ElementMeasure& m, Moment& area)
+void addFaces(const PartMesh& part, std::uint32_t element, ElementShape shape, const Vector3& origin, ElementMeasure& m,
+              Moment& area)
 {
     ElementFace faces[maxFaces];
     const unsigned int count = facesOf(part, element, shape, faces);
@@ -154,7 +153,7 @@ struct Sums
     }
 };
 
-void addElement(const PartInfoStr& part, std::uint32_t element, Sums& sums)
+void addElement(const PartMesh& part, std::uint32_t element, Sums& sums)
 {
     if (shapeOf(part, element) == ElementShape::None) {
         return;
@@ -171,9 +170,9 @@ void addElement(const PartInfoStr& part, std::uint32_t element, Sums& sums)
 
 } // namespace
 
-bool nodePlace(const PartInfoStr& part, std::uint32_t node, Vector3& place)
+bool nodePlace(const PartMesh& part, std::uint32_t node, Vector3& place)
 {
-    if (part.partNodes.nodeValues == nullptr || node >= part.partNodes.numNodes) {
+    if (part.positions == nullptr || node >= part.nodeCount) {
         return false;
     }
     place = placeOf(part, node);
@@ -209,10 +208,10 @@ bool circleThrough(const Vector3& a, const Vector3& b, const Vector3& c, Circle&
     return true;
 }
 
-ElementMeasure measureElement(const PartInfoStr& part, std::uint32_t element)
+ElementMeasure measureElement(const PartMesh& part, std::uint32_t element)
 {
     ElementMeasure m;
-    const ElementShape shape = element < elementCountOf(part) ? shapeOf(part, element) : ElementShape::None;
+    const ElementShape shape = element < part.elementCount ? shapeOf(part, element) : ElementShape::None;
     if (shape == ElementShape::None) {
         return m;
     }
@@ -238,11 +237,11 @@ ElementMeasure measureElement(const PartInfoStr& part, std::uint32_t element)
     return m;
 }
 
-ElementMeasure measureElements(const PartInfoStr& part, const std::uint8_t* marks)
+ElementMeasure measureElements(const PartMesh& part, const std::uint8_t* marks)
 {
     // Blocks of fixed size, added in order: the same sum on any number of cores.
     constexpr std::size_t blockSize = 4096;
-    const std::size_t count = elementCountOf(part);
+    const std::size_t count = part.elementCount;
     std::vector<Sums> blocks((count + blockSize - 1) / blockSize);
     parallelFor(blocks.size(), 1, [&](std::size_t begin, std::size_t end) {
         for (std::size_t b = begin; b < end; ++b) {
@@ -260,9 +259,9 @@ ElementMeasure measureElements(const PartInfoStr& part, const std::uint8_t* mark
     return sums.result();
 }
 
-double faceArea(const PartInfoStr& part, std::uint32_t element, unsigned int face)
+double faceArea(const PartMesh& part, std::uint32_t element, unsigned int face)
 {
-    const ElementShape shape = element < elementCountOf(part) ? shapeOf(part, element) : ElementShape::None;
+    const ElementShape shape = element < part.elementCount ? shapeOf(part, element) : ElementShape::None;
     ElementFace faces[maxFaces];
     const unsigned int count = shape == ElementShape::None ? 0 : facesOf(part, element, shape, faces);
     for (unsigned int f = 0; f < count; ++f) {

@@ -7,100 +7,94 @@ namespace kvo {
 
 namespace {
 
-bool hasIds(const PartInfoStr& part)
-{
-    return part.partNodes.idList != nullptr;
-}
-
 // Consecutive numbers for nodes that are joined to no other part's.
-void numberAlone(const PartInfoStr* parts, unsigned int part, ModelJoints& j)
+void numberAlone(std::uint32_t nodes, unsigned int part, ModelJoints& j)
 {
-    for (unsigned int k = 0; k < parts[part].partNodes.numNodes; ++k) {
+    for (std::uint32_t k = 0; k < nodes; ++k) {
         j.jointOf[j.firstNode[part] + k] = static_cast<std::uint32_t>(j.numJoints++);
     }
 }
 
-std::vector<unsigned int> partsToNumberById(const PartInfoStr* parts, const ModelJoints& j)
+// Parts in scope whose nodes are joined by their ids, with these.
+struct NumberedPart
 {
-    std::vector<unsigned int> found;
-    for (unsigned int part = 0; part < j.inScope.size(); ++part) {
-        if (j.inScope[part] != 0 && j.joint == Joint::NodeIds && hasIds(parts[part])) {
-            found.push_back(part);
-        }
-    }
-    return found;
-}
+    unsigned int part;
+    std::vector<std::uint32_t> ids;
+};
 
 // Ids up to the highest as a table of numbers: one pass marks them, one counts, one looks up.
-void numberByTable(const PartInfoStr* parts, const std::vector<unsigned int>& which, unsigned int highest,
-                   ModelJoints& j)
+void numberByTable(const std::vector<NumberedPart>& numbered, std::uint32_t highest, ModelJoints& j)
 {
     std::vector<std::uint32_t> numbers(static_cast<std::size_t>(highest) + 1, noJoint);
-    for (unsigned int part : which) {
-        const PartNodesStr& nodes = parts[part].partNodes;
-        for (unsigned int k = 0; k < nodes.numNodes; ++k) {
-            std::uint32_t& number = numbers[nodes.idList[k]];
+    for (const NumberedPart& one : numbered) {
+        for (std::size_t k = 0; k < one.ids.size(); ++k) {
+            std::uint32_t& number = numbers[one.ids[k]];
             if (number == noJoint) {
                 number = static_cast<std::uint32_t>(j.numJoints++);
             }
-            j.jointOf[j.firstNode[part] + k] = number;
+            j.jointOf[j.firstNode[one.part] + k] = number;
         }
     }
 }
 
 // For ids too thinly spread for a table.
-void numberBySorting(const PartInfoStr* parts, const std::vector<unsigned int>& which, ModelJoints& j)
+void numberBySorting(const std::vector<NumberedPart>& numbered, ModelJoints& j)
 {
-    std::vector<unsigned int> ids;
-    for (unsigned int part : which) {
-        ids.insert(ids.end(), parts[part].partNodes.idList,
-                   parts[part].partNodes.idList + parts[part].partNodes.numNodes);
+    std::vector<std::uint32_t> ids;
+    for (const NumberedPart& one : numbered) {
+        ids.insert(ids.end(), one.ids.begin(), one.ids.end());
     }
     std::sort(ids.begin(), ids.end());
     ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
-    for (unsigned int part : which) {
-        const PartNodesStr& nodes = parts[part].partNodes;
-        parallelFor(nodes.numNodes, 4096, [&](std::size_t begin, std::size_t end) {
+    for (const NumberedPart& one : numbered) {
+        parallelFor(one.ids.size(), 4096, [&](std::size_t begin, std::size_t end) {
             for (std::size_t k = begin; k < end; ++k) {
-                j.jointOf[j.firstNode[part] + k] = static_cast<std::uint32_t>(
+                j.jointOf[j.firstNode[one.part] + k] = static_cast<std::uint32_t>(
                     j.numJoints +
-                    static_cast<std::size_t>(std::lower_bound(ids.begin(), ids.end(), nodes.idList[k]) - ids.begin()));
+                    static_cast<std::size_t>(std::lower_bound(ids.begin(), ids.end(), one.ids[k]) - ids.begin()));
             }
         });
     }
     j.numJoints += ids.size();
 }
 
-void numberJoints(const PartInfoStr* parts, ModelJoints& j)
+void numberJoints(ShownModel::Impl& model, ModelJoints& j)
 {
     j.jointOf.assign(j.firstNode.back(), noJoint);
-    const std::vector<unsigned int> byId = partsToNumberById(parts, j);
-    unsigned int highest = 0;
+    std::vector<NumberedPart> byId;
+    std::vector<unsigned int> alone;
+    std::uint32_t highest = 0;
     std::size_t nodes = 0;
-    for (unsigned int part : byId) {
-        const PartNodesStr& n = parts[part].partNodes;
-        nodes += n.numNodes;
-        highest = n.numNodes == 0 ? highest : std::max(highest, *std::max_element(n.idList, n.idList + n.numNodes));
+    for (unsigned int part = 0; part < j.inScope.size(); ++part) {
+        if (j.inScope[part] == 0) {
+            continue;
+        }
+        const IdTable* ids = j.joint == Joint::NodeIds ? model.nodeIds(part) : nullptr;
+        if (!ids) {
+            alone.push_back(part);
+            continue;
+        }
+        byId.push_back({part, ids->toVector()});
+        nodes += ids->size();
+        highest = std::max(highest, ids->highest());
     }
     if (highest <= 4 * nodes + 65536) {
-        numberByTable(parts, byId, highest, j);
+        numberByTable(byId, highest, j);
     } else {
-        numberBySorting(parts, byId, j);
+        numberBySorting(byId, j);
     }
-    for (unsigned int part = 0; part < j.inScope.size(); ++part) {
-        if (j.inScope[part] != 0 && (j.joint == Joint::OwnPart || !hasIds(parts[part]))) {
-            numberAlone(parts, part, j);
-        }
+    for (const unsigned int part : alone) {
+        numberAlone(model.meshes[part].nodeCount, part, j);
     }
 }
 
-unsigned int cornersOfAny(const PartInfoStr& part, std::uint32_t element, std::uint32_t nodes[8])
+unsigned int cornersOfAny(const PartMesh& part, std::uint32_t element, std::uint32_t nodes[8])
 {
     const ElementShape shape = shapeOf(part, element);
     return shape == ElementShape::None ? 0 : cornersOf(part, element, shape, nodes);
 }
 
-void findCorners(const PartInfoStr* parts, ModelJoints& j)
+void findCorners(const PartMesh* parts, ModelJoints& j)
 {
     j.firstCorner.assign(j.firstElement.back() + 1, 0);
     forElements(j.firstElement, j.inScope, [&](unsigned int part, std::uint32_t element, std::size_t number) {
@@ -122,21 +116,21 @@ void findCorners(const PartInfoStr* parts, ModelJoints& j)
 
 } // namespace
 
-bool partInScope(const PartInfoStr& part, Scope scope)
+bool partInScope(const ShownPart& part, Scope scope)
 {
-    return scope == Scope::AllParts || (part.partFlag & PART_HIDDEN) == 0;
+    return scope == Scope::AllParts || !part.hidden;
 }
 
-std::vector<std::uint8_t> partsInScope(const CAEEnv& env, Scope scope)
+std::vector<std::uint8_t> partsInScope(const ShownModel::Impl& model, Scope scope)
 {
-    std::vector<std::uint8_t> in(env.numParts);
-    for (unsigned int part = 0; part < env.numParts; ++part) {
-        in[part] = partInScope(env.partsInfoList[part], scope);
+    std::vector<std::uint8_t> in(model.partCount);
+    for (std::size_t part = 0; part < model.partCount; ++part) {
+        in[part] = partInScope(model.parts[part], scope);
     }
     return in;
 }
 
-ModelJoints findJoints(const PartInfoStr* parts, const MarkSet& elements, const MarkSet& nodes, Joint joint,
+ModelJoints findJoints(ShownModel::Impl& model, const MarkSet& elements, const MarkSet& nodes, Joint joint,
                        const std::vector<std::uint8_t>& inScope)
 {
     ModelJoints j;
@@ -144,8 +138,8 @@ ModelJoints findJoints(const PartInfoStr* parts, const MarkSet& elements, const 
     j.inScope = inScope;
     j.firstElement = elements.first;
     j.firstNode = nodes.first;
-    numberJoints(parts, j);
-    findCorners(parts, j);
+    numberJoints(model, j);
+    findCorners(model.meshes.data(), j);
     return j;
 }
 
@@ -166,7 +160,7 @@ const Buckets<std::uint32_t>& ModelJoints::elementsAt() const
     return *elementsAtJoint;
 }
 
-const FaceSkin& ModelJoints::skin(const PartInfoStr* parts, bool solidsToo) const
+const FaceSkin& ModelJoints::skin(const PartMesh* parts, bool solidsToo) const
 {
     std::unique_ptr<FaceSkin>& known = skins[solidsToo ? 1 : 0];
     if (!known) {

@@ -15,6 +15,7 @@
 #include "buckets.h"
 #include "face_skin.h"
 #include "select_more.h"
+#include "shown_parts.h"
 
 namespace kvo {
 
@@ -32,19 +33,19 @@ struct ModelJoints
     std::vector<std::uint32_t> corners;
 
     const Buckets<std::uint32_t>& elementsAt() const; // element numbers per joint; made when first asked for
-    const FaceSkin& skin(const PartInfoStr* parts, bool solidsToo) const; // likewise
+    const FaceSkin& skin(const PartMesh* parts, bool solidsToo) const; // likewise
 
 private:
     mutable std::unique_ptr<Buckets<std::uint32_t>> elementsAtJoint;
     mutable std::unique_ptr<FaceSkin> skins[2];
 };
 
-bool partInScope(const PartInfoStr& part, Scope scope);
+bool partInScope(const ShownPart& part, Scope scope);
 
-// One byte per part of the environment.
-std::vector<std::uint8_t> partsInScope(const CAEEnv& env, Scope scope);
+// One byte per part.
+std::vector<std::uint8_t> partsInScope(const ShownModel::Impl& model, Scope scope);
 
-ModelJoints findJoints(const PartInfoStr* parts, const MarkSet& elements, const MarkSet& nodes, Joint joint,
+ModelJoints findJoints(ShownModel::Impl& model, const MarkSet& elements, const MarkSet& nodes, Joint joint,
                        const std::vector<std::uint8_t>& inScope);
 
 // body(part, element, number) for every element of the parts in scope, on all cores; models of many small parts are cut

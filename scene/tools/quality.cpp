@@ -22,7 +22,7 @@ struct Faces
     unsigned char corners[maxFaces];
     Vector3 p[maxFaces][4];
 
-    Faces(const PartInfoStr& part, std::uint32_t element, ElementShape shape)
+    Faces(const PartMesh& part, std::uint32_t element, ElementShape shape)
     {
         ElementFace faces[maxFaces];
         count = facesOf(part, element, shape, faces);
@@ -206,7 +206,7 @@ const QualityRow rows[qualityCount] = {
     {{"scaled-jacobian", "", 1, -1}, nullptr},
 };
 
-bool finite(const PartInfoStr& part, std::uint32_t element, ElementShape shape)
+bool finite(const PartMesh& part, std::uint32_t element, ElementShape shape)
 {
     const bool solid = shape != ElementShape::Triangle && shape != ElementShape::Quad && shape != ElementShape::Tetra;
     const unsigned int* slots = slotsOf(part, element);
@@ -219,7 +219,7 @@ bool finite(const PartInfoStr& part, std::uint32_t element, ElementShape shape)
     return true;
 }
 
-float qualityOf(const PartInfoStr& part, const QualityRow& row, std::uint32_t element)
+float qualityOf(const PartMesh& part, const QualityRow& row, std::uint32_t element)
 {
     const ElementShape shape = shapeOf(part, element);
     if (shape == ElementShape::None || shape == ElementShape::Line) {
@@ -239,20 +239,19 @@ const QualityInfo& qualityInfo(Quality quality)
     return rows[static_cast<unsigned int>(quality)].info;
 }
 
-void elementQuality(const PartInfoStr& part, Quality quality, float* out)
+void elementQuality(const PartMesh& part, Quality quality, float* out)
 {
     const QualityRow& row = rows[static_cast<unsigned int>(quality)];
-    parallelFor(elementCountOf(part), 2048, [&](std::size_t begin, std::size_t end) {
+    parallelFor(part.elementCount, 2048, [&](std::size_t begin, std::size_t end) {
         for (std::size_t e = begin; e < end; ++e) {
             out[e] = qualityOf(part, row, static_cast<std::uint32_t>(e));
         }
     });
 }
 
-float elementQuality(const PartInfoStr& part, Quality quality, std::uint32_t element)
+float elementQuality(const PartMesh& part, Quality quality, std::uint32_t element)
 {
-    return element < elementCountOf(part) ? qualityOf(part, rows[static_cast<unsigned int>(quality)], element)
-                                          : noQuality;
+    return element < part.elementCount ? qualityOf(part, rows[static_cast<unsigned int>(quality)], element) : noQuality;
 }
 
 } // namespace kvo

@@ -99,7 +99,7 @@ double ofFace(const Vector3* p, unsigned int corners)
 
 } // namespace
 
-double scaledJacobian(const PartInfoStr& part, std::uint32_t element, ElementShape shape)
+double scaledJacobian(const PartMesh& part, std::uint32_t element, ElementShape shape)
 {
     Vector3 p[8];
     double result = 0;

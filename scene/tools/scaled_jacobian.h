@@ -5,12 +5,12 @@
 #include <cstdint>
 
 #include "element_shape.h"
-#include "partstr.h"
+#include "part_mesh.h"
 
 namespace kvo {
 
 // -1 to 1, always a number. shape must be shapeOf(part, element), neither None nor Line.
-double scaledJacobian(const PartInfoStr& part, std::uint32_t element, ElementShape shape);
+double scaledJacobian(const PartMesh& part, std::uint32_t element, ElementShape shape);
 
 } // namespace kvo
 

@@ -10,7 +10,7 @@ namespace kvo {
 
 namespace {
 
-bool allInside(const PartInfoStr& part, std::uint32_t element, ElementShape shape, const ModelBox& box)
+bool allInside(const PartMesh& part, std::uint32_t element, ElementShape shape, const ModelBox& box)
 {
     std::uint32_t nodes[8];
     const unsigned int count = cornersOf(part, element, shape, nodes);
@@ -22,25 +22,27 @@ bool allInside(const PartInfoStr& part, std::uint32_t element, ElementShape shap
 
 ElementSet Selector::elementsInBox(const ModelBox& box, InBox rule) const
 {
-    ElementSet set(env);
-    forElements(set.first, partsInScope(env, scope), [&](unsigned int part, std::uint32_t element, std::size_t number) {
-        const PartInfoStr& info = env.partsInfoList[part];
-        const ElementShape shape = shapeOf(info, element);
-        if (shape != ElementShape::None) {
-            set.marks[number] = rule == InBox::Inside ? allInside(info, element, shape, box)
-                                                      : elementTouchesBox(info, element, shape, box);
-        }
-    });
+    ElementSet set(model);
+    forElements(set.first, partsInScope(model.read(), scope),
+                [&](unsigned int part, std::uint32_t element, std::size_t number) {
+                    const PartMesh& info = model.asRead().meshes[part];
+                    const ElementShape shape = shapeOf(info, element);
+                    if (shape != ElementShape::None) {
+                        set.marks[number] = rule == InBox::Inside ? allInside(info, element, shape, box)
+                                                                  : elementTouchesBox(info, element, shape, box);
+                    }
+                });
     return set;
 }
 
 NodeSet Selector::nodesInBox(const ModelBox& box) const
 {
-    NodeSet set(env);
-    forElements(set.first, partsInScope(env, scope), [&](unsigned int part, std::uint32_t node, std::size_t number) {
-        Vector3 place;
-        set.marks[number] = nodePlace(env.partsInfoList[part], node, place) && insideBox(box, place);
-    });
+    NodeSet set(model);
+    forElements(set.first, partsInScope(model.read(), scope),
+                [&](unsigned int part, std::uint32_t node, std::size_t number) {
+                    Vector3 place;
+                    set.marks[number] = nodePlace(model.asRead().meshes[part], node, place) && insideBox(box, place);
+                });
     return set;
 }
 

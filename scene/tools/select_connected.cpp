@@ -8,9 +8,9 @@ namespace kvo {
 
 namespace {
 
-ElementSet fitted(CAEEnv& env, const ElementSet& set)
+ElementSet fitted(const ShownModel& model, const ElementSet& set)
 {
-    ElementSet none(env);
+    ElementSet none(model);
     return set.fits(none) ? set : none;
 }
 
@@ -53,7 +53,7 @@ bool spread(const ModelJoints& j, ElementSet& set, std::uint8_t mark)
 
 ElementSet Selector::growByLayers(const ElementSet& set, unsigned int layers)
 {
-    ElementSet result = fitted(env, set);
+    ElementSet result = fitted(model, set);
     const ModelJoints& j = joints();
     for (unsigned int layer = 0; layer < layers && spread(j, result, 1); ++layer) {
     }
@@ -62,7 +62,7 @@ ElementSet Selector::growByLayers(const ElementSet& set, unsigned int layers)
 
 ElementSet Selector::shrinkByLayers(const ElementSet& set, unsigned int layers)
 {
-    ElementSet result = fitted(env, set);
+    ElementSet result = fitted(model, set);
     const ModelJoints& j = joints();
     for (unsigned int layer = 0; layer < layers && spread(j, result, 0); ++layer) {
     }
@@ -72,7 +72,7 @@ ElementSet Selector::shrinkByLayers(const ElementSet& set, unsigned int layers)
 // A flood: every joint is opened once, every element enters the queue once.
 ElementSet Selector::attached(const ElementSet& set)
 {
-    ElementSet result = fitted(env, set);
+    ElementSet result = fitted(model, set);
     const ModelJoints& j = joints();
     const Buckets<std::uint32_t>& elementsAt = j.elementsAt();
     std::vector<std::uint32_t> queue;

@@ -15,7 +15,7 @@ namespace {
 
 // --- Feature angle ---
 
-std::vector<Vector3> faceNormals(const PartInfoStr* parts, const FaceSkin& skin)
+std::vector<Vector3> faceNormals(const PartMesh* parts, const FaceSkin& skin)
 {
     std::vector<Vector3> normals(skin.faces.size());
     parallelFor(skin.faces.size(), 4096, [&](std::size_t begin, std::size_t end) {
@@ -79,7 +79,7 @@ struct AngleFlood
     }
 };
 
-AngleFlood floodFrom(const PartInfoStr* parts, const ModelJoints& joints, double degrees)
+AngleFlood floodFrom(const PartMesh* parts, const ModelJoints& joints, double degrees)
 {
     const FaceSkin& skin = joints.skin(parts, true);
     return {joints,
@@ -90,7 +90,7 @@ AngleFlood floodFrom(const PartInfoStr* parts, const ModelJoints& joints, double
             {}};
 }
 
-AngleFlood floodFromSet(const PartInfoStr* parts, const ModelJoints& joints, const ElementSet& set, double degrees)
+AngleFlood floodFromSet(const PartMesh* parts, const ModelJoints& joints, const ElementSet& set, double degrees)
 {
     AngleFlood flood = floodFrom(parts, joints, degrees);
     for (std::uint32_t f = 0; f < flood.skin.faces.size(); ++f) {
@@ -102,7 +102,7 @@ AngleFlood floodFromSet(const PartInfoStr* parts, const ModelJoints& joints, con
     return flood;
 }
 
-AngleFlood floodFromFace(const PartInfoStr* parts, const ModelJoints& joints, unsigned int part, std::size_t element,
+AngleFlood floodFromFace(const PartMesh* parts, const ModelJoints& joints, unsigned int part, std::size_t element,
                          unsigned int number, double degrees)
 {
     AngleFlood flood = floodFrom(parts, joints, degrees);
@@ -290,7 +290,7 @@ std::uint32_t jointOf(const ModelJoints& j, NodePosition at)
     return known ? j.jointOf[j.firstNode[at.part] + at.node] : noJoint;
 }
 
-void follow(const PartInfoStr* parts, const ModelJoints& j, std::uint32_t from, std::uint32_t towards, EdgePath& path)
+void follow(const PartMesh* parts, const ModelJoints& j, std::uint32_t from, std::uint32_t towards, EdgePath& path)
 {
     EdgeWalker walker(j, j.skin(parts, false));
     Step start = {};
@@ -303,53 +303,53 @@ void follow(const PartInfoStr* parts, const ModelJoints& j, std::uint32_t from, 
 
 ElementSet Selector::growByAngle(const ElementSet& set, double degrees)
 {
-    ElementSet result(env);
+    ElementSet result(model);
     if (set.fits(result)) {
         result = set;
-        addElements(floodFromSet(env.partsInfoList, joints(), set, degrees), result);
+        addElements(floodFromSet(model.asRead().meshes.data(), joints(), set, degrees), result);
     }
     return result;
 }
 
 NodeSet Selector::nodesByAngle(const ElementSet& set, double degrees)
 {
-    NodeSet result(env);
-    if (set.fits(ElementSet(env))) {
-        addNodes(floodFromSet(env.partsInfoList, joints(), set, degrees), result);
+    NodeSet result(model);
+    if (set.fits(ElementSet(model))) {
+        addNodes(floodFromSet(model.asRead().meshes.data(), joints(), set, degrees), result);
     }
     return result;
 }
 
 ElementSet Selector::elementsByAngle(unsigned int part, std::size_t element, unsigned int face, double degrees)
 {
-    ElementSet result(env);
-    addElements(floodFromFace(env.partsInfoList, joints(), part, element, face, degrees), result);
+    ElementSet result(model);
+    addElements(floodFromFace(model.asRead().meshes.data(), joints(), part, element, face, degrees), result);
     return result;
 }
 
 NodeSet Selector::nodesByAngle(unsigned int part, std::size_t element, unsigned int face, double degrees)
 {
-    NodeSet result(env);
-    addNodes(floodFromFace(env.partsInfoList, joints(), part, element, face, degrees), result);
+    NodeSet result(model);
+    addNodes(floodFromFace(model.asRead().meshes.data(), joints(), part, element, face, degrees), result);
     return result;
 }
 
 EdgePath Selector::freeEdgePath(NodePosition start)
 {
     EdgePath path;
-    path.elements = ElementSet(env);
+    path.elements = ElementSet(model);
     const ModelJoints& j = joints();
-    follow(env.partsInfoList, j, jointOf(j, start), noJoint, path);
+    follow(model.asRead().meshes.data(), j, jointOf(j, start), noJoint, path);
     return path;
 }
 
 EdgePath Selector::freeEdgePath(NodePosition start, NodePosition next)
 {
     EdgePath path;
-    path.elements = ElementSet(env);
+    path.elements = ElementSet(model);
     const ModelJoints& j = joints();
     const std::uint32_t towards = jointOf(j, next);
-    follow(env.partsInfoList, j, towards == noJoint ? noJoint : jointOf(j, start), towards, path);
+    follow(model.asRead().meshes.data(), j, towards == noJoint ? noJoint : jointOf(j, start), towards, path);
     return path;
 }
 

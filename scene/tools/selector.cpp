@@ -4,6 +4,7 @@
 
 #include "element_shape.h"
 #include "model_joints.h"
+#include "parallel.h"
 #include "select_more.h"
 
 namespace kvo {
@@ -55,17 +56,52 @@ void rangesWithin(const WantedIds& ids, unsigned int lowest, unsigned int highes
     }
 }
 
-// visit(value) for the entries of a map whose keys are in the ranges.
-template <class Visit> void lookUp(const UIUIMap& map, const WantedIds& ids, const Visit& visit)
+std::size_t countOf(const WantedIds& ids)
 {
-    if (map.empty()) {
+    std::size_t out = ids.stepped.empty() ? 0 : static_cast<std::size_t>(-1) / 2;
+    for (const IdRange& run : ids.runs) {
+        out += static_cast<std::size_t>(run.last - run.first) + 1;
+    }
+    return out;
+}
+
+bool contains(const WantedIds& ids, std::uint32_t id)
+{
+    const auto behind = std::upper_bound(ids.runs.begin(), ids.runs.end(), id,
+                                         [](std::int64_t value, const IdRange& range) { return value < range.first; });
+    if (behind != ids.runs.begin() && (behind - 1)->contains(id)) {
+        return true;
+    }
+    return std::any_of(ids.stepped.begin(), ids.stepped.end(),
+                       [id](const IdRange& range) { return range.contains(id); });
+}
+
+// Marks the positions whose ids are in the ranges: few ids are looked up, many positions are asked one by one. An id of
+// 0 stands for none.
+void markIds(const IdTable& table, const WantedIds& ids, std::uint8_t* marks, std::size_t count)
+{
+    if (table.empty()) {
         return;
     }
-    rangesWithin(ids, map.begin()->first, map.rbegin()->first, [&](const IdRange& range, unsigned int from) {
-        for (auto entry = map.lower_bound(from); entry != map.end() && entry->first <= range.last; ++entry) {
-            if (range.contains(entry->first)) {
-                visit(entry->second);
+    const std::uint32_t lowest = std::max(table.lowest(), 1u), highest = table.highest();
+    const std::size_t size = std::min<std::size_t>(table.size(), count);
+    if (table.ascending() && countOf(ids) < size / 8) {
+        rangesWithin(ids, lowest, highest, [&](const IdRange& range, unsigned int from) {
+            for (std::int64_t id = from; id <= std::min<std::int64_t>(range.last, highest); ++id) {
+                const std::uint32_t position = table.find(static_cast<std::uint32_t>(id));
+                if (position < size) {
+                    marks[position] = 1;
+                }
             }
+        });
+        return;
+    }
+    parallelFor(size, 16384, [&](std::size_t begin, std::size_t end) {
+        std::vector<std::uint32_t> some(end - begin);
+        table.copy(static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(some.size()), some.data());
+        for (std::size_t k = begin; k < end; ++k) {
+            const std::uint32_t id = some[k - begin];
+            marks[k] = marks[k] != 0 || (id != 0 && contains(ids, id));
         }
     });
 }
@@ -75,11 +111,12 @@ void insertAll(MarkSet& set, unsigned int part)
     std::fill_n(set.of(part), set.size(part), std::uint8_t{1});
 }
 
-template <class Set> Set inverted(CAEEnv& env, const Set& set, Scope scope)
+template <class Set> Set inverted(const ShownModel& model, const Set& set, Scope scope)
 {
-    Set result = set.fits(Set(env)) ? set : Set(env);
-    for (unsigned int part = 0; part < env.numParts; ++part) {
-        if (partInScope(env.partsInfoList[part], scope)) {
+    const Set none(model);
+    Set result = set.fits(none) ? set : none;
+    for (unsigned int part = 0; part < none.numParts(); ++part) {
+        if (partInScope(model.asRead().parts[part], scope)) {
             std::uint8_t* marks = result.of(part);
             std::transform(marks, marks + result.size(part), marks, [](std::uint8_t m) { return m == 0 ? 1 : 0; });
         }
@@ -97,24 +134,25 @@ bool wants(const MarkSet& nodes, unsigned int part, const std::uint32_t* corners
 
 } // namespace
 
-Selector::Selector(CAEEnv& env) : env(env) {}
+Selector::Selector(ShownModel shownModel) : model(std::move(shownModel)) {}
 
 Selector::~Selector() = default;
 
 void Selector::modelChanged()
 {
     known.reset();
+    model.asRead().forgetIds();
 }
 
 // Kept as long as the same parts are in scope and the model has the same counts.
 const ModelJoints& Selector::joints()
 {
-    const ElementSet elements(env);
-    const NodeSet nodes(env);
-    const std::vector<std::uint8_t> inScope = partsInScope(env, scope);
+    const ElementSet elements(model);
+    const NodeSet nodes(model);
+    const std::vector<std::uint8_t> inScope = partsInScope(model.read(), scope);
     if (!known || known->joint != joint || known->inScope != inScope || known->firstElement != elements.first ||
         known->firstNode != nodes.first) {
-        known = std::make_unique<ModelJoints>(findJoints(env.partsInfoList, elements, nodes, joint, inScope));
+        known = std::make_unique<ModelJoints>(findJoints(model.asRead(), elements, nodes, joint, inScope));
     }
     return *known;
 }
@@ -123,71 +161,70 @@ const ModelJoints& Selector::joints()
 
 ElementSet Selector::allElements() const
 {
-    return invert(ElementSet(env));
+    return invert(ElementSet(model));
 }
 
-ElementSet Selector::elementsById(const std::vector<IdRange>& ids) const
+namespace {
+
+template <class Set, class IdsOf>
+Set itemsById(const ShownModel& model, const std::vector<IdRange>& ids, Scope scope, const IdsOf& idsOf)
 {
-    ElementSet set(env);
+    Set set(model);
     const WantedIds wanted = tidied(ids);
-    for (unsigned int part = 0; part < env.numParts; ++part) {
-        const UIUIMap* map = env.partsInfoList[part].partElements.eidMap;
-        if (map != nullptr && partInScope(env.partsInfoList[part], scope)) {
-            lookUp(*map, wanted, [&](unsigned int position) { set.insert(part, position); });
+    for (unsigned int part = 0; part < set.numParts(); ++part) {
+        const IdTable* table = partInScope(model.asRead().parts[part], scope) ? idsOf(part) : nullptr;
+        if (table) {
+            markIds(*table, wanted, set.of(part), set.size(part));
         }
     }
     return set;
+}
+
+// All elements of the parts that are wanted.
+template <class Wants> ElementSet elementsOf(const ShownModel& model, Scope scope, const Wants& wants)
+{
+    ElementSet set(model);
+    for (unsigned int part = 0; part < set.numParts(); ++part) {
+        if (partInScope(model.asRead().parts[part], scope) && wants(part)) {
+            insertAll(set, part);
+        }
+    }
+    return set;
+}
+
+} // namespace
+
+ElementSet Selector::elementsById(const std::vector<IdRange>& ids) const
+{
+    return itemsById<ElementSet>(model, ids, scope,
+                                 [this](unsigned int part) { return model.asRead().elementIds(part); });
 }
 
 NodeSet Selector::nodesById(const std::vector<IdRange>& ids) const
 {
-    NodeSet set(env);
-    const WantedIds wanted = tidied(ids);
-    for (unsigned int part = 0; part < env.numParts; ++part) {
-        const PartNodesStr& nodes = env.partsInfoList[part].partNodes;
-        if (nodes.numNodes == 0 || nodes.idList == nullptr || !partInScope(env.partsInfoList[part], scope)) {
-            continue;
-        }
-        const unsigned int *begin = nodes.idList, *end = begin + nodes.numNodes;
-        rangesWithin(wanted, begin[0], end[-1], [&](const IdRange& range, unsigned int from) {
-            for (const unsigned int* id = std::lower_bound(begin, end, from); id != end && *id <= range.last; ++id) {
-                if (range.contains(*id)) {
-                    set.insert(part, static_cast<std::size_t>(id - begin));
-                }
-            }
-        });
-    }
-    return set;
+    return itemsById<NodeSet>(model, ids, scope, [this](unsigned int part) { return model.asRead().nodeIds(part); });
 }
 
 ElementSet Selector::elementsOfParts(const std::vector<IdRange>& partIds) const
 {
-    ElementSet set(env);
-    lookUp(env.pidMap, tidied(partIds), [&](unsigned int part) {
-        if (part < env.numParts && partInScope(env.partsInfoList[part], scope)) {
-            insertAll(set, part);
-        }
+    const WantedIds wanted = tidied(partIds);
+    return elementsOf(model, scope, [&](unsigned int part) {
+        const std::uint32_t id = model.asRead().partId(part);
+        return id != 0 && contains(wanted, id);
     });
-    return set;
 }
 
-ElementSet Selector::elementsOfType(unsigned int partDrawType) const
+ElementSet Selector::elementsOfKind(ElementKind kind) const
 {
-    ElementSet set(env);
-    for (unsigned int part = 0; part < env.numParts; ++part) {
-        if (env.partsInfoList[part].partDrawType == partDrawType && partInScope(env.partsInfoList[part], scope)) {
-            insertAll(set, part);
-        }
-    }
-    return set;
+    return elementsOf(model, scope, [&](unsigned int part) { return model.asRead().meshes[part].kind == kind; });
 }
 
 ElementSet Selector::elementsByQuality(Quality quality, float low, float high) const
 {
-    ElementSet set(env);
-    const std::vector<std::uint8_t> inScope = partsInScope(env, scope);
+    ElementSet set(model);
+    const std::vector<std::uint8_t> inScope = partsInScope(model.read(), scope);
     forElements(set.first, inScope, [&](unsigned int part, std::uint32_t element, std::size_t number) {
-        const float value = elementQuality(env.partsInfoList[part], quality, element);
+        const float value = elementQuality(model.asRead().meshes[part], quality, element);
         set.marks[number] = value != noQuality && value >= low && value <= high;
     });
     return set;
@@ -197,29 +234,29 @@ ElementSet Selector::elementsByQuality(Quality quality, float low, float high) c
 
 ElementSet Selector::invert(const ElementSet& set) const
 {
-    return inverted(env, set, scope);
+    return inverted(model, set, scope);
 }
 
 NodeSet Selector::invert(const NodeSet& set) const
 {
-    return inverted(env, set, scope);
+    return inverted(model, set, scope);
 }
 
 NodeSet Selector::nodesOf(const ElementSet& set) const
 {
-    NodeSet result(env);
-    if (!set.fits(ElementSet(env))) {
+    NodeSet result(model);
+    if (!set.fits(ElementSet(model))) {
         return result;
     }
-    forElements(set.first, partsInScope(env, Scope::AllParts),
+    forElements(set.first, partsInScope(model.read(), Scope::AllParts),
                 [&](unsigned int part, std::uint32_t element, std::size_t number) {
                     const ElementShape shape =
-                        set.marks[number] != 0 ? shapeOf(env.partsInfoList[part], element) : ElementShape::None;
+                        set.marks[number] != 0 ? shapeOf(model.asRead().meshes[part], element) : ElementShape::None;
                     if (shape == ElementShape::None) {
                         return;
                     }
                     std::uint32_t nodes[8];
-                    const unsigned int count = cornersOf(env.partsInfoList[part], element, shape, nodes);
+                    const unsigned int count = cornersOf(model.asRead().meshes[part], element, shape, nodes);
                     for (unsigned int k = 0; k < count; ++k) {
                         markShared(result.of(part)[nodes[k]]);
                     }
@@ -229,16 +266,16 @@ NodeSet Selector::nodesOf(const ElementSet& set) const
 
 ElementSet Selector::elementsWithNodes(const NodeSet& set, bool all) const
 {
-    ElementSet result(env);
-    if (!set.fits(NodeSet(env))) {
+    ElementSet result(model);
+    if (!set.fits(NodeSet(model))) {
         return result;
     }
-    forElements(result.first, partsInScope(env, scope),
+    forElements(result.first, partsInScope(model.read(), scope),
                 [&](unsigned int part, std::uint32_t element, std::size_t number) {
-                    const ElementShape shape = shapeOf(env.partsInfoList[part], element);
+                    const ElementShape shape = shapeOf(model.asRead().meshes[part], element);
                     std::uint32_t nodes[8];
                     const unsigned int count =
-                        shape == ElementShape::None ? 0 : cornersOf(env.partsInfoList[part], element, shape, nodes);
+                        shape == ElementShape::None ? 0 : cornersOf(model.asRead().meshes[part], element, shape, nodes);
                     result.marks[number] = wants(set, part, nodes, count, all);
                 });
     return result;

@@ -46,13 +46,13 @@ inline Vector3 unit(const Vector3& a)
     return l > 0 ? (1 / l) * a : Vector3{};
 }
 // The node must be one of the part's.
-inline Vector3 placeOf(const PartInfoStr& part, std::uint32_t node)
+inline Vector3 placeOf(const PartMesh& part, std::uint32_t node)
 {
     const float* p = positionOf(part, node);
     return {p[0], p[1], p[2]};
 }
 // Twice the area vector of a face, whatever the flatness of a quadrilateral.
-inline Vector3 areaVector(const PartInfoStr& part, const std::uint32_t* nodes, unsigned int corners)
+inline Vector3 areaVector(const PartMesh& part, const std::uint32_t* nodes, unsigned int corners)
 {
     const Vector3 a = placeOf(part, nodes[0]), c = placeOf(part, nodes[2]);
     const Vector3 b = placeOf(part, nodes[1]), d = corners == 4 ? placeOf(part, nodes[3]) : a;

@@ -2,6 +2,8 @@
 #include "picked.h"
 
 #include <GL/gl.h>
+#include <memory>
+
 #include <gtest/gtest.h>
 
 #include "caeenv.h"
@@ -68,10 +70,11 @@ TEST(Picked, ABeamsThirdNodeIsNoCorner)
 TEST(Picked, TheElementIdThatThePickerKnowsIsTaken)
 {
     const kvo::OutputRedirect quiet("");
+    const std::unique_ptr<PartInfoStr[]> parts(new PartInfoStr[1]()); // an environment leaves the list behind
     CAEEnv env("none", "none", 0);
     env.numParts = 1;
-    env.partsInfoList = new PartInfoStr[1]();
-    PartInfoStr& part = env.partsInfoList[0];
+    env.partsInfoList = parts.get();
+    PartInfoStr& part = parts[0];
     part.partDrawType = SHELL;
     part.partElements.numElements = 4;
     part.partElements.nodesPerElement = 4;

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include "block_index.h"
-#include "element_ids.h"
 #include "pick_models.h"
 #include "radix_sort.h"
 #include "region_test.h"
@@ -190,31 +189,5 @@ TEST(BlockIndex, StandsAnyCoordinates)
         EXPECT_TRUE(index.find([](const FloatBox&) { return Overlap::Partly; }, 100, found));
         EXPECT_LE(found.size(), part.partNodes.numNodes);
         releasePart(part);
-    }
-}
-
-TEST(ElementIds, CountedUpOrNot)
-{
-    std::vector<std::uint32_t> few = {0, 2}, many(5000);
-    std::iota(many.begin(), many.end(), 0);
-    UIUIMap rising, mixed, gap;
-    for (unsigned int k = 0; k < 5000; ++k) {
-        rising[1000 + k] = k;
-        mixed[1000 + k] = 4999 - k;
-        gap[k < 2 ? 1000 + k : 2000 + k] = k;
-    }
-    for (const std::vector<std::uint32_t>& asked : {few, many}) {
-        kvo::ElementIds ids[4];
-        ids[0].learn(&rising, 5000, asked);
-        ids[1].learn(&mixed, 5000, asked);
-        ids[2].learn(&gap, 5000, asked);
-        ids[3].learn(nullptr, 5000, asked);
-        EXPECT_EQ(ids[0].bytes(), 0u);
-        for (std::uint32_t element : asked) {
-            EXPECT_EQ(ids[0].idOf(element), 1000 + element);
-            EXPECT_EQ(ids[1].idOf(element), 5999 - element);
-            EXPECT_EQ(ids[2].idOf(element), (element < 2 ? 1000 : 2000) + element);
-            EXPECT_EQ(ids[3].idOf(element), 0u);
-        }
     }
 }

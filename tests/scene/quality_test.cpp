@@ -12,7 +12,7 @@ const Quality all[] = {Quality::AspectRatio, Quality::EdgeRatio, Quality::Skew, 
                        Quality::MinAngle,    Quality::MaxAngle,  Quality::ScaledJacobian};
 const float root2 = std::sqrt(2.0f), root3 = std::sqrt(3.0f);
 
-void expectAll(const PartInfoStr& part, const Floats& expected, const char* what)
+void expectAll(const kvo::PartMesh& part, const Floats& expected, const char* what)
 {
     ASSERT_EQ(expected.size(), qualityCount);
     for (unsigned int k = 0; k < qualityCount; ++k) {
@@ -20,7 +20,7 @@ void expectAll(const PartInfoStr& part, const Floats& expected, const char* what
     }
 }
 
-Floats allOf(const PartInfoStr& part, unsigned int element = 0)
+Floats allOf(const kvo::PartMesh& part, unsigned int element = 0)
 {
     Floats values;
     for (Quality quality : all) {

@@ -10,7 +10,7 @@ using namespace kvo;
 
 const double infinite = std::numeric_limits<double>::infinity();
 
-bool touches(const PartInfoStr& part, const ModelBox& box)
+bool touches(const kvo::PartMesh& part, const ModelBox& box)
 {
     return elementTouchesBox(part, 0, shapeOf(part, 0), box);
 }

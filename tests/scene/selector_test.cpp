@@ -70,6 +70,7 @@ TEST_F(Selecting, NodesById)
     EXPECT_EQ(membersOf(selector.nodesById({{9, 10}, {3, 3}})), (Members{{0, 2}, {0, 8}, {0, 9}, {1, 2}, {2, 2}}));
     EXPECT_EQ(membersOf(selector.nodesById({{11, 0xFFFFFFFF}, {0, 0}})), Members());
     setNodeIds(model.part(1), {5, 70, 900});
+    selector.modelChanged();
     EXPECT_EQ(membersOf(selector.nodesById({{50, 1000}})), (Members{{1, 1}, {1, 2}}));
     selector.scope = Scope::AllParts;
     EXPECT_EQ(membersOf(selector.nodesById({{4, 4}})), (Members{{0, 3}, {2, 3}, {3, 3}}));
@@ -85,9 +86,9 @@ TEST_F(Selecting, ElementsOfPartsByTheirIds)
 
 TEST_F(Selecting, ElementsOfAType)
 {
-    EXPECT_EQ(selector.elementsOfType(SHELL).count(), 4u);
-    EXPECT_EQ(membersOf(selector.elementsOfType(BEAM)), (Members{{1, 0}}));
-    EXPECT_EQ(membersOf(selector.elementsOfType(DISCRETE)), Members());
+    EXPECT_EQ(selector.elementsOfKind(kvo::ElementKind::Shell).count(), 4u);
+    EXPECT_EQ(membersOf(selector.elementsOfKind(kvo::ElementKind::Beam)), (Members{{1, 0}}));
+    EXPECT_EQ(membersOf(selector.elementsOfKind(kvo::ElementKind::Discrete)), Members());
 }
 
 TEST_F(Selecting, ElementsByQuality)

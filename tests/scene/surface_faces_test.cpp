@@ -17,7 +17,7 @@ using namespace kvo;
 std::size_t plainCount(const PartInfoStr& part, const ElementMask& absent = {})
 {
     std::map<std::set<std::uint32_t>, int> users;
-    for (std::uint32_t e = 0; e < elementCountOf(part); ++e) {
+    for (std::uint32_t e = 0; e < kvo::PartMesh(part).elementCount; ++e) {
         if (e < absent.size() && absent[e]) {
             continue;
         }

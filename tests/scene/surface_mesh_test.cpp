@@ -41,8 +41,8 @@ void expectFacesOf(const PartInfoStr& part, const SurfaceMesh& mesh)
             ASSERT_EQ(drawn, wanted) << "element " << element;
         }
     }
-    EXPECT_EQ(elements.size(), elementCountOf(part));
-    EXPECT_EQ(std::set<std::uint32_t>(elements.begin(), elements.end()).size(), elementCountOf(part));
+    EXPECT_EQ(elements.size(), kvo::PartMesh(part).elementCount);
+    EXPECT_EQ(std::set<std::uint32_t>(elements.begin(), elements.end()).size(), kvo::PartMesh(part).elementCount);
 }
 
 TEST(SurfaceMesh, EveryFaceHasItsOwnLastVertex)

@@ -27,7 +27,7 @@ struct TestPart
     TestPart(const TestPart&) = delete;
     TestPart& operator=(const TestPart&) = delete;
     ~TestPart() { releasePart(part); }
-    operator const PartInfoStr&() const { return part; }
+    operator kvo::PartMesh() const { return part; }
 };
 
 inline PartInfoStr pyramidPart(float height = 1, float apexX = 0.5f)

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "mtrans.h"
-
 namespace kvo {
 
 PickRegion PickRegion::click(double x, double y, double size)
@@ -39,15 +37,6 @@ PickRegion PickRegion::polygon(std::vector<WindowPosition> outline)
     region.outline = std::move(outline);
     region.outlined = true;
     return region;
-}
-
-PickView viewOf(const MTransform& transform)
-{
-    PickView view;
-    std::copy_n(transform.mvMatrix, 16, view.modelview);
-    std::copy_n(transform.projMatrix, 16, view.projection);
-    std::copy_n(transform.viewPort, 4, view.viewport);
-    return view;
 }
 
 } // namespace kvo
