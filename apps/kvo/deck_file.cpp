@@ -156,11 +156,17 @@ Json readDeckFile(const ModelSource& source)
 
 std::array<double, 3> readOrigin(const ModelSource& source)
 {
+    if (source.model()) {
+        return source.model()->origin();
+    }
     return readMember<std::array<double, 3>>(source, "origin");
 }
 
 std::vector<std::string> readSources(const ModelSource& source)
 {
+    if (source.model()) {
+        return source.model()->facts().sources;
+    }
     return readMember<std::vector<std::string>>(source, "sources");
 }
 

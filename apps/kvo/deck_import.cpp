@@ -3,38 +3,77 @@
 
 #include "converter.h"
 #include "deck.h"
+#include "mesh_model.h"
 #include "model_builder.h"
+#include "model_origin.h"
 #include "model_summary.h"
 
 namespace kvo {
+
+namespace {
+
+const DeckFormat* formatOf(const DeckOptions& options)
+{
+    if (options.format.empty()) {
+        return nullptr;
+    }
+    const DeckFormat* format = findDeckFormat(options.format);
+    if (!format) {
+        throw ImportError({}, "unknown deck format \"" + options.format + "\"");
+    }
+    return format;
+}
+
+// False for a deck that is no container.
+bool importContainer(const std::string& deck, const std::string& modelDirectory, ImportLog& log,
+                     const DeckOptions& options, const ReadRules& rules)
+{
+    const ContainerFormat* container = containerOf(deck, options.format, rules);
+    if (!container) {
+        return false;
+    }
+    if (!rules.root.empty()) {
+        throw ImportError({deck, 0}, std::string("is a file of format ") + container->name +
+                                         ", in which links may name any other file: not read with --confine");
+    }
+    convertContainer(deck, *container, modelDirectory, log, options);
+    return true;
+}
+
+} // namespace
 
 void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress,
                 const DeckOptions& options)
 {
     ReadRules rules;
     rules.root = options.root;
-    if (const ContainerFormat* container = containerOf(deck, options.format, rules)) {
-        if (!rules.root.empty()) {
-            throw ImportError({deck, 0}, std::string("is a file of format ") + container->name +
-                                             ", in which links may name any other file: not read with --confine");
-        }
-        convertContainer(deck, *container, modelDirectory, log, options);
+    if (importContainer(deck, modelDirectory, log, options, rules)) {
         return;
     }
-    const DeckFormat* format = nullptr;
-    if (!options.format.empty()) {
-        format = findDeckFormat(options.format);
-        if (!format) {
-            throw ImportError({}, "unknown deck format \"" + options.format + "\"");
-        }
-    }
-    const Mesh mesh = readDeck(deck, log, std::move(progress), format, rules);
+    const Mesh mesh = readDeck(deck, log, std::move(progress), formatOf(options), rules);
     if (options.sourcesKnown) {
         options.sourcesKnown(mesh.sourceFiles);
     }
     ModelOptions model;
     model.shiftOrigin = options.shiftOrigin;
     writeModelDirectory(mesh, modelDirectory, log, model);
+}
+
+std::optional<Model> readDeckModel(const std::string& deck, const std::string& modelDirectory, ImportLog& log,
+                                   Progress progress, const DeckOptions& options)
+{
+    ReadRules rules;
+    rules.root = options.root;
+    if (importContainer(deck, modelDirectory, log, options, rules)) {
+        return std::nullopt;
+    }
+    Mesh mesh = readDeck(deck, log, std::move(progress), formatOf(options), rules);
+    if (chooseFarOrigin(mesh) != Origin{}) {
+        writeModelDirectory(mesh, modelDirectory, log, {});
+        return std::nullopt;
+    }
+    chooseOrigin(mesh, false, log); // warns of edges that single precision loses
+    return makeModel(std::move(mesh), log);
 }
 
 std::vector<std::string> deckFormatKeys()

@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+#include <optional>
+
+#include <kvo/model.h>
+
 #include "import_log.h"
 #include "progress.h"
 
@@ -25,6 +29,11 @@ struct DeckOptions
 // under the model directory's name is then as it was.
 void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress,
                 const DeckOptions& options = {});
+
+// The same, but where that can be had the model is returned, and nothing is written: not for containers, and not for
+// meshes far from the origin, whose coordinates are those of the deck in a directory only.
+std::optional<Model> readDeckModel(const std::string& deck, const std::string& modelDirectory, ImportLog& log,
+                                   Progress progress, const DeckOptions& options = {});
 
 // The keys of all formats, for options and messages.
 std::vector<std::string> deckFormatKeys();

@@ -22,6 +22,7 @@
 #include "output_redirect.h"
 #include "program_error.h"
 #include "scene_load.h"
+#include "session_model.h"
 #include "vocabulary.h"
 
 namespace kvo {
@@ -67,7 +68,8 @@ struct ModelSession::Impl
     Offscreen target;
     std::string fontProblem; // why there is no font; said once
     std::optional<BitmapFont> font;
-    CAEEnv env;
+    SessionModel model;
+    CAEEnv& env = model.env();
     SessionCamera camera;
     ModelLabels labels;
     std::unique_ptr<DrawingPath> path;
@@ -78,7 +80,7 @@ struct ModelSession::Impl
 
     Impl(const ModelSource& source, const SessionOptions& o)
         : options(o), quiet(o.log), context(o.device), target(o.width, o.height, o.samples),
-          env(source.dirName().c_str(), source.modelName().c_str(), o.shadeModel), camera(env, {o.width, o.height}),
+          model(source.dirName(), source.modelName(), o.shadeModel), camera(env, {o.width, o.height}),
           modelName(source.shownName())
     {
         try {
@@ -158,7 +160,11 @@ void ModelSession::Impl::checkPicture(const Picture& drawn)
 
 ModelSession::ModelSession(const ModelSource& source, const SessionOptions& options) : impl(new Impl(source, options))
 {
-    loadParts(impl->env, source);
+    if (source.model()) {
+        impl->model.take(*source.model());
+    } else {
+        loadParts(impl->env, source);
+    }
     if (impl->env.getNumParts() == 0) {
         throw ProgramError(source.shownName(), "the model has no parts");
     }
@@ -173,12 +179,27 @@ ModelSession::ModelSession(const ModelSource& source, const SessionOptions& opti
     } else {
         const Coloring coloring = makeColoring(options.colorBy, impl->env, source.info());
         impl->hasLegend = options.look.legend && (coloring.byValue() || coloring.byCategory());
-        impl->path = makeScenePath(impl->env, impl->camera, impl->options.look, coloring);
+        impl->path = makeScenePath(impl->model, impl->camera, impl->options.look, coloring);
         impl->camera.reset();
     }
 }
 
 ModelSession::~ModelSession() = default;
+
+SessionModel& ModelSession::model()
+{
+    return impl->model;
+}
+
+// The library computes normals of its own with it.
+void ModelSession::setShade(int shadeModel)
+{
+    if (impl->options.contract || impl->options.look.light == SceneLight::Contract) {
+        return impl->env.setShadeModel(static_cast<unsigned int>(shadeModel));
+    }
+    impl->env.shadeModel = shadeModel;
+    glShadeModel(static_cast<GLenum>(shadeModel));
+}
 
 CAEEnv& ModelSession::env()
 {

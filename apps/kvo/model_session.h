@@ -10,16 +10,22 @@
 
 #include "color_by.h"
 #include "drawing_path.h"
+#include "model_source.h"
 #include "picture.h"
 #include "session_camera.h"
 #include "session_player.h"
 
 namespace kvo {
 
-class ModelSource;
-
 struct SessionOptions
 {
+    // What decks are to become: the drawing library draws, and lights, its own records only.
+    ModelSource::Decks decks() const
+    {
+        return contract || look.light == SceneLight::Contract ? ModelSource::Decks::Directory
+                                                              : ModelSource::Decks::Memory;
+    }
+
     int width = 1280;
     int height = 960;
     int samples = 4;    // per pixel, for smooth edges
@@ -48,7 +54,9 @@ public:
     void setView(const std::string& view) override;
     void resetView() override;
 
+    SessionModel& model() override;
     CAEEnv& env() override;
+    void setShade(int shadeModel) override;
     const ModelLabels& labels() const override;
     int width() const override;
     int height() const override;

@@ -1,10 +1,12 @@
 // From a word of the command line to the pair of names that the library takes.
 #include "model_source.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,6 +18,7 @@
 #include "output_redirect.h"
 #include "program_error.h"
 #include "scratch_folder.h"
+#include "session_model.h"
 #include "text/mapped_file.h"
 #include "text/printable.h"
 
@@ -92,6 +95,65 @@ std::string firstReport(const std::string& text)
     return text.substr(from, text.find('\n') - from);
 }
 
+unsigned long long countNodes(const Model& model, std::uint32_t file)
+{
+    std::vector<std::uint32_t> ids;
+    std::uint64_t count = 0, parts = 0;
+    for (const Part& part : model.parts()) {
+        if (part.file == file) {
+            count += part.nodeCount();
+            ++parts;
+        }
+    }
+    if (parts < 2) {
+        return count;
+    }
+    ids.reserve(count);
+    for (const Part& part : model.parts()) {
+        if (part.file == file) {
+            const std::vector<std::uint32_t> some = part.nodeIds.toVector();
+            ids.insert(ids.end(), some.begin(), some.end());
+        }
+    }
+    std::sort(ids.begin(), ids.end());
+    return static_cast<unsigned long long>(std::unique(ids.begin(), ids.end()) - ids.begin());
+}
+
+ModelPartInfo partInfoOf(const Part& part)
+{
+    ModelPartInfo out;
+    out.part.id = part.id;
+    out.part.name = part.name;
+    out.part.drawType = drawTypeOf(part.kind);
+    out.part.stride = part.slotCount;
+    out.part.hasColor = true;
+    std::copy(part.color.begin(), part.color.end(), out.part.color);
+    out.part.propertyId = part.propertyId;
+    out.part.propertyName = part.propertyName;
+    out.part.materialId = part.materialId;
+    out.part.materialName = part.materialName;
+    out.numElements = part.elementCount();
+    out.numNodes = part.nodeCount();
+    std::copy(part.extents.begin(), part.extents.end(), out.extents);
+    out.fileIndex = static_cast<int>(part.file);
+    return out;
+}
+
+// As a model directory of the same deck says it.
+ModelInfo modelInfoOf(const Model& model)
+{
+    ModelInfo out;
+    std::copy(model.extents().begin(), model.extents().end(), out.extents);
+    for (const std::string& file : model.files()) {
+        out.numNodes.push_back(countNodes(model, static_cast<std::uint32_t>(out.files.size())));
+        out.files.push_back(file);
+    }
+    for (const Part& part : model.parts()) {
+        out.parts.push_back(partInfoOf(part));
+    }
+    return out;
+}
+
 } // namespace
 
 struct ModelSource::Impl
@@ -105,6 +167,8 @@ struct ModelSource::Impl
     std::string trueDirectory;
     std::string trueName;
     ModelInfo info;
+    bool deck = false;
+    std::optional<Model> inMemory;
     std::unique_ptr<ScratchFolder> temporary;
     std::unique_ptr<ShortName> alias;
     std::unique_ptr<HeldIndex> index;
@@ -136,16 +200,25 @@ struct ModelSource::Impl
         model = full.filename().string();
     }
 
-    void importTemporary(const fs::path& deck, const std::string& root)
+    void readDeck(const fs::path& deck, const std::string& root, Decks decks)
     {
         temporary = std::make_unique<ScratchFolder>("kvo-");
         const fs::path target = fs::path(temporary->path()) / "model";
         ImportLog log;
         DeckOptions reading;
         reading.root = root;
-        importDeck(deck.string(), target.string(), log, {}, reading);
+        if (decks == Decks::Memory) {
+            inMemory = readDeckModel(deck.string(), target.string(), log, {}, reading);
+        } else {
+            importDeck(deck.string(), target.string(), log, {}, reading);
+        }
         leftOutLine = summarizeLeftOut(log);
-        useDirectory(target);
+        if (inMemory) {
+            info = modelInfoOf(*inMemory);
+            temporary.reset();
+        } else {
+            useDirectory(target);
+        }
     }
 
     void shortenPath()
@@ -164,7 +237,7 @@ struct ModelSource::Impl
     }
 };
 
-ModelSource::ModelSource(const std::string& path, const Confinement& confinement) : impl(new Impl)
+ModelSource::ModelSource(const std::string& path, const Confinement& confinement, Decks decks) : impl(new Impl)
 {
     impl->shown = path;
     confinement.check({path});
@@ -177,18 +250,22 @@ ModelSource::ModelSource(const std::string& path, const Confinement& confinement
         confinement.checkModel(path);
         impl->useDirectory(path);
     } else {
-        impl->importTemporary(path, confinement.root());
+        impl->deck = true;
+        impl->readDeck(path, confinement.root(), decks);
     }
     impl->titleText = fs::is_directory(status) ? impl->model : fs::path(path).stem().string();
     const fs::path full = fs::weakly_canonical(path, error); // a pipe has no place
     impl->trueDirectory = full.parent_path().string();
     impl->trueName = full.filename().string();
+    if (impl->inMemory) {
+        return;
+    }
     impl->shortenPath();
     std::string problem;
     if (!impl->readInfo(problem)) {
         throw ProgramError(withRealNames(problem));
     }
-    for (std::size_t k = 0; !impl->temporary && k < impl->info.files.size(); ++k) {
+    for (std::size_t k = 0; !impl->deck && k < impl->info.files.size(); ++k) {
         confinement.checkModel(impl->dir + "/" + impl->info.files[k]);
     }
 }
@@ -241,14 +318,19 @@ const ModelInfo& ModelSource::info() const
     return impl->info;
 }
 
+const Model* ModelSource::model() const
+{
+    return impl->inMemory ? &*impl->inMemory : nullptr;
+}
+
 bool ModelSource::isDeck() const
 {
-    return impl->temporary != nullptr;
+    return impl->deck;
 }
 
 void ModelSource::checkUnchanged() const
 {
-    if (!impl->isUnchanged()) {
+    if (!impl->inMemory && !impl->isUnchanged()) {
         throw ProgramError(impl->shown, "was replaced while it was read; run the command again");
     }
 }

@@ -1,10 +1,12 @@
-// The model that a command line names: a model directory, or a deck, which is imported to a temporary model directory
-// that goes away with this object.
+// The model that a command line names: a model directory, or a deck, which becomes a Model in memory or is imported to
+// a temporary model directory that goes away with this object.
 #ifndef KVO_MODEL_SOURCE_H
 #define KVO_MODEL_SOURCE_H
 
 #include <memory>
 #include <string>
+
+#include <kvo/model.h>
 
 #include "modelinfo.h"
 
@@ -17,9 +19,15 @@ class Confinement;
 class ModelSource
 {
 public:
+    enum class Decks
+    {
+        Directory, // as a model directory, which the drawing library can load
+        Memory     // as model(), where that can be had: nothing is written
+    };
+
     // Throws ProgramError for what is neither or lies outside of the confinement, and what the deck readers find wrong
     // in a deck.
-    ModelSource(const std::string& path, const Confinement& confinement);
+    ModelSource(const std::string& path, const Confinement& confinement, Decks decks = Decks::Directory);
     ~ModelSource();
 
     // The pair that the library takes: it looks at dirName/modelName/part_start, in 127 characters at most. A directory
@@ -40,6 +48,8 @@ public:
     std::string title() const;
 
     const ModelInfo& info() const;
+    // The deck in memory; null for what is a directory.
+    const Model* model() const;
 
     // Is it a deck, imported for the while?
     bool isDeck() const;

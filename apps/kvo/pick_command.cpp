@@ -213,14 +213,14 @@ void pick(const PickOptions& options)
     roles.reads(options.model, "the model");
     addScene(roles, scene);
     addOutput(roles, options.drawing.log, "--log");
-    const ModelSource source(options.model, confinement);
+    const ModelSource source(options.model, confinement, settings.decks());
     addModel(roles, source);
     warnOfLeftOut(source);
     ModelSession session(source, settings);
     openScene(session, scene);
     playSession(session, session.picker(), scene.session);
     const std::vector<Picked> hits =
-        describeHits(session.env(), session.labels(), static_cast<unsigned int>(place.code),
+        describeHits(session.model(), session.labels(), static_cast<unsigned int>(place.code),
                      pickHits(session, session.picker(), place));
     session.print(options.json ? asJson(hits, options, region, source, settings) : asTable(hits, options, source));
     session.finish();

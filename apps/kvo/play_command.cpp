@@ -87,7 +87,7 @@ void play(const PlayOptions& options)
         throw UsageError(options.session + ": the session has no MODEL line, so the command line must name a model");
     }
     FileRoles roles = filesOf(options, played, model);
-    const ModelSource source(model, confinement);
+    const ModelSource source(model, confinement, settings.decks());
     addModel(roles, source);
     warnOfLeftOut(source);
     const std::string moved = formatOrigin(readOrigin(source));

@@ -179,7 +179,7 @@ void render(const RenderOptions& options)
         settings.height = sheet->viewHeight();
     }
     FileRoles roles = filesOf(options, scene);
-    const ModelSource source(options.model, confinement);
+    const ModelSource source(options.model, confinement, settings.decks());
     addModel(roles, source);
     warnOfLeftOut(source);
     ModelSession session(source, settings);

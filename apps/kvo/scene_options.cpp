@@ -11,6 +11,7 @@
 #include "model_session.h"
 #include "program_error.h"
 #include "selection.h"
+#include "session_model.h"
 #include "vocabulary.h"
 
 namespace kvo {
@@ -71,13 +72,13 @@ void choosePartsToShow(CAEEnv& env, const SceneSetup& scene)
     env.processPartsByID(PART_SHOWN, &list);
 }
 
-void selectAsAsked(CAEEnv& env, const SceneSetup& scene)
+void selectAsAsked(SessionModel& model, const SceneSetup& scene)
 {
     for (const Operation& operation : scene.selections) {
         if (operation.verb == Verb::Highlight) {
-            highlightIds(env, operation.ids);
+            highlightIds(model.env(), operation.ids);
         } else {
-            selectIds(env, static_cast<unsigned int>(operation.code), operation.ids);
+            selectIds(model, static_cast<unsigned int>(operation.code), operation.ids);
         }
     }
 }
@@ -238,10 +239,10 @@ void openScene(ModelSession& session, const SceneSetup& scene)
         restoreState(session, scene.state);
     }
     choosePartsToShow(env, scene);
-    selectAsAsked(env, scene);
+    selectAsAsked(session.model(), scene);
     applyLooks(env, scene.looks);
     if (scene.shade) {
-        env.setShadeModel(static_cast<unsigned int>(scene.shade));
+        session.setShade(scene.shade);
     }
     if (scene.mode) {
         env.setPolygonMode(scene.mode);

@@ -14,6 +14,7 @@
 #include "partstr.h"
 #include "scene_picker.h"
 #include "session_camera.h"
+#include "session_model.h"
 
 namespace kvo {
 
@@ -54,25 +55,35 @@ void drawOverlay(const std::vector<Pixel>& line, int width, int height)
 class ScenePath : public DrawingPath
 {
 public:
-    ScenePath(CAEEnv& env, const SessionCamera& sessionCamera, const SceneLook& look, const Coloring& coloring)
-        : camera(sessionCamera), view(env), ownPicker(view), ghosts(look.ghosts)
+    ScenePath(SessionModel& sessionModel, const SessionCamera& sessionCamera, const SceneLook& look,
+              const Coloring& coloring)
+        : camera(sessionCamera), model(sessionModel),
+          shown(model.model() ? std::make_unique<ModelView>(*model.model()) : nullptr),
+          view(shown ? std::make_unique<SceneView>(*shown) : std::make_unique<SceneView>(model.env())),
+          ownPicker(*view, shown ? ShownModel(*shown) : ShownModel(model.env())), ghosts(look.ghosts)
     {
-        view.look() = look;
-        view.setColoring(coloring);
+        view->look() = look;
+        view->setColoring(coloring);
     }
 
     void drawFrame(int width, int height) override
     {
         glViewport(0, 0, width, height);
-        view.setCamera(camera.camera());
-        view.draw();
+        if (shown) {
+            GLint shade = GL_SMOOTH;
+            glGetIntegerv(GL_SHADE_MODEL, &shade);
+            view->look().smooth = shade == GL_SMOOTH;
+            model.show(*shown);
+        }
+        view->setCamera(camera.camera());
+        view->draw();
         drawOverlay(camera.overlay(), width, height);
     }
 
     void shift(float right, float up) override
     {
-        view.look().pixelShift[0] = right;
-        view.look().pixelShift[1] = up;
+        view->look().pixelShift[0] = right;
+        view->look().pixelShift[1] = up;
     }
 
     Picker& picker() override { return ownPicker; }
@@ -82,12 +93,14 @@ public:
         int v[4];
         glGetIntegerv(GL_VIEWPORT, v);
         const PickRegion all = PickRegion::rectangle(v[0], v[1], v[0] + v[2], v[1] + v[3]);
-        return ghosts || VisiblePicker(view).nearest(PickType::Part, all);
+        return ghosts || VisiblePicker(*view).nearest(PickType::Part, all);
     }
 
 private:
     const SessionCamera& camera;
-    SceneView view;
+    SessionModel& model;
+    std::unique_ptr<ModelView> shown; // of a Model; else the environment itself is drawn
+    std::unique_ptr<SceneView> view;
     ScenePicker ownPicker;
     const bool ghosts;
 };
@@ -153,10 +166,10 @@ private:
 
 } // namespace
 
-std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SessionCamera& camera, const SceneLook& look,
+std::unique_ptr<DrawingPath> makeScenePath(SessionModel& model, const SessionCamera& camera, const SceneLook& look,
                                            const Coloring& coloring)
 {
-    return std::make_unique<ScenePath>(env, camera, look, coloring);
+    return std::make_unique<ScenePath>(model, camera, look, coloring);
 }
 
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env)

@@ -18,6 +18,7 @@ class CAEEnv;
 namespace kvo {
 
 class SessionCamera;
+class SessionModel;
 
 class DrawingPath
 {
@@ -33,9 +34,9 @@ public:
     virtual bool showsModel() = 0;
 };
 
-// On a loaded environment, which must outlive the path. Throws std::runtime_error for a context without OpenGL 3.3.
+// On a loaded model, which must outlive the path. Throws std::runtime_error for a context without OpenGL 3.3.
 // camera: read at every frame; it must outlive the path, too.
-std::unique_ptr<DrawingPath> makeScenePath(CAEEnv& env, const SessionCamera& camera, const SceneLook& look,
+std::unique_ptr<DrawingPath> makeScenePath(SessionModel& model, const SessionCamera& camera, const SceneLook& look,
                                            const Coloring& coloring);
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env);
 

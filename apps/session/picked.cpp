@@ -6,8 +6,8 @@
 #include <map>
 #include <set>
 
-#include "caeenv.h"
 #include "mantypes.h"
+#include "session_model.h"
 #include "text/printable.h"
 
 namespace kvo {
@@ -62,45 +62,27 @@ void placeOf(const PartInfoStr& part, unsigned int type, unsigned int member, do
     }
 }
 
-// Element ids by position, of the parts that were hit, where the picker did not say them.
-class ElementIds
+unsigned int idIn(const IdTable& ids, unsigned int position)
 {
-public:
-    unsigned int of(const PartInfoStr& part, unsigned int element)
-    {
-        std::vector<unsigned int>& ids = known[&part];
-        if (ids.empty() && part.partElements.eidMap) {
-            ids.resize(part.partElements.numElements + 1u);
-            for (const auto& entry : *part.partElements.eidMap) {
-                if (entry.second < ids.size()) {
-                    ids[entry.second] = entry.first;
-                }
-            }
-        }
-        return element < ids.size() ? ids[element] : 0;
-    }
-
-private:
-    std::map<const PartInfoStr*, std::vector<unsigned int>> known;
-};
+    return position < ids.size() ? ids[position] : 0;
+}
 
 } // namespace
 
-std::vector<Picked> describeHits(const CAEEnv& env, const ModelLabels& labels, unsigned int type,
+std::vector<Picked> describeHits(const SessionModel& model, const ModelLabels& labels, unsigned int type,
                                  const std::vector<PickHit>& hits)
 {
-    ElementIds elementIds;
     std::vector<Picked> out;
     for (const PickHit& hit : hits) {
-        const PartInfoStr& part = env.partsInfoList[hit.part];
+        const PartInfoStr& part = model.env().partsInfoList[hit.part];
         Picked picked;
         if (hit.part < labels.parts.size()) {
             picked.part = labels.parts[hit.part];
         }
         picked.number = hit.part + 1;
         picked.id = hit.id != 0                 ? hit.id
-                    : type == PICK_TYPE_ELEMENT ? elementIds.of(part, hit.member)
-                    : type == PICK_TYPE_NODE    ? part.partNodes.idList[hit.member]
+                    : type == PICK_TYPE_ELEMENT ? idIn(model.elementIds(hit.part), hit.member)
+                    : type == PICK_TYPE_NODE    ? idIn(model.nodeIds(hit.part), hit.member)
                                                 : picked.part.id;
         placeOf(part, type, hit.member, picked.at);
         picked.hit = hit;

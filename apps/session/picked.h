@@ -11,6 +11,8 @@ class CAEEnv;
 
 namespace kvo {
 
+class SessionModel;
+
 struct PartLabel
 {
     unsigned int id = 0;
@@ -35,7 +37,7 @@ struct Picked
     PickHit hit; // where it was hit
 };
 
-std::vector<Picked> describeHits(const CAEEnv& env, const ModelLabels& labels, unsigned int type,
+std::vector<Picked> describeHits(const SessionModel& model, const ModelLabels& labels, unsigned int type,
                                  const std::vector<PickHit>& hits);
 
 // "part 2 BOSS, element 40012, at 12.5 0 -3, depth 0.4981": one line without its end.

@@ -65,13 +65,16 @@ bool inModelOrder(const PickHit& a, const PickHit& b)
 
 } // namespace
 
-ScenePicker::ScenePicker(SceneView& sceneView) : view(sceneView), visible(sceneView) {}
+ScenePicker::ScenePicker(SceneView& sceneView, ShownModel shownModel)
+    : view(sceneView), model(std::move(shownModel)), visible(sceneView)
+{
+}
 
-std::vector<PickHit> ScenePicker::pick(CAEEnv& env, const PickRequest& request, int pictureHeight)
+std::vector<PickHit> ScenePicker::pick(CAEEnv&, const PickRequest& request, int pictureHeight)
 {
     const PickRegion region = sceneRegion(request.region, pictureHeight);
     if (request.through && !through) {
-        through = std::make_unique<ThroughPicker>(env);
+        through = std::make_unique<ThroughPicker>(model);
     }
     const std::vector<SceneHit> hits =
         request.through ? ask(*through, request, region, view.pickView()) : ask(visible, request, region);

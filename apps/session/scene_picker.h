@@ -15,13 +15,15 @@ class SceneView;
 class ScenePicker : public Picker
 {
 public:
-    // On the model of the view, which must outlive the picker; the context must be current in the destructor, too.
-    explicit ScenePicker(SceneView& sceneView);
+    // On the model that the view shows. Both must outlive the picker; the context must be current in the destructor,
+    // too.
+    ScenePicker(SceneView& sceneView, ShownModel shownModel);
 
     std::vector<PickHit> pick(CAEEnv& env, const PickRequest& request, int pictureHeight) override;
 
 private:
     SceneView& view;
+    ShownModel model;
     VisiblePicker visible;
     std::unique_ptr<ThroughPicker> through; // made for the first pick that needs it
 };

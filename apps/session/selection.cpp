@@ -5,6 +5,7 @@
 
 #include "caeenv.h"
 #include "program_error.h"
+#include "session_model.h"
 
 namespace kvo {
 
@@ -23,13 +24,13 @@ unsigned int flagOf(unsigned int type)
 }
 
 // The marks of one part's elements or nodes; null until anything of the kind was selected.
-struct Marks
+struct Flags
 {
     const char* flags;
     unsigned int count;
 };
 
-Marks marksOf(const PartInfoStr& part, unsigned int type)
+Flags flagsOf(const PartInfoStr& part, unsigned int type)
 {
     if (type == PICK_TYPE_ELEMENT) {
         return {part.partElements.selectedList, elementCount(part.partElements)};
@@ -69,34 +70,43 @@ std::vector<unsigned int> partsOf(const CAEEnv& env, const std::vector<IdPiece>&
 }
 
 // Selects a part's elements or nodes with these ids; returns how many there are.
-std::size_t selectInPart(CAEEnv& env, unsigned int type, unsigned int part, const IdPiece& ids)
+std::size_t selectInPart(SessionModel& model, unsigned int type, unsigned int part, const IdPiece& ids)
 {
-    const PartInfoStr& record = env.partsInfoList[part];
-    std::vector<unsigned int> members;
-    if (type == PICK_TYPE_ELEMENT && record.partElements.eidMap) {
-        const UIUIMap& map = *record.partElements.eidMap;
-        for (auto at = map.lower_bound(ids.first); at != map.end() && at->first <= ids.last; ++at) {
-            members.push_back(at->second);
+    const IdTable& table = type == PICK_TYPE_ELEMENT ? model.elementIds(part) : model.nodeIds(part);
+    const std::uint32_t low = std::max({ids.first, table.lowest(), 1u}), high = std::min(ids.last, table.highest());
+    std::size_t count = 0;
+    if (table.empty() || low > high) {
+        return count;
+    }
+    const auto take = [&](std::uint32_t member) {
+        select(model.env(), type, part, member);
+        ++count;
+    };
+    if (table.ascending() && high - low < table.size()) {
+        for (std::uint64_t id = low; id <= high; ++id) {
+            const std::uint32_t member = table.find(static_cast<std::uint32_t>(id));
+            if (member != IdTable::notFound) {
+                take(member);
+            }
         }
-    } else if (type == PICK_TYPE_NODE && record.partNodes.numNodes) {
-        const unsigned int* begin = record.partNodes.idList;
-        const unsigned int* end = begin + record.partNodes.numNodes;
-        for (const unsigned int* at = std::lower_bound(begin, end, ids.first); at != end && *at <= ids.last; ++at) {
-            members.push_back(static_cast<unsigned int>(at - begin));
+        return count;
+    }
+    for (std::uint32_t member = 0; member < table.size(); ++member) {
+        const std::uint32_t id = table[member];
+        if (id >= low && id <= high) {
+            take(member);
         }
     }
-    for (unsigned int member : members) {
-        select(env, type, part, member);
-    }
-    return members.size();
+    return count;
 }
 
-void selectRange(CAEEnv& env, unsigned int type, const IdPiece& ids)
+void selectRange(SessionModel& model, unsigned int type, const IdPiece& ids)
 {
+    const CAEEnv& env = model.env();
     std::size_t count = 0;
     for (unsigned int part = 0; part < env.numParts; ++part) {
         if (!ids.ofPart || env.pidMap.at(ids.part) == part) {
-            count += selectInPart(env, type, part, ids);
+            count += selectInPart(model, type, part, ids);
         }
     }
     if (count == 0 && ids.single) {
@@ -119,7 +129,7 @@ std::vector<SelectedMember> readSelection(const CAEEnv& env, unsigned int type)
             out.push_back({part, 0});
             continue;
         }
-        const Marks marks = marksOf(record, type);
+        const Flags marks = flagsOf(record, type);
         for (unsigned int k = 0; marks.flags && k < marks.count; ++k) {
             if (marks.flags[k] == SELECTED_CHAR) {
                 out.push_back({part, k});
@@ -161,8 +171,9 @@ void select(CAEEnv& env, unsigned int type, unsigned int part, unsigned int memb
     }
 }
 
-void selectIds(CAEEnv& env, unsigned int type, const std::vector<IdPiece>& ids)
+void selectIds(SessionModel& model, unsigned int type, const std::vector<IdPiece>& ids)
 {
+    CAEEnv& env = model.env();
     if (type == PICK_TYPE_PART) {
         for (unsigned int part : partsOf(env, ids)) {
             select(env, type, part, 0);
@@ -173,7 +184,7 @@ void selectIds(CAEEnv& env, unsigned int type, const std::vector<IdPiece>& ids)
         if (range.ofPart && !env.pidMap.count(range.part)) {
             throw ProgramError("part " + std::to_string(range.part) + " is not in the model");
         }
-        selectRange(env, type, range);
+        selectRange(model, type, range);
     }
 }
 

@@ -12,6 +12,8 @@ class CAEEnv;
 
 namespace kvo {
 
+class SessionModel;
+
 struct SelectedMember
 {
     unsigned int part = 0;   // index
@@ -42,7 +44,7 @@ void select(CAEEnv& env, unsigned int type, unsigned int part, unsigned int memb
 
 // By the model's ids, in every part that has them unless the list names a part. Leaves visible what is visible. Throws
 // ProgramError for a single id, or a part, that the model does not have; a range takes what is there.
-void selectIds(CAEEnv& env, unsigned int type, const std::vector<IdPiece>& ids);
+void selectIds(SessionModel& model, unsigned int type, const std::vector<IdPiece>& ids);
 void highlightIds(CAEEnv& env, const std::vector<IdPiece>& partIds);
 
 // type: PICK_TYPE_..., PART_HIGHLIGHTED, or 0 for everything.

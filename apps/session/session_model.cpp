@@ -6,8 +6,6 @@
 
 namespace kvo {
 
-namespace {
-
 unsigned int drawTypeOf(ElementKind kind)
 {
     switch (kind) {
@@ -23,6 +21,8 @@ unsigned int drawTypeOf(ElementKind kind)
         return 0;
     }
 }
+
+namespace {
 
 // The library reads through these pointers only.
 PartInfoStr recordOf(const Part& part)
@@ -119,7 +119,8 @@ const IdTable& SessionModel::nodeIds(unsigned int part) const
     nodes.resize(environment.numParts);
     if (!nodes[part]) {
         const PartNodesStr& record = environment.partsInfoList[part].partNodes;
-        nodes[part] = std::make_unique<IdTable>(Span<std::uint32_t>(record.idList, record.idList ? record.numNodes : 0));
+        nodes[part] =
+            std::make_unique<IdTable>(Span<std::uint32_t>(record.idList, record.idList ? record.numNodes : 0));
     }
     return *nodes[part];
 }

@@ -13,6 +13,9 @@
 
 namespace kvo {
 
+// The drawing library's number of a kind (mantypes.h); 0 of Other.
+unsigned int drawTypeOf(ElementKind kind);
+
 class SessionModel
 {
 public:

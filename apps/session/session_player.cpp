@@ -58,7 +58,7 @@ void pickAndSelect(SessionTarget& target, Picker& picker, const Operation& opera
     const unsigned int type = static_cast<unsigned int>(operation.code);
     const std::vector<PickHit> hits = pickHits(target, picker, operation);
     std::string text = formatOperation(operation) + "\n";
-    for (const Picked& picked : describeHits(target.env(), target.labels(), type, hits)) {
+    for (const Picked& picked : describeHits(target.model(), target.labels(), type, hits)) {
         text += "  " + formatPicked(picked, type) + "\n";
     }
     if (hits.empty()) {
@@ -88,7 +88,7 @@ void carryOut(SessionTarget& target, Picker& picker, const Operation& operation)
     case Verb::Pick:
         return pickAndSelect(target, picker, operation);
     case Verb::Select:
-        return selectIds(env, static_cast<unsigned int>(operation.code), operation.ids);
+        return selectIds(target.model(), static_cast<unsigned int>(operation.code), operation.ids);
     case Verb::Clear:
         return clearSelection(env, operation.code);
     case Verb::Highlight:
@@ -97,7 +97,7 @@ void carryOut(SessionTarget& target, Picker& picker, const Operation& operation)
     case Verb::Hide:
         return setVisible(env, operation.ids, operation.verb == Verb::Show);
     case Verb::Shade:
-        return env.setShadeModel(static_cast<unsigned int>(operation.code));
+        return target.setShade(operation.code);
     case Verb::Mode:
         return env.setPolygonMode(operation.code);
     case Verb::Save:

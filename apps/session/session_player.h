@@ -15,12 +15,16 @@ namespace kvo {
 class Picker;
 
 // What a session is played on.
+class SessionModel;
+
 class SessionTarget
 {
 public:
     virtual ~SessionTarget() = default;
 
-    virtual CAEEnv& env() = 0;
+    virtual SessionModel& model() = 0;
+    virtual CAEEnv& env() = 0;                 // the model's
+    virtual void setShade(int shadeModel) = 0; // GL_FLAT or GL_SMOOTH, from the next frame on
     virtual const ModelLabels& labels() const = 0;
     virtual int width() const = 0; // of the picture, in pixels
     virtual int height() const = 0;

@@ -9,19 +9,31 @@
 #include "caeenv.h"
 #include "modelbuilder.h"
 #include "output_redirect.h"
+#include "session_model.h"
 
 namespace {
 
 using Place = std::vector<double>;
 
+struct OnePart
+{
+    explicit OnePart(const PartInfoStr& part) : parts(new PartInfoStr[1]{part}), model("none", "none", GL_FLAT)
+    {
+        model.env().numParts = 1;
+        model.env().partsInfoList = parts.get();
+    }
+    std::unique_ptr<PartInfoStr[]> parts; // an environment leaves the list behind
+    const kvo::OutputRedirect quiet{""};
+    kvo::SessionModel model;
+};
+
 Place placeOf(const PartInfoStr& part, unsigned int element)
 {
-    TestModel model{GL_FLAT};
-    model.add(part).installParts();
+    OnePart one(part);
     kvo::PickHit hit;
     hit.part = 0;
     hit.member = element;
-    const kvo::Picked picked = kvo::describeHits(*model, {}, PICK_TYPE_ELEMENT, {hit}).at(0);
+    const kvo::Picked picked = kvo::describeHits(one.model, {}, PICK_TYPE_ELEMENT, {hit}).at(0);
     EXPECT_EQ(picked.id, 101 + element);
     return {picked.at[0], picked.at[1], picked.at[2]};
 }
@@ -69,20 +81,16 @@ TEST(Picked, ABeamsThirdNodeIsNoCorner)
 // picker.
 TEST(Picked, TheElementIdThatThePickerKnowsIsTaken)
 {
-    const kvo::OutputRedirect quiet("");
-    const std::unique_ptr<PartInfoStr[]> parts(new PartInfoStr[1]()); // an environment leaves the list behind
-    CAEEnv env("none", "none", 0);
-    env.numParts = 1;
-    env.partsInfoList = parts.get();
-    PartInfoStr& part = parts[0];
+    PartInfoStr part = {};
     part.partDrawType = SHELL;
     part.partElements.numElements = 4;
     part.partElements.nodesPerElement = 4;
     part.partElements.elmIndices = new unsigned int[4]();
     part.partElements.eidMap = new UIUIMap{{42, 0}};
+    OnePart one(part);
     kvo::PickHit unknown, known;
     known.id = 7;
-    const std::vector<kvo::Picked> out = kvo::describeHits(env, {}, PICK_TYPE_ELEMENT, {unknown, known});
+    const std::vector<kvo::Picked> out = kvo::describeHits(one.model, {}, PICK_TYPE_ELEMENT, {unknown, known});
     ASSERT_EQ(out.size(), 2u);
     EXPECT_EQ(out[0].id, 42u);
     EXPECT_EQ(out[1].id, 7u);
