@@ -183,7 +183,7 @@ bool drawsOnProcessor(const std::string& renderer)
 }
 
 // Empty when the current context will do, else the reason why not.
-std::string complaint(const Way& way)
+std::string complaint(const Way& way, ContextProfile wanted)
 {
     const std::string version = glText(GL_VERSION);
     int major = 0, minor = 0;
@@ -194,8 +194,11 @@ std::string complaint(const Way& way)
     if (major > 3 || (major == 3 && minor >= 2)) {
         glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
     }
-    if (!(profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT)) {
+    if (wanted == ContextProfile::Compatibility && !(profile & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT)) {
         return "no compatibility profile (OpenGL " + version + ")";
+    }
+    if (wanted == ContextProfile::Core && !(profile & GL_CONTEXT_CORE_PROFILE_BIT)) {
+        return "no core profile (OpenGL " + version + ")";
     }
     if (way.mustBeSoftware && !drawsOnProcessor(glText(GL_RENDERER))) {
         return "draws on hardware (" + glText(GL_RENDERER) + ")";
@@ -263,7 +266,7 @@ struct HeadlessContext::Impl
     }
 
     // A current context by this way, or the reason why there is none.
-    std::string open(const Way& way)
+    std::string open(const Way& way, ContextProfile profile)
     {
         EGLDisplay opened = way.open();
         if (opened == EGL_NO_DISPLAY) {
@@ -276,11 +279,11 @@ struct HeadlessContext::Impl
         if (!eglBindAPI(EGL_OPENGL_API)) {
             return "no desktop OpenGL (" + eglErrorText() + ")";
         }
-        const std::string reason = createContext();
-        return reason.empty() ? complaint(way) : reason;
+        const std::string reason = createContext(profile);
+        return reason.empty() ? complaint(way, profile) : reason;
     }
 
-    std::string createContext()
+    std::string createContext(ContextProfile profile)
     {
         const bool surfaceless = hasWord(eglQueryString(display, EGL_EXTENSIONS), "EGL_KHR_surfaceless_context");
         const EGLint wanted[] = {EGL_SURFACE_TYPE, surfaceless ? 0 : EGL_PBUFFER_BIT, EGL_RENDERABLE_TYPE,
@@ -290,7 +293,10 @@ struct HeadlessContext::Impl
         if (!eglChooseConfig(display, wanted, &config, 1, &count) || count == 0) {
             return "no configuration for desktop OpenGL (" + eglErrorText() + ")";
         }
-        context = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
+        const EGLint core[] = {
+            EGL_CONTEXT_MAJOR_VERSION,           3,       EGL_CONTEXT_MINOR_VERSION, 3, EGL_CONTEXT_OPENGL_PROFILE_MASK,
+            EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT, EGL_NONE};
+        context = eglCreateContext(display, config, EGL_NO_CONTEXT, profile == ContextProfile::Core ? core : nullptr);
         if (context == EGL_NO_CONTEXT) {
             return "no context (" + eglErrorText() + ")";
         }
@@ -308,12 +314,12 @@ struct HeadlessContext::Impl
     }
 };
 
-HeadlessContext::HeadlessContext(const std::string& device) : impl(new Impl)
+HeadlessContext::HeadlessContext(const std::string& device, ContextProfile profile) : impl(new Impl)
 {
     keepMemoryOfFrames();
     std::string failures;
     for (const Way& way : waysFor(device)) {
-        const std::string reason = impl->open(way);
+        const std::string reason = impl->open(way, profile);
         if (reason.empty()) {
             impl->description = way.label + ": " + glText(GL_RENDERER) + ", OpenGL " + glText(GL_VERSION);
             return;

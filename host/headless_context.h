@@ -4,8 +4,8 @@
 //   kvo::Offscreen target(1280, 800);        // something to draw into: offscreen.h
 //
 // The context is desktop OpenGL in the compatibility profile, since the drawing library needs the fixed-function
-// pipeline and selection mode. It has no surface of its own where the driver allows that, else a pbuffer of one pixel:
-// drawing goes to a framebuffer object.
+// pipeline and selection mode, or in the core profile where that is asked for. It has no surface of its own where the
+// driver allows that, else a pbuffer of one pixel: drawing goes to a framebuffer object.
 #ifndef KVO_HOST_HEADLESS_CONTEXT_H
 #define KVO_HOST_HEADLESS_CONTEXT_H
 
@@ -31,6 +31,12 @@ std::vector<RenderDevice> listRenderDevices();
 // The devices as lines "\n  0  NAME (software)" for the end of messages and manuals.
 std::string describeRenderDevices();
 
+enum class ContextProfile
+{
+    Compatibility, // the newest version that the driver has
+    Core           // 3.3 or newer, without the fixed-function pipeline
+};
+
 class HeadlessContext
 {
 public:
@@ -39,7 +45,8 @@ public:
     //   "software"  the processor
     //   "0", "1"... that entry of listRenderDevices(), nothing else
     // Throws HostError: names every way that was tried with the reason why it failed, or an unknown device.
-    explicit HeadlessContext(const std::string& device = "auto");
+    explicit HeadlessContext(const std::string& device = "auto",
+                             ContextProfile profile = ContextProfile::Compatibility);
     ~HeadlessContext(); // nothing is current on this thread afterwards
     HeadlessContext(const HeadlessContext&) = delete;
     HeadlessContext& operator=(const HeadlessContext&) = delete;

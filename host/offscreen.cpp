@@ -77,17 +77,45 @@ std::string sizeText(int width, int height)
     return std::to_string(width) + "x" + std::to_string(height);
 }
 
+// How pixels are laid out in memory that is read into: without gaps while this lives, then as before.
+class PlainPacking
+{
+public:
+    PlainPacking()
+    {
+        for (Setting& setting : settings) {
+            glGetIntegerv(setting.name, &setting.before);
+            glPixelStorei(setting.name, setting.plain);
+        }
+    }
+    ~PlainPacking()
+    {
+        for (const Setting& setting : settings) {
+            glPixelStorei(setting.name, setting.before);
+        }
+    }
+    PlainPacking(const PlainPacking&) = delete;
+    PlainPacking& operator=(const PlainPacking&) = delete;
+
+private:
+    struct Setting
+    {
+        GLenum name;
+        GLint plain;
+        GLint before;
+    };
+    Setting settings[6] = {{GL_PACK_ALIGNMENT, 4, 0},   {GL_PACK_ROW_LENGTH, 0, 0}, {GL_PACK_SKIP_ROWS, 0, 0},
+                           {GL_PACK_SKIP_PIXELS, 0, 0}, {GL_PACK_SWAP_BYTES, 0, 0}, {GL_PACK_LSB_FIRST, 0, 0}};
+};
+
 // Rows of OpenGL come bottom first.
 Picture readPixels(int width, int height)
 {
     Picture out(width, height);
-    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-    glPixelStorei(GL_PACK_ALIGNMENT, 4);
-    glPixelStorei(GL_PACK_ROW_LENGTH, 0);
-    glPixelStorei(GL_PACK_SKIP_ROWS, 0);
-    glPixelStorei(GL_PACK_SKIP_PIXELS, 0);
-    glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, out.rgba.data());
-    glPopClientAttrib();
+    {
+        const PlainPacking packing;
+        glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, out.rgba.data());
+    }
     out.flipRows();
     for (std::size_t k = 3; k < out.rgba.size(); k += 4) {
         out.rgba[k] = 255;

@@ -45,6 +45,23 @@ TEST(HeadlessContext, HasTheCompatibilityProfile)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
+TEST(HeadlessContext, HasTheCoreProfileWhereThatIsWanted)
+{
+    HeadlessContext context("software", kvo::ContextProfile::Core);
+    GLint profile = 0, version[2] = {0, 0};
+    glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
+    glGetIntegerv(GL_MAJOR_VERSION, &version[0]);
+    glGetIntegerv(GL_MINOR_VERSION, &version[1]);
+    EXPECT_EQ(profile, GL_CONTEXT_CORE_PROFILE_BIT);
+    EXPECT_GE(10 * version[0] + version[1], 33);
+    Offscreen target(8, 8, 4);
+    clearTo(0, 0, 1);
+    EXPECT_EQ(findColor(target.read(), {0, 0, 255, 255}).count, 64);
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "drawing and reading need nothing else";
+    glPushMatrix();
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_OPERATION));
+}
+
 TEST(HeadlessContext, EveryListedDeviceHasItsOwnNumber)
 {
     const auto devices = kvo::listRenderDevices();
@@ -122,6 +139,7 @@ TEST_F(OffscreenTest, ReadingIgnoresTheHostsPackingState)
     clearTo(0, 0, 1);
     glPixelStorei(GL_PACK_ROW_LENGTH, 77);
     glPixelStorei(GL_PACK_SKIP_ROWS, 5);
+    glPixelStorei(GL_PACK_SWAP_BYTES, GL_TRUE);
     EXPECT_EQ(findColor(target.read(), {0, 0, 255, 255}).count, 9);
     GLint length = 0;
     glGetIntegerv(GL_PACK_ROW_LENGTH, &length);
