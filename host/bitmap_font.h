@@ -1,4 +1,5 @@
-// A bitmap font as OpenGL display lists: the list of character c is base() + c, for c = 0..255 (Latin-1).
+// A bitmap font of the drawing library's hosts as OpenGL display lists: the list of character c is base() + c, for c =
+// 0..255 (Latin-1).
 //
 //   kvo::BitmapFont font(13);
 //   env.loadAndInitGL(font.base(), false, nullptr);
@@ -11,17 +12,14 @@
 
 #include <string>
 
-#include "host_error.h"
+#include "font.h"
 
 namespace kvo {
-
-// DejaVu Sans Mono where distributions keep it, or what the environment variable KVO_FONT names.
-std::string defaultFontFile();
 
 class BitmapFont
 {
 public:
-    // Needs a current context. pixelHeight: nominal height of the font, 4..256. Throws HostError without the font.
+    // Needs a current context. pixelHeight: nominal height of the font, 4..256. Throws FontError without the font.
     explicit BitmapFont(int pixelHeight = 13, const std::string& file = defaultFontFile());
     ~BitmapFont(); // deletes the lists; the same context must be current
     BitmapFont(const BitmapFont&) = delete;

@@ -2,10 +2,9 @@
 #ifndef KVO_HOST_TEXT_PAINTER_H
 #define KVO_HOST_TEXT_PAINTER_H
 
-#include <memory>
 #include <string>
 
-#include "bitmap_font.h"
+#include "font.h"
 #include "picture.h"
 
 namespace kvo {
@@ -13,9 +12,8 @@ namespace kvo {
 class TextPainter
 {
 public:
-    // Needs no context. Throws HostError without the font.
+    // Needs no context. Throws FontError without the font.
     explicit TextPainter(int pixelHeight, const std::string& file = defaultFontFile());
-    ~TextPainter();
 
     int width(const std::string& text); // pixels; text is UTF-8
     int lineHeight() const;
@@ -27,8 +25,7 @@ public:
     std::string shorten(const std::string& text, int maximumWidth);
 
 private:
-    struct Impl;
-    std::unique_ptr<Impl> impl;
+    Font font;
 };
 
 } // namespace kvo

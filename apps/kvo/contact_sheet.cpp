@@ -45,7 +45,7 @@ ContactSheet::ContactSheet(int w, int h, Color b) : width(w), height(h), backgro
     try {
         title = std::make_unique<TextPainter>(titleFont);
         text = std::make_unique<TextPainter>(textFont);
-    } catch (const HostError& error) {
+    } catch (const FontError& error) {
         problem = error.what();
     }
 }

@@ -85,7 +85,7 @@ struct ModelSession::Impl
     {
         try {
             font.emplace(labelHeight);
-        } catch (const HostError& error) {
+        } catch (const FontError& error) {
             fontProblem = error.what();
         }
     }

@@ -117,15 +117,16 @@ TEST_F(BitmapFontTest, LeavesTheUnpackingStateAlone)
 
 TEST_F(BitmapFontTest, AMissingFontIsAnErrorThatNamesIt)
 {
-    EXPECT_TRUE(contains(hostError([] { BitmapFont font(13, "/nowhere/none.ttf"); }), "/nowhere/none.ttf"));
+    EXPECT_TRUE(
+        contains(errorOf<kvo::FontError>([] { BitmapFont font(13, "/nowhere/none.ttf"); }), "/nowhere/none.ttf"));
     Folder folder;
     writeText(folder.file("text.ttf"), "this is no font");
-    EXPECT_TRUE(contains(hostError([&] { BitmapFont font(13, folder.file("text.ttf")); }), "text.ttf"));
+    EXPECT_TRUE(contains(errorOf<kvo::FontError>([&] { BitmapFont font(13, folder.file("text.ttf")); }), "text.ttf"));
 }
 
 TEST_F(BitmapFontTest, ImpossibleHeightsAreErrors)
 {
     for (int height : {-1, 0, 3, 257}) {
-        EXPECT_TRUE(contains(hostError([&] { BitmapFont font(height); }), std::to_string(height)));
+        EXPECT_TRUE(contains(errorOf<kvo::FontError>([&] { BitmapFont font(height); }), std::to_string(height)));
     }
 }

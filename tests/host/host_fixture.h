@@ -51,16 +51,20 @@ inline void writeText(const std::string& path, const std::string& text)
     std::ofstream(path, std::ios::binary) << text;
 }
 
-// The message of the HostError that the action throws; fails when it throws none.
-template <class Action> std::string hostError(Action action)
+// The message of the error that the action throws; fails when it throws none.
+template <class Error, class Action> std::string errorOf(Action action)
 {
     try {
         action();
-    } catch (const kvo::HostError& error) {
+    } catch (const Error& error) {
         return error.what();
     }
-    ADD_FAILURE() << "no HostError was thrown";
+    ADD_FAILURE() << "the error was not thrown";
     return "";
+}
+template <class Action> std::string hostError(Action action)
+{
+    return errorOf<kvo::HostError>(action);
 }
 
 inline bool contains(const std::string& text, const std::string& part)
