@@ -110,6 +110,21 @@ void GlBufferTexture::bind(unsigned int unit) const
     glActiveTexture(GL_TEXTURE0);
 }
 
+GlVertexArray::~GlVertexArray()
+{
+    if (id) {
+        glDeleteVertexArrays(1, &id);
+    }
+}
+
+void GlVertexArray::bind()
+{
+    if (!id) {
+        glGenVertexArrays(1, &id);
+    }
+    glBindVertexArray(id);
+}
+
 // --- Programs ---
 
 GlProgram::GlProgram(const std::string& vertexSource, const std::string& fragmentSource,

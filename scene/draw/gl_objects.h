@@ -82,6 +82,21 @@ private:
     GLuint id = 0;
 };
 
+// Where a program's attributes come from. Made when it is first bound.
+class GlVertexArray
+{
+public:
+    GlVertexArray() = default;
+    ~GlVertexArray();
+    GlVertexArray(const GlVertexArray&) = delete;
+    GlVertexArray& operator=(const GlVertexArray&) = delete;
+
+    void bind();
+
+private:
+    GLuint id = 0;
+};
+
 class GlProgram
 {
 public:

@@ -4,14 +4,16 @@ namespace kvo {
 
 namespace {
 
-const char* const vertexText = R"(#version 150 compatibility
+// One triangle that covers the whole viewport.
+const char* const vertexText = R"(#version 330 core
 void main()
 {
-    gl_Position = gl_Vertex;
+    vec2 corner = vec2(gl_VertexID & 1, gl_VertexID >> 1);
+    gl_Position = vec4(4.0 * corner - 1.0, 0.0, 1.0);
 }
 )";
 
-const char* const fragmentText = R"(#version 150 compatibility
+const char* const fragmentText = R"(#version 330 core
 uniform sampler2D sums;
 uniform sampler2D through;
 uniform ivec2 corner;
@@ -85,12 +87,11 @@ void TransparentLayers::layOver()
         glActiveTexture(GL_TEXTURE0 + unit);
         glBindTexture(GL_TEXTURE_2D, target->color(unit));
     }
-    glBegin(GL_QUADS);
-    glVertex2f(-1, -1);
-    glVertex2f(1, -1);
-    glVertex2f(1, 1);
-    glVertex2f(-1, 1);
-    glEnd();
+    GLint before = 0;
+    glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &before);
+    noAttributes.bind();
+    glDrawArrays(GL_TRIANGLES, 0, 3);
+    glBindVertexArray(static_cast<GLuint>(before));
     for (unsigned int unit : {1u, 0u}) {
         glActiveTexture(GL_TEXTURE0 + unit);
         glBindTexture(GL_TEXTURE_2D, 0);

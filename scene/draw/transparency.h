@@ -25,6 +25,7 @@ private:
 
     std::unique_ptr<GlFramebuffer> target;
     std::unique_ptr<GlProgram> program;
+    GlVertexArray noAttributes; // drawing needs one
 };
 
 } // namespace kvo
