@@ -46,7 +46,7 @@ constexpr Rgb noValueColor = {0.55f, 0.55f, 0.55f};
 
 struct Category
 {
-    std::string name; // UTF-8 or Latin-1; bitmap fonts show Latin-1
+    std::string name; // UTF-8; bytes that are none are Latin-1
     Rgb color;
 };
 

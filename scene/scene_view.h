@@ -21,6 +21,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <kvo/camera.h>
@@ -113,12 +114,8 @@ struct SceneLook
     float ghostColor[4] = {0.7f, 0.75f, 0.8f, 0.12f};
     SceneSection section;
     SceneLines lines;
-    // First display list of a bitmap font, as CAEEnv::loadAndInitGL takes it: the list of character c is fontBase + c
-    // and moves the raster position behind the character. 0: no text, and so neither labels nor legend.
-    unsigned int fontBase = 0;
-    int fontHeight = 13; // its nominal height, pixels
-    SceneLabels labels;
-    bool legend = true;           // of a colouring by category or value
+    SceneLabels labels;           // with a font: SceneView::setFont
+    bool legend = true;           // of a colouring by category or value; with a font
     bool axes = true;             // the model's axes in the lower left corner of pictures that are not tiny
     bool frameOverlays = true;    // rubber band and marker of an operation; with SceneLight::Contract, or
                                   // without axes, also the environment's own triad at the model's origin
@@ -164,6 +161,11 @@ public:
     // Its values must fit the parts and elements of the environment; those too many are not used.
     void setColoring(Coloring coloring);
     const Coloring& coloring() const;
+
+    // The font of labels, legend and the axes' letters, from the next frame on: a file that FreeType reads, and its
+    // nominal height, 4..256 pixels. Without one (an empty name, or nothing set) there are neither labels nor legend.
+    // Throws std::runtime_error that names the file where it is no such font; the one before stays.
+    void setFont(const std::string& file, int pixelHeight = 13);
 
     // From the next frame on the picture shows what this camera sees. MView and MTransform are then neither read nor
     // written, and their overlays are not drawn. Nothing moves by itself: showing and hiding parts leaves the camera.

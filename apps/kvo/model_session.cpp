@@ -29,7 +29,7 @@ namespace kvo {
 
 namespace {
 
-const int labelHeight = 13; // pixels of the corner labels' font
+const int labelHeight = 13; // pixels of the font of labels, legend and the boxes' corners
 
 // Parts as the model file lists them, in the order of the environment.
 ModelLabels labelsOf(const ModelSource& source, CAEEnv& env)
@@ -169,8 +169,6 @@ ModelSession::ModelSession(const ModelSource& source, const SessionOptions& opti
         throw ProgramError(source.shownName(), "the model has no parts");
     }
     impl->labels = labelsOf(source, impl->env);
-    impl->options.look.fontBase = impl->fontBase();
-    impl->options.look.fontHeight = labelHeight;
     initialize(impl->env, impl->options, impl->fontBase());
     const Color& c = options.background;
     glClearColor(c.r / 255.0f, c.g / 255.0f, c.b / 255.0f, 1);
@@ -179,7 +177,8 @@ ModelSession::ModelSession(const ModelSource& source, const SessionOptions& opti
     } else {
         const Coloring coloring = makeColoring(options.colorBy, impl->env, source.info());
         impl->hasLegend = options.look.legend && (coloring.byValue() || coloring.byCategory());
-        impl->path = makeScenePath(impl->model, impl->camera, impl->options.look, coloring);
+        impl->path = makeScenePath(impl->model, impl->camera, impl->options.look, coloring,
+                                   impl->font ? defaultFontFile() : "", labelHeight);
         impl->camera.reset();
     }
 }

@@ -66,6 +66,8 @@ public:
         view->setColoring(coloring);
     }
 
+    void setFont(const std::string& file, int height) { view->setFont(file, height); }
+
     void drawFrame(int width, int height) override
     {
         glViewport(0, 0, width, height);
@@ -167,9 +169,11 @@ private:
 } // namespace
 
 std::unique_ptr<DrawingPath> makeScenePath(SessionModel& model, const SessionCamera& camera, const SceneLook& look,
-                                           const Coloring& coloring)
+                                           const Coloring& coloring, const std::string& fontFile, int fontHeight)
 {
-    return std::make_unique<ScenePath>(model, camera, look, coloring);
+    auto out = std::make_unique<ScenePath>(model, camera, look, coloring);
+    out->setFont(fontFile, fontHeight);
+    return out;
 }
 
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env)

@@ -9,6 +9,7 @@
 #define KVO_DRAWING_PATH_H
 
 #include <memory>
+#include <string>
 
 #include "picker.h"
 #include "scene_view.h"
@@ -35,9 +36,9 @@ public:
 };
 
 // On a loaded model, which must outlive the path. Throws std::runtime_error for a context without OpenGL 3.3.
-// camera: read at every frame; it must outlive the path, too.
+// camera: read at every frame; it must outlive the path, too. fontFile, fontHeight: as SceneView::setFont takes them.
 std::unique_ptr<DrawingPath> makeScenePath(SessionModel& model, const SessionCamera& camera, const SceneLook& look,
-                                           const Coloring& coloring);
+                                           const Coloring& coloring, const std::string& fontFile, int fontHeight);
 std::unique_ptr<DrawingPath> makeContractPath(CAEEnv& env);
 
 } // namespace kvo

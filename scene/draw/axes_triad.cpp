@@ -7,19 +7,20 @@ namespace kvo {
 
 namespace {
 
-constexpr double armLength = 30, margin = 45, letterGap = 9, letterSize = 4; // pixels
+constexpr double armLength = 30, margin = 45, letterGap = 9, letterSize = 4, lineWidth = 2; // pixels
 
-const float axisColors[3][3] = {{0.95f, 0.25f, 0.2f}, {0.25f, 0.8f, 0.3f}, {0.35f, 0.55f, 1.0f}};
+constexpr Rgb axisColors[3] = {{0.95f, 0.25f, 0.2f}, {0.25f, 0.8f, 0.3f}, {0.35f, 0.55f, 1.0f}};
 
 // Strokes of X, Y and Z: pairs of points in a square of +-1.
 struct Letter
 {
+    char32_t character;
     int points;
     float xy[6][2];
 };
-const Letter letters[3] = {{4, {{-1, -1}, {1, 1}, {-1, 1}, {1, -1}}},
-                           {6, {{-1, 1}, {0, 0}, {1, 1}, {0, 0}, {0, 0}, {0, -1}}},
-                           {6, {{-1, 1}, {1, 1}, {1, 1}, {-1, -1}, {-1, -1}, {1, -1}}}};
+const Letter letters[3] = {{U'X', 4, {{-1, -1}, {1, 1}, {-1, 1}, {1, -1}}},
+                           {U'Y', 6, {{-1, 1}, {0, 0}, {1, 1}, {0, 0}, {0, 0}, {0, -1}}},
+                           {U'Z', 6, {{-1, 1}, {1, 1}, {1, 1}, {-1, -1}, {-1, -1}, {1, -1}}}};
 
 struct Arm
 {
@@ -47,50 +48,44 @@ void findArms(const SceneCamera& camera, Arm arms[3])
     std::sort(arms, arms + 3, [](const Arm& a, const Arm& b) { return a.depth > b.depth; });
 }
 
-void drawArm(const Arm& arm)
+void drawLetter(OverlayPainter& painter, int axis, double x, double y)
 {
-    glColor3fv(axisColors[arm.axis]);
-    glBegin(GL_LINES);
-    glVertex2d(margin, margin);
-    glVertex2d(margin + arm.x, margin + arm.y);
+    const Letter& letter = letters[axis];
+    if (painter.hasFont()) {
+        const double room = 0.4 * painter.fontHeight(); // large letters stay in the picture
+        painter.writeLetter(std::max(x, room), std::max(y, room), letter.character, axisColors[axis]);
+        return;
+    }
+    for (int k = 0; k < letter.points; k += 2) {
+        const float* from = letter.xy[k];
+        const float* to = letter.xy[k + 1];
+        painter.line(x + letterSize * from[0], y + letterSize * from[1], x + letterSize * to[0], y + letterSize * to[1],
+                     lineWidth, axisColors[axis]);
+    }
+}
+
+void drawArm(OverlayPainter& painter, const Arm& arm)
+{
+    painter.line(margin, margin, margin + arm.x, margin + arm.y, lineWidth, axisColors[arm.axis]);
     const double length = std::hypot(arm.x, arm.y);
     if (length > armLength / 4) { // an axis seen end on has no place for its letter
-        const double x = margin + arm.x * (1 + letterGap / length), y = margin + arm.y * (1 + letterGap / length);
-        const Letter& letter = letters[arm.axis];
-        for (int k = 0; k < letter.points; ++k) {
-            glVertex2d(x + letterSize * letter.xy[k][0], y + letterSize * letter.xy[k][1]);
-        }
+        const double factor = 1 + letterGap / length;
+        drawLetter(painter, arm.axis, margin + arm.x * factor, margin + arm.y * factor);
     }
-    glEnd();
 }
 
 } // namespace
 
-void drawAxes(const SceneCamera& camera)
+void drawAxes(OverlayPainter& painter, const SceneCamera& camera)
 {
-    if (camera.viewport[2] < 4 * margin || camera.viewport[3] < 4 * margin) {
+    if (painter.width() < 4 * margin || painter.height() < 4 * margin) {
         return; // it would cover the model
     }
-    glPushAttrib(GL_ENABLE_BIT | GL_LINE_BIT | GL_CURRENT_BIT | GL_TRANSFORM_BIT | GL_POLYGON_BIT);
-    glDisable(GL_DEPTH_TEST);
-    glDisable(GL_LIGHTING);
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadIdentity();
-    glOrtho(0, camera.viewport[2], 0, camera.viewport[3], -1, 1);
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadIdentity();
-    glLineWidth(2);
     Arm arms[3];
     findArms(camera, arms);
     for (const Arm& arm : arms) {
-        drawArm(arm);
+        drawArm(painter, arm);
     }
-    glPopMatrix();
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glPopAttrib();
 }
 
 } // namespace kvo

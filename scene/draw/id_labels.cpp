@@ -53,14 +53,14 @@ private:
 
 } // namespace
 
-std::vector<IdLabel> thinOut(std::vector<IdLabel> labels, const OverlayPainter& painter, int fontHeight, int spacing)
+std::vector<IdLabel> thinOut(std::vector<IdLabel> labels, const OverlayPainter& painter, int spacing)
 {
     std::stable_sort(labels.begin(), labels.end(), [](const IdLabel& a, const IdLabel& b) { return a.rank < b.rank; });
     int widest = 1;
     for (const IdLabel& label : labels) {
         widest = std::max(widest, painter.widthOf(label.text));
     }
-    const int height = fontHeight + 2 * plate;
+    const int height = painter.fontHeight() + 2 * plate;
     LabelGrid grid(painter.width(), painter.height(), widest + 2 * plate + spacing, height + spacing);
     std::vector<IdLabel> out;
     for (IdLabel& label : labels) {
@@ -74,8 +74,9 @@ std::vector<IdLabel> thinOut(std::vector<IdLabel> labels, const OverlayPainter& 
     return out;
 }
 
-void drawLabels(OverlayPainter& painter, const std::vector<IdLabel>& labels, int fontHeight)
+void drawLabels(OverlayPainter& painter, const std::vector<IdLabel>& labels)
 {
+    const int fontHeight = painter.fontHeight();
     for (const IdLabel& label : labels) {
         const int width = painter.widthOf(label.text);
         const int left = label.x - width / 2, bottom = label.y - fontHeight / 2;

@@ -19,10 +19,10 @@ struct IdLabel
 
 // Leaves out labels that would overlap one before them, or hang over the viewport's edge. Only near labels are
 // compared: a grid of cells as large as the largest label. spacing: pixels that stay free between labels.
-std::vector<IdLabel> thinOut(std::vector<IdLabel> labels, const OverlayPainter& painter, int fontHeight, int spacing);
+std::vector<IdLabel> thinOut(std::vector<IdLabel> labels, const OverlayPainter& painter, int spacing);
 
 // Each on a small plate in the colour of the background.
-void drawLabels(OverlayPainter& painter, const std::vector<IdLabel>& labels, int fontHeight);
+void drawLabels(OverlayPainter& painter, const std::vector<IdLabel>& labels);
 
 } // namespace kvo
 

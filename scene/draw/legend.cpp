@@ -51,8 +51,9 @@ void frame(OverlayPainter& painter, int x, int y, int width, int height)
     painter.fill(x - 1, y - 1, width + 2, height + 2, painter.ink());
 }
 
-void drawBar(OverlayPainter& painter, const Coloring& coloring, int fontHeight)
+void drawBar(OverlayPainter& painter, const Coloring& coloring)
 {
+    const int fontHeight = painter.fontHeight();
     const int line = lineHeightOf(fontHeight);
     const int top = painter.height() - margin - 2 * line;
     const int height = std::min(top - margin - line, std::max(smallestBar, painter.height() / 2));
@@ -81,8 +82,9 @@ void drawBar(OverlayPainter& painter, const Coloring& coloring, int fontHeight)
     painter.write(left, top + line - fontHeight / 3, title, painter.ink());
 }
 
-void drawList(OverlayPainter& painter, const Coloring& coloring, int fontHeight)
+void drawList(OverlayPainter& painter, const Coloring& coloring)
 {
+    const int fontHeight = painter.fontHeight();
     const int line = lineHeightOf(fontHeight);
     const int rows = (painter.height() - 2 * margin) / line - 1; // below the title
     if (rows < 1) {
@@ -136,12 +138,12 @@ std::vector<std::string> legendNumbers(float low, float high, unsigned int steps
     return out;
 }
 
-void drawLegend(OverlayPainter& painter, const Coloring& coloring, int fontHeight)
+void drawLegend(OverlayPainter& painter, const Coloring& coloring)
 {
     if (coloring.byValue()) {
-        drawBar(painter, coloring, fontHeight);
+        drawBar(painter, coloring);
     } else if (coloring.byCategory()) {
-        drawList(painter, coloring, fontHeight);
+        drawList(painter, coloring);
     }
 }
 

@@ -13,9 +13,9 @@ namespace kvo {
 // The numbers beside the bar, from its lower end to its upper: both ends and even steps between, short but different.
 std::vector<std::string> legendNumbers(float low, float high, unsigned int steps);
 
-// fontHeight: nominal height of the font in pixels. Draws nothing for a colouring by neither value nor category. What
-// does not fit into the window is left out and counted in a last line.
-void drawLegend(OverlayPainter& painter, const Coloring& coloring, int fontHeight);
+// The painter has a font. Draws nothing for a colouring by neither value nor category. What does not fit into the
+// window is left out and counted in a last line.
+void drawLegend(OverlayPainter& painter, const Coloring& coloring);
 
 } // namespace kvo
 

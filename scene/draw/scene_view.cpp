@@ -248,17 +248,20 @@ void SceneView::Impl::drawBoxes()
 void SceneView::Impl::drawTexts()
 {
     const SceneLabels& wanted = drawnLook.labels;
-    const bool labelled = wanted.parts || wanted.elements || wanted.nodes;
-    const bool explained = drawnLook.legend && (coloring.byValue() || coloring.byCategory());
-    if (drawnLook.fontBase == 0 || !(labelled || explained)) {
-        return;
+    const bool labelled = overlay.hasFont() && (wanted.parts || wanted.elements || wanted.nodes);
+    const bool explained = overlay.hasFont() && drawnLook.legend && (coloring.byValue() || coloring.byCategory());
+    std::vector<IdLabel> ids = labelled ? visibleIds() : std::vector<IdLabel>();
+    overlay.begin(camera.viewport);
+    if (drawnLook.axes && (ownCamera || drawnLook.light != SceneLight::Contract)) {
+        drawAxes(overlay, camera);
     }
-    const std::vector<IdLabel> ids = labelled ? visibleIds() : std::vector<IdLabel>();
-    OverlayPainter painter(camera.viewport, drawnLook.fontBase, fontWidths);
-    drawLabels(painter, thinOut(ids, painter, drawnLook.fontHeight, wanted.spacing), drawnLook.fontHeight);
+    if (labelled) {
+        drawLabels(overlay, thinOut(std::move(ids), overlay, wanted.spacing));
+    }
     if (explained) {
-        drawLegend(painter, coloring, drawnLook.fontHeight);
+        drawLegend(overlay, coloring);
     }
+    overlay.draw();
 }
 
 // --- The public class ---
@@ -305,6 +308,11 @@ void SceneView::setColoring(Coloring coloring)
 const Coloring& SceneView::coloring() const
 {
     return impl->coloring;
+}
+
+void SceneView::setFont(const std::string& file, int pixelHeight)
+{
+    impl->overlay.setFont(file.empty() ? nullptr : std::make_unique<Font>(file, pixelHeight));
 }
 
 void SceneView::setCamera(const Camera& camera)
@@ -378,9 +386,6 @@ void SceneView::draw()
 
     if (!impl->ownCamera) {
         impl->contract->end(impl->drawnLook, impl->isFar(), impl->camera);
-    }
-    if (impl->drawnLook.axes && (impl->ownCamera || impl->drawnLook.light != SceneLight::Contract)) {
-        drawAxes(impl->camera);
     }
     impl->drawTexts();
     impl->fences.keep();

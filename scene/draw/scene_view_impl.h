@@ -86,7 +86,7 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     void endTiming();
 
     void drawSelectedNodes();          // selected_nodes.cpp
-    void drawTexts();                  // legend and labels over the finished frame
+    void drawTexts();                  // axes, labels and legend over the finished frame
     std::vector<IdLabel> visibleIds(); // visible_ids.cpp
 
     // number_picture.cpp: the last frame once more, for visible_picker.h.
@@ -106,7 +106,7 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     SurfaceLines surfaceLines;
     Coloring coloring;
     ElementColorTexture elementColors;
-    FontWidths fontWidths;
+    OverlayPainter overlay;
     SceneState state;
     SurfacePrograms programs;
     TransparentLayers layers;

@@ -1,8 +1,8 @@
 // Colours by category and value, and the legend's numbers.
 #include <cmath>
 
-#include "bitmap_font.h"
 #include "coloring.h"
+#include "font.h"
 #include "legend.h"
 #include "look_pictures.h"
 #include "mantypes.h"
@@ -127,7 +127,6 @@ protected:
         return sum > 30 && std::fabs(pixel.r / sum - color.r / wanted) < 0.02f &&
                std::fabs(pixel.g / sum - color.g / wanted) < 0.02f;
     }
-    kvo::BitmapFont font;
 };
 
 TEST_F(ColoringDraws, CategoriesOfParts)
@@ -235,7 +234,7 @@ TEST_F(ColoringDraws, Golden)
     model.add(tubePart(36, 12, 4));
     load(GL_SMOOTH);
     SceneView view(*model);
-    view.look().fontBase = font.base();
+    view.setFont(kvo::defaultFontFile());
     std::vector<float> values;
     for (int k = 0; k < 36 * 12; ++k) {
         values.push_back(k == 100 ? NAN : std::sin(0.3f * float(k % 36)) * float(k / 36));

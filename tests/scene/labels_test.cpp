@@ -2,7 +2,7 @@
 #include <cstring>
 #include <numeric>
 
-#include "bitmap_font.h"
+#include "font.h"
 #include "id_labels.h"
 #include "legend.h"
 #include "look_pictures.h"
@@ -24,9 +24,9 @@ protected:
     void prepare(SceneView& view, int viewType = TOP_VIEW)
     {
         model->getMViewPtr()->mViewType = viewType;
-        view.look().fontBase = font.base();
+        view.setFont(kvo::defaultFontFile());
     }
-    // Does text (ink on a plate) stand about a model point? Models are brown: white is only text.
+    // Does text (ink on a plate) stand about a model point? Models are brown: grey and white are only text.
     std::size_t inkAbout(const Picture& p, double x, double y, double z, int across = 12, int up = 6)
     {
         const Pixel pixel = pixelOf(*model, x, y, z);
@@ -34,22 +34,24 @@ protected:
         for (int dy = -up; dy <= up; ++dy) {
             for (int dx = -across; dx <= across; ++dx) {
                 if (pixel.x + dx >= 0 && pixel.x + dx < width && pixel.y + dy >= 0 && pixel.y + dy < height) {
-                    out += p.at(pixel.x + dx, pixel.y + dy) == Color{255, 255, 255, 255};
+                    const Color c = p.at(pixel.x + dx, pixel.y + dy);
+                    out += c.r > 100 && c.r == c.g && c.g == c.b;
                 }
             }
         }
         return out;
     }
-    kvo::BitmapFont font;
+    // A painter with a font, for the whole picture.
+    struct Painter : OverlayPainter
+    {
+        Painter()
+        {
+            const int viewport[4] = {0, 0, Labels::width, Labels::height};
+            setFont(std::make_unique<kvo::Font>(kvo::defaultFontFile(), 13));
+            begin(viewport);
+        }
+    };
 };
-
-TEST_F(Labels, FontWidthsAreThoseOfTheFont)
-{
-    kvo::FontWidths widths;
-    widths.measure(font.base());
-    EXPECT_EQ(widths.of("1234 abc"), font.width("1234 abc"));
-    EXPECT_EQ(widths.of(""), 0);
-}
 
 TEST_F(Labels, ElementsNodesAndPartsAtTheirPlaces)
 {
@@ -109,22 +111,20 @@ TEST_F(Labels, CoveredAndHiddenAndCutOnesHaveNone)
 
 TEST_F(Labels, ThinnedOutUntilNoTwoTouch)
 {
-    const int viewport[4] = {0, 0, width, height};
-    kvo::FontWidths widths;
-    OverlayPainter painter(viewport, font.base(), widths);
+    const Painter painter;
     std::vector<IdLabel> labels;
     for (int k = 0; k < 5000; ++k) {
         labels.push_back({(k * 37) % width, (k * 91) % height, std::to_string(k * k), k % 3});
     }
-    const std::vector<IdLabel> placed = thinOut(labels, painter, 13, 4);
+    const std::vector<IdLabel> placed = thinOut(labels, painter, 4);
     EXPECT_GT(placed.size(), 30u);
     for (std::size_t a = 0; a < placed.size(); ++a) {
-        const int half = widths.of(placed[a].text) / 2;
+        const int half = painter.widthOf(placed[a].text) / 2;
         EXPECT_GE(placed[a].x - half, 0);
         EXPECT_LE(placed[a].x + half, width);
         for (std::size_t b = 0; b < a; ++b) {
             const int across = std::abs(placed[a].x - placed[b].x), up = std::abs(placed[a].y - placed[b].y);
-            EXPECT_TRUE(2 * across >= widths.of(placed[a].text) + widths.of(placed[b].text) || up >= 13)
+            EXPECT_TRUE(2 * across >= painter.widthOf(placed[a].text) + painter.widthOf(placed[b].text) || up >= 13)
                 << placed[a].text << " " << placed[b].text;
         }
     }
@@ -151,8 +151,40 @@ TEST_F(Labels, LegendAtTheRightEdgeOnlyWithAFont)
     view.look().legend = false;
     EXPECT_EQ(coloured(picture(view)), 0u);
     view.look().legend = true;
-    view.look().fontBase = 0;
+    view.setFont("");
     EXPECT_EQ(coloured(picture(view)), 0u);
+}
+
+TEST_F(Labels, AFileThatIsNoFontIsAnErrorAndTheFontBeforeStays)
+{
+    model.add(sheetPart(2));
+    load();
+    SceneView view(*model);
+    prepare(view);
+    view.look().labels.elements = true;
+    try {
+        view.setFont("/nowhere/none.ttf", 20);
+        ADD_FAILURE() << "no such file";
+    } catch (const std::runtime_error& error) {
+        EXPECT_NE(std::string(error.what()).find("/nowhere/none.ttf"), std::string::npos) << error.what();
+    }
+    EXPECT_THROW(view.setFont(kvo::defaultFontFile(), 3), std::runtime_error);
+    EXPECT_GT(inkAbout(picture(view), 0.5, 0.5, 0), 20u);
+}
+
+TEST_F(Labels, FontsChangeBetweenFrames)
+{
+    model.add(sheetPart(2));
+    load();
+    SceneView view(*model);
+    prepare(view);
+    view.look().labels.elements = true;
+    const std::size_t small = inkAbout(picture(view), 0.5, 0.5, 0, 40, 20);
+    view.setFont(kvo::defaultFontFile(), 26);
+    const std::size_t large = inkAbout(picture(view), 0.5, 0.5, 0, 40, 20);
+    EXPECT_GT(large, 2 * small);
+    view.setFont(kvo::defaultFontFile(), 13);
+    EXPECT_EQ(inkAbout(picture(view), 0.5, 0.5, 0, 40, 20), small);
 }
 
 TEST_F(Labels, DepthMatricesAndStateStayTheFrames)
@@ -262,12 +294,9 @@ protected:
     Picture legend(const Coloring& coloring)
     {
         glClear(GL_COLOR_BUFFER_BIT);
-        const int viewport[4] = {0, 0, width, height};
-        kvo::FontWidths widths;
-        {
-            OverlayPainter painter(viewport, font.base(), widths);
-            kvo::drawLegend(painter, coloring, 13);
-        }
+        Painter painter;
+        kvo::drawLegend(painter, coloring);
+        painter.draw();
         return target.read();
     }
     // The categories that have a box, from the top.

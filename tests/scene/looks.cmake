@@ -1,6 +1,6 @@
 # What a scene can look like: sections, lines, colours, text; with golden pictures in golden/.
 if(TARGET kvohost)
-  kvo_add_test(scene_look_test PIECES 2 SOURCES coloring_test.cpp far_model_test.cpp labels_test.cpp look_pictures.cpp look_pictures_test.cpp section_test.cpp surface_lines_test.cpp transparency_test.cpp
+  kvo_add_test(scene_look_test PIECES 2 SOURCES coloring_test.cpp far_model_test.cpp labels_test.cpp look_pictures.cpp look_pictures_test.cpp overlay_painter_test.cpp section_test.cpp surface_lines_test.cpp transparency_test.cpp
                LIBRARIES kvo_scene_support kvohost)
   target_include_directories(scene_look_test PRIVATE ${PROJECT_SOURCE_DIR}/tests/host)
   target_compile_definitions(scene_look_test PRIVATE KVO_SCENE_GOLDEN_DIR="${CMAKE_CURRENT_SOURCE_DIR}/golden"

@@ -1,5 +1,6 @@
 // Draws the pictures of docs/scene.md:
-//   kvo import examples/decks/bracket.inp MODELS/bracket; kvo import examples/decks/crashbox.inp MODELS/crashbox
+//   kvo import examples/decks/bracket.inp -o MODELS/bracket
+//   kvo import examples/decks/crashbox.inp -o MODELS/crashbox
 //   kvo_scene_pictures MODELS docs/images
 #include <cstdio>
 #include <exception>
@@ -8,8 +9,8 @@
 
 #include <GL/gl.h>
 
-#include "bitmap_font.h"
 #include "caeenv.h"
+#include "font.h"
 #include "headless_context.h"
 #include "modelinfo.h"
 #include "mtrans.h"
@@ -105,14 +106,14 @@ void turnAndShrink(MTransform& transform, const float* extents)
     }
 }
 
-void draw(const Shot& shot, const std::string& models, const std::string& folder, unsigned int fontBase)
+void draw(const Shot& shot, const std::string& models, const std::string& folder)
 {
     kvo::Offscreen target(width, height, 4);
     kvo::Picture picture;
     {
         const kvo::OutputRedirect quiet("");
         CAEEnv env(models.c_str(), shot.model, GL_SMOOTH);
-        env.loadAndInitGL(fontBase, false, nullptr);
+        env.loadAndInitGL(0, false, nullptr);
         ModelInfo info;
         readModelInfo(models, shot.model, &info, nullptr);
         glClearColor(1, 1, 1, 1);
@@ -120,7 +121,7 @@ void draw(const Shot& shot, const std::string& models, const std::string& folder
         glViewport(0, 0, width, height);
         {
             SceneView view(env);
-            view.look().fontBase = fontBase;
+            view.setFont(kvo::defaultFontFile());
             view.look().frameOverlays = false;
             copyColor(view.look().edgeColor, 0.15f, 0.15f, 0.15f);
             turnAndShrink(*env.getMTransformPtr(), env.getExtents());
@@ -143,9 +144,8 @@ int main(int argc, char** argv)
     }
     try {
         const kvo::HeadlessContext context("software");
-        const kvo::BitmapFont font;
         for (const Shot& shot : shots) {
-            draw(shot, argv[1], argv[2], font.base());
+            draw(shot, argv[1], argv[2]);
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
