@@ -24,20 +24,22 @@ const DeckFormat* formatOf(const DeckOptions& options)
     return format;
 }
 
-// False for a deck that is no container.
-bool importContainer(const std::string& deck, const std::string& modelDirectory, ImportLog& log,
-                     const DeckOptions& options, const ReadRules& rules)
+ReadRules rulesOf(const DeckOptions& options)
 {
-    const ContainerFormat* container = containerOf(deck, options.format, rules);
-    if (!container) {
-        return false;
-    }
-    if (!rules.root.empty()) {
+    ReadRules rules;
+    rules.root = options.root;
+    return rules;
+}
+
+// Null for a deck that is no container.
+const ContainerFormat* containerToImport(const std::string& deck, const DeckOptions& options)
+{
+    const ContainerFormat* container = containerOf(deck, options.format, rulesOf(options));
+    if (container && !options.root.empty()) {
         throw ImportError({deck, 0}, std::string("is a file of format ") + container->name +
                                          ", in which links may name any other file: not read with --confine");
     }
-    convertContainer(deck, *container, modelDirectory, log, options);
-    return true;
+    return container;
 }
 
 } // namespace
@@ -45,12 +47,10 @@ bool importContainer(const std::string& deck, const std::string& modelDirectory,
 void importDeck(const std::string& deck, const std::string& modelDirectory, ImportLog& log, Progress progress,
                 const DeckOptions& options)
 {
-    ReadRules rules;
-    rules.root = options.root;
-    if (importContainer(deck, modelDirectory, log, options, rules)) {
-        return;
+    if (const ContainerFormat* container = containerToImport(deck, options)) {
+        return convertContainer(deck, *container, modelDirectory, log, options);
     }
-    const Mesh mesh = readDeck(deck, log, std::move(progress), formatOf(options), rules);
+    const Mesh mesh = readDeck(deck, log, std::move(progress), formatOf(options), rulesOf(options));
     if (options.sourcesKnown) {
         options.sourcesKnown(mesh.sourceFiles);
     }
@@ -59,17 +59,16 @@ void importDeck(const std::string& deck, const std::string& modelDirectory, Impo
     writeModelDirectory(mesh, modelDirectory, log, model);
 }
 
-std::optional<Model> readDeckModel(const std::string& deck, const std::string& modelDirectory, ImportLog& log,
-                                   Progress progress, const DeckOptions& options)
+std::optional<Model> readDeckModel(const std::string& deck, const std::function<std::string()>& modelDirectory,
+                                   ImportLog& log, Progress progress, const DeckOptions& options)
 {
-    ReadRules rules;
-    rules.root = options.root;
-    if (importContainer(deck, modelDirectory, log, options, rules)) {
+    if (const ContainerFormat* container = containerToImport(deck, options)) {
+        convertContainer(deck, *container, modelDirectory(), log, options);
         return std::nullopt;
     }
-    Mesh mesh = readDeck(deck, log, std::move(progress), formatOf(options), rules);
+    Mesh mesh = readDeck(deck, log, std::move(progress), formatOf(options), rulesOf(options));
     if (chooseFarOrigin(mesh) != Origin{}) {
-        writeModelDirectory(mesh, modelDirectory, log, {});
+        writeModelDirectory(mesh, modelDirectory(), log, {});
         return std::nullopt;
     }
     chooseOrigin(mesh, false, log); // warns of edges that single precision loses

@@ -31,9 +31,10 @@ void importDeck(const std::string& deck, const std::string& modelDirectory, Impo
                 const DeckOptions& options = {});
 
 // The same, but where that can be had the model is returned, and nothing is written: not for containers, and not for
-// meshes far from the origin, whose coordinates are those of the deck in a directory only.
-std::optional<Model> readDeckModel(const std::string& deck, const std::string& modelDirectory, ImportLog& log,
-                                   Progress progress, const DeckOptions& options = {});
+// meshes far from the origin, whose coordinates are those of the deck in a directory only. modelDirectory gives the
+// name when it is needed.
+std::optional<Model> readDeckModel(const std::string& deck, const std::function<std::string()>& modelDirectory,
+                                   ImportLog& log, Progress progress, const DeckOptions& options = {});
 
 // The keys of all formats, for options and messages.
 std::vector<std::string> deckFormatKeys();

@@ -202,22 +202,23 @@ struct ModelSource::Impl
 
     void readDeck(const fs::path& deck, const std::string& root, Decks decks)
     {
-        temporary = std::make_unique<ScratchFolder>("kvo-");
-        const fs::path target = fs::path(temporary->path()) / "model";
         ImportLog log;
         DeckOptions reading;
         reading.root = root;
+        const auto target = [this] {
+            temporary = std::make_unique<ScratchFolder>("kvo-");
+            return (fs::path(temporary->path()) / "model").string();
+        };
         if (decks == Decks::Memory) {
-            inMemory = readDeckModel(deck.string(), target.string(), log, {}, reading);
+            inMemory = readDeckModel(deck.string(), target, log, {}, reading);
         } else {
-            importDeck(deck.string(), target.string(), log, {}, reading);
+            importDeck(deck.string(), target(), log, {}, reading);
         }
         leftOutLine = summarizeLeftOut(log);
         if (inMemory) {
             info = modelInfoOf(*inMemory);
-            temporary.reset();
         } else {
-            useDirectory(target);
+            useDirectory(fs::path(temporary->path()) / "model");
         }
     }
 
