@@ -174,9 +174,11 @@ TEST_P(OverlayIn, FramesWithMoreAndMoreCharactersKeepAll)
     const kvo::Glyph& last = font.glyph(0x429);
     painter.writeLetter(50 + last.width / 2.0, 50 + last.height / 2.0, 0x429, white);
     const Picture p = draw();
-    for (int k = 0; k < last.width * last.height; ++k) {
-        ASSERT_NEAR(at(p, 50 + k % last.width, 50 + last.height - 1 - k / last.width).r,
-                    last.coverage[static_cast<std::size_t>(k)], 1);
+    for (int row = 0; row < last.height; ++row) {
+        for (int column = 0; column < last.width; ++column) {
+            ASSERT_NEAR(at(p, 50 + column, 50 + last.height - 1 - row).r,
+                        last.coverage[static_cast<std::size_t>(row * last.width + column)], 1);
+        }
     }
 }
 
