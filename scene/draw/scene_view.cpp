@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "axes_triad.h"
+#include "box_corners.h"
 #include "contract_frame.h"
 #include "legend.h"
 #include "model_frame.h"
@@ -237,7 +238,10 @@ void SceneView::Impl::drawBoxes()
     boxLines.fill(GL_ARRAY_BUFFER, lines, GL_STREAM_DRAW);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     SurfaceUniforms values = uniforms();
-    std::copy_n(drawnLook.edgeColor, 4, values.color);
+    overlay.begin(camera.viewport);
+    const Rgb ink = overlay.ink(); // as their numbers
+    const float color[4] = {ink.r, ink.g, ink.b, 1};
+    std::copy_n(color, 4, values.color);
     useUncut(UniformColor | FlatLight, values);
     bindSurfaceVertices(boxLines);
     glDrawArrays(GL_LINES, 0, static_cast<GLsizei>(lines.size()));
@@ -254,6 +258,12 @@ void SceneView::Impl::drawTexts()
     overlay.begin(camera.viewport);
     if (drawnLook.axes && (ownCamera || drawnLook.light != SceneLight::Contract)) {
         drawAxes(overlay, camera);
+    }
+    const ShownModel::Impl& shown = model.asRead();
+    for (std::size_t k = 0; !contract && k < shown.partCount; ++k) {
+        if (shown.parts[k].boxShown && !shown.parts[k].hidden) {
+            drawBoxCorners(overlay, camera, shown.meshes[k].extents);
+        }
     }
     if (labelled) {
         drawLabels(overlay, thinOut(std::move(ids), overlay, wanted.spacing));

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "axes_triad.h"
+#include "box_corners.h"
 #include "gl_state.h"
 #include "headless_context.h"
 #include "offscreen.h"
@@ -271,6 +272,39 @@ TEST_P(OverlayIn, AxesHaveLettersOfTheFontOrStrokes)
         EXPECT_GT(coloured(*p, 38, 78, 15, 13), 15) << "that of y";
     }
     EXPECT_GT(kvo::compare(strokes, letters).differing, 20u);
+}
+
+TEST_P(OverlayIn, BoxesHaveNumberedCorners)
+{
+    kvo::SceneCamera camera;
+    for (int k = 0; k < 16; ++k) {
+        camera.modelview[k] = camera.projection[k] = k % 5 == 0;
+    }
+    begin(20, 10, 160, 160);
+    camera.viewport[0] = 20;
+    camera.viewport[1] = 10;
+    camera.viewport[2] = camera.viewport[3] = 160;
+    useFont(13);
+    kvo::drawBoxCorners(painter, camera, {-0.5f, 0.5f, -0.25f, 0.25f, 0.5f, 0.5f}); // flat in z
+    const Picture p = draw();
+    EXPECT_EQ(at(p, 20 + 39, 10 + 59), (Color{0, 255, 0, 255})) << "the least corner";
+    EXPECT_EQ(at(p, 20 + 119, 10 + 99), (Color{255, 0, 0, 255})) << "the greatest";
+    painter.write(40 + 2, 100 + 2, "3", white);
+    painter.write(40 + 2, 100 + 2, "7", white);
+    painter.write(120 + 2, 60 + 2, "1", white);
+    painter.write(120 + 2, 60 + 2, "5", white);
+    const Picture numbers = draw();
+    for (const int left : {60, 140}) { // 3 over 7 and 1 over 5
+        const int low = left == 60 ? 110 : 70;
+        int ink = 0;
+        for (int y = low; y < low + 16; ++y) {
+            for (int x = left; x < left + 12; ++x) {
+                ink += at(numbers, x, y) != black;
+                EXPECT_NEAR(at(p, x, y).r, at(numbers, x, y).r, 1) << x << " " << y;
+            }
+        }
+        EXPECT_GT(ink, 20);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Profiles, OverlayIn, testing::Values(ContextProfile::Core, ContextProfile::Compatibility),
