@@ -19,9 +19,9 @@
 #include <string>
 
 #include "bench_model.h"
-#include "model_frame.h"
 #include "mtrans.h"
-#include "scene_view.h"
+#include <kvo/model_frame.h>
+#include <kvo/scene_view.h>
 
 namespace {
 

@@ -30,7 +30,7 @@
 #include "offscreen.h"
 #include "output_redirect.h"
 #include "pickrect.h"
-#include "through_picker.h"
+#include <kvo/through_picker.h>
 
 namespace {
 

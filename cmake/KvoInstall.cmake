@@ -19,11 +19,7 @@ foreach(program kvo kvo-convert)
   endif()
 endforeach()
 
-foreach(header scene_view scene_load standard_view model_frame coloring pick through_picker visible_picker quality measure select_more)
-  install(FILES scene/${header}.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender/scene)
-endforeach()
-
-install(DIRECTORY model/include/kvo DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender FILES_MATCHING PATTERN *.h)
+install(DIRECTORY model/include/kvo scene/include/kvo DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kvorender FILES_MATCHING PATTERN *.h)
 
 set(KVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/kvorender)
 install(EXPORT kvorenderTargets NAMESPACE kvorender:: DESTINATION ${KVO_PACKAGE_DIR})

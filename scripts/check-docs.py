@@ -24,7 +24,7 @@ PAGES = ("*.md", "docs/*.md", "examples/**/*.md", "bench/*.md")
 FOLDERS = ("render", "generic", "readgen", "import", "model", "host", "apps", "tests", "bench", "examples", "docs", "scripts",
            "cmake", ".ci")
 MADE = ("build/", "demo/")  # by the commands of the pages themselves
-HEADER_FOLDERS = ("render", "generic", "readgen", "import/generic", "scene", "model/include/kvo")
+HEADER_FOLDERS = ("render", "generic", "readgen", "import/generic", "scene/include/kvo", "model/include/kvo")
 ENDINGS = r"(?:md|h|cpp|py|txt|json|inp|stl|png|svg|cmake|in|yml|supp)"
 
 

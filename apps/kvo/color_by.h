@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "coloring.h"
+#include <kvo/coloring.h>
 
 class CAEEnv;
 struct ModelInfo;

@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "caeenv.h"
-#include "model_frame.h"
+#include <kvo/model_frame.h>
 
 namespace kvo {
 

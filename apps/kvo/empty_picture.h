@@ -5,7 +5,7 @@
 #include <string>
 
 #include "picture.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 class CAEEnv;
 

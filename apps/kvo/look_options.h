@@ -7,7 +7,7 @@
 
 #include "color_by.h"
 #include "look_values.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 class CAEEnv;
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "id_list.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 namespace kvo {
 

@@ -21,9 +21,9 @@
 #include "offscreen.h"
 #include "output_redirect.h"
 #include "program_error.h"
-#include "scene_load.h"
 #include "session_model.h"
 #include "vocabulary.h"
+#include <kvo/scene_load.h>
 
 namespace kvo {
 

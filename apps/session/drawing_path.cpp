@@ -9,12 +9,12 @@
 #include "caeenv.h"
 #include "contract_picker.h"
 #include "mantypes.h"
-#include "model_frame.h"
 #include "mtrans.h"
 #include "partstr.h"
 #include "scene_picker.h"
 #include "session_camera.h"
 #include "session_model.h"
+#include <kvo/model_frame.h>
 
 namespace kvo {
 

@@ -12,7 +12,7 @@
 #include <string>
 
 #include "picker.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 class CAEEnv;
 

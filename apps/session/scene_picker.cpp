@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "caeenv.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 namespace kvo {
 

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "picker.h"
-#include "through_picker.h"
-#include "visible_picker.h"
+#include <kvo/through_picker.h>
+#include <kvo/visible_picker.h>
 
 namespace kvo {
 

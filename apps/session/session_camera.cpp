@@ -8,11 +8,11 @@
 #include <kvo/view_names.h>
 
 #include "caeenv.h"
-#include "model_frame.h"
 #include "mtrans.h"
 #include "program_error.h"
 #include "selection.h"
 #include "session_file.h"
+#include <kvo/model_frame.h>
 
 namespace kvo {
 

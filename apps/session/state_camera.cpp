@@ -8,11 +8,11 @@
 #include <GL/gl.h>
 
 #include "caeenv.h"
-#include "model_frame.h"
 #include "mtrans.h"
 #include "mview.h"
 #include "program_error.h"
 #include "trackball.h"
+#include <kvo/model_frame.h>
 
 namespace kvo {
 

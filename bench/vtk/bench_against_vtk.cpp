@@ -22,10 +22,10 @@
 #include "bench_model.h"
 #include "mtrans.h"
 #include "mview.h"
-#include "scene_load.h"
-#include "scene_view.h"
-#include "through_picker.h"
 #include "vtk_side.h"
+#include <kvo/scene_load.h>
+#include <kvo/scene_view.h>
+#include <kvo/through_picker.h>
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include <GL/freeglut.h>
 #include <cstdio>
 #include <kvo/model_directory.h>
+#include <kvo/scene_view.h>
 #include <kvo/view_names.h>
+#include <kvo/visible_picker.h>
 #include <memory>
-#include <scene_view.h>
-#include <visible_picker.h>
 
 static kvo::ModelView shown;
 static std::unique_ptr<kvo::SceneView> view;

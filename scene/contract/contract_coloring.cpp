@@ -1,7 +1,7 @@
 // Colours by what a model directory says of an environment's parts.
 #include "caeenv.h"
-#include "coloring.h"
 #include "modelinfo.h"
+#include <kvo/coloring.h>
 
 namespace kvo {
 

@@ -6,9 +6,9 @@
 #include "caeenv.h"
 #include "far_matrices.h"
 #include "loaded.h"
-#include "model_frame.h"
 #include "mtrans.h"
 #include "mview.h"
+#include <kvo/model_frame.h>
 
 namespace kvo {
 

@@ -2,9 +2,9 @@
 #ifndef KVO_SCENE_CONTRACT_FRAME_H
 #define KVO_SCENE_CONTRACT_FRAME_H
 
-#include "pick.h"
 #include "scene_camera.h"
-#include "scene_view.h"
+#include <kvo/pick.h>
+#include <kvo/scene_view.h>
 
 namespace kvo {
 

@@ -1,8 +1,8 @@
 // The records of an environment as a scene reads them.
 #include "caeenv.h"
 #include "mantypes.h"
-#include "shown_model.h"
 #include "shown_parts.h"
+#include <kvo/shown_model.h>
 
 namespace kvo {
 

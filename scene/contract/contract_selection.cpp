@@ -1,6 +1,6 @@
 // Sets of elements and nodes as the selection of an environment.
 #include "caeenv.h"
-#include "select_more.h"
+#include <kvo/select_more.h>
 
 namespace kvo {
 

@@ -8,7 +8,7 @@
 #ifndef KVO_SCENE_FAR_MATRICES_H
 #define KVO_SCENE_FAR_MATRICES_H
 
-#include "model_frame.h"
+#include <kvo/model_frame.h>
 
 class MTransform;
 

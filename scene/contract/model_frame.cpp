@@ -1,5 +1,5 @@
 // The closed form of the library's fit, and the box that makes it fill a picture.
-#include "model_frame.h"
+#include <kvo/model_frame.h>
 
 #include <algorithm>
 #include <cmath>

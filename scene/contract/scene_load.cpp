@@ -1,4 +1,4 @@
-#include "scene_load.h"
+#include <kvo/scene_load.h>
 
 #include "caeenv.h"
 

@@ -1,4 +1,4 @@
-#include "standard_view.h"
+#include <kvo/standard_view.h>
 
 #include <algorithm>
 #include <cmath>

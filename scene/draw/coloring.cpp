@@ -1,4 +1,4 @@
-#include "coloring.h"
+#include <kvo/coloring.h>
 
 #include <algorithm>
 #include <cmath>

@@ -2,10 +2,10 @@
 #ifndef KVO_SCENE_ELEMENT_COLORS_H
 #define KVO_SCENE_ELEMENT_COLORS_H
 
-#include "coloring.h"
 #include "gl_objects.h"
 #include "scene_geometry.h"
 #include "surface_program.h"
+#include <kvo/coloring.h>
 
 namespace kvo {
 

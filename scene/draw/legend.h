@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "coloring.h"
 #include "overlay_painter.h"
+#include <kvo/coloring.h>
 
 namespace kvo {
 

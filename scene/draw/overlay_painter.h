@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "coloring.h"
 #include "gl_objects.h"
 #include "glyph_atlas.h"
+#include <kvo/coloring.h>
 
 namespace kvo {
 

@@ -5,7 +5,7 @@
 
 #include <GL/glu.h>
 
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 namespace kvo {
 

@@ -7,8 +7,8 @@
 
 #include "face_normals.h"
 #include "gl_objects.h"
-#include "part_mesh.h"
 #include "surface_mesh.h"
+#include <kvo/part_mesh.h>
 
 namespace kvo {
 

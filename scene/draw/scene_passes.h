@@ -9,9 +9,9 @@
 #include "pixel_sieve.h"
 #include "scene_camera.h"
 #include "scene_geometry.h"
-#include "scene_view.h"
 #include "shown_parts.h"
 #include "surface_program.h"
+#include <kvo/scene_view.h>
 
 namespace kvo {
 

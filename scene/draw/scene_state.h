@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <vector>
 
-#include "coloring.h"
 #include "gl_objects.h"
 #include "scene_geometry.h"
 #include "shown_parts.h"
+#include <kvo/coloring.h>
 
 namespace kvo {
 

@@ -1,5 +1,5 @@
 // One frame.
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 #include <algorithm>
 #include <cmath>
@@ -9,9 +9,9 @@
 #include "box_corners.h"
 #include "contract_frame.h"
 #include "legend.h"
-#include "model_frame.h"
 #include "scene_view_impl.h"
 #include "section.h"
+#include <kvo/model_frame.h>
 
 #include <kvo/view_names.h>
 

@@ -8,7 +8,6 @@
 #include <optional>
 #include <vector>
 
-#include "coloring.h"
 #include "drawing_fences.h"
 #include "element_colors.h"
 #include "id_labels.h"
@@ -18,12 +17,13 @@
 #include "scene_geometry.h"
 #include "scene_passes.h"
 #include "scene_state.h"
-#include "scene_view.h"
 #include "section_caps.h"
 #include "shown_parts.h"
 #include "surface_lines.h"
 #include "surface_program.h"
 #include "transparency.h"
+#include <kvo/coloring.h>
+#include <kvo/scene_view.h>
 
 namespace kvo {
 

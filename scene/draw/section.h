@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "part_mesh.h"
 #include "surface_faces.h"
 #include "surface_mesh.h"
+#include <kvo/part_mesh.h>
 
 namespace kvo {
 

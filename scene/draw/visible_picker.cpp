@@ -1,4 +1,4 @@
-#include "visible_picker.h"
+#include <kvo/visible_picker.h>
 
 #include <algorithm>
 #include <cmath>

@@ -8,8 +8,8 @@
 #include <functional>
 #include <vector>
 
-#include "part_mesh.h"
 #include "pick_volume.h"
+#include <kvo/part_mesh.h>
 
 namespace kvo {
 

@@ -8,8 +8,8 @@
 #include <cstdint>
 
 #include "element_shape.h"
-#include "part_mesh.h"
-#include "pick.h"
+#include <kvo/part_mesh.h>
+#include <kvo/pick.h>
 
 namespace kvo {
 

@@ -1,4 +1,4 @@
-#include "pick.h"
+#include <kvo/pick.h>
 
 #include <algorithm>
 #include <cmath>

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "pick.h"
+#include <kvo/pick.h>
 
 namespace kvo {
 

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "pick.h"
 #include "pick_volume.h"
+#include <kvo/pick.h>
 
 namespace kvo {
 

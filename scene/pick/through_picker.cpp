@@ -1,4 +1,4 @@
-#include "through_picker.h"
+#include <kvo/through_picker.h>
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "shown_model.h"
+#include <kvo/shown_model.h>
 
 #include <algorithm>
 #include <cmath>

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "part_mesh.h"
-#include "shown_model.h"
+#include <kvo/part_mesh.h>
+#include <kvo/shown_model.h>
 
 namespace kvo {
 

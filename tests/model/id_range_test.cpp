@@ -6,8 +6,8 @@
 
 #include "id_set.h"
 #include "modelbuilder.h"
-#include "select_more.h"
 #include <kvo/id_range.h>
+#include <kvo/select_more.h>
 
 namespace {
 

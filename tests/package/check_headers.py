@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Every installed header compiles on its own, with the package's folders and nothing else on the include path: as C++11
-the contract's four folders, as C++17 those of scene/ and kvo/.
+the contract's four folders, as C++17 those of kvo/.
 
 usage: check_headers.py COMPILER INCLUDE_FOLDER
 """
@@ -9,21 +9,21 @@ import subprocess
 import sys
 
 CONTRACT = ("render", "generic", "readgen", "import/generic")
-FOLDERS = (*CONTRACT, "kvo", "scene")
+FOLDERS = (*CONTRACT, "kvo")
 EXPECTED = {
     "render": "boundbox caeenv glfuncs maptypes mtrans mview partstr pickrect rubberband trackball unit_axis",
     "generic": "gentime kvoexport",
     "readgen": "modelinfo modelwriter readelements readids readnodes",
     "import/generic": "mantypes",
-    "kvo": "box camera id_range id_table model model_directory rotation span view_names",
-    "scene": "coloring measure model_frame pick quality scene_load scene_view select_more standard_view through_picker visible_picker",
+    "kvo": "box camera coloring id_range id_table measure model model_directory model_frame model_view part_mesh pick quality rotation "
+           "scene_load scene_view select_more shown_model span standard_view through_picker view_names visible_picker",
 }
 
 
 def compiles(compiler, root, folder, header):
     standard = "-std=c++11" if folder in CONTRACT else "-std=c++17"
     command = [compiler, standard, "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", "-x", "c++", "-"]
-    own = () if folder in CONTRACT else (".", "scene") if folder == "scene" else (".",)
+    own = () if folder in CONTRACT else (".",)
     command += [f"-I{os.path.join(root, name)}" for name in (*CONTRACT, *own)]
     name = f"kvo/{header}" if folder == "kvo" else header
     twice = f'#include "{name}"\n#include "{name}"\n'

@@ -8,8 +8,8 @@
 
 #include "mantypes.h"
 #include "scene_fixture.h"
-#include "through_picker.h"
-#include "visible_picker.h"
+#include <kvo/through_picker.h>
+#include <kvo/visible_picker.h>
 
 namespace {
 

@@ -1,13 +1,13 @@
 // Colours by category and value, and the legend's numbers.
 #include <cmath>
 
-#include "coloring.h"
 #include "font.h"
 #include "legend.h"
 #include "look_pictures.h"
 #include "mantypes.h"
 #include "modelinfo.h"
 #include "scene_fixture.h"
+#include <kvo/coloring.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Distances, angles, circles, lengths, areas, volumes and centres.
-#include "measure.h"
 #include "toolstest.h"
+#include <kvo/measure.h>
 
 namespace {
 

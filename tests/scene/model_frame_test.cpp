@@ -7,10 +7,10 @@
 #include "caeenv.h"
 #include "host_fixture.h"
 #include "mantypes.h"
-#include "model_frame.h"
 #include "mtrans.h"
 #include "mview.h"
 #include "output_redirect.h"
+#include <kvo/model_frame.h>
 
 using kvo::Box;
 using kvo::Framing;

@@ -2,12 +2,12 @@
 // records, and views that differ.
 #include <kvo/view_names.h>
 
-#include "coloring.h"
 #include "mantypes.h"
 #include "scene_fixture.h"
-#include "select_more.h"
-#include "through_picker.h"
-#include "visible_picker.h"
+#include <kvo/coloring.h>
+#include <kvo/select_more.h>
+#include <kvo/through_picker.h>
+#include <kvo/visible_picker.h>
 
 namespace {
 

@@ -18,7 +18,7 @@
 #include "offscreen.h"
 #include "output_redirect.h"
 #include "pick_models.h"
-#include "through_picker.h"
+#include <kvo/through_picker.h>
 
 struct ContractHit
 {

@@ -7,7 +7,7 @@
 #include <random>
 
 #include "modelbuilder.h"
-#include "pick.h"
+#include <kvo/pick.h>
 
 // Random numbers that are the same on every machine.
 class Dice

@@ -10,7 +10,7 @@
 #include "outputcapture.h"
 #include "pick_models.h"
 #include "polygon_area.h"
-#include "through_picker.h"
+#include <kvo/through_picker.h>
 
 using kvo::Overlap;
 using kvo::PickRegion;

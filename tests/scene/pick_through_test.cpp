@@ -6,7 +6,7 @@
 
 #include "outputcapture.h"
 #include "pick_models.h"
-#include "through_picker.h"
+#include <kvo/through_picker.h>
 
 using kvo::PickRegion;
 using kvo::PickType;

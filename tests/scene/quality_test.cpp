@@ -1,8 +1,8 @@
 // Element quality: exact values of known shapes, what degenerate elements give, independence of place and size.
 #include <limits>
 
-#include "quality.h"
 #include "toolstest.h"
+#include <kvo/quality.h>
 
 namespace {
 

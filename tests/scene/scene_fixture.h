@@ -10,13 +10,13 @@
 
 #include "caeenv.h"
 #include "headless_context.h"
-#include "model_frame.h"
 #include "mtrans.h"
 #include "mview.h"
 #include "offscreen.h"
 #include "output_redirect.h"
 #include "scene_models.h"
-#include "scene_view.h"
+#include <kvo/model_frame.h>
+#include <kvo/scene_view.h>
 
 class SceneTest : public testing::Test
 {

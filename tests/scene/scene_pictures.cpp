@@ -17,7 +17,7 @@
 #include "mview.h"
 #include "offscreen.h"
 #include "output_redirect.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 namespace {
 

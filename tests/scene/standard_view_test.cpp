@@ -1,5 +1,5 @@
 // Standard views show what their names say, wherever the model lies.
-#include "standard_view.h"
+#include <kvo/standard_view.h>
 
 #include <array>
 

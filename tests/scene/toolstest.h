@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "modelbuilder.h"
-#include "select_more.h"
+#include <kvo/select_more.h>
 
 namespace toolstest {
 

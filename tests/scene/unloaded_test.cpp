@@ -1,11 +1,11 @@
 // What a scene says before a model is loaded.
 #include <stdexcept>
 
-#include "coloring.h"
 #include "scene_fixture.h"
-#include "standard_view.h"
-#include "through_picker.h"
-#include "visible_picker.h"
+#include <kvo/coloring.h>
+#include <kvo/standard_view.h>
+#include <kvo/through_picker.h>
+#include <kvo/visible_picker.h>
 
 namespace {
 

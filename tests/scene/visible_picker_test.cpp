@@ -1,5 +1,5 @@
 // What visible picks find: what the picture shows, and nothing else.
-#include "visible_picker.h"
+#include <kvo/visible_picker.h>
 
 #include <random>
 #include <set>
