@@ -23,6 +23,32 @@ void lookFromTheFront()
     glMatrixMode(GL_MODELVIEW);
 }
 
+// The matrices of what a scene draws, on top of both stacks.
+class LoadedMatrices
+{
+public:
+    LoadedMatrices(const SceneCamera& camera, const double origin[3])
+    {
+        double modelview[16], projection[16];
+        camera.matricesFrom(origin, modelview, projection);
+        glMatrixMode(GL_PROJECTION);
+        glPushMatrix();
+        glLoadMatrixd(projection);
+        glMatrixMode(GL_MODELVIEW);
+        glPushMatrix();
+        glLoadMatrixd(modelview);
+    }
+    ~LoadedMatrices()
+    {
+        glMatrixMode(GL_PROJECTION);
+        glPopMatrix();
+        glMatrixMode(GL_MODELVIEW);
+        glPopMatrix();
+    }
+    LoadedMatrices(const LoadedMatrices&) = delete;
+    LoadedMatrices& operator=(const LoadedMatrices&) = delete;
+};
+
 } // namespace
 
 void ContractFrame::requireLoaded() const
@@ -88,9 +114,12 @@ void ContractFrame::setLights(const SceneCamera& camera, SurfaceUniforms& unifor
     uniforms.bothSides = false;
 }
 
-void ContractFrame::drawBoxes(const double origin[3])
+void ContractFrame::drawBoxes(const SceneCamera& camera, const double origin[3])
 {
     glUseProgram(0);
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    const LoadedMatrices matrices(camera, origin);
     glEnableClientState(GL_VERTEX_ARRAY);
     for (unsigned int k = 0; k < env.numParts; ++k) {
         const PartInfoStr& part = env.partsInfoList[k];
@@ -103,7 +132,8 @@ void ContractFrame::drawBoxes(const double origin[3])
         }
         near.render();
     }
-    glDisableClientState(GL_VERTEX_ARRAY);
+    glPopClientAttrib();
+    glPopAttrib();
 }
 
 // The environment draws its triad with every overlay. It stands at the origin with its y arm turned round, so it is

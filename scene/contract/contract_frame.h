@@ -24,8 +24,8 @@ public:
     void setMatrices(const SceneLook& look, bool far, SceneCamera& camera);
     // The context's lights.
     void setLights(const SceneCamera& camera, SurfaceUniforms& uniforms) const;
-    // With the matrices of the scene's geometry, which is relative to origin.
-    void drawBoxes(const double origin[3]);
+    // From coordinates relative to origin, as the scene's geometry.
+    void drawBoxes(const SceneCamera& camera, const double origin[3]);
     // Overlays, and what the environment keeps of the frame.
     void end(const SceneLook& look, bool far, const SceneCamera& camera);
     PickView pickView() const;

@@ -42,13 +42,16 @@ const CoarseSurface* SceneView::Impl::chooseSurface()
 
 PixelSieve* SceneView::Impl::chooseSieve()
 {
-    GLint mode[2] = {GL_FILL, GL_FILL}, samples = 0;
-    glGetIntegerv(GL_POLYGON_MODE, mode);
-    glGetIntegerv(GL_SAMPLES, &samples);
+    const GLint* mode = drawState.polygonMode;
     const bool filled = mode[0] == GL_FILL && mode[1] == GL_FILL && drawnLook.style == SceneStyle::Shaded;
     const bool shifted = drawnLook.pixelShift[0] != 0 || drawnLook.pixelShift[1] != 0; // off the pixels' middles
-    return filled && samples == 0 && !shifted && !glIsEnabled(GL_POLYGON_SMOOTH) && drawsOnProcessor() ? &sieve
-                                                                                                       : nullptr;
+    if (!filled || shifted || drawState.isOn(GL_POLYGON_SMOOTH) || faceCount(geometry) < PixelSieve::fewFaces ||
+        !onProcessor) {
+        return nullptr;
+    }
+    GLint samples = 0;
+    glGetIntegerv(GL_SAMPLES, &samples);
+    return samples == 0 ? &sieve : nullptr;
 }
 
 // Waiting for OpenGL costs a little, so it is done only where a budget asks for it.

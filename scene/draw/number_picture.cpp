@@ -7,28 +7,6 @@
 
 namespace kvo {
 
-namespace {
-
-void loadMatrices(const double modelview[16], const double projection[16])
-{
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glLoadMatrixd(projection);
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    glLoadMatrixd(modelview);
-}
-
-void restoreMatrices()
-{
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
-}
-
-} // namespace
-
 // Part of the viewport is drawn as a picture of its own whose viewport is shifted: every pixel gets the same fragments
 // as in the frame.
 NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
@@ -41,45 +19,26 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
     if (geometry.elementCount() == 0) {
         return out;
     }
-    GLint depthTest = glIsEnabled(GL_DEPTH_TEST);
-    GLint readBuffer = GL_BACK;
-    glGetIntegerv(GL_READ_BUFFER, &readBuffer);
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
-    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT | GL_CLIENT_PIXEL_STORE_BIT);
-    {
-        fences.keep();
-        const KeepFramebuffer keep;
-        const GlFramebuffer target(box.width, box.height, {GL_R32UI});
-        glViewport(camera.viewport[0] - box.left, camera.viewport[1] - box.bottom, camera.viewport[2],
-                   camera.viewport[3]);
-        glDisable(GL_SCISSOR_TEST);
-        glDisable(GL_BLEND);
-        glDisable(GL_MULTISAMPLE);
-        const GLuint nothing[4] = {0, 0, 0, 0};
-        glClearBufferuiv(GL_COLOR, 0, nothing);
-        glClear(GL_DEPTH_BUFFER_BIT);
-        if (depthTest) {
-            glEnable(GL_DEPTH_TEST);
-        }
-        double modelview[16], projection[16];
-        if (isFar() || ownCamera) {
-            camera.matricesFrom(geometry.origin(), modelview, projection);
-            loadMatrices(modelview, projection);
-        } else {
-            loadMatrices(camera.modelview, camera.projection);
-        }
-        drawNumberedPieces(box);
-        restoreMatrices();
-        glUseProgram(0);
-        fences.keep();
-        glReadBuffer(GL_COLOR_ATTACHMENT0);
-        glPixelStorei(GL_PACK_ALIGNMENT, 4);
-        glReadPixels(0, 0, box.width, box.height, GL_RED_INTEGER, GL_UNSIGNED_INT, out.numbers.data());
-        glReadPixels(0, 0, box.width, box.height, GL_DEPTH_COMPONENT, GL_FLOAT, out.depths.data());
-    }
-    glReadBuffer(static_cast<GLenum>(readBuffer));
-    glPopClientAttrib();
-    glPopAttrib();
+    const KeepGlState host;
+    GlState start = host.state().defaults();
+    start.turn(GL_DEPTH_TEST, host.state().isOn(GL_DEPTH_TEST));
+    start.turn(GL_MULTISAMPLE, false);
+    std::copy(host.state().polygonMode, host.state().polygonMode + 2, start.polygonMode);
+    start.clearDepth = 1;
+    start.apply();
+    fences.keep();
+    const GlFramebuffer target(box.width, box.height, {GL_R32UI});
+    glViewport(camera.viewport[0] - box.left, camera.viewport[1] - box.bottom, camera.viewport[2], camera.viewport[3]);
+    const GLuint nothing[4] = {0, 0, 0, 0};
+    glClearBufferuiv(GL_COLOR, 0, nothing);
+    glClear(GL_DEPTH_BUFFER_BIT);
+    vertexArray.bind();
+    state.bind();
+    drawNumberedPieces(box);
+    fences.keep();
+    glReadBuffer(GL_COLOR_ATTACHMENT0);
+    glReadPixels(0, 0, box.width, box.height, GL_RED_INTEGER, GL_UNSIGNED_INT, out.numbers.data());
+    glReadPixels(0, 0, box.width, box.height, GL_DEPTH_COMPONENT, GL_FLOAT, out.depths.data());
     return out;
 }
 
@@ -102,15 +61,14 @@ void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
     }
     SceneFrameStats uncounted;
     ScenePasses passes(geometry, zoomed, parts, uncounted);
-    use(ElementNumbers | FlatLight, uniforms());
+    SurfaceUniforms values = uniforms();
+    use(ElementNumbers | FlatLight, values);
     passes.faces(PartShow::Opaque, !seesBacks());
-    drawCaps(passes, PartShow::Opaque, ElementNumbers | FlatLight, uniforms());
-    use(ElementNumbers | FlatLight, uniforms());
+    drawCaps(passes, PartShow::Opaque, ElementNumbers | FlatLight, values);
+    const DrawnNearer nearer(camera, 1, values);
+    use(ElementNumbers | FlatLight, values);
     glLineWidth(drawnLook.lineWidth);
-    {
-        const DrawnNearer nearer(camera, 1);
-        passes.lines(PartShow::Opaque);
-    }
+    passes.lines(PartShow::Opaque);
     glDisable(GL_CLIP_DISTANCE0);
 }
 

@@ -11,8 +11,7 @@ namespace kvo {
 
 namespace {
 
-constexpr std::size_t fewFaces = 50000; // are drawn before they are looked through
-constexpr double densePixels = 2;       // a face, at most, for a block whose faces are looked at
+constexpr double densePixels = 2; // a face, at most, for a block whose faces are looked at
 constexpr std::size_t blocksPerPiece = 64;
 constexpr double singlePrecision = 16 * 6e-8; // of the sums in a matrix and a transformation
 
@@ -122,7 +121,7 @@ bool sievePays(const std::vector<const SurfaceBlock*>& blocks, unsigned int corn
         faces += block->indexCount / corners;
         dense += isDense(*block, corners, map) ? block->indexCount / corners : 0;
     }
-    return dense > fewFaces && 2 * dense > faces;
+    return dense > PixelSieve::fewFaces && 2 * dense > faces;
 }
 
 std::vector<std::vector<std::uint32_t>> facesOnPixels(const SurfaceVertex* vertices, const std::uint32_t* indices,

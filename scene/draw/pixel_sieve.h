@@ -44,6 +44,7 @@ class PixelSieve
 {
 public:
     static constexpr std::size_t notDrawn = static_cast<std::size_t>(-1);
+    static constexpr std::size_t fewFaces = 50000; // are drawn before they are looked through
 
     // The number of faces drawn, or notDrawn where it does not pay. The geometry's vertices must be bound.
     std::size_t draw(const SceneGeometry& geometry, FaceKind kind, const std::vector<const SurfaceBlock*>& blocks,

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <GL/glu.h>
-
 #include <kvo/scene_view.h>
 
 namespace kvo {
@@ -50,6 +48,65 @@ void toModel(const double m[16], float v[3])
     setUnit(out, v);
 }
 
+// Column-major: out = a b.
+template <class Number> void multiply(const Number a[16], const Number b[16], Number out[16])
+{
+    for (int column = 0; column < 4; ++column) {
+        const Number* from = b + 4 * column;
+        for (int row = 0; row < 4; ++row) {
+            out[4 * column + row] =
+                a[row] * from[0] + a[4 + row] * from[1] + a[8 + row] * from[2] + a[12 + row] * from[3];
+        }
+    }
+}
+
+// By elimination, with the largest pivot of each column. False for a matrix that has no inverse.
+bool invert(const double matrix[16], double out[16])
+{
+    double rows[4][8] = {};
+    for (int row = 0; row < 4; ++row) {
+        for (int column = 0; column < 4; ++column) {
+            rows[row][column] = matrix[4 * column + row];
+        }
+        rows[row][4 + row] = 1;
+    }
+    for (int pivot = 0; pivot < 4; ++pivot) {
+        int best = pivot;
+        for (int row = pivot + 1; row < 4; ++row) {
+            best = std::fabs(rows[row][pivot]) > std::fabs(rows[best][pivot]) ? row : best;
+        }
+        if (!(std::fabs(rows[best][pivot]) > 0)) {
+            return false;
+        }
+        std::swap(rows[best], rows[pivot]);
+        for (int row = 0; row < 4; ++row) {
+            const double factor = row == pivot ? 0 : rows[row][pivot] / rows[pivot][pivot];
+            for (int column = 0; column < 8 && factor != 0; ++column) {
+                rows[row][column] -= factor * rows[pivot][column];
+            }
+        }
+    }
+    for (int k = 0; k < 16; ++k) {
+        out[k] = rows[k % 4][4 + k / 4] / rows[k % 4][k % 4];
+    }
+    return true;
+}
+
+// The inverse's transpose, but for its scale: the programs make unit vectors.
+void setNormalMatrix(const double m[16], float out[9])
+{
+    const double sign = determinant(m) < 0 ? -1 : 1;
+    double cofactors[9], largest = 0;
+    for (int k = 0; k < 9; ++k) {
+        const int a = 4 * ((k / 3 + 1) % 3), b = 4 * ((k / 3 + 2) % 3), r = (k % 3 + 1) % 3, s = (k % 3 + 2) % 3;
+        cofactors[k] = sign * (m[a + r] * m[b + s] - m[b + r] * m[a + s]);
+        largest = std::max(largest, std::fabs(cofactors[k]));
+    }
+    for (int k = 0; k < 9; ++k) {
+        out[k] = largest > 0 ? static_cast<float>(cofactors[k] / largest) : 0;
+    }
+}
+
 struct LightRow
 {
     double direction[3];
@@ -69,6 +126,7 @@ void SceneCamera::capture()
     glGetDoublev(GL_PROJECTION_MATRIX, projection);
     std::fill(origin, origin + 3, 0.0);
     perspective = inside = false;
+    captured = true;
     // Window depth grows with eye z when the projection's third row says so: the viewer then looks along +z.
     viewer = projection[10] > 0 ? -1.0f : 1.0f;
     // Eye coordinates are right-handed with the viewer looking along -z; that projection has a negative determinant.
@@ -76,9 +134,9 @@ void SceneCamera::capture()
     mirrored = determinant(modelview) * determinant(projection) > 0;
 }
 
-void SceneCamera::see(const Camera& camera, const Box& box, const double newOrigin[3])
+void SceneCamera::see(const Camera& camera, const int pixels[4], const Box& box, const double newOrigin[3])
 {
-    glGetIntegerv(GL_VIEWPORT, viewport);
+    std::copy(pixels, pixels + 4, viewport);
     std::copy(newOrigin, newOrigin + 3, origin);
     const CameraMatrices matrices =
         camera.matrices({viewport[2], viewport[3]}, box, {newOrigin[0], newOrigin[1], newOrigin[2]});
@@ -92,7 +150,7 @@ void SceneCamera::see(const Camera& camera, const Box& box, const double newOrig
     }
     viewer = 1;
     unitScale = 1;
-    mirrored = false;
+    mirrored = captured = false;
 }
 
 bool SceneCamera::project(const double model[3], double window[3]) const
@@ -118,9 +176,20 @@ bool SceneCamera::project(const double model[3], double window[3]) const
 
 void SceneCamera::unproject(const double window[3], double model[3]) const
 {
-    gluUnProject(window[0], window[1], window[2], modelview, projection, viewport, &model[0], &model[1], &model[2]);
+    double toWindow[16], fromWindow[16];
+    multiply(projection, modelview, toWindow);
+    if (!invert(toWindow, fromWindow)) {
+        std::copy(origin, origin + 3, model);
+        return;
+    }
+    const double at[4] = {2 * (window[0] - viewport[0]) / viewport[2] - 1,
+                          2 * (window[1] - viewport[1]) / viewport[3] - 1, 2 * window[2] - 1, 1};
+    double out[4] = {0, 0, 0, 0};
+    for (int k = 0; k < 16; ++k) {
+        out[k % 4] += fromWindow[k] * at[k / 4];
+    }
     for (int axis = 0; axis < 3; ++axis) {
-        model[axis] += origin[axis];
+        model[axis] = out[axis] / out[3] + origin[axis];
     }
 }
 
@@ -139,10 +208,31 @@ void SceneCamera::matricesFrom(const double otherOrigin[3], double modelviewOut[
 {
     relativeTo(otherOrigin, modelviewOut);
     std::copy(projection, projection + 16, projectionOut);
-    for (int axis = 0; axis < 2 && !perspective; ++axis) { // a parallel projection's axes are independent
+    const bool asCaptured = captured && std::equal(origin, origin + 3, otherOrigin);
+    for (int axis = 0; axis < 2 && !perspective && !asCaptured;
+         ++axis) { // a parallel projection's axes are independent
         modelviewOut[12 + axis] += projection[12 + axis] / projection[5 * axis];
         projectionOut[12 + axis] = 0;
     }
+}
+
+// What was captured is multiplied as the fixed pipeline does it, in single precision: the same pixels are covered.
+void SceneCamera::setMatrices(const double otherOrigin[3], SurfaceUniforms& uniforms) const
+{
+    double toEye[16], toClip[16];
+    matricesFrom(otherOrigin, toEye, toClip);
+    if (captured) {
+        float single[2][16];
+        std::transform(toEye, toEye + 16, single[0], [](double v) { return static_cast<float>(v); });
+        std::transform(toClip, toClip + 16, single[1], [](double v) { return static_cast<float>(v); });
+        multiply(single[1], single[0], uniforms.modelviewProjection);
+    } else {
+        double product[16];
+        multiply(toClip, toEye, product);
+        std::transform(product, product + 16, uniforms.modelviewProjection,
+                       [](double v) { return static_cast<float>(v); });
+    }
+    setNormalMatrix(toEye, uniforms.normalMatrix);
 }
 
 void setLights(SceneLight light, const SceneCamera& camera, SurfaceUniforms& uniforms)
@@ -188,36 +278,26 @@ namespace {
 
 constexpr double nearerStep = 0.0005;
 
-void loadProjection(const double matrix[16])
-{
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(matrix);
-    glMatrixMode(GL_MODELVIEW);
-}
-
 } // namespace
 
-DrawnNearer::DrawnNearer(const SceneCamera& camera, int steps) : perspective(camera.perspective)
+DrawnNearer::DrawnNearer(const SceneCamera& camera, int steps, SurfaceUniforms& uniforms)
+    : perspective(camera.perspective)
 {
     if (!perspective) {
         glDepthRange(0, std::pow(1 - nearerStep, steps));
         return;
     }
     // What is left to the far plane grows: depth - step (1 - depth), of clip coordinates.
-    glGetDoublev(GL_PROJECTION_MATRIX, projection);
-    double nearer[16];
-    std::copy(projection, projection + 16, nearer);
+    float* const m = uniforms.modelviewProjection;
     for (int column = 0; column < 4; ++column) {
-        nearer[4 * column + 2] -= steps * nearerStep * (projection[4 * column + 3] - projection[4 * column + 2]);
+        const double depth = m[4 * column + 2], w = m[4 * column + 3];
+        m[4 * column + 2] = static_cast<float>(depth - steps * nearerStep * (w - depth));
     }
-    loadProjection(nearer);
 }
 
 DrawnNearer::~DrawnNearer()
 {
-    if (perspective) {
-        loadProjection(projection);
-    } else {
+    if (!perspective) {
         glDepthRange(0, 1);
     }
 }

@@ -13,6 +13,8 @@ namespace kvo {
 
 namespace {
 
+constexpr GLuint surfaceAttributes[] = {positionAttribute, normalAttribute, elementAttribute, partAttribute};
+
 // What building needed for a while stays with the process otherwise: as much again as the buffers.
 void giveMemoryBack()
 {
@@ -27,12 +29,12 @@ void bindSurfaceVertices(const GlBuffer& buffer)
 {
     buffer.bind(GL_ARRAY_BUFFER);
     const GLsizei stride = sizeof(SurfaceVertex);
-    glEnableClientState(GL_VERTEX_ARRAY);
-    glEnableClientState(GL_NORMAL_ARRAY);
-    glVertexPointer(3, GL_FLOAT, stride, bufferOffset(offsetof(SurfaceVertex, position)));
-    glNormalPointer(GL_SHORT, stride, bufferOffset(offsetof(SurfaceVertex, normal)));
-    glEnableVertexAttribArray(elementAttribute);
-    glEnableVertexAttribArray(partAttribute);
+    for (const GLuint attribute : surfaceAttributes) {
+        glEnableVertexAttribArray(attribute);
+    }
+    glVertexAttribPointer(positionAttribute, 3, GL_FLOAT, GL_FALSE, stride,
+                          bufferOffset(offsetof(SurfaceVertex, position)));
+    glVertexAttribPointer(normalAttribute, 3, GL_SHORT, GL_TRUE, stride, bufferOffset(offsetof(SurfaceVertex, normal)));
     glVertexAttribIPointer(elementAttribute, 1, GL_UNSIGNED_INT, stride,
                            bufferOffset(offsetof(SurfaceVertex, element)));
     glVertexAttribIPointer(partAttribute, 1, GL_UNSIGNED_INT, stride, bufferOffset(offsetof(SurfaceVertex, part)));
@@ -179,10 +181,9 @@ void SceneGeometry::bindSurface() const
 
 void SceneGeometry::unbind()
 {
-    glDisableVertexAttribArray(elementAttribute);
-    glDisableVertexAttribArray(partAttribute);
-    glDisableClientState(GL_NORMAL_ARRAY);
-    glDisableClientState(GL_VERTEX_ARRAY);
+    for (const GLuint attribute : surfaceAttributes) {
+        glDisableVertexAttribArray(attribute);
+    }
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
 }
 

@@ -12,7 +12,8 @@
 
 namespace kvo {
 
-// Fixed attributes and the element and part numbers come from a buffer of SurfaceVertex. SceneGeometry::unbind ends it.
+// Positions, normals and the element and part numbers come from a buffer of SurfaceVertex, as the bound vertex array
+// has it from now on. SceneGeometry::unbind ends it.
 void bindSurfaceVertices(const GlBuffer& buffer);
 
 class SceneGeometry
@@ -40,7 +41,7 @@ public:
     // Bytes in OpenGL's buffers.
     std::size_t bufferBytes() const;
 
-    // Fixed attributes and the element and part numbers come from the faces' buffer.
+    // Positions, normals and the element and part numbers come from the faces' buffer.
     void bindSurface() const;
     const GlBuffer& lineBuffer() const { return lineVertices; }
     const GlBuffer& vertexBuffer() const { return vertices; }

@@ -45,6 +45,7 @@ SurfaceUniforms SceneView::Impl::uniforms() const
         setLights(drawnLook.light, camera, out);
     }
     lightTheModel(camera, out);
+    camera.setMatrices(geometry.origin(), out);
     if (slices()) { // relative to the geometry's origin; of unit length, for single precision's sake
         const double* plane = drawnLook.section.plane;
         const double* o = geometry.origin();
@@ -125,18 +126,21 @@ void SceneView::Impl::drawFaces(ScenePasses& passes, const SurfaceUniforms& valu
     if (drawnLook.style == SceneStyle::Wire) {
         return;
     }
-    GLint mode[2];
-    glGetIntegerv(GL_POLYGON_MODE, mode);
     const SceneLines& lines = drawnLook.lines;
     const FacesGiveWay giveWay(drawnLook.style != SceneStyle::Shaded || lines.feature || lines.free || lines.branching);
     const bool hiddenLine = drawnLook.style == SceneStyle::HiddenLine;
-    SurfaceUniforms background = values;
-    glGetFloatv(GL_COLOR_CLEAR_VALUE, background.color);
-    use(hiddenLine ? UniformColor | FlatLight : faceFeatures(), background);
+    if (hiddenLine) { // nothing but the background is there yet: faces in its colour are their depths
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    }
+    use(hiddenLine ? UniformColor | FlatLight : faceFeatures(), values);
     state.bindVertexColors();
-    passes.faces(PartShow::Opaque, mode[0] == GL_FILL && !seesBacks());
+    passes.faces(PartShow::Opaque, drawState.polygonMode[0] == GL_FILL && !seesBacks());
     SceneState::unbindVertexColors();
-    drawCaps(passes, PartShow::Opaque, hiddenLine ? UniformColor | FlatLight : pieceFeatures(), background);
+    drawCaps(passes, PartShow::Opaque, hiddenLine ? UniformColor | FlatLight : pieceFeatures(), values);
+    if (hiddenLine) {
+        const GLboolean* mask = drawState.blending[0].mask;
+        glColorMask(mask[0], mask[1], mask[2], mask[3]);
+    }
 }
 
 void SceneView::Impl::drawCaps(ScenePasses& passes, PartShow show, unsigned int features, const SurfaceUniforms& values)
@@ -195,12 +199,10 @@ void SceneView::Impl::drawLines(ScenePasses& passes, SurfaceUniforms values)
 {
     values.ambient = 1;
     values.diffuse[0] = values.diffuse[1] = 0;
+    const DrawnNearer nearer(camera, 1, values);
     use(pieceFeatures(), values);
     glLineWidth(drawnLook.lineWidth);
-    {
-        const DrawnNearer nearer(camera, 1);
-        passes.lines(PartShow::Opaque);
-    }
+    passes.lines(PartShow::Opaque);
     glLineWidth(1);
 }
 

@@ -8,6 +8,7 @@
 #include "axes_triad.h"
 #include "box_corners.h"
 #include "contract_frame.h"
+#include "frame_state.h"
 #include "legend.h"
 #include "scene_view_impl.h"
 #include "section.h"
@@ -32,20 +33,23 @@ void checkContext()
     }
 }
 
-void clearViewport(const int viewport[4])
+void clearViewport(const int viewport[4], const GlState& state)
 {
-    glPushAttrib(GL_SCISSOR_BIT);
     glScissor(viewport[0], viewport[1], viewport[2], viewport[3]);
     glEnable(GL_SCISSOR_TEST);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-    glPopAttrib();
+    if (state.isOn(GL_SCISSOR_TEST)) {
+        glScissor(state.scissorBox[0], state.scissorBox[1], state.scissorBox[2], state.scissorBox[3]);
+    } else {
+        glDisable(GL_SCISSOR_TEST);
+    }
 }
 
 } // namespace
 
-SceneView::Impl::Impl(ShownModel shownModel) : model(std::move(shownModel))
+SceneView::Impl::Impl(ShownModel shownModel)
+    : model(std::move(shownModel)), onProcessor((checkContext(), drawsOnProcessor()))
 {
-    checkContext();
 }
 
 void SceneView::Impl::requireLoaded() const
@@ -108,8 +112,10 @@ void SceneView::Impl::findGoneElements(const GeometryKey& wanted)
 void SceneView::Impl::startFrame()
 {
     int viewport[4];
-    glGetIntegerv(GL_VIEWPORT, viewport);
-    clearViewport(viewport);
+    std::transform(drawState.viewport, drawState.viewport + 4, viewport,
+                   [](float v) { return static_cast<int>(std::lround(v)); });
+    clearViewport(viewport, drawState);
+    std::copy(viewport, viewport + 4, camera.viewport);
     if (contract) {
         contract->setViewport(viewport);
     } else if (!ownCamera) {
@@ -165,35 +171,10 @@ Box SceneView::Impl::drawnBox() const
 void SceneView::Impl::setMatrices()
 {
     if (ownCamera) {
-        camera.see(*ownCamera, drawnBox(), geometry.origin());
+        camera.see(*ownCamera, camera.viewport, drawnBox(), geometry.origin());
     } else {
         contract->setMatrices(drawnLook, isFar(), camera);
     }
-}
-
-void SceneView::Impl::pushMatrices()
-{
-    glMatrixMode(GL_PROJECTION);
-    glPushMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPushMatrix();
-    if (!isFar() && !ownCamera) { // the matrices stay to the last bit
-        return;
-    }
-    double modelview[16], projection[16];
-    camera.matricesFrom(geometry.origin(), modelview, projection);
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(projection);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadMatrixd(modelview);
-}
-
-void SceneView::Impl::popMatrices()
-{
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
 }
 
 // --- Over the model ---
@@ -222,7 +203,7 @@ void addBox(const std::array<float, 6>& extents, const double origin[3], std::ve
 void SceneView::Impl::drawBoxes()
 {
     if (contract) {
-        contract->drawBoxes(geometry.origin());
+        contract->drawBoxes(camera, geometry.origin());
         return;
     }
     std::vector<SurfaceVertex> lines;
@@ -335,6 +316,11 @@ const std::optional<Camera>& SceneView::camera() const
     return impl->ownCamera;
 }
 
+void SceneView::setHostState(HostState state)
+{
+    impl->hostState = state;
+}
+
 Box SceneView::visibleBox() const
 {
     impl->requireLoaded();
@@ -366,34 +352,32 @@ std::size_t SceneView::bufferBytes() const
            impl->surfaceLines.buffer().bytes() + impl->elementColors.bytes();
 }
 
+void SceneView::Impl::drawFrame()
+{
+    const FrameState frame(contract ? HostState::Restore : hostState, contract != nullptr, vertexArray);
+    drawState = frame.state();
+    readGeometry();
+    startFrame();
+    drawnLook = look;
+    setMatrices();
+    shiftFrame(drawnLook.pixelShift[0], drawnLook.pixelShift[1]);
+    const std::vector<PartShow> parts = partsToShow(model.asRead().parts, geometry, drawnLook.ghosts);
+    ScenePasses passes(geometry, camera, parts, stats);
+    passes.useCoarse(chooseSurface());
+    passes.useSieve(chooseSieve());
+    state.bind();
+    elementColors.bind();
+    drawSurfaces(passes);
+    drawSelectedNodes();
+    drawBoxes();
+    endTiming();
+}
+
 void SceneView::draw()
 {
     impl->requireLoaded();
     impl->stats = SceneFrameStats();
-    impl->readGeometry();
-    impl->startFrame();
-    impl->drawnLook = impl->look;
-    impl->setMatrices();
-    shiftFrame(impl->drawnLook.pixelShift[0], impl->drawnLook.pixelShift[1]);
-
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
-    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
-    impl->pushMatrices();
-    const std::vector<PartShow> parts = partsToShow(impl->model.asRead().parts, impl->geometry, impl->drawnLook.ghosts);
-    ScenePasses passes(impl->geometry, impl->camera, parts, impl->stats);
-    passes.useCoarse(impl->chooseSurface());
-    passes.useSieve(impl->chooseSieve());
-    impl->state.bind();
-    impl->elementColors.bind();
-    impl->drawSurfaces(passes);
-    impl->drawSelectedNodes();
-    impl->drawBoxes();
-    impl->popMatrices();
-    impl->endTiming();
-    glUseProgram(0);
-    glPopClientAttrib();
-    glPopAttrib();
-
+    impl->drawFrame();
     if (!impl->ownCamera) {
         impl->contract->end(impl->drawnLook, impl->isFar(), impl->camera);
     }

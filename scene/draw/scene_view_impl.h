@@ -10,6 +10,7 @@
 
 #include "drawing_fences.h"
 #include "element_colors.h"
+#include "gl_state.h"
 #include "id_labels.h"
 #include "number_picture.h"
 #include "overlay_painter.h"
@@ -52,14 +53,13 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     explicit Impl(ShownModel shownModel); // throws std::runtime_error when the context cannot do it
 
     void requireLoaded() const;
+    void drawFrame();
     void readGeometry();
     void startFrame();
     void findGoneElements(const GeometryKey& wanted);
     bool isFar() const; // the geometry is relative to an origin of its own
     void setMatrices();
     Box drawnBox() const; // of what a frame may draw
-    void pushMatrices();
-    void popMatrices();
     void drawBoxes();
 
     // scene_surfaces.cpp: passes over the model with drawnLook.
@@ -102,6 +102,8 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     std::vector<ElementMask> gone;   // and those that the section takes away
     SceneGeometry geometry;
     GlBuffer boxLines;
+    std::vector<float> nodePoints; // of selected nodes, as they are in the buffer
+    GlBuffer nodeVertices;
     SectionCaps caps;
     SurfaceLines surfaceLines;
     Coloring coloring;
@@ -111,6 +113,10 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     SurfacePrograms programs;
     TransparentLayers layers;
     PixelSieve sieve;
+    const bool onProcessor; // OpenGL draws there
+    HostState hostState = HostState::Restore;
+    GlVertexArray vertexArray;
+    GlState drawState;               // from which the frame started
     SceneLook look;                  // of the next frame, as the host has it
     std::optional<Camera> ownCamera; // else the environment's MView and MTransform
     SceneCamera camera;              // of the last frame

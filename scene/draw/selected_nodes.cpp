@@ -47,7 +47,7 @@ private:
 
 } // namespace
 
-// With the matrices of the scene's geometry. Where whole elements are away, so are nodes that no other element has.
+// Where whole elements are away, so are nodes that no other element has.
 void SceneView::Impl::drawSelectedNodes()
 {
     NodePoints points(slices() ? drawnLook.section.plane : nullptr, geometry.origin());
@@ -65,15 +65,21 @@ void SceneView::Impl::drawSelectedNodes()
     if (points.found().empty()) {
         return;
     }
-    glUseProgram(0);
-    glDisable(GL_LIGHTING);
+    if (points.found() != nodePoints) {
+        nodePoints = points.found();
+        nodeVertices.fill(GL_ARRAY_BUFFER, nodePoints);
+    }
+    SurfaceUniforms values = uniforms();
+    std::copy_n(shown.selectionColor.data(), 4, values.color);
+    const DrawnNearer nearer(camera, 2, values); // before lines
+    useUncut(UniformColor | FlatLight, values);
     glPointSize(drawnLook.nodeSize);
-    glColor4fv(shown.selectionColor.data());
-    const DrawnNearer nearer(camera, 2); // before lines
-    glEnableClientState(GL_VERTEX_ARRAY);
-    glVertexPointer(3, GL_FLOAT, 0, points.found().data());
-    glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(points.found().size() / 3));
-    glDisableClientState(GL_VERTEX_ARRAY);
+    nodeVertices.bind(GL_ARRAY_BUFFER);
+    glEnableVertexAttribArray(positionAttribute);
+    glVertexAttribPointer(positionAttribute, 3, GL_FLOAT, GL_FALSE, 0, nullptr);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glDrawArrays(GL_POINTS, 0, static_cast<GLsizei>(nodePoints.size() / 3));
+    glDisableVertexAttribArray(positionAttribute);
     ++stats.drawCalls;
 }
 

@@ -6,12 +6,14 @@ namespace kvo {
 
 namespace {
 
-// Position and normal come through the fixed attributes, and are transformed by the fixed matrices, so that what is
-// drawn covers exactly the pixels that the fixed pipeline would cover.
 const char* const vertexText = R"(
+in vec3 position;
+in vec3 normal;
 in uint element;
 in uint part;
 in vec4 elementColor;
+uniform mat4 modelviewProjection;
+uniform mat3 normalMatrix;
 uniform samplerBuffer parts;   // per part: colour; (1: selected or highlighted, 1: has selected elements, 0, 0)
 uniform usamplerBuffer states; // per element: 1 selected
 uniform samplerBuffer colors;  // per element: colour; alpha 0: its part's
@@ -57,20 +59,20 @@ float ownLight()
     return 1.0;
 #else
 #if UNIT_NORMALS
-    vec3 n = gl_Normal;
+    vec3 n = normal;
 #else
-    vec3 n = normalize(gl_NormalMatrix * gl_Normal);
+    vec3 n = normalize(normalMatrix * normal);
 #endif
-    float side = bothSides && dot(n, viewer.xyz - viewer.w * gl_Vertex.xyz) < 0.0 ? -1.0 : 1.0;
+    float side = bothSides && dot(n, viewer.xyz - viewer.w * position) < 0.0 ? -1.0 : 1.0;
     return ambient + diffuse.x * max(side * dot(n, lights[0]), 0.0) + diffuse.y * max(side * dot(n, lights[1]), 0.0);
 #endif
 }
 
 void main()
 {
-    gl_Position = ftransform();
+    gl_Position = modelviewProjection * vec4(position, 1.0);
 #if CUT
-    gl_ClipDistance[0] = dot(plane, gl_Vertex);
+    gl_ClipDistance[0] = dot(plane, vec4(position, 1.0));
 #endif
 #if ELEMENT_NUMBERS
     number = element + 1u;
@@ -144,7 +146,7 @@ std::string header(unsigned int features)
 {
     const bool byElement = (features & (ElementStates | ElementColors)) != 0;
     const bool flat = (features & FlatLight) != 0;
-    std::string out = "#version 150 compatibility\n";
+    std::string out = "#version 330 core\n";
     for (const FeatureName& feature : featureNames) {
         out += std::string("#define ") + feature.name + (features & feature.bit ? " 1\n" : " 0\n");
     }
@@ -162,11 +164,15 @@ void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms
     if (!program) {
         const std::string head = header(features);
         program = std::make_unique<GlProgram>(head + vertexText, head + fragmentText,
-                                              std::vector<GlProgram::Attribute>{{"element", elementAttribute},
+                                              std::vector<GlProgram::Attribute>{{"position", positionAttribute},
+                                                                                {"normal", normalAttribute},
+                                                                                {"element", elementAttribute},
                                                                                 {"part", partAttribute},
                                                                                 {"elementColor", colorAttribute}});
     }
     program->use();
+    glUniformMatrix4fv(program->uniform("modelviewProjection"), 1, GL_FALSE, uniforms.modelviewProjection);
+    glUniformMatrix3fv(program->uniform("normalMatrix"), 1, GL_FALSE, uniforms.normalMatrix);
     glUniform1i(program->uniform("parts"), partsUnit);
     glUniform1i(program->uniform("states"), statesUnit);
     glUniform1i(program->uniform("colors"), colorsUnit);

@@ -23,10 +23,12 @@ enum SurfaceFeature : unsigned int
     UnitNormals = 256    // normals stay of unit length under the modelview, up to its scale
 };
 
-// Indices of the attributes that are not the vertex and the normal.
-constexpr GLuint elementAttribute = 6;
-constexpr GLuint partAttribute = 7;
-constexpr GLuint colorAttribute = 5;
+// Indices of the attributes.
+constexpr GLuint positionAttribute = 0;
+constexpr GLuint normalAttribute = 1;
+constexpr GLuint elementAttribute = 2;
+constexpr GLuint partAttribute = 3;
+constexpr GLuint colorAttribute = 4;
 
 // Texture units.
 constexpr unsigned int partsUnit = 1;
@@ -35,7 +37,9 @@ constexpr unsigned int colorsUnit = 3;
 
 struct SurfaceUniforms
 {
-    float selected[4] = {0, 0, 1, 1}; // colour of selected elements
+    float modelviewProjection[16] = {}; // column-major
+    float normalMatrix[9] = {};         // for normals without UnitNormals; of any scale
+    float selected[4] = {0, 0, 1, 1};   // colour of selected elements
     float ambient = 1;
     // Unit vectors towards the lights and the viewer: in model coordinates with UnitNormals, else in eye coordinates.
     float lights[2][3] = {{0, 0, 1}, {0, 0, 1}};

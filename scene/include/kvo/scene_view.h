@@ -12,9 +12,9 @@
 // model_frame.h's. Nothing is distorted, whatever the window's shape. The
 // shade model, polygon mode and depth test are those of the context, as the environment's setters leave them.
 //
-// Needs OpenGL 3.3 in the compatibility profile. All calls belong on the thread that owns the context, and the context
-// must be current in the destructor too. Errors: std::runtime_error for a context that cannot do it, std::bad_alloc
-// when memory ends, std::logic_error for a frame before a model is loaded.
+// Needs OpenGL 3.3; of an environment in the compatibility profile, of a ModelView in any. All calls belong on the
+// thread that owns the context, and the context must be current in the destructor too. Errors: std::runtime_error for a
+// context that cannot do it, std::bad_alloc when memory ends, std::logic_error for a frame before a model is loaded.
 #ifndef KVO_SCENE_VIEW_H
 #define KVO_SCENE_VIEW_H
 
@@ -136,6 +136,14 @@ struct SceneFrameStats
     bool coarse = false; // drawn with a coarser surface
 };
 
+// What a frame finds of the host's OpenGL state, and leaves.
+enum class HostState
+{
+    Restore, // any state: it is read before each frame and put back behind it
+    Defaults // the host promises that all is as in a new context but for viewport, framebuffer, clear colour and the
+             // depth test, which is on: nothing of that is read, and it is so again behind the frame
+};
+
 class KVO_EXPORT SceneView
 {
 public:
@@ -173,6 +181,9 @@ public:
     void setCamera(const Camera& camera);
     // The camera that was set; nothing before.
     const std::optional<Camera>& camera() const;
+
+    // Restore until it is set. Frames of an environment need Restore, whatever is set.
+    void setHostState(HostState state);
 
     // The box of the parts that are not hidden (of all where all are, of +-1 where there is none), for Camera::fit.
     // Throws std::logic_error before a model is loaded.
