@@ -3,7 +3,7 @@
 #define KVO_SCENE_FRAME_STATE_H
 
 #include "gl_state.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 namespace kvo {
 
