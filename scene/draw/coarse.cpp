@@ -98,21 +98,12 @@ void addTriangle(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::vector<
 // First every vertex finds its cell, so that the best of each cell is known, then faces are written.
 void coarsenBlock(const SurfaceMesh& mesh, FaceKind kind, const SurfaceBlock& block, CellTable& cells, CoarseMesh& out)
 {
-    const std::uint32_t corners = kind == Quads ? 4 : 3;
     const std::uint32_t* indices = mesh.indices[kind].data() + block.firstIndex;
     SurfaceBlock coarse = block;
     coarse.firstIndex = static_cast<std::uint32_t>(out.indices.size());
-    for (std::uint32_t k = 0; k < block.indexCount; k += corners) {
-        std::uint32_t v[4];
-        for (std::uint32_t corner = 0; corner < corners; ++corner) {
-            v[corner] = cells.standIn(indices[k + corner]);
-        }
-        if (corners == 3) {
-            addTriangle(v[0], v[1], v[2], out.indices);
-        } else {
-            addTriangle(v[0], v[1], v[3], out.indices);
-            addTriangle(v[1], v[2], v[3], out.indices);
-        }
+    for (std::uint32_t k = 0; k < block.indexCount; k += 3) {
+        addTriangle(cells.standIn(indices[k]), cells.standIn(indices[k + 1]), cells.standIn(indices[k + 2]),
+                    out.indices);
     }
     coarse.indexCount = static_cast<std::uint32_t>(out.indices.size()) - coarse.firstIndex;
     if (coarse.indexCount) {
@@ -210,6 +201,7 @@ void CoarseSurface::build(const SceneGeometry& geometry, std::size_t triangles)
     }
     indices.fill(GL_ELEMENT_ARRAY_BUFFER, coarse.indices);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    edges.drop();
     triangleNumber = coarse.indices.size() / 3;
     coarseBlocks = std::move(coarse.blocks);
     made = true;

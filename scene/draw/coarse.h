@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "edge_indices.h"
 #include "gl_objects.h"
 #include "scene_geometry.h"
 #include "surface_mesh.h"
@@ -32,6 +33,8 @@ public:
 
     const std::vector<SurfaceBlock>& blocks() const { return coarseBlocks; }
     void bindIndices() const { indices.bind(GL_ELEMENT_ARRAY_BUFFER); }
+    void makeEdges() { edges.make(indices, Triangles); } // before they are bound
+    void bindEdges() const { edges.bind(); }
     std::size_t triangleCount() const { return triangleNumber; }
 
 private:
@@ -39,6 +42,7 @@ private:
     std::size_t triangleNumber = 0;
     std::vector<SurfaceBlock> coarseBlocks;
     GlBuffer indices;
+    EdgeIndices edges;
 };
 
 } // namespace kvo

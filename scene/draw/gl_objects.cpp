@@ -1,6 +1,7 @@
 #include "gl_objects.h"
 
 #include <cmath>
+#include <cstring>
 #include <new>
 #include <stdexcept>
 
@@ -127,34 +128,77 @@ void GlVertexArray::bind()
 
 // --- Programs ---
 
-GlProgram::GlProgram(const std::string& vertexSource, const std::string& fragmentSource,
-                     const std::vector<Attribute>& attributes)
+namespace {
+
+// Shaders until their program is linked.
+class Shaders
 {
-    const GLuint vertex = compile(GL_VERTEX_SHADER, vertexSource);
-    GLuint fragment = 0;
-    try {
-        fragment = compile(GL_FRAGMENT_SHADER, fragmentSource);
-    } catch (...) {
-        glDeleteShader(vertex);
-        throw;
+public:
+    explicit Shaders(GLuint linked) : program(linked) {}
+    ~Shaders()
+    {
+        for (const GLuint shader : shaders) {
+            glDeleteShader(shader);
+        }
     }
-    id = glCreateProgram();
-    glAttachShader(id, vertex);
-    glAttachShader(id, fragment);
-    for (const Attribute& attribute : attributes) {
-        glBindAttribLocation(id, attribute.index, attribute.name);
+    Shaders(const Shaders&) = delete;
+    Shaders& operator=(const Shaders&) = delete;
+
+    void add(GLenum kind, const std::string& source)
+    {
+        shaders.push_back(compile(kind, source));
+        glAttachShader(program, shaders.back());
     }
-    glLinkProgram(id);
-    glDeleteShader(vertex);
-    glDeleteShader(fragment);
+
+private:
+    const GLuint program;
+    std::vector<GLuint> shaders;
+};
+
+void link(GLuint program)
+{
+    glLinkProgram(program);
     GLint ok = 0;
-    glGetProgramiv(id, GL_LINK_STATUS, &ok);
+    glGetProgramiv(program, GL_LINK_STATUS, &ok);
     if (!ok) {
         char log[4096] = "";
-        glGetProgramInfoLog(id, sizeof log, nullptr, log);
-        glDeleteProgram(id);
+        glGetProgramInfoLog(program, sizeof log, nullptr, log);
         throw std::runtime_error(std::string("shaders do not link: ") + log);
     }
+}
+
+} // namespace
+
+GlProgram::GlProgram(const std::string& vertexSource, const std::string& fragmentSource,
+                     const std::vector<Attribute>& attributes, const std::string& geometrySource)
+    : id(glCreateProgram())
+{
+    try {
+        Shaders shaders(id);
+        shaders.add(GL_VERTEX_SHADER, vertexSource);
+        if (!geometrySource.empty()) {
+            shaders.add(GL_GEOMETRY_SHADER, geometrySource);
+        }
+        shaders.add(GL_FRAGMENT_SHADER, fragmentSource);
+        for (const Attribute& attribute : attributes) {
+            glBindAttribLocation(id, attribute.index, attribute.name);
+        }
+        link(id);
+    } catch (...) {
+        glDeleteProgram(id);
+        throw;
+    }
+}
+
+GLint GlProgram::uniform(const char* name)
+{
+    for (const auto& [known, place] : uniforms) {
+        if (std::strcmp(known, name) == 0) {
+            return place;
+        }
+    }
+    uniforms.emplace_back(name, glGetUniformLocation(id, name));
+    return uniforms.back().second;
 }
 
 GlProgram::~GlProgram()

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kvo {
@@ -106,17 +107,19 @@ public:
         const char* name;
         GLuint index;
     };
+    // geometrySource: empty for programs without one.
     GlProgram(const std::string& vertexSource, const std::string& fragmentSource,
-              const std::vector<Attribute>& attributes);
+              const std::vector<Attribute>& attributes, const std::string& geometrySource = std::string());
     ~GlProgram();
     GlProgram(const GlProgram&) = delete;
     GlProgram& operator=(const GlProgram&) = delete;
 
     void use() const { glUseProgram(id); }
-    GLint uniform(const char* name) const { return glGetUniformLocation(id, name); }
+    GLint uniform(const char* name); // -1 for one that it does not have; the name must outlive the program
 
 private:
     GLuint id = 0;
+    std::vector<std::pair<const char*, GLint>> uniforms; // that were asked for
 };
 
 // A framebuffer with textures or renderbuffers of its own, without samples.

@@ -204,12 +204,7 @@ void applyRaster(const GlState& s)
     glDepthRange(s.depthRange[0], s.depthRange[1]);
     glCullFace(token(s.culledFace));
     glFrontFace(token(s.frontFace));
-    if (s.polygonMode[0] == s.polygonMode[1]) {
-        glPolygonMode(GL_FRONT_AND_BACK, token(s.polygonMode[0]));
-    } else {
-        glPolygonMode(GL_FRONT, token(s.polygonMode[0]));
-        glPolygonMode(GL_BACK, token(s.polygonMode[1]));
-    }
+    applyPolygonMode(s.polygonMode);
     glPolygonOffset(s.polygonOffset[0], s.polygonOffset[1]);
     glLineWidth(s.lineWidth);
     glPointSize(s.pointSize);
@@ -260,6 +255,17 @@ void applyObjects(const GlState& s)
 }
 
 } // namespace
+
+// Core contexts take both at once only.
+void applyPolygonMode(const GLint modes[2])
+{
+    if (modes[0] == modes[1]) {
+        glPolygonMode(GL_FRONT_AND_BACK, token(modes[0]));
+    } else {
+        glPolygonMode(GL_FRONT, token(modes[0]));
+        glPolygonMode(GL_BACK, token(modes[1]));
+    }
+}
 
 int GlState::switchIndex(GLenum name)
 {

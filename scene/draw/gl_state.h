@@ -86,6 +86,9 @@ private:
     GLint pixelStore[pixelStoreCount] = {};
 };
 
+// Of front and back faces.
+void applyPolygonMode(const GLint modes[2]);
+
 class KeepGlState
 {
 public:

@@ -17,7 +17,7 @@ std::size_t faceCount(const SceneGeometry& geometry)
     std::size_t out = 0;
     for (const FaceKind kind : {Triangles, Quads}) {
         for (const SurfaceBlock& block : geometry.blocks(kind)) {
-            out += block.indexCount / (kind == Quads ? 4 : 3);
+            out += block.indexCount / indicesOfFace(kind);
         }
     }
     return out;
@@ -27,7 +27,7 @@ std::size_t faceCount(const SceneGeometry& geometry)
 
 // A frame's time goes with its faces: as many are drawn as fit the budget, with some room. Without a measured frame the
 // first one of a movement is exact, and measured.
-const CoarseSurface* SceneView::Impl::chooseSurface()
+CoarseSurface* SceneView::Impl::chooseSurface()
 {
     frameStart = millisecondsNow();
     const float budget = drawnLook.frameBudget;

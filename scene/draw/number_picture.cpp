@@ -66,8 +66,8 @@ void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
     passes.faces(PartShow::Opaque, !seesBacks());
     drawCaps(passes, PartShow::Opaque, ElementNumbers | FlatLight, values);
     const DrawnNearer nearer(camera, 1, values);
-    use(ElementNumbers | FlatLight, values);
-    glLineWidth(drawnLook.lineWidth);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    use(ElementNumbers | FlatLight | widen(values, drawnLook.lineWidth), values);
     passes.lines(PartShow::Opaque);
     glDisable(GL_CLIP_DISTANCE0);
 }

@@ -26,9 +26,9 @@ double pixelsOf(const SurfaceBlock& block, const WindowMap& map)
     return (size[0] + 1) * (size[1] + 1);
 }
 
-bool isDense(const SurfaceBlock& block, unsigned int corners, const WindowMap& map)
+bool isDense(const SurfaceBlock& block, FaceKind kind, const WindowMap& map)
 {
-    const auto faces = block.indexCount / corners;
+    const auto faces = block.indexCount / indicesOfFace(kind);
     return pixelsOf(block, map) < densePixels * faces;
 }
 
@@ -44,23 +44,24 @@ bool holdsMiddle(float low, float high, float margin)
 
 // Both axes are looked at, and every face is written, whether it is kept or not: which ones are kept is so random that
 // jumps would cost more.
-template <unsigned int corners>
+template <FaceKind kind>
 void sieveBlock(const SurfaceVertex* vertices, const std::uint32_t* indices, const SurfaceBlock& block,
                 const WindowMap& map, std::vector<std::uint32_t>& out)
 {
     const WindowMap m = map;
     const float marginX = static_cast<float>(m.margin[0]), marginY = static_cast<float>(m.margin[1]);
-    std::uint32_t kept[facesPerBlock * corners];
+    constexpr unsigned int corners = cornersOfFace(kind), size = indicesOfFace(kind);
+    std::uint32_t kept[facesPerBlock * size];
     std::size_t count = 0;
     const std::uint32_t* face = indices + block.firstIndex;
-    for (const std::uint32_t* const end = face + block.indexCount; face != end; face += corners) {
+    for (const std::uint32_t* const end = face + block.indexCount; face != end; face += size) {
         float x[corners], y[corners];
         for (unsigned int k = 0; k < corners; ++k) {
-            const float* p = vertices[face[k]].position;
+            const float* p = vertices[face[placeOfCorner(kind, k)]].position;
             x[k] = m.x[0] * p[0] + m.x[1] * p[1] + m.x[2] * p[2] + m.x[3];
             y[k] = m.y[0] * p[0] + m.y[1] * p[1] + m.y[2] * p[2] + m.y[3];
-            kept[count + k] = face[k];
         }
+        std::copy(face, face + size, kept + count);
         float low[2] = {x[0], y[0]}, high[2] = {x[0], y[0]};
         for (unsigned int k = 1; k < corners; ++k) {
             low[0] = std::min(low[0], x[k]);
@@ -69,7 +70,7 @@ void sieveBlock(const SurfaceVertex* vertices, const std::uint32_t* indices, con
             high[1] = std::max(high[1], y[k]);
         }
         const bool keep = holdsMiddle(low[0], high[0], marginX) & holdsMiddle(low[1], high[1], marginY);
-        count += keep ? corners : 0;
+        count += keep ? size : 0;
     }
     out.insert(out.end(), kept, kept + count);
 }
@@ -114,19 +115,19 @@ WindowMap::WindowMap(const SceneCamera& camera, const double origin[3], const do
     }
 }
 
-bool sievePays(const std::vector<const SurfaceBlock*>& blocks, unsigned int corners, const WindowMap& map)
+bool sievePays(const std::vector<const SurfaceBlock*>& blocks, FaceKind kind, const WindowMap& map)
 {
     std::size_t faces = 0, dense = 0;
     for (const SurfaceBlock* block : blocks) {
-        faces += block->indexCount / corners;
-        dense += isDense(*block, corners, map) ? block->indexCount / corners : 0;
+        const std::size_t count = block->indexCount / indicesOfFace(kind);
+        faces += count;
+        dense += isDense(*block, kind, map) ? count : 0;
     }
     return dense > PixelSieve::fewFaces && 2 * dense > faces;
 }
 
 std::vector<std::vector<std::uint32_t>> facesOnPixels(const SurfaceVertex* vertices, const std::uint32_t* indices,
-                                                      unsigned int corners,
-                                                      const std::vector<const SurfaceBlock*>& blocks,
+                                                      FaceKind kind, const std::vector<const SurfaceBlock*>& blocks,
                                                       const WindowMap& map)
 {
     const std::size_t pieces = (blocks.size() + blocksPerPiece - 1) / blocksPerPiece;
@@ -136,8 +137,9 @@ std::vector<std::vector<std::uint32_t>> facesOnPixels(const SurfaceVertex* verti
             const std::size_t stop = std::min(blocks.size(), (piece + 1) * blocksPerPiece);
             for (std::size_t k = piece * blocksPerPiece; k < stop; ++k) {
                 const SurfaceBlock& block = *blocks[k];
-                if (isDense(block, corners, map)) {
-                    (corners == 4 ? sieveBlock<4> : sieveBlock<3>)(vertices, indices, block, map, found[piece]);
+                if (isDense(block, kind, map)) {
+                    (kind == Quads ? sieveBlock<Quads> : sieveBlock<Triangles>)(vertices, indices, block, map,
+                                                                                found[piece]);
                 } else {
                     const std::uint32_t* const first = indices + block.firstIndex;
                     found[piece].insert(found[piece].end(), first, first + block.indexCount);
@@ -151,7 +153,6 @@ std::vector<std::vector<std::uint32_t>> facesOnPixels(const SurfaceVertex* verti
 std::size_t PixelSieve::draw(const SceneGeometry& geometry, FaceKind kind,
                              const std::vector<const SurfaceBlock*>& blocks, const SceneCamera& camera)
 {
-    const unsigned int corners = kind == Quads ? 4 : 3;
     double reach[3] = {0, 0, 0};
     for (const SurfaceBlock* block : blocks) {
         for (int axis = 0; axis < 3; ++axis) {
@@ -160,7 +161,7 @@ std::size_t PixelSieve::draw(const SceneGeometry& geometry, FaceKind kind,
         }
     }
     const WindowMap map(camera, geometry.origin(), reach);
-    if (!map.usable || !sievePays(blocks, corners, map)) {
+    if (!map.usable || !sievePays(blocks, kind, map)) {
         return notDrawn;
     }
     std::vector<std::vector<std::uint32_t>> found;
@@ -171,7 +172,7 @@ std::size_t PixelSieve::draw(const SceneGeometry& geometry, FaceKind kind,
             return notDrawn;
         }
         found = facesOnPixels(static_cast<const SurfaceVertex*>(vertices.data()),
-                              static_cast<const std::uint32_t*>(faces.data()), corners, blocks, map);
+                              static_cast<const std::uint32_t*>(faces.data()), kind, blocks, map);
     }
     std::size_t count = 0;
     for (const std::vector<std::uint32_t>& piece : found) {
@@ -184,8 +185,8 @@ std::size_t PixelSieve::draw(const SceneGeometry& geometry, FaceKind kind,
         indices.change(GL_ELEMENT_ARRAY_BUFFER, at, piece.data(), bytes);
         at += bytes;
     }
-    glDrawElements(kind == Quads ? GL_QUADS : GL_TRIANGLES, static_cast<GLsizei>(count), GL_UNSIGNED_INT, nullptr);
-    return count / corners;
+    glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(count), GL_UNSIGNED_INT, nullptr);
+    return count / indicesOfFace(kind);
 }
 
 } // namespace kvo

@@ -29,15 +29,14 @@ struct WindowMap
     WindowMap(const SceneCamera& camera, const double origin[3], const double reach[3]);
 };
 
-// The faces that may hold the middle of a pixel, filled: 3 or 4 indices each, in the order of the blocks. Faces of
+// The faces that may hold the middle of a pixel, filled: all indices of each, in the order of the blocks. Faces of
 // blocks with several pixels a face are kept without a look. One list per piece of the work.
 std::vector<std::vector<std::uint32_t>> facesOnPixels(const SurfaceVertex* vertices, const std::uint32_t* indices,
-                                                      unsigned int corners,
-                                                      const std::vector<const SurfaceBlock*>& blocks,
+                                                      FaceKind kind, const std::vector<const SurfaceBlock*>& blocks,
                                                       const WindowMap& map);
 
 // Are these so many faces in so few pixels that looking for those on pixels pays?
-bool sievePays(const std::vector<const SurfaceBlock*>& blocks, unsigned int corners, const WindowMap& map);
+bool sievePays(const std::vector<const SurfaceBlock*>& blocks, FaceKind kind, const WindowMap& map);
 
 // Draws what is left of the blocks. One buffer serves all frames.
 class PixelSieve

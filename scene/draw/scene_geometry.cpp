@@ -139,6 +139,7 @@ void SceneGeometry::build(const std::vector<PartMesh>& parts, const NormalChoice
     for (FaceKind kind : {Triangles, Quads}) {
         indices[kind].fill(GL_ELEMENT_ARRAY_BUFFER, mesh.indices[kind]);
         surfaceBlocks[kind] = std::move(mesh.blocks[kind]);
+        edges[kind].drop();
     }
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     mesh = SurfaceMesh();
@@ -171,7 +172,15 @@ std::uint32_t SceneGeometry::partOf(std::uint32_t element) const
 
 std::size_t SceneGeometry::bufferBytes() const
 {
-    return vertices.bytes() + indices[Triangles].bytes() + indices[Quads].bytes() + lineVertices.bytes();
+    return vertices.bytes() + indices[Triangles].bytes() + indices[Quads].bytes() + lineVertices.bytes() +
+           edges[Triangles].bytes() + edges[Quads].bytes();
+}
+
+void SceneGeometry::makeEdges()
+{
+    for (const FaceKind kind : {Triangles, Quads}) {
+        edges[kind].make(indices[kind], kind);
+    }
 }
 
 void SceneGeometry::bindSurface() const

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "edge_indices.h"
 #include "face_normals.h"
 #include "gl_objects.h"
 #include "surface_mesh.h"
@@ -48,6 +49,8 @@ public:
     const GlBuffer& indexBuffer(FaceKind kind) const { return indices[kind]; }
     static void unbind();
     void bindIndices(FaceKind kind) const { indices[kind].bind(GL_ELEMENT_ARRAY_BUFFER); }
+    void makeEdges(); // before they are bound; they live as long as the faces
+    void bindEdges(FaceKind kind) const { edges[kind].bind(); }
 
 private:
     void numberElements(const std::vector<PartMesh>& parts);
@@ -63,6 +66,7 @@ private:
     std::vector<VertexRange> lineRanges;
     GlBuffer vertices;
     GlBuffer indices[faceKinds];
+    EdgeIndices edges[faceKinds];
     GlBuffer lineVertices;
 };
 

@@ -68,7 +68,7 @@ bool ScenePasses::drawBlocks(FaceKind kind, const std::vector<const SurfaceBlock
     std::size_t sent = coarse || !sieve ? PixelSieve::notDrawn : sieve->draw(geometry, kind, blocks, camera);
     if (sent == PixelSieve::notDrawn) {
         drawRanges(kind, ranges);
-        sent = ranges.indexCount() / (kind == Quads ? 4 : 3);
+        sent = ranges.indexCount() / indicesOfFace(kind);
     }
     stats.faces += sent;
     ++stats.drawCalls;
@@ -82,8 +82,8 @@ void ScenePasses::drawRanges(FaceKind kind, const DrawRanges& ranges)
     } else {
         geometry.bindIndices(kind);
     }
-    glMultiDrawElements(kind == Quads ? GL_QUADS : GL_TRIANGLES, ranges.counts.data(), GL_UNSIGNED_INT,
-                        ranges.offsets.data(), static_cast<GLsizei>(ranges.counts.size()));
+    glMultiDrawElements(GL_TRIANGLES, ranges.counts.data(), GL_UNSIGNED_INT, ranges.offsets.data(),
+                        static_cast<GLsizei>(ranges.counts.size()));
 }
 
 bool ScenePasses::faces(PartShow show, bool cullClosed)
@@ -111,6 +111,40 @@ bool ScenePasses::faces(PartShow show, bool cullClosed)
     glDisable(GL_CULL_FACE);
     SceneGeometry::unbind();
     return drawn;
+}
+
+bool ScenePasses::edges(PartShow show)
+{
+    if (!any(show)) {
+        return false;
+    }
+    geometry.bindSurface();
+    bool drawn = false;
+    for (const FaceKind kind : {Quads, Triangles}) {
+        if (!coarse || kind == Triangles) {
+            drawn = drawEdges(kind, show) || drawn;
+        }
+    }
+    SceneGeometry::unbind();
+    return drawn;
+}
+
+bool ScenePasses::drawEdges(FaceKind kind, PartShow show)
+{
+    DrawRanges ranges;
+    for (const bool closed : {true, false}) {
+        for (const SurfaceBlock* block : visibleBlocks(kind, show, closed)) {
+            ranges.add(edgeIndices(kind, block->firstIndex), edgeIndices(kind, block->indexCount));
+        }
+    }
+    if (ranges.empty()) {
+        return false;
+    }
+    coarse ? coarse->bindEdges() : geometry.bindEdges(kind);
+    glMultiDrawElements(GL_LINES, ranges.counts.data(), GL_UNSIGNED_INT, ranges.offsets.data(),
+                        static_cast<GLsizei>(ranges.counts.size()));
+    ++stats.drawCalls;
+    return true;
 }
 
 bool ScenePasses::lines(PartShow show)

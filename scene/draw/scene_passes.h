@@ -43,6 +43,8 @@ public:
     // Faces of the parts that are shown so. Faces seen from behind are left out where the surface is closed; filled:
     // only then. Returns whether there were any.
     bool faces(PartShow show, bool cullClosed);
+    // The faces' edges, which the geometry or the coarser surface has made. Also those on far sides.
+    bool edges(PartShow show);
     bool lines(PartShow show);
     // Triangles or lines of another buffer of SurfaceVertex.
     bool pieces(const GlBuffer& vertices, const std::vector<VertexRange>& ranges, GLenum mode, PartShow show);
@@ -52,6 +54,7 @@ private:
     std::vector<const SurfaceBlock*> visibleBlocks(FaceKind kind, PartShow show, bool closedOnly);
     bool drawBlocks(FaceKind kind, const std::vector<const SurfaceBlock*>& blocks);
     void drawRanges(FaceKind kind, const DrawRanges& ranges);
+    bool drawEdges(FaceKind kind, PartShow show);
 
     const SceneGeometry& geometry;
     const std::vector<PartShow>& parts;

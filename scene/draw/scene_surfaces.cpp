@@ -26,6 +26,31 @@ public:
     FacesGiveWay& operator=(const FacesGiveWay&) = delete;
 };
 
+// Wide lines are filled whatever the host's polygon mode.
+class LinesAreFilled
+{
+public:
+    explicit LinesAreFilled(const GlState& state) : modes(state.polygonMode)
+    {
+        if (changes()) {
+            glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+        }
+    }
+    ~LinesAreFilled()
+    {
+        if (changes()) {
+            applyPolygonMode(modes);
+        }
+    }
+    LinesAreFilled(const LinesAreFilled&) = delete;
+    LinesAreFilled& operator=(const LinesAreFilled&) = delete;
+
+private:
+    bool changes() const { return modes[0] != GL_FILL || modes[1] != GL_FILL; }
+
+    const GLint* const modes;
+};
+
 } // namespace
 
 // --- What every pass is drawn with ---
@@ -46,6 +71,8 @@ SurfaceUniforms SceneView::Impl::uniforms() const
     }
     lightTheModel(camera, out);
     camera.setMatrices(geometry.origin(), out);
+    out.lineSize[1] = static_cast<float>(std::max(camera.viewport[2], 1)) / 2;
+    out.lineSize[2] = static_cast<float>(std::max(camera.viewport[3], 1)) / 2;
     if (slices()) { // relative to the geometry's origin; of unit length, for single precision's sake
         const double* plane = drawnLook.section.plane;
         const double* o = geometry.origin();
@@ -103,6 +130,8 @@ void SceneView::Impl::drawSurfaces(ScenePasses& passes)
 {
     const SurfaceUniforms values = uniforms();
     const SceneLines& lines = drawnLook.lines;
+    glLineWidth(1); // wider ones are made of triangles
+    glDisable(GL_CULL_FACE);
     if (slices() && drawnLook.section.caps) {
         caps.update(model.asRead().meshes, geometry, gone, drawnLook.section.plane);
     }
@@ -151,21 +180,25 @@ void SceneView::Impl::drawCaps(ScenePasses& passes, PartShow show, unsigned int 
     }
 }
 
-// Faces are drawn again as lines; of the cross-sections, the elements' outlines.
+unsigned int SceneView::Impl::widen(SurfaceUniforms& values, float width) const
+{
+    values.lineSize[0] = width / 2;
+    return width > 1 ? WideLines : 0u;
+}
+
+// Of the faces, and of the cross-sections the elements' outlines.
 void SceneView::Impl::drawEdges(ScenePasses& passes, const SurfaceUniforms& values)
 {
     SurfaceUniforms edges = values;
     std::copy(drawnLook.edgeColor, drawnLook.edgeColor + 4, edges.color);
-    use(UniformColor | FlatLight, edges);
-    glLineWidth(drawnLook.edgeWidth);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
-    passes.faces(PartShow::Opaque, drawnLook.style != SceneStyle::Wire && !slices());
-    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    const unsigned int features = UniformColor | FlatLight | widen(edges, drawnLook.edgeWidth);
+    const LinesAreFilled filled(drawState);
+    use(features, edges);
+    passes.edges(PartShow::Opaque);
     if (slices() && drawnLook.section.caps) {
-        useUncut(UniformColor | FlatLight, edges);
+        useUncut(features, edges);
         passes.pieces(caps.outlines(), caps.outlineRanges(), GL_LINES, PartShow::Opaque);
     }
-    glLineWidth(1);
 }
 
 // Also of transparent parts, whose layers then lie over them.
@@ -180,18 +213,17 @@ void SceneView::Impl::drawSurfaceLines(ScenePasses& passes, const SurfaceUniform
     } rows[] = {{lines.feature, FeatureLines, lines.featureColor},
                 {lines.free, FreeLines, lines.freeColor},
                 {lines.branching, BranchingLines, lines.branchingColor}};
-    glLineWidth(lines.width);
+    const LinesAreFilled filled(drawState);
     for (const auto& row : rows) {
         if (!row.shown) {
             continue;
         }
         SurfaceUniforms colored = values;
         std::copy(row.color, row.color + 4, colored.color);
-        use(UniformColor | FlatLight, colored);
+        use(UniformColor | FlatLight | widen(colored, lines.width), colored);
         passes.pieces(surfaceLines.buffer(), surfaceLines.ranges(row.kind), GL_LINES, PartShow::Opaque);
         passes.pieces(surfaceLines.buffer(), surfaceLines.ranges(row.kind), GL_LINES, PartShow::Transparent);
     }
-    glLineWidth(1);
 }
 
 // Beams and springs. Lines have no sides: they show their colour as it is.
@@ -200,10 +232,9 @@ void SceneView::Impl::drawLines(ScenePasses& passes, SurfaceUniforms values)
     values.ambient = 1;
     values.diffuse[0] = values.diffuse[1] = 0;
     const DrawnNearer nearer(camera, 1, values);
-    use(pieceFeatures(), values);
-    glLineWidth(drawnLook.lineWidth);
+    const LinesAreFilled filled(drawState);
+    use(pieceFeatures() | widen(values, drawnLook.lineWidth), values);
     passes.lines(PartShow::Opaque);
-    glLineWidth(1);
 }
 
 // What draws the layers together knows no cutting plane.
@@ -215,10 +246,10 @@ void SceneView::Impl::drawTransparent(ScenePasses& passes, const SurfaceUniforms
         drawCaps(passes, PartShow::Opaque, UniformColor | FlatLight, values);
         glDisable(GL_CLIP_DISTANCE0);
     };
-    const auto drawWideLines = [&](PartShow show) {
-        glLineWidth(drawnLook.lineWidth);
+    const auto drawLines = [&](PartShow show, unsigned int features, SurfaceUniforms lines) {
+        const LinesAreFilled filled(drawState);
+        use(features | widen(lines, drawnLook.lineWidth) | Layers, lines);
         passes.lines(show);
-        glLineWidth(1);
     };
     const auto drawLayers = [&] {
         use(faceFeatures() | Layers, values);
@@ -226,13 +257,12 @@ void SceneView::Impl::drawTransparent(ScenePasses& passes, const SurfaceUniforms
         passes.faces(PartShow::Transparent, false);
         SceneState::unbindVertexColors();
         drawCaps(passes, PartShow::Transparent, pieceFeatures() | Layers, values);
-        use(pieceFeatures() | Layers, values);
-        drawWideLines(PartShow::Transparent);
+        drawLines(PartShow::Transparent, pieceFeatures(), values);
         SurfaceUniforms ghost = values;
         std::copy(drawnLook.ghostColor, drawnLook.ghostColor + 4, ghost.color);
         use(UniformColor | FlatLight | Layers, ghost);
         passes.faces(PartShow::Ghost, false);
-        drawWideLines(PartShow::Ghost);
+        drawLines(PartShow::Ghost, UniformColor | FlatLight, ghost);
         glDisable(GL_CLIP_DISTANCE0);
         fences.keep();
     };

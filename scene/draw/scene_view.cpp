@@ -363,7 +363,11 @@ void SceneView::Impl::drawFrame()
     shiftFrame(drawnLook.pixelShift[0], drawnLook.pixelShift[1]);
     const std::vector<PartShow> parts = partsToShow(model.asRead().parts, geometry, drawnLook.ghosts);
     ScenePasses passes(geometry, camera, parts, stats);
-    passes.useCoarse(chooseSurface());
+    CoarseSurface* const surface = chooseSurface();
+    passes.useCoarse(surface);
+    if (drawnLook.style != SceneStyle::Shaded) {
+        surface ? surface->makeEdges() : geometry.makeEdges();
+    }
     passes.useSieve(chooseSieve());
     state.bind();
     elementColors.bind();

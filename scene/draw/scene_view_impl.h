@@ -73,6 +73,7 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     bool seesBacks() const; // faces seen from behind must be drawn
     void drawSurfaces(ScenePasses& passes);
     void drawFaces(ScenePasses& passes, const SurfaceUniforms& values);
+    unsigned int widen(SurfaceUniforms& values, float width) const; // features of lines so wide
     void drawEdges(ScenePasses& passes, const SurfaceUniforms& values);
     void drawSurfaceLines(ScenePasses& passes, const SurfaceUniforms& values);
     void drawLines(ScenePasses& passes, SurfaceUniforms values);
@@ -80,7 +81,7 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
     void drawCaps(ScenePasses& passes, PartShow show, unsigned int features, const SurfaceUniforms& values);
 
     // motion.cpp: the surface for this frame, null for the exact one, and how long that takes.
-    const CoarseSurface* chooseSurface();
+    CoarseSurface* chooseSurface();
     // The sieve, where faces are drawn on the processor, filled and without multisampling; else null.
     PixelSieve* chooseSieve();
     void endTiming();

@@ -89,6 +89,74 @@ void main()
 }
 )";
 
+// A line becomes a strip, from one round end to the other. What is before the near plane is cut off here, where it has
+// a place in the window yet.
+const char* const geometryText = R"(
+layout(lines) in;
+layout(triangle_strip, max_vertices = 14) out;
+uniform vec3 lineSize;
+COLOR_KIND in vec4 lineColor[];
+LIGHT_KIND in float lineLight[];
+flat in uint lineNumber[];
+COLOR_KIND out vec4 color;
+LIGHT_KIND out float light;
+flat out uint number;
+
+void corner(vec4 end, float kept, vec2 pixels)
+{
+    gl_Position = vec4(end.xy + pixels / lineSize.yz * end.w, end.zw);
+#if CUT
+    gl_ClipDistance[0] = kept;
+#endif
+    color = lineColor[1];
+    light = lineLight[1];
+    number = lineNumber[1];
+    EmitVertex();
+}
+
+void main()
+{
+    vec4 ends[2] = vec4[2](gl_in[0].gl_Position, gl_in[1].gl_Position);
+    vec2 kept = vec2(0.0);
+#if CUT
+    kept = vec2(gl_in[0].gl_ClipDistance[0], gl_in[1].gl_ClipDistance[0]);
+#endif
+    vec2 behind = vec2(ends[0].z + ends[0].w, ends[1].z + ends[1].w);
+    if (behind.x < 0.0 && behind.y < 0.0)
+        return;
+    if (behind.x < 0.0 || behind.y < 0.0) {
+        float along = behind.x / (behind.x - behind.y), keptThere = mix(kept.x, kept.y, along);
+        vec4 there = mix(ends[0], ends[1], along);
+        if (behind.x < 0.0) {
+            ends[0] = there;
+            kept.x = keptThere;
+        } else {
+            ends[1] = there;
+            kept.y = keptThere;
+        }
+    }
+    vec2 way = (ends[1].xy / ends[1].w - ends[0].xy / ends[0].w) * lineSize.yz;
+    float pixels = length(way);
+    vec2 along = lineSize.x * (pixels > 0.0 ? way / pixels : vec2(1.0, 0.0));
+    vec2 across = vec2(-along.y, along.x);
+    const vec2 turns[3] = vec2[3](vec2(0.8660254, 0.5), vec2(0.5, 0.8660254), vec2(0.0, 1.0));
+    corner(ends[0], kept.x, -along);
+    for (int k = 0; k < 3; ++k) {
+        corner(ends[0], kept.x, turns[k].y * across - turns[k].x * along);
+        corner(ends[0], kept.x, -turns[k].y * across - turns[k].x * along);
+    }
+    for (int k = 2; k >= 0; --k) {
+        corner(ends[1], kept.y, turns[k].y * across + turns[k].x * along);
+        corner(ends[1], kept.y, -turns[k].y * across + turns[k].x * along);
+    }
+    corner(ends[1], kept.y, along);
+    EndPrimitive();
+}
+)";
+
+// What the vertices of wide lines give on goes to the geometry's text first.
+const char* const wideLineNames = "#define color lineColor\n#define light lineLight\n#define number lineNumber\n";
+
 const char* const fragmentText = R"(
 COLOR_KIND in vec4 color;
 LIGHT_KIND in float light;
@@ -163,12 +231,14 @@ void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms
     std::unique_ptr<GlProgram>& program = programs[features];
     if (!program) {
         const std::string head = header(features);
-        program = std::make_unique<GlProgram>(head + vertexText, head + fragmentText,
+        const bool wide = (features & WideLines) != 0;
+        program = std::make_unique<GlProgram>(head + (wide ? wideLineNames : "") + vertexText, head + fragmentText,
                                               std::vector<GlProgram::Attribute>{{"position", positionAttribute},
                                                                                 {"normal", normalAttribute},
                                                                                 {"element", elementAttribute},
                                                                                 {"part", partAttribute},
-                                                                                {"elementColor", colorAttribute}});
+                                                                                {"elementColor", colorAttribute}},
+                                              wide ? head + geometryText : std::string());
     }
     program->use();
     glUniformMatrix4fv(program->uniform("modelviewProjection"), 1, GL_FALSE, uniforms.modelviewProjection);
@@ -184,6 +254,7 @@ void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms
     glUniform4fv(program->uniform("viewer"), 1, uniforms.viewer);
     glUniform4fv(program->uniform("plane"), 1, uniforms.plane);
     glUniform4fv(program->uniform("uniformColor"), 1, uniforms.color);
+    glUniform3fv(program->uniform("lineSize"), 1, uniforms.lineSize);
 }
 
 } // namespace kvo

@@ -20,6 +20,7 @@ enum SurfaceFeature : unsigned int
     ElementNumbers = 32, // draws the element's number + 1 into an unsigned target instead of a colour
     Layers = 64,         // accumulates transparent layers in two targets: see transparency.h
     VertexColors = 128,  // colours from the colour attribute, which knows neither states nor elements
+    WideLines = 512,     // lines of more than a pixel, with round ends; draws nothing but lines
     UnitNormals = 256    // normals stay of unit length under the modelview, up to its scale
 };
 
@@ -47,6 +48,7 @@ struct SurfaceUniforms
     float diffuse[2] = {0, 0};
     bool bothSides = true;         // normals are turned to the viewer
     float plane[4] = {0, 0, 0, 0}; // cutting plane: kept where dot(plane, vertex) >= 0
+    float lineSize[3] = {1, 1, 1}; // of WideLines, in pixels: half a line's width, half the viewport's size
     float color[4] = {0, 0, 0, 1}; // of UniformColor; its alpha is also the opacity of ghosts
 };
 

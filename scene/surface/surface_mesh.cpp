@@ -121,7 +121,7 @@ public:
           normals(faceNormals), origin(meshOrigin)
     {
     }
-    void build(const std::uint32_t* faces, std::size_t count, unsigned int faceCorners, Chunk& out);
+    void build(const std::uint32_t* faces, std::size_t count, FaceKind faceKind, Chunk& out);
 
 private:
     static constexpr std::uint32_t none = 0xFFFFFFFF;
@@ -130,7 +130,8 @@ private:
     std::uint32_t addVertex(std::uint32_t node, PackedNormal normal);
     std::uint32_t lastVertex(const SurfaceFace& face, std::uint32_t number);
     std::uint32_t sharedVertex(std::uint32_t node, PackedNormal normal);
-    void addBlocks(std::size_t faces, unsigned int faceCorners);
+    void addFace(const std::uint32_t vertices[4]);
+    void addBlocks(std::size_t faces);
 
     const PartMesh part;
     const std::uint32_t partIndex;
@@ -140,6 +141,7 @@ private:
     const double* const origin;
 
     Chunk* chunk = nullptr;
+    FaceKind kind = Triangles;
     unsigned int corners = 0;
     std::vector<std::uint32_t> table;       // open addressing: a vertex for a node (and normal)
     std::vector<std::uint32_t> nodeOf;      // per vertex
@@ -207,34 +209,45 @@ std::uint32_t ChunkBuilder::sharedVertex(std::uint32_t node, PackedNormal normal
     return slot;
 }
 
-void ChunkBuilder::addBlocks(std::size_t faces, unsigned int faceCorners)
+void ChunkBuilder::addFace(const std::uint32_t vertices[4])
 {
+    const std::uint32_t* v = vertices;
+    if (kind == Quads) {
+        chunk->indices.insert(chunk->indices.end(), {v[0], v[1], v[3], v[1], v[2], v[3]});
+    } else {
+        chunk->indices.insert(chunk->indices.end(), {v[0], v[1], v[2]});
+    }
+}
+
+void ChunkBuilder::addBlocks(std::size_t faces)
+{
+    const unsigned int size = indicesOfFace(kind);
     for (std::size_t first = 0; first < faces; first += facesPerBlock) {
         const std::size_t count = std::min(facesPerBlock, faces - first);
-        SurfaceBlock block = {partIndex,
-                              static_cast<std::uint32_t>(first * faceCorners),
-                              static_cast<std::uint32_t>(count * faceCorners),
-                              {},
-                              {}};
+        SurfaceBlock block = {
+            partIndex, static_cast<std::uint32_t>(first * size), static_cast<std::uint32_t>(count * size), {}, {}};
         std::fill(block.low, block.low + 3, std::numeric_limits<float>::max());
         std::fill(block.high, block.high + 3, -std::numeric_limits<float>::max());
-        for (std::size_t k = 0; k < block.indexCount; ++k) {
-            const SurfaceVertex& vertex = chunk->vertices[chunk->indices[block.firstIndex + k]];
-            for (int axis = 0; axis < 3; ++axis) {
-                block.low[axis] = std::min(block.low[axis], vertex.position[axis]);
-                block.high[axis] = std::max(block.high[axis], vertex.position[axis]);
+        for (std::uint32_t face = block.firstIndex; face < block.firstIndex + block.indexCount; face += size) {
+            for (unsigned int corner = 0; corner < corners; ++corner) {
+                const float* position = chunk->vertices[chunk->indices[face + placeOfCorner(kind, corner)]].position;
+                for (int axis = 0; axis < 3; ++axis) {
+                    block.low[axis] = std::min(block.low[axis], position[axis]);
+                    block.high[axis] = std::max(block.high[axis], position[axis]);
+                }
             }
         }
         chunk->blocks.push_back(block);
     }
 }
 
-void ChunkBuilder::build(const std::uint32_t* faces, std::size_t count, unsigned int faceCorners, Chunk& out)
+void ChunkBuilder::build(const std::uint32_t* faces, std::size_t count, FaceKind faceKind, Chunk& out)
 {
     chunk = &out;
-    corners = faceCorners;
+    kind = faceKind;
+    corners = cornersOfFace(kind);
     std::size_t size = 64;
-    while (size < (faceCorners + 1) * count) { // more than there can be different corners
+    while (size < (corners + 1) * count) { // more than there can be different corners
         size *= 2;
     }
     table.assign(size, none);
@@ -246,16 +259,18 @@ void ChunkBuilder::build(const std::uint32_t* faces, std::size_t count, unsigned
     for (std::size_t k = 0; k < count; ++k) {
         lastOfFaces.push_back(lastVertex(surface.faces[faces[k]], faces[k]));
     }
-    out.indices.reserve(count * faceCorners);
+    out.indices.reserve(count * indicesOfFace(kind));
     for (std::size_t k = 0; k < count; ++k) {
         const SurfaceFace& face = surface.faces[faces[k]];
-        for (unsigned int step = 1; step < faceCorners; ++step) {
-            const unsigned int corner = (lastCorner[k] + step) % faceCorners;
-            out.indices.push_back(sharedVertex(face.nodes[corner], normals.at(faces[k], corner)));
+        std::uint32_t vertices[4];
+        for (unsigned int step = 1; step < corners; ++step) {
+            const unsigned int corner = (lastCorner[k] + step) % corners;
+            vertices[step - 1] = sharedVertex(face.nodes[corner], normals.at(faces[k], corner));
         }
-        out.indices.push_back(lastOfFaces[k]);
+        vertices[corners - 1] = lastOfFaces[k];
+        addFace(vertices);
     }
-    addBlocks(count, faceCorners);
+    addBlocks(count);
 }
 
 // Puts the chunks behind what the mesh has, and empties them.
@@ -292,7 +307,6 @@ void addSurface(const PartMesh& part, std::uint32_t partIndex, std::uint32_t fir
                 const FaceNormals& normals, SurfaceMesh& mesh)
 {
     for (const FaceKind kind : {Quads, Triangles}) {
-        const unsigned int corners = kind == Quads ? 4 : 3;
         const RawVector<std::uint32_t> order = orderInSpace(part, surface, kind == Quads);
         const std::size_t chunkCount = (order.size() + facesPerChunk - 1) / facesPerChunk;
         std::vector<Chunk> chunks(chunkCount);
@@ -300,7 +314,7 @@ void addSurface(const PartMesh& part, std::uint32_t partIndex, std::uint32_t fir
             ChunkBuilder builder(part, partIndex, firstElement, surface, normals, mesh.origin);
             for (std::size_t k = begin; k < end; ++k) {
                 const std::size_t first = k * facesPerChunk;
-                builder.build(&order[first], std::min(facesPerChunk, order.size() - first), corners, chunks[k]);
+                builder.build(&order[first], std::min(facesPerChunk, order.size() - first), kind, chunks[k]);
             }
         });
         append(chunks, kind, mesh);

@@ -50,11 +50,27 @@ enum FaceKind
     faceKinds
 };
 
+// Quadrilaterals are two triangles, of the corners 0, 1, 3 and 1, 2, 3: both end with the face's last vertex.
+constexpr unsigned int indicesOfFace(FaceKind kind)
+{
+    return kind == Quads ? 6 : 3;
+}
+constexpr unsigned int cornersOfFace(FaceKind kind)
+{
+    return kind == Quads ? 4 : 3;
+}
+// The place of a face's corner among its indices.
+constexpr unsigned int placeOfCorner(FaceKind kind, unsigned int corner)
+{
+    constexpr unsigned int inQuad[4] = {0, 1, 4, 2};
+    return kind == Quads ? inQuad[corner] : corner;
+}
+
 struct SurfaceMesh
 {
     double origin[3] = {0, 0, 0};
     RawVector<SurfaceVertex> vertices;
-    RawVector<std::uint32_t> indices[faceKinds]; // 3 or 4 a face
+    RawVector<std::uint32_t> indices[faceKinds]; // indicesOfFace a face
     std::vector<SurfaceBlock> blocks[faceKinds]; // by part
 };
 

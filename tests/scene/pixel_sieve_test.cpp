@@ -37,15 +37,20 @@ struct Faces
     std::vector<std::uint32_t> indices;
     std::vector<SurfaceBlock> blocks;
 
-    void add(double x, double y, double width, double height, unsigned int corners = 4)
+    void add(double x, double y, double width, double height, FaceKind kind = Quads)
     {
         const double points[4][2] = {{x, y}, {x + width, y}, {x + width, y + height}, {x, y + height}};
-        for (unsigned int k = 0; k < corners; ++k) {
+        const std::uint32_t first = static_cast<std::uint32_t>(vertices.size());
+        for (unsigned int k = 0; k < cornersOfFace(kind); ++k) {
             SurfaceVertex vertex = {};
             vertex.position[0] = static_cast<float>(points[k][0]);
             vertex.position[1] = static_cast<float>(points[k][1]);
-            indices.push_back(static_cast<std::uint32_t>(vertices.size()));
             vertices.push_back(vertex);
+        }
+        if (kind == Quads) {
+            indices.insert(indices.end(), {first, first + 1, first + 3, first + 1, first + 2, first + 3});
+        } else {
+            indices.insert(indices.end(), {first, first + 1, first + 2});
         }
     }
     // One block over all of them, a window of size x size pixels wide.
@@ -53,14 +58,14 @@ struct Faces
     {
         blocks.push_back({0, 0, static_cast<std::uint32_t>(indices.size()), {0, 0, 0}, {size, size, 0}});
     }
-    std::vector<std::uint32_t> onPixels(const WindowMap& map, unsigned int corners = 4) const
+    std::vector<std::uint32_t> onPixels(const WindowMap& map, FaceKind kind = Quads) const
     {
         std::vector<const SurfaceBlock*> list;
         for (const SurfaceBlock& block : blocks) {
             list.push_back(&block);
         }
         std::vector<std::uint32_t> all;
-        for (const auto& piece : facesOnPixels(vertices.data(), indices.data(), corners, list, map)) {
+        for (const auto& piece : facesOnPixels(vertices.data(), indices.data(), kind, list, map)) {
             all.insert(all.end(), piece.begin(), piece.end());
         }
         return all;
@@ -89,21 +94,21 @@ TEST(PixelSieve, OnlyFacesThatMayHoldTheMiddleOfAPixelAreLeft)
     faces.close(8);
     const WindowMap map = mapOf(8);
     ASSERT_TRUE(map.usable);
-    EXPECT_EQ(faces.onPixels(map), (std::vector<std::uint32_t>{4, 5, 6, 7, 12, 13, 14, 15}));
+    EXPECT_EQ(faces.onPixels(map), (std::vector<std::uint32_t>{4, 5, 7, 5, 6, 7, 12, 13, 15, 13, 14, 15}));
 }
 
 TEST(PixelSieve, TrianglesAndOrder)
 {
     Faces faces;
     for (int k = 0; k < 64; ++k) {
-        faces.add(k % 8 + (k % 3 ? 0.6 : 0.4), k / 8 + 0.4, 0.2, 0.2, 3);
+        faces.add(k % 8 + (k % 3 ? 0.6 : 0.4), k / 8 + 0.4, 0.2, 0.2, Triangles);
     }
     faces.close(8);
     std::vector<std::uint32_t> wanted;
     for (std::uint32_t k = 0; k < 64; k += 3) {
         wanted.insert(wanted.end(), {3 * k, 3 * k + 1, 3 * k + 2});
     }
-    EXPECT_EQ(faces.onPixels(mapOf(8), 3), wanted);
+    EXPECT_EQ(faces.onPixels(mapOf(8), Triangles), wanted);
 }
 
 TEST(PixelSieve, BlocksWithSeveralPixelsAFaceAreKept)
@@ -111,7 +116,7 @@ TEST(PixelSieve, BlocksWithSeveralPixelsAFaceAreKept)
     Faces faces;
     faces.add(3.6, 3.6, 0.8, 0.8);
     faces.close(8);
-    EXPECT_EQ(faces.onPixels(mapOf(8)).size(), 4u);
+    EXPECT_EQ(faces.onPixels(mapOf(8)).size(), 6u);
 }
 
 TEST(PixelSieve, NoFaceThatHoldsAMiddleIsLost)
@@ -122,9 +127,9 @@ TEST(PixelSieve, NoFaceThatHoldsAMiddleIsLost)
     for (int k = 0; k < 8000; ++k) {
         faces.add(place(random), place(random), size(random), size(random));
     }
-    for (std::uint32_t first = 0; first < faces.indices.size(); first += 4 * facesPerBlock) {
+    for (std::uint32_t first = 0; first < faces.indices.size(); first += 6 * facesPerBlock) {
         faces.blocks.push_back(
-            {0, first, std::min<std::uint32_t>(4 * facesPerBlock, 32000 - first), {0, 0, 0}, {20, 20, 0}});
+            {0, first, std::min<std::uint32_t>(6 * facesPerBlock, 48000 - first), {0, 0, 0}, {20, 20, 0}});
     }
     std::vector<char> kept(8000, 0);
     for (const std::uint32_t vertex : faces.onPixels(mapOf(100))) {
@@ -156,11 +161,11 @@ TEST(PixelSieve, OnlyParallelProjectionsThatSinglePrecisionCanHold)
 TEST(PixelSieve, PaysForManyFacesInFewPixels)
 {
     const WindowMap map = mapOf(100);
-    SurfaceBlock dense = {0, 0, 4 * facesPerBlock, {0, 0, 0}, {10, 10, 0}};
-    SurfaceBlock open = {0, 0, 4 * facesPerBlock, {0, 0, 0}, {90, 90, 0}};
+    SurfaceBlock dense = {0, 0, 6 * facesPerBlock, {0, 0, 0}, {10, 10, 0}};
+    SurfaceBlock open = {0, 0, 6 * facesPerBlock, {0, 0, 0}, {90, 90, 0}};
     std::vector<const SurfaceBlock*> blocks(300, &dense);
-    EXPECT_TRUE(sievePays(blocks, 4, map));
-    EXPECT_FALSE(sievePays(std::vector<const SurfaceBlock*>(100, &dense), 4, map)) << "too few";
+    EXPECT_TRUE(sievePays(blocks, Quads, map));
+    EXPECT_FALSE(sievePays(std::vector<const SurfaceBlock*>(100, &dense), Quads, map)) << "too few";
     blocks.insert(blocks.end(), 400, &open);
-    EXPECT_FALSE(sievePays(blocks, 4, map)) << "most are large";
+    EXPECT_FALSE(sievePays(blocks, Quads, map)) << "most are large";
 }

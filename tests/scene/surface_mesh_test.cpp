@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "edge_indices.h"
 #include "scene_models.h"
 #include "surface_mesh.h"
 
@@ -23,17 +24,18 @@ void expectFacesOf(const PartInfoStr& part, const SurfaceMesh& mesh)
 {
     std::multiset<std::uint32_t> elements;
     for (FaceKind kind : {Triangles, Quads}) {
-        const unsigned int corners = kind == Quads ? 4 : 3;
-        for (std::size_t first = 0; first < mesh.indices[kind].size(); first += corners) {
+        const unsigned int corners = cornersOfFace(kind);
+        for (std::size_t first = 0; first < mesh.indices[kind].size(); first += indicesOfFace(kind)) {
             const std::uint32_t* face = &mesh.indices[kind][first];
-            const SurfaceVertex& last = mesh.vertices[face[corners - 1]];
+            ASSERT_EQ(face[2], face[indicesOfFace(kind) - 1]) << "both triangles end with the face's last vertex";
+            const SurfaceVertex& last = mesh.vertices[face[2]];
             ASSERT_EQ(last.part, 5u);
             ASSERT_GE(last.element, 1000u);
             const std::uint32_t element = last.element - 1000;
             elements.insert(element);
             std::multiset<std::vector<float>> drawn, wanted;
             for (unsigned int k = 0; k < corners; ++k) {
-                const float* p = mesh.vertices[face[k]].position;
+                const float* p = mesh.vertices[face[placeOfCorner(kind, k)]].position;
                 const float* q = positionOf(part, slotsOf(part, element)[k]);
                 drawn.insert({p[0], p[1], p[2]});
                 wanted.insert({q[0], q[1], q[2]});
@@ -69,13 +71,22 @@ TEST(SurfaceMesh, QuadrilateralsKeepTheirDiagonal)
 {
     PartInfoStr part = quadPart();
     const SurfaceMesh mesh = meshOf(part, false);
-    ASSERT_EQ(mesh.indices[Quads].size(), 4u);
-    for (unsigned int k = 0; k < 4; ++k) {
+    const unsigned int corners[] = {0, 1, 3, 1, 2, 3};
+    ASSERT_EQ(mesh.indices[Quads].size(), 6u);
+    for (unsigned int k = 0; k < 6; ++k) {
         const float* position = mesh.vertices[mesh.indices[Quads][k]].position;
-        EXPECT_EQ(position[0], positionOf(part, k)[0]);
-        EXPECT_EQ(position[1], positionOf(part, k)[1]);
+        EXPECT_EQ(position[0], positionOf(part, corners[k])[0]);
+        EXPECT_EQ(position[1], positionOf(part, corners[k])[1]);
     }
     releasePart(part);
+}
+
+TEST(SurfaceMesh, EdgesAreThoseOfEveryFaceWithoutTheDiagonals)
+{
+    const std::uint32_t quads[] = {4, 5, 7, 5, 6, 7, 0, 1, 3, 1, 2, 3}, triangle[] = {2, 0, 1};
+    EXPECT_EQ(edgesOf(quads, 12, Quads), (std::vector<std::uint32_t>{4, 5, 5, 6, 6, 7, 7, 4, 0, 1, 1, 2, 2, 3, 3, 0}));
+    EXPECT_EQ(edgesOf(triangle, 3, Triangles), (std::vector<std::uint32_t>{2, 0, 0, 1, 1, 2}));
+    EXPECT_EQ(edgeIndices(Quads, 6), 8u) << "where the second face's edges begin";
 }
 
 TEST(SurfaceMesh, BlocksCoverTheIndicesAndBoundTheirFaces)
@@ -87,7 +98,7 @@ TEST(SurfaceMesh, BlocksCoverTheIndicesAndBoundTheirFaces)
         float area = 0;
         for (const SurfaceBlock& block : mesh.blocks[kind]) {
             EXPECT_EQ(block.firstIndex, next);
-            EXPECT_LE(block.indexCount, facesPerBlock * (kind == Quads ? 4 : 3));
+            EXPECT_LE(block.indexCount, facesPerBlock * indicesOfFace(kind));
             next += block.indexCount;
             for (std::uint32_t k = 0; k < block.indexCount; ++k) {
                 const float* p = mesh.vertices[mesh.indices[kind][block.firstIndex + k]].position;

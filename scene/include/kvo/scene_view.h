@@ -141,7 +141,8 @@ enum class HostState
 {
     Restore, // any state: it is read before each frame and put back behind it
     Defaults // the host promises that all is as in a new context but for viewport, framebuffer, clear colour and the
-             // depth test, which is on: nothing of that is read, and it is so again behind the frame
+             // depth test, which is on: nothing of that is read, and it is so again behind the frame, but for the
+             // scissor box
 };
 
 class KVO_EXPORT SceneView
