@@ -2,12 +2,12 @@
 // compatibility profile, and no error of OpenGL's.
 #include <functional>
 
-#include "coloring.h"
 #include "font.h"
 #include "host_states.h"
 #include "profile_fixture.h"
-#include "select_more.h"
-#include "visible_picker.h"
+#include <kvo/coloring.h>
+#include <kvo/select_more.h>
+#include <kvo/visible_picker.h>
 
 #include <kvo/view_names.h>
 

@@ -12,7 +12,7 @@
 #include "mantypes.h"
 #include "offscreen.h"
 #include "scene_models.h"
-#include "scene_view.h"
+#include <kvo/scene_view.h>
 
 // The parts as a model, which takes them: part ids 1, 2..., in each node and element ids from 1.
 inline kvo::Model modelOfParts(std::vector<PartInfoStr> parts)
