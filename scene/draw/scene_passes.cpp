@@ -86,7 +86,7 @@ void ScenePasses::drawRanges(FaceKind kind, const DrawRanges& ranges)
                         static_cast<GLsizei>(ranges.counts.size()));
 }
 
-bool ScenePasses::faces(PartShow show, bool cullClosed)
+bool ScenePasses::faces(PartShow show, bool cullClosed, const std::function<void(FaceKind)>& prepare)
 {
     if (!any(show)) {
         return false;
@@ -104,6 +104,9 @@ bool ScenePasses::faces(PartShow show, bool cullClosed)
         for (const FaceKind kind : {Quads, Triangles}) {
             if (coarse && kind == Quads) {
                 continue; // it has triangles only
+            }
+            if (prepare) {
+                prepare(kind);
             }
             drawn = drawBlocks(kind, visibleBlocks(kind, show, closed)) || drawn;
         }

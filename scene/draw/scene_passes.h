@@ -2,6 +2,7 @@
 #ifndef KVO_SCENE_SCENE_PASSES_H
 #define KVO_SCENE_SCENE_PASSES_H
 
+#include <functional>
 #include <vector>
 
 #include "block_ranges.h"
@@ -42,7 +43,8 @@ public:
 
     // Faces of the parts that are shown so. Faces seen from behind are left out where the surface is closed; filled:
     // only then. Returns whether there were any.
-    bool faces(PartShow show, bool cullClosed);
+    // prepare: called before the faces of a kind.
+    bool faces(PartShow show, bool cullClosed, const std::function<void(FaceKind)>& prepare = {});
     // The faces' edges, which the geometry or the coarser surface has made. Also those on far sides.
     bool edges(PartShow show);
     bool lines(PartShow show);

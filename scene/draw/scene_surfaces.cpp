@@ -161,9 +161,16 @@ void SceneView::Impl::drawFaces(ScenePasses& passes, const SurfaceUniforms& valu
     if (hiddenLine) { // nothing but the background is there yet: faces in its colour are their depths
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     }
-    use(hiddenLine ? UniformColor | FlatLight : faceFeatures(), values);
+    const unsigned int features = hiddenLine ? UniformColor | FlatLight : faceFeatures();
     state.bindVertexColors();
-    passes.faces(PartShow::Opaque, drawState.polygonMode[0] == GL_FILL && !seesBacks());
+    if (drawState.polygonMode[0] == GL_LINE && !hiddenLine) {
+        const LinesAreFilled filled(drawState);
+        passes.faces(PartShow::Opaque, false,
+                     [&](FaceKind kind) { use(features | (kind == Quads ? QuadRims : TriangleRims), values); });
+    } else {
+        use(features, values);
+        passes.faces(PartShow::Opaque, drawState.polygonMode[0] == GL_FILL && !seesBacks());
+    }
     SceneState::unbindVertexColors();
     drawCaps(passes, PartShow::Opaque, hiddenLine ? UniformColor | FlatLight : pieceFeatures(), values);
     if (hiddenLine) {

@@ -91,7 +91,7 @@ void main()
 
 // A line becomes a strip, from one round end to the other. What is before the near plane is cut off here, where it has
 // a place in the window yet.
-const char* const geometryText = R"(
+const char* const wideLineText = R"(
 layout(lines) in;
 layout(triangle_strip, max_vertices = 14) out;
 uniform vec3 lineSize;
@@ -154,8 +154,45 @@ void main()
 }
 )";
 
-// What the vertices of wide lines give on goes to the geometry's text first.
-const char* const wideLineNames = "#define color lineColor\n#define light lineLight\n#define number lineNumber\n";
+// A triangle becomes the sides of its face, in the colour and light of its last vertex where they are the face's.
+const char* const rimText = R"(
+layout(triangles) in;
+layout(line_strip, max_vertices = 4) out;
+COLOR_KIND in vec4 lineColor[];
+LIGHT_KIND in float lineLight[];
+flat in uint lineNumber[];
+COLOR_KIND out vec4 color;
+LIGHT_KIND out float light;
+flat out uint number;
+
+void corner(int k)
+{
+    gl_Position = gl_in[k].gl_Position;
+#if CUT
+    gl_ClipDistance[0] = gl_in[k].gl_ClipDistance[0];
+#endif
+    color = lineColor[FLAT_COLOR ? 2 : k];
+    light = lineLight[FLAT_LIGHT ? 2 : k];
+    number = lineNumber[2];
+    EmitVertex();
+}
+
+void main()
+{
+#if QUAD_RIMS
+    int first = (gl_PrimitiveIDIn & 1) == 0 ? 2 : 0; // 0 1 3 and 1 2 3 of a face: 3 0 1, then 1 2 3
+    for (int k = 0; k < 3; ++k)
+        corner((first + k) % 3);
+#else
+    for (int k = 0; k < 4; ++k)
+        corner(k % 3);
+#endif
+    EndPrimitive();
+}
+)";
+
+// What the vertices of lines give on goes to the geometry's text first.
+const char* const namesBeforeGeometry = "#define color lineColor\n#define light lineLight\n#define number lineNumber\n";
 
 const char* const fragmentText = R"(
 COLOR_KIND in vec4 color;
@@ -206,7 +243,7 @@ struct FeatureName
 const FeatureName featureNames[] = {
     {ElementStates, "ELEMENT_STATES"}, {ElementColors, "ELEMENT_COLORS"},   {Cut, "CUT"},
     {UniformColor, "UNIFORM_COLOR"},   {ElementNumbers, "ELEMENT_NUMBERS"}, {Layers, "LAYERS"},
-    {VertexColors, "VERTEX_COLORS"},   {UnitNormals, "UNIT_NORMALS"}};
+    {VertexColors, "VERTEX_COLORS"},   {UnitNormals, "UNIT_NORMALS"},       {QuadRims, "QUAD_RIMS"}};
 
 // Colours that are the same all over a part are lit at the vertices and interpolated, as the fixed pipeline does it.
 // Colours of single elements are the last vertex's, and meet the light at the pixel.
@@ -221,6 +258,8 @@ std::string header(unsigned int features)
     out += std::string("#define LIT_VERTICES ") + (byElement && !flat ? "0\n" : "1\n");
     out += std::string("#define COLOR_KIND ") + (byElement || flat ? "flat\n" : "\n");
     out += std::string("#define LIGHT_KIND ") + (flat ? "flat\n" : "\n");
+    out += std::string("#define FLAT_COLOR ") + (byElement || flat ? "true\n" : "false\n");
+    out += std::string("#define FLAT_LIGHT ") + (flat ? "true\n" : "false\n");
     return out;
 }
 
@@ -231,14 +270,17 @@ void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms
     std::unique_ptr<GlProgram>& program = programs[features];
     if (!program) {
         const std::string head = header(features);
-        const bool wide = (features & WideLines) != 0;
-        program = std::make_unique<GlProgram>(head + (wide ? wideLineNames : "") + vertexText, head + fragmentText,
-                                              std::vector<GlProgram::Attribute>{{"position", positionAttribute},
-                                                                                {"normal", normalAttribute},
-                                                                                {"element", elementAttribute},
-                                                                                {"part", partAttribute},
-                                                                                {"elementColor", colorAttribute}},
-                                              wide ? head + geometryText : std::string());
+        const char* const geometry = features & WideLines                   ? wideLineText
+                                     : features & (TriangleRims | QuadRims) ? rimText
+                                                                            : nullptr;
+        program =
+            std::make_unique<GlProgram>(head + (geometry ? namesBeforeGeometry : "") + vertexText, head + fragmentText,
+                                        std::vector<GlProgram::Attribute>{{"position", positionAttribute},
+                                                                          {"normal", normalAttribute},
+                                                                          {"element", elementAttribute},
+                                                                          {"part", partAttribute},
+                                                                          {"elementColor", colorAttribute}},
+                                        geometry ? head + geometry : std::string());
     }
     program->use();
     glUniformMatrix4fv(program->uniform("modelviewProjection"), 1, GL_FALSE, uniforms.modelviewProjection);

@@ -20,6 +20,8 @@ enum SurfaceFeature : unsigned int
     ElementNumbers = 32, // draws the element's number + 1 into an unsigned target instead of a colour
     Layers = 64,         // accumulates transparent layers in two targets: see transparency.h
     VertexColors = 128,  // colours from the colour attribute, which knows neither states nor elements
+    TriangleRims = 1024, // faces as their rims: triangles
+    QuadRims = 2048,     // and quadrilaterals, of which every second triangle is the other half: no diagonals
     WideLines = 512,     // lines of more than a pixel, with round ends; draws nothing but lines
     UnitNormals = 256    // normals stay of unit length under the modelview, up to its scale
 };

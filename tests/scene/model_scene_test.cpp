@@ -264,6 +264,39 @@ TEST_F(ModelScene, BoxesAreDrawnAboutTheirParts)
     EXPECT_GT(differentPixels(picture(view), nothing), 200u);
 }
 
+// Quadrilaterals are drawn as two triangles each.
+TEST_F(ModelScene, LinesAreTheSidesOfFacesAndNoDiagonals)
+{
+    model.add(quadPart());
+    load();
+    ModelView shown(modelOf(*model));
+    SceneView view(shown);
+    view.look().axes = false;
+    Camera above;
+    above.setOrientation(*kvo::viewOrientation("top"));
+    above = above.fit(shown.visibleBox(), window);
+    view.setCamera(above);
+    const auto isLit = [&](const Picture& drawn, double x, double y) {
+        const kvo::PicturePoint at = *above.project({x, y, 0}, window);
+        bool lit = false;
+        for (int step = 0; step < 9; ++step) {
+            const auto pixel =
+                drawn.at(static_cast<int>(at.x) + step % 3 - 1, 239 - static_cast<int>(at.y) + step / 3 - 1);
+            lit = lit || pixel.r + pixel.g + pixel.b > 30;
+        }
+        return lit;
+    };
+    EXPECT_TRUE(isLit(picture(view), 0.5, 0.5));
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    const Picture lines = picture(view);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    EXPECT_FALSE(isLit(lines, 0.5, 0.5)) << "a diagonal";
+    for (const double side : {0.0, 1.0}) {
+        EXPECT_TRUE(isLit(lines, 0.5, side));
+        EXPECT_TRUE(isLit(lines, side, 0.5));
+    }
+}
+
 TEST_F(ModelScene, SelectorsFindTheSameByIdsAndJoints)
 {
     addAll();
