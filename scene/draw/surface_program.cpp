@@ -214,15 +214,15 @@ vec4 lit()
 #endif
 }
 #if LAYERS
-out vec4 sum;
-out vec4 seenThrough;
+layout(location = 0) out vec4 sum;    // alpha: of what is behind, this much is covered
+layout(location = 1) out vec4 weights;
 void main()
 {
     vec4 c = lit();
     float z = 1.0 - gl_FragCoord.z;
     float weight = c.a * clamp(3000.0 * z * z * z, 0.01, 3000.0); // nearer layers count more
-    sum = vec4(c.rgb, 1.0) * weight;
-    seenThrough = vec4(c.a);
+    sum = vec4(c.rgb * weight, c.a);
+    weights = vec4(weight, 0.0, 0.0, c.a);
 }
 #else
 out vec4 pixel;

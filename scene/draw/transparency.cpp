@@ -15,17 +15,17 @@ void main()
 
 const char* const fragmentText = R"(#version 330 core
 uniform sampler2D sums;
-uniform sampler2D through;
+uniform sampler2D weights;
 uniform ivec2 corner;
 out vec4 pixel;
 void main()
 {
     ivec2 at = ivec2(gl_FragCoord.xy) - corner;
-    float seenThrough = texelFetch(through, at, 0).r;
     vec4 sum = texelFetch(sums, at, 0);
+    float weight = texelFetch(weights, at, 0).r, seenThrough = sum.a;
     if (seenThrough >= 1.0)
         discard;
-    pixel = vec4(sum.rgb / max(sum.a, 1e-5), 1.0 - seenThrough);
+    pixel = vec4(sum.rgb / max(weight, 1e-5), 1.0 - seenThrough);
 }
 )";
 
@@ -52,17 +52,16 @@ void TransparentLayers::draw(const int viewport[4], const std::function<void()>&
         setViewport(inTarget);
         glDisable(GL_SCISSOR_TEST);
         glDisable(GL_BLEND);
-        const float none[4] = {0, 0, 0, 0}, all[4] = {1, 1, 1, 1};
-        glClearBufferfv(GL_COLOR, 0, none);
-        glClearBufferfv(GL_COLOR, 1, all);
+        const float nothing[4] = {0, 0, 0, 1};
+        glClearBufferfv(GL_COLOR, 0, nothing);
+        glClearBufferfv(GL_COLOR, 1, nothing);
         glClear(GL_DEPTH_BUFFER_BIT);
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
         drawOpaque();
         glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
         glDepthMask(GL_FALSE);
         glEnable(GL_BLEND);
-        glBlendFunci(0, GL_ONE, GL_ONE);
-        glBlendFunci(1, GL_ZERO, GL_ONE_MINUS_SRC_COLOR);
+        glBlendFuncSeparate(GL_ONE, GL_ONE, GL_ZERO, GL_ONE_MINUS_SRC_ALPHA);
         drawLayers();
         glDepthMask(GL_TRUE);
     }
@@ -71,7 +70,7 @@ void TransparentLayers::draw(const int viewport[4], const std::function<void()>&
     }
     program->use();
     glUniform1i(program->uniform("sums"), 0);
-    glUniform1i(program->uniform("through"), 1);
+    glUniform1i(program->uniform("weights"), 1);
     glUniform2i(program->uniform("corner"), viewport[0], viewport[1]);
     layOver();
     glUseProgram(0);

@@ -1,8 +1,9 @@
 // Transparent layers whose order does not matter.
 //
 // Weighted blended transparency (McGuire and Bavoil, Journal of Computer Graphics Techniques 2(2), 2013): a first
-// target sums the layers' colours with weights that fall with depth, a second one multiplies what they let through.
-// Both sums and products are the same in any order.
+// target sums the layers' colours with weights that fall with depth and multiplies in alpha what they let through, a
+// second one sums the weights. Sums and products are the same in any order, and both targets blend alike, as OpenGL 3.3
+// has it.
 #ifndef KVO_SCENE_TRANSPARENCY_H
 #define KVO_SCENE_TRANSPARENCY_H
 

@@ -26,9 +26,9 @@ protected:
         layers.draw(
             viewport, [] {},
             [] {
-                const float sum[4] = {0.5f, 0, 0, 0.5f}, through[4] = {0.25f, 0, 0, 0};
+                const float sum[4] = {0.5f, 0, 0, 0.25f}, weights[4] = {0.5f, 0, 0, 0.25f};
                 glClearBufferfv(GL_COLOR, 0, sum);
-                glClearBufferfv(GL_COLOR, 1, through);
+                glClearBufferfv(GL_COLOR, 1, weights);
             });
         return target.read();
     }
