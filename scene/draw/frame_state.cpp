@@ -43,11 +43,12 @@ FrameState::~FrameState()
     if (promise == HostState::Restore) {
         before.apply();
     } else {
-        putDefaultsBack(before.viewport);
+        putDefaultsBack();
+        setViewport(before.viewport);
     }
 }
 
-void putDefaultsBack(const float viewport[4])
+void putDefaultsBack()
 {
     for (const GLenum off : {GL_CLIP_DISTANCE0, GL_CULL_FACE, GL_POLYGON_OFFSET_FILL, GL_SCISSOR_TEST, GL_BLEND}) {
         glDisable(off);
@@ -66,7 +67,6 @@ void putDefaultsBack(const float viewport[4])
         glBindTexture(GL_TEXTURE_BUFFER, 0);
         glBindTexture(GL_TEXTURE_2D, 0);
     }
-    setViewport(viewport);
 }
 
 } // namespace kvo

@@ -27,8 +27,8 @@ private:
     GlState first;
 };
 
-// OpenGL's defaults for all that a frame changes, with the depth test on and that viewport.
-void putDefaultsBack(const float viewport[4]);
+// OpenGL's defaults for all that a frame changes but the viewport, with the depth test on.
+void putDefaultsBack();
 
 } // namespace kvo
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "gl_state.h"
+#include "frame_state.h"
 #include "utf8.h"
 
 namespace kvo {
@@ -60,14 +60,23 @@ void OverlayPainter::begin(const int pixelViewport[4])
 {
     std::copy(pixelViewport, pixelViewport + 4, viewport);
     vertices.clear();
-    float color[4];
-    glGetFloatv(GL_COLOR_CLEAR_VALUE, color);
-    back = {color[0], color[1], color[2]};
+    back.reset();
+}
+
+Rgb OverlayPainter::background() const
+{
+    if (!back) {
+        float color[4];
+        glGetFloatv(GL_COLOR_CLEAR_VALUE, color);
+        back = Rgb{color[0], color[1], color[2]};
+    }
+    return *back;
 }
 
 Rgb OverlayPainter::ink() const
 {
-    const bool dark = 0.3f * back.r + 0.59f * back.g + 0.11f * back.b < 0.5f;
+    const Rgb color = background();
+    const bool dark = 0.3f * color.r + 0.59f * color.g + 0.11f * color.b < 0.5f;
     return dark ? Rgb{1, 1, 1} : Rgb{0, 0, 0};
 }
 
@@ -161,18 +170,21 @@ void OverlayPainter::writeLetter(double x, double y, char32_t letter, const Rgb&
 
 // --- Drawing ---
 
-void OverlayPainter::draw()
+void OverlayPainter::draw(HostState host)
 {
     if (vertices.empty() || viewport[2] < 1 || viewport[3] < 1) {
         return;
     }
-    const KeepGlState host;
-    host.state().defaults().apply();
-    glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
-    glEnable(GL_BLEND);
-    glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-    glyphs.bind();
-    drawVertices();
+    if (host == HostState::Restore) {
+        const KeepGlState kept;
+        kept.state().defaults().apply();
+        glViewport(viewport[0], viewport[1], viewport[2], viewport[3]);
+        drawVertices();
+    } else {
+        glDisable(GL_DEPTH_TEST);
+        drawVertices();
+        putDefaultsBack();
+    }
     vertices.clear();
 }
 
@@ -181,6 +193,9 @@ void OverlayPainter::drawVertices()
     if (!program) {
         program = std::make_unique<GlProgram>(vertexText, fragmentText, std::vector<GlProgram::Attribute>{});
     }
+    glEnable(GL_BLEND);
+    glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    glyphs.bind();
     program->use();
     glUniform1i(program->uniform("glyphs"), 0);
     glUniform2f(program->uniform("size"), static_cast<float>(viewport[2]), static_cast<float>(viewport[3]));

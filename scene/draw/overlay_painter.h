@@ -3,12 +3,14 @@
 #define KVO_SCENE_OVERLAY_PAINTER_H
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "gl_objects.h"
 #include "glyph_atlas.h"
 #include <kvo/coloring.h>
+#include <kvo/scene_view.h>
 
 namespace kvo {
 
@@ -34,13 +36,13 @@ public:
     void writeLetter(double x, double y, char32_t letter, const Rgb& color);
     int widthOf(const std::string& text) const { return hasFont() ? glyphs.font()->width(text) : 0; }
 
-    // What was collected, into the bound framebuffer. OpenGL's state stays as it is.
-    void draw();
+    // What was collected, into the bound framebuffer. OpenGL's state stays as it is, or as the host has promised.
+    void draw(HostState host = HostState::Restore);
 
     int width() const { return viewport[2]; }
     int height() const { return viewport[3]; }
-    Rgb background() const { return back; }
-    Rgb ink() const; // black or white, whichever stands out from the background
+    Rgb background() const; // the clear colour
+    Rgb ink() const;        // black or white, whichever stands out from the background
 
 private:
     struct Vertex
@@ -55,8 +57,8 @@ private:
     void drawVertices();
 
     int viewport[4] = {0, 0, 0, 0};
-    Rgb back;
-    std::vector<Vertex> vertices; // of triangles
+    mutable std::optional<Rgb> back; // once it was asked for
+    std::vector<Vertex> vertices;    // of triangles
     GlyphAtlas glyphs;
     GlBuffer buffer;
     GlVertexArray array;

@@ -252,7 +252,7 @@ void SceneView::Impl::drawTexts()
     if (explained) {
         drawLegend(overlay, coloring);
     }
-    overlay.draw();
+    overlay.draw(contract ? HostState::Restore : hostState);
 }
 
 // --- The public class ---
