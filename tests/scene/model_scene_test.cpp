@@ -280,8 +280,8 @@ TEST_F(ModelScene, LinesAreTheSidesOfFacesAndNoDiagonals)
         const kvo::PicturePoint at = *above.project({x, y, 0}, window);
         bool lit = false;
         for (int step = 0; step < 9; ++step) {
-            const auto pixel =
-                drawn.at(static_cast<int>(at.x) + step % 3 - 1, 239 - static_cast<int>(at.y) + step / 3 - 1);
+            const auto pixel = drawn.at(static_cast<int>(at.pixel.x) + step % 3 - 1,
+                                        239 - static_cast<int>(at.pixel.y) + step / 3 - 1);
             lit = lit || pixel.r + pixel.g + pixel.b > 30;
         }
         return lit;
