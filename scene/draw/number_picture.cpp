@@ -23,7 +23,10 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
     GlState start = host.state().defaults();
     start.turn(GL_DEPTH_TEST, host.state().isOn(GL_DEPTH_TEST));
     start.turn(GL_MULTISAMPLE, false);
-    std::copy(host.state().polygonMode, host.state().polygonMode + 2, start.polygonMode);
+    const bool rims = drawState.polygonMode[0] == GL_LINE; // which programs draw
+    if (!rims) {
+        std::copy(drawState.polygonMode, drawState.polygonMode + 2, start.polygonMode);
+    }
     start.clearDepth = 1;
     start.apply();
     fences.keep();
@@ -34,7 +37,7 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
     glClear(GL_DEPTH_BUFFER_BIT);
     vertexArray.bind();
     state.bind();
-    drawNumberedPieces(box);
+    drawNumberedPieces(box, rims);
     fences.keep();
     glReadBuffer(GL_COLOR_ATTACHMENT0);
     glReadPixels(0, 0, box.width, box.height, GL_RED_INTEGER, GL_UNSIGNED_INT, out.numbers.data());
@@ -43,7 +46,7 @@ NumberPicture SceneView::Impl::drawNumbers(const PixelBox& box)
 }
 
 // Opaque and transparent parts alike: what is nearest is hit.
-void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
+void SceneView::Impl::drawNumberedPieces(const PixelBox& box, bool rims)
 {
     std::vector<PartShow> parts = partsToShow(model.asRead().parts, geometry, false);
     for (PartShow& show : parts) {
@@ -62,12 +65,14 @@ void SceneView::Impl::drawNumberedPieces(const PixelBox& box)
     SceneFrameStats uncounted;
     ScenePasses passes(geometry, zoomed, parts, uncounted);
     SurfaceUniforms values = uniforms();
-    use(ElementNumbers | FlatLight, values);
-    passes.faces(PartShow::Opaque, !seesBacks());
-    drawCaps(passes, PartShow::Opaque, ElementNumbers | FlatLight, values);
+    const unsigned int features = ElementNumbers | FlatLight;
+    passes.faces(PartShow::Opaque, !rims && !seesBacks(), [&](FaceKind kind) {
+        use(!rims ? features : features | (kind == Quads ? QuadRims : TriangleRims), values);
+    });
+    drawCaps(passes, PartShow::Opaque, features, values);
     const DrawnNearer nearer(camera, 1, values);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-    use(ElementNumbers | FlatLight | widen(values, drawnLook.lineWidth), values);
+    use(features | widen(values, drawnLook.lineWidth), values);
     passes.lines(PartShow::Opaque);
     glDisable(GL_CLIP_DISTANCE0);
 }

@@ -92,7 +92,7 @@ struct [[gnu::visibility("hidden")]] SceneView::Impl
 
     // number_picture.cpp: the last frame once more, for visible_picker.h.
     NumberPicture drawNumbers(const PixelBox& box);
-    void drawNumberedPieces(const PixelBox& box);
+    void drawNumberedPieces(const PixelBox& box, bool rims); // rims: of faces only the sides
 
     ShownModel model;
     std::unique_ptr<ContractFrame> contract; // null for a ModelView

@@ -63,6 +63,18 @@ TEST_F(VisiblePick, AnElementWithItsIdsAndPlace)
     EXPECT_LT(hits[0].depth, 1);
 }
 
+// Drawn as lines, a face shows its sides and nothing between them.
+TEST_F(VisiblePick, SidesOfFacesThatAreDrawnAsLines)
+{
+    model.add(quadPart());
+    load();
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    frame(TOP_VIEW);
+    EXPECT_TRUE(picker->pick(PickType::Element, clickAt(*model, 0.5, 0.5, 0, 21)).empty());
+    EXPECT_EQ(picker->pick(PickType::Element, clickAt(*model, 0.5, 0, 0, 5)).size(), 1u);
+    EXPECT_EQ(picker->pick(PickType::Element, clickAt(*model, 0, 0.5, 0, 5)).size(), 1u);
+}
+
 TEST_F(VisiblePick, PartsAndNodes)
 {
     model.add(sheetPart(4));
