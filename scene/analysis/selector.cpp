@@ -58,11 +58,12 @@ void rangesWithin(const WantedIds& ids, unsigned int lowest, unsigned int highes
 
 std::size_t countOf(const WantedIds& ids)
 {
-    std::size_t out = ids.stepped.empty() ? 0 : static_cast<std::size_t>(-1) / 2;
+    const std::uint64_t many = std::uint64_t(1) << 32; // more than a model has
+    std::uint64_t out = ids.stepped.empty() ? 0 : many;
     for (const IdRange& run : ids.runs) {
-        out += static_cast<std::size_t>(run.last - run.first) + 1;
+        out = std::min(many, out + std::min(many, run.size() == 0 ? many : run.size()));
     }
-    return out;
+    return static_cast<std::size_t>(out);
 }
 
 bool contains(const WantedIds& ids, std::uint32_t id)

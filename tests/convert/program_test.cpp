@@ -249,7 +249,7 @@ TEST(Isolated, ACrashIsToldFromAResult)
 
 TEST(Isolated, MemoryIsLimited)
 {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KVO_SANITIZED
     GTEST_SKIP() << "the sanitizer reserves terabytes";
 #endif
     constexpr std::size_t wanted = std::size_t{200} << 20;

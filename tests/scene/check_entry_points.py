@@ -57,7 +57,7 @@ def main():
     if "glDrawArrays" not in core or "glBegin" in core or "glViewportIndexedf" in core:
         sys.exit(f"{header} does not tell versions apart")
     faults, seen = [], set()
-    for path in objects:
+    for path in (name for name in objects if name.endswith((".o", ".obj"))):
         folder, source = re.sub(r"\.o(bj)?$", "", path).split("/")[-2:]
         allowed = set(OF_NEWER_VERSIONS.get(source, ()))
         if folder == "contract":
