@@ -13,7 +13,7 @@
 
 #include <kvoexport.h>
 
-struct _PartInfoStr;
+struct _PartInfoStr; // NOLINT(readability-identifier-naming): the drawing library calls it so
 
 namespace kvo {
 
