@@ -1,16 +1,19 @@
-// SceneView: one call a frame draws a loaded environment fast and completely.
+// SceneView: one call a frame draws a model fast and completely.
 //
-//   kvo::SceneView view(env);          // env.loadAndInitGL() has run; the context is current from here on
+//   kvo::ModelView shown(model);
+//   kvo::SceneView view(shown);        // the context is current from here on
 //   view.look().style = kvo::SceneStyle::ShadedEdges;
-//   view.draw();                       // instead of env.renderModel()
-//   env.selectElements(eids, pids);    // through the environment, as ever; the next frame shows it
+//   view.draw();
+//   shown.parts[2].hidden = true;      // the next frame shows it
 //   view.draw();
 //
-// What is drawn is read from the environment's records at every frame: visibility, colours, selected and highlighted
-// parts, selected elements and nodes, the segment part, boxes. The view is that of a kvo::Camera (setCamera). Without
-// one, view, rotation, zoom and overlays are the environment's own MView and MTransform, the projection is
-// model_frame.h's. Nothing is distorted, whatever the window's shape. The
-// shade model, polygon mode and depth test are those of the context, as the environment's setters leave them.
+// What is shown is read at every frame: hidden, selected and highlighted parts, colours, marks of elements and nodes,
+// boxes. The view is that of a kvo::Camera (setCamera); without one the first frame sees the whole model from the
+// isometric side. Nothing is distorted, whatever the window's shape.
+//
+// Of an environment (CAEEnv) flags, colours, selections and the segment part are read in the same way. Without a camera
+// view, rotation, zoom and overlays are the environment's own MView and MTransform, the projection is model_frame.h's.
+// The shade model, polygon mode and depth test are those of the context, as the environment's setters leave them.
 //
 // Needs OpenGL 3.3; of an environment in the compatibility profile, of a ModelView in any. All calls belong on the
 // thread that owns the context, and the context must be current in the destructor too. Errors: std::runtime_error for a
