@@ -12,6 +12,12 @@ function(kvo_configure_target target)
     target_compile_options(${target} PRIVATE -fsanitize=${KVO_SANITIZE} -fno-omit-frame-pointer
                                              -fno-sanitize-recover=undefined)
     target_link_options(${target} PRIVATE -fsanitize=${KVO_SANITIZE})
+    # Checks of every access through a pointer take g++ a third of its time, and the address sanitizer finds most of what
+    # they find.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+      target_compile_options(${target} PRIVATE
+        -fno-sanitize=null,alignment,object-size,vptr,pointer-overflow,bool,enum,nonnull-attribute,returns-nonnull-attribute)
+    endif()
   endif()
   if(KVO_COVERAGE)
     target_compile_options(${target} PRIVATE --coverage)
