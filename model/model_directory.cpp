@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <numeric>
 
-#include "mantypes.h"
+#include "draw_types.h"
 #include "modelfile.h"
 #include "modelnodes.h"
 #include "partstart.h"
@@ -16,22 +16,6 @@ namespace fs = std::filesystem;
 namespace kvo {
 
 namespace {
-
-ElementKind kindOf(std::uint32_t drawType)
-{
-    switch (drawType) {
-    case SHELL:
-        return ElementKind::Shell;
-    case SOLID:
-        return ElementKind::Solid;
-    case BEAM:
-        return ElementKind::Beam;
-    case DISCRETE:
-        return ElementKind::Discrete;
-    default:
-        return ElementKind::Other;
-    }
-}
 
 // --- Nodes of all files ---
 
@@ -133,7 +117,7 @@ Part headOf(const readgen::PartTable& table, std::size_t k, std::size_t file)
     Part part;
     part.id = r.id;
     part.name = table.name(k);
-    part.kind = kindOf(r.drawType);
+    part.kind = elementKindOf(r.drawType);
     part.file = static_cast<std::uint32_t>(file);
     part.propertyId = r.propertyId;
     part.propertyName = table.propertyName(k);

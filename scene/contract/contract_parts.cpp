@@ -1,28 +1,12 @@
 // The records of an environment as a scene reads them.
 #include "caeenv.h"
-#include "mantypes.h"
+#include "draw_types.h"
 #include "shown_parts.h"
 #include <kvo/shown_model.h>
 
 namespace kvo {
 
 namespace {
-
-ElementKind kindOf(unsigned int drawType)
-{
-    switch (drawType) {
-    case SHELL:
-        return ElementKind::Shell;
-    case SOLID:
-        return ElementKind::Solid;
-    case BEAM:
-        return ElementKind::Beam;
-    case DISCRETE:
-        return ElementKind::Discrete;
-    default:
-        return ElementKind::Other;
-    }
-}
 
 MarkBytes bytesOf(bool marked, const char* characters, std::size_t count)
 {
@@ -156,9 +140,10 @@ const IdTable* ContractParts::nodeIds(std::size_t part)
 } // namespace
 
 PartMesh::PartMesh(const _PartInfoStr& record)
-    : kind(kindOf(record.partDrawType)), positions(record.partNodes.nodeValues), nodeCount(record.partNodes.numNodes),
-      slots(record.partElements.elmIndices), slotCount(record.partElements.nodesPerElement),
-      elementNormals(record.partElements.elmNormals), nodeNormals(record.partNodes.nodeNormals)
+    : kind(elementKindOf(record.partDrawType)), positions(record.partNodes.nodeValues),
+      nodeCount(record.partNodes.numNodes), slots(record.partElements.elmIndices),
+      slotCount(record.partElements.nodesPerElement), elementNormals(record.partElements.elmNormals),
+      nodeNormals(record.partNodes.nodeNormals)
 {
     if (slots && slotCount && positions) {
         elementCount = record.partElements.numElements / slotCount;

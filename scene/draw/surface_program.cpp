@@ -89,18 +89,22 @@ void main()
 }
 )";
 
-// A line becomes a strip, from one round end to the other. What is before the near plane is cut off here, where it has
-// a place in the window yet.
-const char* const wideLineText = R"(
-layout(lines) in;
-layout(triangle_strip, max_vertices = 14) out;
-uniform vec3 lineSize;
+// What the vertices of lines give to geometry shaders, and what those give on.
+const char* const geometryNames = R"(
 COLOR_KIND in vec4 lineColor[];
 LIGHT_KIND in float lineLight[];
 flat in uint lineNumber[];
 COLOR_KIND out vec4 color;
 LIGHT_KIND out float light;
 flat out uint number;
+)";
+
+// A line becomes a strip, from one round end to the other. What is before the near plane is cut off here, where it has
+// a place in the window yet.
+const char* const wideLineText = R"(
+layout(lines) in;
+layout(triangle_strip, max_vertices = 14) out;
+uniform vec3 lineSize;
 
 void corner(vec4 end, float kept, vec2 pixels)
 {
@@ -158,12 +162,6 @@ void main()
 const char* const rimText = R"(
 layout(triangles) in;
 layout(line_strip, max_vertices = 4) out;
-COLOR_KIND in vec4 lineColor[];
-LIGHT_KIND in float lineLight[];
-flat in uint lineNumber[];
-COLOR_KIND out vec4 color;
-LIGHT_KIND out float light;
-flat out uint number;
 
 void corner(int k)
 {
@@ -280,7 +278,7 @@ void SurfacePrograms::use(unsigned int features, const SurfaceUniforms& uniforms
                                                                           {"element", elementAttribute},
                                                                           {"part", partAttribute},
                                                                           {"elementColor", colorAttribute}},
-                                        geometry ? head + geometry : std::string());
+                                        geometry ? head + geometryNames + geometry : std::string());
     }
     program->use();
     glUniformMatrix4fv(program->uniform("modelviewProjection"), 1, GL_FALSE, uniforms.modelviewProjection);
